@@ -1,0 +1,54 @@
+/// One item of a library: its identity and the values stored with it.
+#pragma once
+
+#include "datamodel/accessor.h"
+#include "datamodel/itemid.h"
+
+namespace vireo
+{
+namespace datamodel
+{
+
+/// A value stored with an item under a key. What the value holds belongs to the data layer; this side of the boundary
+/// only asks whether there is one.
+class DATAMODEL_EXPORT CSimpleValue
+{
+public:
+    CSimpleValue() = default;
+    explicit CSimpleValue(bool in_present) : m_present(in_present) {}
+
+    /// True when the item has a value under the key.
+    bool IsValid() const { return m_present; }
+
+private:
+    bool m_present = false;
+};
+
+/// Keys of the values that say how an item belongs to another one. Items that have either are not listed by themselves.
+extern DATAMODEL_EXPORT const char* const gParentKey;      ///< "Parent": the item lives inside another item
+extern DATAMODEL_EXPORT const char* const gSpecializesKey; ///< "Specializes": the item is a variant of another item
+
+/// What an item offers.
+class DATAMODEL_EXPORT IItem
+{
+public:
+    virtual ~IItem() = default;
+    virtual ItemID GetItemID() const = 0;
+    virtual CSimpleValue GetValue(const char* in_key) const = 0;
+};
+
+/// Accessor of one item: what the iteration of a table of contents yields.
+class DATAMODEL_EXPORT ItemAccessor : public InterfaceAccessor<IItem>
+{
+public:
+    using InterfaceAccessor<IItem>::InterfaceAccessor;
+
+    /// The item's identity; the invalid one when the accessor is invalid.
+    ItemID GetItemID() const;
+
+    /// The value under a key; an invalid value when the item has none or the accessor is invalid.
+    CSimpleValue GetValue(const char* in_key) const;
+};
+
+} // namespace datamodel
+} // namespace vireo

@@ -1,0 +1,91 @@
+/// Identity of one item of an item library, and the names of the item types.
+#pragma once
+
+#include "datamodel/export.h"
+
+#include <cstdint>
+#include <string>
+
+namespace vireo
+{
+namespace datamodel
+{
+
+/// Type names of node items. An item's ItemID::GetType() is one of these very pointers, so types are told apart by
+/// comparing pointers, never characters.
+struct DATAMODEL_EXPORT VireoType
+{
+    static const char* const gPolymorphicSolver; ///< one node with several solver variants behind it
+    static const char* const gCompound;          ///< a node built from a graph; abstract ones are signatures
+    static const char* const gGlobalConstant;    ///< a named constant
+    static const char* const gSolver;            ///< a node computed by the host itself
+};
+
+/// Type names of items that are no nodes. Compared by pointer, like those of VireoType.
+struct DATAMODEL_EXPORT LibType
+{
+    static const char* const gType; ///< a type definition
+};
+
+/// The identity of an item: a small value that stays the same for as long as the item exists, and that no other item
+/// ever gets. It keeps nothing alive and may outlive its item; every operation of the boundary accepts the identity of
+/// an item that is gone and answers nothing for it.
+///
+/// Copying, comparing and ordering cost a few machine words. Equal identities always have the same type.
+class DATAMODEL_EXPORT ItemID
+{
+public:
+    /// The invalid identity: no item has it.
+    ItemID() = default;
+
+    /// Made by implementations of the data layer only.
+    /// \param in_type one of the type-name constants above
+    /// \param in_space what the item is numbered in, for example its library: no two may share one within a process
+    /// \param in_number the item's number in that space; numbers are never reused
+    ItemID(const char* in_type, std::uint64_t in_space, std::uint64_t in_number)
+        : m_type(in_type),
+          m_space(in_space),
+          m_number(in_number)
+    {
+    }
+
+    bool IsValid() const { return m_type != nullptr; }
+
+    /// The type-name constant of the item, to be compared by pointer; null for the invalid identity.
+    const char* GetType() const { return m_type; }
+
+    /// What the item is numbered in and its number there, for implementations to find the item with; 0 for the invalid
+    /// identity.
+    std::uint64_t GetSpace() const { return m_space; }
+    std::uint64_t GetNumber() const { return m_number; }
+
+    /// The identity as printable ASCII text without blanks: the type name, a colon, and the space and the number as 16
+    /// hexadecimal digits each with a hyphen between them. Equal identities give equal texts, different ones different
+    /// texts. Empty for the invalid identity.
+    std::string Serialize() const;
+
+    friend bool operator==(const ItemID& in_left, const ItemID& in_right)
+    {
+        return in_left.m_number == in_right.m_number && in_left.m_space == in_right.m_space &&
+               in_left.IsValid() == in_right.IsValid();
+    }
+    friend bool operator!=(const ItemID& in_left, const ItemID& in_right) { return !(in_left == in_right); }
+
+    /// A strict weak order that depends on the identities alone, never on an address: the invalid identity first, then
+    /// by space and number.
+    friend bool operator<(const ItemID& in_left, const ItemID& in_right)
+    {
+        if (in_left.IsValid() != in_right.IsValid())
+            return in_right.IsValid();
+        return in_left.m_space != in_right.m_space ? in_left.m_space < in_right.m_space
+                                                   : in_left.m_number < in_right.m_number;
+    }
+
+private:
+    const char* m_type = nullptr;
+    std::uint64_t m_space = 0;
+    std::uint64_t m_number = 0;
+};
+
+} // namespace datamodel
+} // namespace vireo

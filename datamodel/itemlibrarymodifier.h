@@ -1,0 +1,88 @@
+/// Writing to an item library: tags, commits, new items.
+#pragma once
+
+#include "datamodel/accessor.h"
+#include "datamodel/dbobjectid.h"
+#include "datamodel/itemid.h"
+
+#include <list>
+#include <string>
+
+namespace hmx
+{
+namespace fwk
+{
+class ICommandManager;
+}
+} // namespace hmx
+
+namespace vireo
+{
+namespace datamodel
+{
+
+/// What a library offers to writers.
+///
+/// Every write takes a command manager. With one, the write becomes exactly one command of it that can be undone and
+/// redone; with null it is done at once and for good. A write that is refused or changes nothing leaves no command and
+/// notifies nobody. A write that is done notifies the library's and the table of contents' observers before it returns,
+/// between OnBeginChanges() and OnEndChanges(); so do its undo and redo.
+class DATAMODEL_EXPORT IItemLibraryModifier
+{
+public:
+    virtual ~IItemLibraryModifier() = default;
+    virtual bool CommitToDisk(bool& out_written, std::list<std::string>* out_messages, bool in_everything,
+                              const nexa4::TezUID& in_source) = 0;
+    virtual bool SetItemTags(const ItemID& in_item, const char* in_key, const char* in_tags,
+                             hmx::fwk::ICommandManager* in_commands) = 0;
+    /// The context of the new compound's model; null when refused.
+    virtual ContextPtr CreateCompound(const char* in_name, bool in_signature, const char* in_baseClass,
+                                      const char* in_category, hmx::fwk::ICommandManager* in_commands) = 0;
+    virtual ContextPtr CreateLoopCompound(const char* in_name, const char* in_baseClass, const char* in_category,
+                                          hmx::fwk::ICommandManager* in_commands) = 0;
+};
+
+/// Write access to a library: points at the library's context.
+class DATAMODEL_EXPORT ItemLibraryModifierAccessor : public InterfaceAccessor<IItemLibraryModifier>
+{
+public:
+    using InterfaceAccessor<IItemLibraryModifier>::InterfaceAccessor;
+
+    /// Saves the library. Observers are asked with OnPreCommit() first and told with OnPostCommit() afterwards; one veto
+    /// stops it. Committed items are no longer dirty.
+    /// \param out_written whether anything was written
+    /// \param out_messages gets one sentence for each thing that went wrong; may be null
+    /// \param in_everything also what has no changes
+    /// \param in_source the data source to save; the null identity saves all
+    /// \return success; saving nothing is a success, a veto and an invalid accessor are none
+    bool CommitToDisk(bool& out_written, std::list<std::string>* out_messages, bool in_everything,
+                      const nexa4::TezUID& in_source) const;
+
+    /// Replaces the item's tags under a key; observers get one ItemTagsChanged(). The text is stored as it is.
+    /// \param in_tags the tags joined by ";"; empty for none
+    /// \return false when the library does not have the item or the item is read-only; true when the tags are as wanted
+    bool SetItemTags(const ItemID& in_item, const char* in_key, const char* in_tags,
+                     hmx::fwk::ICommandManager* in_commands) const;
+};
+
+/// What a library offers below the level of items.
+class DATAMODEL_EXPORT ILowLevelItemLibrary
+{
+public:
+    virtual ~ILowLevelItemLibrary() = default;
+    virtual bool PreCommit() = 0;
+};
+
+/// The library's low-level side: points at the library's context.
+class DATAMODEL_EXPORT LowLevelItemLibraryAccessor : public InterfaceAccessor<ILowLevelItemLibrary>
+{
+public:
+    using InterfaceAccessor<ILowLevelItemLibrary>::InterfaceAccessor;
+
+    /// Brings the library into a state that can be committed; called once right before CommitToDisk(). Notifies nobody.
+    /// \return whether it can be committed; false when invalid
+    bool PreCommit() const;
+};
+
+} // namespace datamodel
+} // namespace vireo

@@ -1,0 +1,142 @@
+/// Counted pointers on interfaces of the object database, and what happens when a null one is followed.
+#pragma once
+
+#include "datamodel/export.h"
+
+#include <exception>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace nexa4
+{
+
+/// The base of the database's exceptions: where it happened, as text.
+class DATAMODEL_EXPORT ExBase : public std::exception
+{
+public:
+    class NullPtr;
+
+    /// \param in_function the function that failed, with its class and namespace
+    /// \param in_file its source file's name, without a folder
+    ExBase(const char* in_reason, const std::string& in_function, const char* in_file, int in_line);
+
+    /// "FILE(LINE): FUNCTION: REASON"
+    const char* what() const noexcept override { return m_text.c_str(); }
+
+private:
+    std::string m_text;
+};
+
+/// Thrown when a null NEXAPtr is followed.
+class DATAMODEL_EXPORT ExBase::NullPtr : public ExBase
+{
+public:
+    NullPtr(const std::string& in_function, const char* in_file, int in_line);
+};
+
+/// Silences the printing of database errors on this thread for as long as one lives; they are thrown all the same.
+/// Guards may be nested.
+class DATAMODEL_EXPORT DisableErrorReportingGuard
+{
+public:
+    DisableErrorReportingGuard();
+    ~DisableErrorReportingGuard();
+    DisableErrorReportingGuard(const DisableErrorReportingGuard&) = delete;
+    DisableErrorReportingGuard& operator=(const DisableErrorReportingGuard&) = delete;
+
+    static bool IsErrorReportingDisabled();
+};
+
+/// Prints one line of diagnosis to standard error.
+DATAMODEL_EXPORT void PrintDebugString(const char* in_text);
+
+/// Reports unless reporting is disabled, then throws ExBase::NullPtr.
+/// \param in_interface the interface's qualified name
+[[noreturn]] DATAMODEL_EXPORT void ThrowNullPtr(const char* in_interface);
+
+class IDataModelMgr;
+class IDatabase;
+class IDataSource;
+class IDbObject;
+class IHelper;
+class ITypeAsset;
+class IValueAsset;
+
+/// The qualified name of a database interface, for messages.
+template <class T> const char* InterfaceName();
+template <> inline const char* InterfaceName<IDataModelMgr>()
+{
+    return "nexa4::IDataModelMgr";
+}
+template <> inline const char* InterfaceName<IDatabase>()
+{
+    return "nexa4::IDatabase";
+}
+template <> inline const char* InterfaceName<IDataSource>()
+{
+    return "nexa4::IDataSource";
+}
+template <> inline const char* InterfaceName<IDbObject>()
+{
+    return "nexa4::IDbObject";
+}
+template <> inline const char* InterfaceName<IHelper>()
+{
+    return "nexa4::IHelper";
+}
+template <> inline const char* InterfaceName<ITypeAsset>()
+{
+    return "nexa4::ITypeAsset";
+}
+template <> inline const char* InterfaceName<IValueAsset>()
+{
+    return "nexa4::IValueAsset";
+}
+
+/// What all counted pointers share: the pointee and the checked way to it.
+template <class T> class NEXAPtrBase
+{
+public:
+    /// The pointee. When there is none: prints the message of an ExBase::NullPtr with PrintDebugString(), unless error
+    /// reporting is disabled, and throws it. The message names this function for T, this header and line 102, the line
+    /// that people search their logs for, wherever the check stands today.
+    T* GetPointeeNotNull() const
+    {
+        if (!m_pointee)
+            ThrowNullPtr(InterfaceName<T>());
+        return m_pointee.get();
+    }
+
+protected:
+    NEXAPtrBase() = default;
+    explicit NEXAPtrBase(std::shared_ptr<T> in_pointee) : m_pointee(std::move(in_pointee)) {}
+    ~NEXAPtrBase() = default;
+    NEXAPtrBase(const NEXAPtrBase&) = default;
+    NEXAPtrBase(NEXAPtrBase&&) = default;
+    NEXAPtrBase& operator=(const NEXAPtrBase&) = default;
+    NEXAPtrBase& operator=(NEXAPtrBase&&) = default;
+
+    std::shared_ptr<T> m_pointee;
+};
+
+/// A counted pointer on a database interface. Two are equal when they point at the same thing.
+template <class T> class NEXAPtr : public NEXAPtrBase<T>
+{
+public:
+    NEXAPtr() = default;
+    explicit NEXAPtr(std::shared_ptr<T> in_pointee) : NEXAPtrBase<T>(std::move(in_pointee)) {}
+
+    /// False for the null pointer.
+    bool IsValid() const { return this->m_pointee != nullptr; }
+
+    T* operator->() const { return this->GetPointeeNotNull(); }
+
+    friend bool operator==(const NEXAPtr& in_left, const NEXAPtr& in_right)
+    {
+        return in_left.m_pointee == in_right.m_pointee;
+    }
+    friend bool operator!=(const NEXAPtr& in_left, const NEXAPtr& in_right) { return !(in_left == in_right); }
+};
+
+} // namespace nexa4

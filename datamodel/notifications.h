@@ -1,0 +1,64 @@
+/// What a data layer tells its observers, and the codes an observer registers with.
+#pragma once
+
+#include "datamodel/export.h"
+#include "datamodel/itemid.h"
+
+namespace vireo
+{
+namespace datamodel
+{
+
+class ItemAccessor;
+class ItemLibraryAccessor;
+
+/// Notification-kind codes: passed when an observer is added to or removed from an accessor, with the accessor's own
+/// context. A registration under any other code is ignored.
+enum
+{
+    eItemTOCNotificationKind = 39,     ///< an IItemTOCNotification on a table of contents
+    eItemLibraryNotificationKind = 40, ///< an IItemLibraryNotification on a library
+};
+
+/// Access-state codes that this side of the boundary gives out itself; every other code is the data layer's.
+enum : unsigned
+{
+    eAccessStateUnknown = 0,           ///< nothing known about the item
+    eAccessStateRequested = 0x400000u, ///< asked for, not answered yet (4194304)
+};
+
+/// Told when items come to or leave a library. All calls arrive on the thread of the user interface. An observer may
+/// add and remove observers, itself included, from inside a call.
+class DATAMODEL_EXPORT IItemTOCNotification
+{
+public:
+    virtual ~IItemTOCNotification() = default;
+    /// The item is in the library now, with its name and tags.
+    virtual void ItemAdded(ItemAccessor& in_item) = 0;
+    /// The item is about to leave: it still answers during the call, and not afterwards.
+    virtual void ItemRemoved(ItemAccessor& in_item) = 0;
+};
+
+/// Told when a library or an item in it changes. Every change arrives between OnBeginChanges() and OnEndChanges(),
+/// undone and redone changes included; what changes nothing is silent. Same thread and re-entrance as above.
+class DATAMODEL_EXPORT IItemLibraryNotification
+{
+public:
+    virtual ~IItemLibraryNotification() = default;
+    virtual void OnBeginChanges(ItemLibraryAccessor& in_library) = 0;
+    virtual void OnEndChanges(ItemLibraryAccessor& in_library) = 0;
+    /// Everything known about the library is out of date; it may be gone altogether.
+    virtual void LibraryInvalidated(ItemLibraryAccessor& in_library) = 0;
+    virtual void ItemNameChanged(ItemLibraryAccessor& in_library, const ItemID& in_item) = 0;
+    /// \param in_key the tag set that changed, for example "ApplicationTags"
+    virtual void ItemTagsChanged(ItemLibraryAccessor& in_library, const ItemID& in_item, const char* in_key) = 0;
+    /// \param in_state the item's source-control state, as ScsUtils::getAssetStateIcon() takes it
+    virtual void ItemAccessStateChanged(ItemLibraryAccessor& in_library, const ItemID& in_item, long in_state) = 0;
+    /// Before a commit. Setting *out_veto to true stops it; leaving it alone agrees.
+    virtual void OnPreCommit(ItemLibraryAccessor& in_library, bool* out_veto) = 0;
+    /// After a commit that was not vetoed.
+    virtual void OnPostCommit(ItemLibraryAccessor& in_library) = 0;
+};
+
+} // namespace datamodel
+} // namespace vireo

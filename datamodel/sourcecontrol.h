@@ -1,0 +1,54 @@
+/// Source control as the user sees it: states, badges, tool tips.
+#pragma once
+
+#include "datamodel/export.h"
+#include "datamodel/nexahandle.h"
+#include "datamodel/objectdatabase.h"
+
+#include <QPixmap>
+#include <QString>
+
+#include <list>
+#include <string>
+
+/// A standing task that asks for the source-control states of objects. Made with new and ended with DeleteMe(), never
+/// deleted: the data layer may still be at work for it. Without a data layer it does nothing.
+class DATAMODEL_EXPORT ScsTask
+{
+public:
+    explicit ScsTask(const char* in_name);
+    ScsTask(const ScsTask&) = delete;
+    ScsTask& operator=(const ScsTask&) = delete;
+
+    const std::string& GetName() const { return m_name; }
+
+    /// Asks for the states of objects. Returns at once; the states arrive later, never from inside this call, as one
+    /// ItemAccessStateChanged() per object to the observers of its library. Invalid handles are skipped.
+    void RequestObjectStates(const std::list<nexa4::NEXAHandle<nexa4::IDbObject>>& in_objects);
+
+    /// Ends the task; the pointer is dead afterwards. What it asked for and has not been answered is dropped.
+    void DeleteMe();
+
+private:
+    ~ScsTask() = default;
+
+    std::string m_name;
+};
+
+/// Without a data layer: versioning is not active, icons come back as they are, tool tips are empty.
+struct DATAMODEL_EXPORT ScsUtils
+{
+    /// Whether files are under version control at all.
+    static bool IsFileVersionControlActive();
+
+    /// An icon with the badge of a state on it.
+    /// \param in_base the icon without a badge; it keeps its size and its device pixel ratio
+    /// \param in_state the access state of the item
+    /// \param in_active whether versioning is shown; without it the icon comes back as it is
+    /// \param in_ownSpace whether the icon has no mark beside it that the badge must leave free
+    static QPixmap getAssetStateIcon(QPixmap& in_base, unsigned in_state, bool in_active, bool in_ownSpace);
+
+    /// What source control knows about an object, as tool-tip text; empty for an invalid object.
+    /// \param in_icon resource name of the icon to show with the text
+    static QString GetToolTip(nexa4::NEXAHandle<nexa4::IDbObject> in_object, const QString& in_icon);
+};
