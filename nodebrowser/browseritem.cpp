@@ -1,0 +1,92 @@
+#include "nodebrowser/browseritem.h"
+
+#include "datamodel/objectdatabase.h"
+#include "nodebrowser/dbobject.h"
+#include "nodebrowser/stateicon.h"
+
+#include <array>
+
+using nexa4::DbObjectId;
+using nexa4::IDbObject;
+using nexa4::NEXAHandle;
+using vireo::datamodel::VireoType;
+
+namespace
+{
+
+using FactoryObjects = std::array<NEXAHandle<IDbObject>, 2>;
+
+/// The two objects whose data sources hold what came with the product. They are looked up once, by the first record
+/// that has a database object to compare with, and their handles are kept until the process ends.
+const FactoryObjects& GetFactoryObjects(nexa4::IRevisionControlUIHelper& in_helper)
+{
+    static const FactoryObjects objects = {{
+        in_helper.FindObject(DbObjectId("D2BA853A-8668-704A-A121-1F7DE917B664")),
+        in_helper.FindObject(DbObjectId("34F315D3-58CF-4019-9BE3-381FCED0E983")),
+    }};
+    return objects;
+}
+
+} // namespace
+
+BrowserItem::BrowserItem(const vireo::datamodel::ItemAccessor& in_item, unsigned in_accessState,
+                         bool in_versioningActive)
+    : m_item(in_item)
+{
+    ReadDataSource();
+    m_icon = TypeIcon(m_item);
+    if (GetItemID().GetType() == VireoType::gCompound)
+    {
+        m_accessState = in_accessState;
+        m_sourceControlled = !m_readOnlySource;
+    }
+    ComposeIcon(in_versioningActive);
+}
+
+void BrowserItem::ReadDataSource()
+{
+    nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
+    if (!helper || !HasUID(GetItemID()))
+        return;
+    const FactoryObjects& factoryObjects = GetFactoryObjects(*helper);
+    const NEXAHandle<IDbObject> object = FindDbObject(*helper, GetItemID());
+    if (!object.IsValid())
+        return;
+
+    const nexa4::NEXAPtr<nexa4::IDataSource> source = object.GetDataSource();
+    m_readOnlySource = source->GetState() == nexa4::eDataSourceReadOnly;
+    for (const NEXAHandle<IDbObject>& factoryObject : factoryObjects)
+        if (!m_factoryItem && factoryObject.IsValid())
+            m_factoryItem = factoryObject.GetDataSource() == source;
+    if (m_factoryItem && m_readOnlySource)
+        return;
+
+    const NEXAHandle<nexa4::ITypeAsset> asset =
+        NEXAHandle<nexa4::ITypeAsset>::AssignCast(object.GetInstance(), object.GetCacheIndex());
+    if (asset.IsValid() && asset.IsLoaded())
+    {
+        // What is built in is both closed to changes and the product's own: one question answers for both flags.
+        const bool builtIn = asset->IsBuiltIn();
+        m_readOnlySource = m_readOnlySource || builtIn;
+        m_factoryItem = m_factoryItem || builtIn;
+    }
+}
+
+bool BrowserItem::SetAccessState(unsigned in_state, bool in_versioningActive)
+{
+    if (in_state == m_accessState)
+        return false;
+    m_accessState = in_state;
+    ComposeIcon(in_versioningActive);
+    return true;
+}
+
+void BrowserItem::ComposeIcon(bool in_versioningActive)
+{
+    IconMarks marks;
+    marks.m_accessState = m_accessState;
+    marks.m_factoryItem = m_factoryItem;
+    marks.m_readOnlySource = m_readOnlySource;
+    marks.m_versioningActive = in_versioningActive;
+    m_stateIcon = ComposeStateIcon(m_icon, marks);
+}

@@ -1,0 +1,46 @@
+/// The browser's record of one listed item.
+#pragma once
+
+#include "datamodel/item.h"
+#include "datamodel/notifications.h"
+
+#include <QPixmap>
+
+/// An item with the pictures and flags that painting needs, so that a frame asks the data layer for nothing but names
+/// and dirty marks. Records are replaced by fresh ones at every rebuild of the list; only the access state changes in
+/// between. Copying is cheap: the pictures are shared.
+class BrowserItem
+{
+public:
+    /// Reads what the record needs of the item. Costs the look-ups of its database object.
+    /// \param in_accessState of a compound; other items start with eAccessStateUnknown
+    /// \param in_versioningActive whether badges are shown
+    BrowserItem(const vireo::datamodel::ItemAccessor& in_item, unsigned in_accessState, bool in_versioningActive);
+
+    const vireo::datamodel::ItemAccessor& GetItem() const { return m_item; }
+    vireo::datamodel::ItemID GetItemID() const { return m_item.GetItemID(); }
+    /// The icon as painted; null for an item of an unknown type.
+    const QPixmap& GetStateIcon() const { return m_stateIcon; }
+    unsigned GetAccessState() const { return m_accessState; }
+    /// A compound whose data source takes changes: its state is asked for.
+    bool IsSourceControlled() const { return m_sourceControlled; }
+    /// The item came with the product.
+    bool IsFactoryItem() const { return m_factoryItem; }
+    bool HasReadOnlySource() const { return m_readOnlySource; }
+
+    /// Sets the source-control state and composes the icon anew; does nothing for the state it has.
+    /// \return whether the icon was composed, so that the caller can ask for a repaint
+    bool SetAccessState(unsigned in_state, bool in_versioningActive);
+
+private:
+    void ReadDataSource();
+    void ComposeIcon(bool in_versioningActive);
+
+    vireo::datamodel::ItemAccessor m_item;
+    QPixmap m_icon;
+    QPixmap m_stateIcon;
+    unsigned m_accessState = vireo::datamodel::eAccessStateUnknown;
+    bool m_sourceControlled = false;
+    bool m_factoryItem = false;
+    bool m_readOnlySource = false;
+};

@@ -1,0 +1,675 @@
+#include "nodebrowser/nodebrowser.h"
+
+#include "datamodel/helpers.h"
+#include "datamodel/models.h"
+#include "datamodel/sourcecontrol.h"
+#include "nodebrowser/browseritem.h"
+#include "nodebrowser/browsertabbar.h"
+#include "nodebrowser/dbobject.h"
+#include "nodebrowser/qtcompat.h"
+#include "nodebrowser/rowlayout.h"
+#include "nodebrowser/searchscore.h"
+#include "nodebrowser/stateicon.h"
+#include "nodebrowser/tagindex.h"
+
+#include <QApplication>
+#include <QDataStream>
+#include <QDrag>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QPainter>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStyle>
+#include <QToolTip>
+
+#include <algorithm>
+#include <cstring>
+#include <numeric>
+
+using vireo::datamodel::CompoundAccessor;
+using vireo::datamodel::gApplicationTagsKey;
+using vireo::datamodel::Helpers;
+using vireo::datamodel::ItemAccessor;
+using vireo::datamodel::ItemID;
+using vireo::datamodel::ItemIterator;
+using vireo::datamodel::ItemLibraryAccessor;
+using vireo::datamodel::LibType;
+using vireo::datamodel::TypeDescriptorAccessor;
+using vireo::datamodel::UnspecifiedAccessor;
+using vireo::datamodel::VireoType;
+
+namespace
+{
+
+const int gWheelStep = 3 * gRowHeight;
+const int gIconLeft = 9;
+const int gMarkedIconLeft = gIconLeft - gFactoryMarkWidth;
+const int gIconInset = 2;
+
+QString ToText(const std::string& in_text)
+{
+    return QString::fromLatin1(in_text.data(), static_cast<int>(in_text.size()));
+}
+
+/// A name folded for sorting: only the ASCII letters lose their case, other bytes stay as they are.
+std::string FoldAsciiCase(std::string in_name)
+{
+    for (char& character : in_name)
+        if (character >= 'A' && character <= 'Z')
+            character = static_cast<char>(character - 'A' + 'a');
+    return in_name;
+}
+
+/// Views the model of an item as an accessor of another kind.
+template <class Accessor> Accessor ViewModel(const ItemLibraryAccessor& in_library, const ItemID& in_item)
+{
+    Accessor accessor;
+    const UnspecifiedAccessor model = in_library.GetModel(in_item, nullptr);
+    accessor.ResetContext(model.GetContext());
+    if (accessor.GetContext())
+        accessor.RefreshInterfacePointer();
+    return accessor;
+}
+
+/// What a drag carries to the graph: the item's identity as one QString in a data stream.
+QByteArray DragPayload(const ItemID& in_item)
+{
+    QByteArray payload;
+    QDataStream stream(&payload, QIODevice::WriteOnly);
+    stream << ToText(in_item.Serialize());
+    return payload;
+}
+
+} // namespace
+
+// A static library does not register its pictures by itself. The macro must stand outside any namespace.
+static void RegisterPictures()
+{
+    Q_INIT_RESOURCE(nodebrowser);
+}
+
+CNodeBrowser::CNodeBrowser(eConfigType in_config) : m_selectedRow(gNoRow), m_tagIndex(new TagIndex), m_config(in_config)
+{
+    RegisterPictures();
+    CreateHeader();
+    ConnectHeader();
+    m_scsTask = new ScsTask("NodeBrowser");
+    ConnectRevisionControl();
+}
+
+void CNodeBrowser::CreateHeader()
+{
+    m_scrollBar = new QScrollBar(Qt::Vertical, this);
+    m_scrollBar->hide();
+    m_searchField = new QLineEdit(this);
+    m_clearButton = new QPushButton(style()->standardIcon(QStyle::SP_TitleBarCloseButton), QString(), this);
+    m_listTop = gListTop;
+    if (m_config == eConfigNodeBrowser)
+    {
+        m_tabBar = new BrowserTabBar(this);
+        m_tabBar->addTab(QString::fromLatin1("Nodes"));
+        m_tabBar->addTab(QString::fromLatin1("Types"));
+        m_tabBar->addTab(QString::fromLatin1("All"));
+        m_filterMode = eFilterNodes;
+        m_tabBar->setCurrentIndex(0);
+        m_listTop += gTabBarRoom;
+    }
+    else
+    {
+        m_filterMode = eFilterTypes;
+    }
+}
+
+void CNodeBrowser::ConnectHeader()
+{
+    connect(m_scrollBar, SIGNAL(valueChanged(int)), this, SLOT(SliderValueChanged(int)));
+    connect(m_searchField, SIGNAL(textChanged(const QString&)), this, SLOT(SearchTextChange(const QString&)));
+    connect(m_searchField, SIGNAL(returnPressed()), this, SLOT(EnterPressed()));
+    if (m_tabBar)
+        connect(m_tabBar, SIGNAL(currentChanged(int)), this, SLOT(TabChanged(int)));
+    connect(m_clearButton, SIGNAL(clicked(bool)), this, SLOT(ClearButton(bool)));
+}
+
+void CNodeBrowser::ConnectRevisionControl()
+{
+    IRevisionControlPropertiesMgr* const manager =
+        hmxGetService<IRevisionControlPropertiesMgr>("RevisionControlPropertiesMgr");
+    if (!manager)
+        return;
+    m_revisionControlConnections.emplace_back();
+    manager->Connect(this, m_revisionControlConnections.back());
+    OnRevisionControlPropertiesChange(manager);
+}
+
+CNodeBrowser::~CNodeBrowser()
+{
+    StopObserving();
+    delete m_scrollBar;
+    delete m_tabBar;
+    delete m_searchField;
+    delete m_clearButton;
+    m_scsTask->DeleteMe();
+    m_scsTask = nullptr;
+}
+
+void CNodeBrowser::StopObserving()
+{
+    if (m_toc.IsValid())
+        m_toc.RemoveObserver(this, vireo::datamodel::eItemTOCNotificationKind, m_toc.GetContext());
+    if (m_library.IsValid())
+        m_library.RemoveObserver(this, vireo::datamodel::eItemLibraryNotificationKind, m_library.GetContext());
+}
+
+void CNodeBrowser::SetItemLibrary(const ItemLibraryAccessor& in_library)
+{
+    StopObserving();
+    m_library = in_library;
+    m_library.AddObserver(this, vireo::datamodel::eItemLibraryNotificationKind, m_library.GetContext());
+    m_toc = GetTOC(m_library);
+    m_toc.AddObserver(this, vireo::datamodel::eItemTOCNotificationKind, m_toc.GetContext());
+    m_tagIndex->SetLibrary(m_library);
+    m_statesStale = true;
+    BuildAllItemList(nullptr);
+}
+
+void CNodeBrowser::SetCommandManager(hmx::fwk::ICommandManager* in_commands)
+{
+    m_commandManager = in_commands;
+}
+
+hmx::fwk::ICommandManager* CNodeBrowser::GetCommandManager() const
+{
+    return m_commandManager;
+}
+
+// The item list
+
+void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
+{
+    m_items.clear();
+    m_itemPositions.clear();
+    m_tagIndex->Clear();
+    if (!m_toc.IsValid())
+    {
+        m_relayoutNeeded = true;
+        return;
+    }
+    AppendItems(VireoType::gPolymorphicSolver, out_handles);
+    AppendItems(VireoType::gCompound, out_handles);
+    AppendItems(VireoType::gGlobalConstant, out_handles);
+    AppendItems(VireoType::gSolver, out_handles);
+    AppendItems(LibType::gType, out_handles);
+    SortItems();
+    m_relayoutNeeded = true;
+    update();
+}
+
+void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles)
+{
+    nexa4::IRevisionControlUIHelper* const helper = out_handles ? FindRevisionControlHelper() : nullptr;
+    const bool versioningShown = IsVersioningShown();
+    for (ItemIterator iterator = m_toc.IterateItems(in_type); !iterator.IsAtEnd(); iterator.Next())
+    {
+        ItemAccessor item = iterator.GetItem();
+        if (!Helpers::IsValidGraphItemType(in_type, item))
+            continue;
+        // What lives inside another item, or is a variant of one, is reached through that item.
+        if (item.GetValue(vireo::datamodel::gParentKey).IsValid() ||
+            item.GetValue(vireo::datamodel::gSpecializesKey).IsValid())
+            continue;
+        const ItemID id = item.GetItemID();
+        m_items.emplace_back(item, vireo::datamodel::eAccessStateUnknown, versioningShown);
+        IndexTags(id);
+        if (helper && m_items.back().IsSourceControlled() && HasUID(id))
+        {
+            m_items.back().SetAccessState(vireo::datamodel::eAccessStateRequested, versioningShown);
+            out_handles->push_back(FindDbObject(*helper, id));
+        }
+    }
+}
+
+void CNodeBrowser::SortItems()
+{
+    std::vector<std::pair<std::string, std::size_t>> order;
+    order.reserve(m_items.size());
+    for (const BrowserItem& item : m_items)
+        order.emplace_back(FoldAsciiCase(m_library.GetItemName(item.GetItemID(), true, nullptr)), order.size());
+    std::sort(order.begin(), order.end());
+
+    std::vector<BrowserItem> sorted;
+    sorted.reserve(m_items.size());
+    for (const auto& entry : order)
+        sorted.push_back(std::move(m_items[entry.second]));
+    m_items.swap(sorted);
+}
+
+void CNodeBrowser::IndexTags(const ItemID& in_item)
+{
+    m_tagIndex->CollectTags(in_item, gApplicationTagsKey);
+    m_tagIndex->AddTag(in_item, in_item.IsValid() ? in_item.GetType() : "");
+}
+
+BrowserItem* CNodeBrowser::FindListedItem(const ItemID& in_item)
+{
+    if (m_itemPositions.empty())
+    {
+        m_itemPositions.reserve(m_items.size());
+        for (const BrowserItem& item : m_items)
+            m_itemPositions.emplace_back(item.GetItemID(), m_itemPositions.size());
+        std::sort(m_itemPositions.begin(), m_itemPositions.end());
+    }
+    const auto found =
+        std::lower_bound(m_itemPositions.begin(), m_itemPositions.end(), std::make_pair(in_item, std::size_t(0)));
+    return found != m_itemPositions.end() && found->first == in_item ? &m_items[found->second] : nullptr;
+}
+
+// Reactions to the data layer
+
+void CNodeBrowser::RequestRebuild()
+{
+    m_rebuildNeeded = true;
+    update();
+}
+
+void CNodeBrowser::ItemAdded(ItemAccessor&)
+{
+    RequestRebuild();
+}
+
+void CNodeBrowser::ItemRemoved(ItemAccessor&)
+{
+    RequestRebuild();
+}
+
+void CNodeBrowser::OnBeginChanges(ItemLibraryAccessor&) {}
+
+void CNodeBrowser::OnEndChanges(ItemLibraryAccessor&) {}
+
+void CNodeBrowser::LibraryInvalidated(ItemLibraryAccessor&)
+{
+    RequestRebuild();
+}
+
+void CNodeBrowser::ItemNameChanged(ItemLibraryAccessor&, const ItemID&)
+{
+    RequestRebuild();
+}
+
+void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor&, const ItemID& in_item, const char* in_key)
+{
+    if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0 || !m_tagIndex->FindTags(in_item))
+        return;
+    m_tagIndex->Remove(in_item);
+    // No relayout on purpose: rows must not jump away while their tags are edited. The next search sees the new tags.
+    IndexTags(in_item);
+}
+
+void CNodeBrowser::ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID& in_item, long in_state)
+{
+    BrowserItem* const item = FindListedItem(in_item);
+    if (item && item->SetAccessState(static_cast<unsigned>(in_state), IsVersioningShown()))
+        update();
+}
+
+void CNodeBrowser::OnPreCommit(ItemLibraryAccessor&, bool*) {}
+
+void CNodeBrowser::OnPostCommit(ItemLibraryAccessor&) {}
+
+void CNodeBrowser::OnRevisionControlPropertiesChange(IRevisionControlPropertiesMgr* in_manager)
+{
+    bool enabled = false;
+    if (in_manager && in_manager->HasProperties())
+        in_manager->GetSourceControlEnabled(&enabled);
+    SetSourceControlEnabled(enabled && ScsUtils::IsFileVersionControlActive());
+}
+
+void CNodeBrowser::SetSourceControlEnabled(bool in_enabled)
+{
+    if (in_enabled == m_sourceControlEnabled)
+        return;
+    m_sourceControlEnabled = in_enabled;
+    if (in_enabled)
+    {
+        m_statesStale = true;
+        update();
+        return;
+    }
+    // No repaint on purpose: the badges go with whatever repaints the list next.
+    const bool versioningShown = IsVersioningShown();
+    for (BrowserItem& item : m_items)
+        item.SetAccessState(vireo::datamodel::eAccessStateUnknown, versioningShown);
+}
+
+bool CNodeBrowser::IsVersioningShown() const
+{
+    return isSourceControlEnabled() && ScsUtils::IsFileVersionControlActive();
+}
+
+void CNodeBrowser::RefreshItems()
+{
+    if (m_rebuildNeeded || m_statesStale)
+    {
+        m_rebuildNeeded = false;
+        if (m_statesStale)
+        {
+            m_statesStale = false;
+            ObjectHandles handles;
+            BuildAllItemList(&handles);
+            m_scsTask->RequestObjectStates(handles);
+        }
+        else
+        {
+            BuildAllItemList(nullptr);
+        }
+    }
+    if (m_relayoutNeeded)
+        UpdateVisibleItems();
+}
+
+// Search and tabs
+
+bool CNodeBrowser::CompareToFilter(ItemAccessor& in_item, std::size_t* out_score) const
+{
+    if (!PassesFilterMode(m_filterMode, in_item))
+        return false;
+    if (m_searchWords.empty())
+    {
+        *out_score = 0;
+        return true;
+    }
+    const ItemID id = in_item.GetItemID();
+    return ScoreItem(m_searchWords, LowerName(m_library.GetItemName(id, true, nullptr)), m_tagIndex->FindTags(id),
+                     out_score);
+}
+
+void CNodeBrowser::SearchTextChange(const QString& text)
+{
+    m_searchWords = SplitSearchWords(text.toLower());
+    m_relayoutNeeded = true;
+    update();
+}
+
+void CNodeBrowser::ClearButton(bool)
+{
+    m_searchField->setText(QString());
+}
+
+void CNodeBrowser::TabChanged(int index)
+{
+    m_filterMode = index;
+    m_relayoutNeeded = true;
+    update();
+}
+
+void CNodeBrowser::EnterPressed()
+{
+    if (m_selectedRow >= m_visibleItems.size())
+        m_selectedRow = 0;
+    Q_EMIT SelectionChanged();
+}
+
+// Rows
+
+void CNodeBrowser::UpdateVisibleItems()
+{
+    m_relayoutNeeded = false;
+    m_visibleItems.clear();
+    if (!m_toc.IsValid())
+        return;
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> found; // score and index
+    for (std::size_t i = 0; i < m_items.size(); ++i)
+    {
+        ItemAccessor item = m_items[i].GetItem();
+        std::size_t score = 0;
+        if (CompareToFilter(item, &score))
+            found.emplace_back(score, i);
+    }
+    std::sort(found.begin(), found.end());
+    m_visibleItems.reserve(found.size());
+    for (const auto& entry : found)
+        m_visibleItems.push_back(entry.second);
+    m_contentHeight = static_cast<int>(m_visibleItems.size()) * gRowHeight;
+    UpdateScrollbar();
+}
+
+void CNodeBrowser::UpdateScrollbar()
+{
+    const int available = height() - m_listTop;
+    if (available >= m_contentHeight)
+    {
+        m_scrollBar->setValue(0);
+        m_scrollBar->hide();
+        return;
+    }
+    m_scrollBar->setPageStep(available);
+    m_scrollBar->setMinimum(0);
+    m_scrollBar->setMaximum(m_contentHeight - available);
+    m_scrollBar->show();
+}
+
+void CNodeBrowser::SliderValueChanged(int)
+{
+    m_scrollOffset = m_scrollBar->value();
+    update();
+}
+
+void CNodeBrowser::resizeEvent(QResizeEvent* in_event)
+{
+    QWidget::resizeEvent(in_event);
+    m_searchField->setGeometry(0, 0, width() - gHeaderHeight, gHeaderHeight);
+    m_clearButton->setGeometry(width() - gHeaderHeight, 0, gHeaderHeight, gHeaderHeight);
+    if (m_tabBar)
+        m_tabBar->move(0, gHeaderHeight);
+    m_scrollBar->setGeometry(width() - gHeaderHeight, m_listTop, gHeaderHeight, height() - m_listTop);
+    UpdateScrollbar();
+}
+
+RowLayout CNodeBrowser::GetRowLayout() const
+{
+    RowLayout layout;
+    layout.m_width = width();
+    layout.m_height = height();
+    layout.m_listTop = m_listTop;
+    layout.m_scrollOffset = m_scrollOffset;
+    return layout;
+}
+
+std::size_t CNodeBrowser::GetItemIndexAt(const QPoint& in_point) const
+{
+    return GetRowLayout().RowAt(in_point);
+}
+
+/// The record in a row, null when there is no such row. The item list may be newer than the rows of the last paint.
+const BrowserItem* CNodeBrowser::FindRow(std::size_t in_row) const
+{
+    if (in_row >= m_visibleItems.size())
+        return nullptr;
+    const std::uint64_t index = m_visibleItems[in_row];
+    return index < m_items.size() ? &m_items[static_cast<std::size_t>(index)] : nullptr;
+}
+
+ItemAccessor CNodeBrowser::GetRowItem(std::size_t in_row) const
+{
+    const BrowserItem* const item = FindRow(in_row);
+    return item ? item->GetItem() : ItemAccessor();
+}
+
+std::set<std::string> CNodeBrowser::GetSearchTags(const ItemID& in_item) const
+{
+    const std::set<std::string>* const tags = m_tagIndex->FindTags(in_item);
+    return tags ? *tags : std::set<std::string>();
+}
+
+// Painting
+
+void CNodeBrowser::paintEvent(QPaintEvent*)
+{
+    RefreshItems();
+
+    const RowLayout layout = GetRowLayout();
+    QPainter painter(this);
+    const Qt::BGMode backgroundMode = painter.backgroundMode();
+    painter.setBackgroundMode(Qt::TransparentMode);
+    painter.setClipRect(layout.ListRect());
+    const RowRange rows = layout.VisibleRows(m_visibleItems.size());
+    for (std::size_t row = rows.m_first; row < rows.m_end; ++row)
+        DrawRow(painter, layout, row);
+    painter.setBackgroundMode(backgroundMode);
+}
+
+void CNodeBrowser::DrawRow(QPainter& in_painter, const RowLayout& in_layout, std::size_t in_row) const
+{
+    const BrowserItem* const item = FindRow(in_row);
+    if (!item)
+        return;
+    const ItemID id = item->GetItemID();
+    QString name = ToText(m_library.GetItemName(id, true, nullptr));
+    if (in_row == m_selectedRow)
+        in_painter.fillRect(in_layout.BandRect(in_row),
+                            style()->standardPalette().brush(QPalette::Active, QPalette::Highlight));
+    if (!item->GetStateIcon().isNull())
+    {
+        const bool marked = item->IsFactoryItem() || (isSourceControlEnabled() && item->IsSourceControlled());
+        in_painter.drawPixmap(marked ? gMarkedIconLeft : gIconLeft, in_layout.RowTop(in_row) + gIconInset,
+                              item->GetStateIcon());
+    }
+    if (m_library.ItemIsDirty(id))
+        name += QLatin1Char('*');
+    in_painter.drawText(in_layout.NameRect(in_row), Qt::AlignLeft | Qt::AlignVCenter, name);
+}
+
+// Mouse, selection and drag
+
+void CNodeBrowser::mousePressEvent(QMouseEvent* in_event)
+{
+    const QPoint position = qtcompat::EventPosition(*in_event);
+    const std::size_t row = GetItemIndexAt(position);
+    // A press that picks nothing clears the selection silently: the band goes with the next repaint.
+    m_selectedRow = gNoRow;
+    if (row >= m_visibleItems.size())
+        return;
+    if (in_event->button() == Qt::LeftButton)
+    {
+        m_selectedRow = row;
+        m_dragStart = position;
+        repaint();
+        Q_EMIT SelectionChanged();
+    }
+    else if (in_event->button() == Qt::RightButton && m_config == eConfigNodeBrowser)
+    {
+        m_selectedRow = row;
+        PopContexMenu(qtcompat::EventGlobalPosition(*in_event), row);
+        Q_EMIT SelectionChanged();
+    }
+}
+
+void CNodeBrowser::mouseMoveEvent(QMouseEvent* in_event)
+{
+    const BrowserItem* const item = FindRow(static_cast<std::size_t>(m_selectedRow));
+    const QPoint way = qtcompat::EventPosition(*in_event) - m_dragStart;
+    if (!item || !(in_event->buttons() & Qt::LeftButton) || way.manhattanLength() < QApplication::startDragDistance())
+        return;
+    QDrag* const drag = new QDrag(this);
+    QMimeData* const mimeData = new QMimeData;
+    mimeData->setData(QString::fromLatin1("vireo/toc.key"), DragPayload(item->GetItemID()));
+    drag->setMimeData(mimeData);
+    drag->exec(Qt::CopyAction);
+}
+
+void CNodeBrowser::mouseDoubleClickEvent(QMouseEvent* in_event)
+{
+    const BrowserItem* const item = FindRow(GetItemIndexAt(qtcompat::EventPosition(*in_event)));
+    if (!item || item->GetItemID().GetType() != VireoType::gCompound)
+        return;
+    const CompoundAccessor compound = ViewModel<CompoundAccessor>(m_library, item->GetItemID());
+    Helpers::SetGlobalVireoCompoundTarget(CompoundAccessor(compound), CompoundAccessor());
+}
+
+ItemID CNodeBrowser::GetSelection()
+{
+    return GetRowItem(static_cast<std::size_t>(m_selectedRow)).GetItemID();
+}
+
+bool CNodeBrowser::IsSelectionType()
+{
+    if (!m_library.IsValid())
+        return false;
+    const ItemID selection = GetSelection();
+    return selection.IsValid() && ViewModel<TypeDescriptorAccessor>(m_library, selection).IsValid();
+}
+
+// Tool tips and the wheel
+
+bool CNodeBrowser::event(QEvent* in_event)
+{
+    if (in_event->type() == QEvent::ToolTip)
+    {
+        ShowToolTip(static_cast<QHelpEvent&>(*in_event));
+        return true;
+    }
+    if (in_event->type() == QEvent::Wheel && ScrollByWheel(static_cast<const QWheelEvent&>(*in_event)))
+    {
+        in_event->accept();
+        return true;
+    }
+    return QWidget::event(in_event);
+}
+
+void CNodeBrowser::ShowToolTip(QHelpEvent& in_event)
+{
+    const BrowserItem* const item = FindRow(GetItemIndexAt(in_event.pos()));
+    // Only compounds have source-control news worth a tool tip, and the browser adds nothing of its own.
+    if (!item || item->GetItemID().GetType() != VireoType::gCompound)
+    {
+        QToolTip::hideText();
+        in_event.ignore();
+        return;
+    }
+    nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
+    if (!helper)
+        return;
+    const nexa4::NEXAHandle<nexa4::IDbObject> object = FindDbObject(*helper, item->GetItemID());
+    if (object.IsValid())
+        QToolTip::showText(in_event.globalPos(), ScsUtils::GetToolTip(object, QString::fromLatin1(":compound.png")));
+}
+
+/// Moves the list by three rows, whatever device turned how far. False when the pointer is not over the list.
+bool CNodeBrowser::ScrollByWheel(const QWheelEvent& in_event)
+{
+    if (!GetRowLayout().ListRect().contains(qtcompat::EventPosition(in_event)))
+        return false;
+    const int step = qtcompat::WheelDelta(in_event) > 0 ? -gWheelStep : gWheelStep;
+    m_scrollBar->setValue(m_scrollOffset + step);
+    return true;
+}
+
+// Commands
+
+void CNodeBrowser::PopContexMenu(const QPoint&, std::size_t in_row)
+{
+    m_selectedRow = in_row;
+}
+
+void CNodeBrowser::OnNewSignature() {}
+
+void CNodeBrowser::OnNewCompound() {}
+
+void CNodeBrowser::OnNewLoopCompound() {}
+
+void CNodeBrowser::OnSaveGraphLibrary() {}
+
+void CNodeBrowser::OnRenameItem() {}
+
+void CNodeBrowser::OnDeleteItem() {}
+
+void CNodeBrowser::OnCheckOutItem() {}
+
+void CNodeBrowser::OnMakeItemWritable() {}
+
+void CNodeBrowser::OnShowItemFiles() {}
+
+void CNodeBrowser::OnEditItemTags() {}
+
+void CNodeBrowser::OnDatasourceChange() {}

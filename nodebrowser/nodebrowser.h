@@ -1,0 +1,205 @@
+/// The browser of a node library: search it, scroll it, select in it, drag out of it.
+#pragma once
+
+#include "datamodel/item.h"
+#include "datamodel/itemlibrary.h"
+#include "datamodel/notifications.h"
+#include "datamodel/revisioncontrol.h"
+#include "nodebrowser/export.h"
+
+#include <QPoint>
+#include <QString>
+#include <QWidget>
+
+#include <cstddef>
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+class BrowserItem;
+class QHelpEvent;
+class QLineEdit;
+class QPainter;
+class QPushButton;
+class QScrollBar;
+class QTabBar;
+class ScsTask;
+class TagIndex;
+struct RowLayout;
+
+/// Which of its two forms a browser takes.
+enum eConfigType
+{
+    eConfigNodeBrowser = 0,  ///< the full browser, with the tabs "Nodes", "Types", "All"
+    eConfigTypeSelector = 1, ///< types only: no tabs, no context menu; so does every value above 1
+};
+
+/// A panel that lists the items of one item library as rows of an icon and a name, below a search field.
+///
+/// A host creates it, puts it anywhere it puts widgets, attaches a library and a command manager, and listens to
+/// SelectionChanged():
+///
+///     CNodeBrowser* browser = new CNodeBrowser(eConfigNodeBrowser);
+///     browser->SetItemLibrary(library);
+///     browser->SetCommandManager(GetApplicationCommandManager());
+///     connect(browser, SIGNAL(SelectionChanged()), this, SLOT(ShowSelection()));
+///
+/// The data layer must be installed before the first browser is made and must outlive the last one. The browser holds
+/// copies of accessors, observes the library and its table of contents until it dies or gets another library, and never
+/// owns data: it changes items only through the data layer, which tells it of the change like everybody else.
+///
+/// Cost: notifications, key strokes and tab changes only raise a flag and ask for a repaint. The next paint rebuilds the
+/// item list if items changed (one pass over the library and one sort), filters and orders it if the search changed (one
+/// pass over the list), and draws the rows in sight, which alone cost a name look-up each.
+///
+/// Use it on the thread of the user interface only.
+class NODEBROWSER_EXPORT CNodeBrowser : public QWidget,
+                                        public vireo::datamodel::IItemTOCNotification,
+                                        public vireo::datamodel::IItemLibraryNotification,
+                                        private IRevisionControlPropertiesMgr_Slot
+{
+    Q_OBJECT
+
+public:
+    /// A browser without a parent and without a library, which shows nothing.
+    explicit CNodeBrowser(eConfigType in_config);
+    ~CNodeBrowser() override;
+
+    /// Attaches a library in the place of the one before; the item list is built at once, the rows follow at the next
+    /// paint. An invalid library is accepted and shows nothing. The row selected before stays selected by its number.
+    void SetItemLibrary(const vireo::datamodel::ItemLibraryAccessor& in_library);
+
+    /// The command manager that all changes are made with; null, as at first, makes them without undo. It stays the
+    /// host's and must outlive the browser or be replaced before it dies.
+    void SetCommandManager(hmx::fwk::ICommandManager* in_commands);
+    hmx::fwk::ICommandManager* GetCommandManager() const;
+
+    /// The selected item; the invalid identity when no row is selected. The selection is a row, not an item: after a
+    /// change of the search or the library the same row may hold another item, or none.
+    vireo::datamodel::ItemID GetSelection();
+
+    /// Whether the selected item is a type.
+    bool IsSelectionType();
+
+Q_SIGNALS:
+    /// The user picked a row: by a left press, by a right press once its menu has closed, or by Enter in the search
+    /// field. Sent also for the row that was selected before; never sent when the selection is lost or the rows change.
+    void SelectionChanged();
+
+protected Q_SLOTS:
+    void SliderValueChanged(int value);
+    void SearchTextChange(const QString& text);
+    void EnterPressed();
+    void TabChanged(int index);
+    void OnNewSignature();
+    void OnNewCompound();
+    void OnNewLoopCompound();
+    void OnSaveGraphLibrary();
+    void ClearButton(bool in_bChecked);
+    virtual void OnRenameItem();
+    virtual void OnDeleteItem();
+    virtual void OnCheckOutItem();
+    virtual void OnMakeItemWritable();
+    virtual void OnShowItemFiles();
+    virtual void OnEditItemTags();
+    virtual void OnDatasourceChange();
+
+protected:
+    /// The rows as the last paint laid them out, for a derived browser that reports on them. An invalid accessor and no
+    /// tags for a row that is not there.
+    std::size_t GetRowCount() const { return m_visibleItems.size(); }
+    vireo::datamodel::ItemAccessor GetRowItem(std::size_t in_row) const;
+    /// The tags of an item as the search sees them: its own and the name of its type.
+    std::set<std::string> GetSearchTags(const vireo::datamodel::ItemID& in_item) const;
+
+    /// Whether an item passes the tab and the search text, and how relevant it is: the lower the score, the more.
+    /// \param out_score written only when the item passes
+    bool CompareToFilter(vireo::datamodel::ItemAccessor& in_item, std::size_t* out_score) const;
+
+    /// Opens the context menu of a row, which becomes the selected one.
+    /// \param in_position in screen pixels
+    virtual void PopContexMenu(const QPoint& in_position, std::size_t in_row);
+
+    bool event(QEvent* in_event) override;
+    void paintEvent(QPaintEvent* in_event) override;
+    void resizeEvent(QResizeEvent* in_event) override;
+    void mousePressEvent(QMouseEvent* in_event) override;
+    void mouseMoveEvent(QMouseEvent* in_event) override;
+    void mouseDoubleClickEvent(QMouseEvent* in_event) override;
+
+private:
+    using ObjectHandles = std::list<nexa4::NEXAHandle<nexa4::IDbObject>>;
+
+    void ItemAdded(vireo::datamodel::ItemAccessor& in_item) override;
+    void ItemRemoved(vireo::datamodel::ItemAccessor& in_item) override;
+    void OnBeginChanges(vireo::datamodel::ItemLibraryAccessor& in_library) override;
+    void OnEndChanges(vireo::datamodel::ItemLibraryAccessor& in_library) override;
+    void LibraryInvalidated(vireo::datamodel::ItemLibraryAccessor& in_library) override;
+    void ItemNameChanged(vireo::datamodel::ItemLibraryAccessor& in_library,
+                         const vireo::datamodel::ItemID& in_item) override;
+    void ItemTagsChanged(vireo::datamodel::ItemLibraryAccessor& in_library, const vireo::datamodel::ItemID& in_item,
+                         const char* in_key) override;
+    void ItemAccessStateChanged(vireo::datamodel::ItemLibraryAccessor& in_library,
+                                const vireo::datamodel::ItemID& in_item, long in_state) override;
+    void OnPreCommit(vireo::datamodel::ItemLibraryAccessor& in_library, bool* out_veto) override;
+    void OnPostCommit(vireo::datamodel::ItemLibraryAccessor& in_library) override;
+    void OnRevisionControlPropertiesChange(IRevisionControlPropertiesMgr* in_manager) override;
+
+    void CreateHeader();
+    void ConnectHeader();
+    void ConnectRevisionControl();
+    void StopObserving();
+
+    void RequestRebuild();
+    void RefreshItems();
+    void BuildAllItemList(ObjectHandles* out_handles);
+    void AppendItems(const char* in_type, ObjectHandles* out_handles);
+    void SortItems();
+    void IndexTags(const vireo::datamodel::ItemID& in_item);
+    BrowserItem* FindListedItem(const vireo::datamodel::ItemID& in_item);
+
+    void SetSourceControlEnabled(bool in_enabled);
+    bool isSourceControlEnabled() const { return m_sourceControlEnabled; }
+    bool IsVersioningShown() const;
+
+    void UpdateVisibleItems();
+    void UpdateScrollbar();
+    RowLayout GetRowLayout() const;
+    std::size_t GetItemIndexAt(const QPoint& in_point) const;
+    const BrowserItem* FindRow(std::size_t in_row) const;
+
+    void DrawRow(QPainter& in_painter, const RowLayout& in_layout, std::size_t in_row) const;
+    void ShowToolTip(QHelpEvent& in_event);
+    bool ScrollByWheel(const QWheelEvent& in_event);
+
+    std::list<RevisionControlConnection> m_revisionControlConnections;
+    bool m_statesStale = true;
+    hmx::fwk::ICommandManager* m_commandManager = nullptr;
+    vireo::datamodel::ItemLibraryAccessor m_library;
+    vireo::datamodel::ItemTOCAccessor m_toc;
+    QScrollBar* m_scrollBar = nullptr;
+    QLineEdit* m_searchField = nullptr;
+    QPushButton* m_clearButton = nullptr;
+    QTabBar* m_tabBar = nullptr;
+    int m_filterMode = -1;
+    int m_listTop = 0;
+    ScsTask* m_scsTask = nullptr;
+    bool m_sourceControlEnabled = false;
+    std::set<std::string> m_searchWords; // the lowered search text, split once per key stroke
+    bool m_relayoutNeeded = false;
+    bool m_rebuildNeeded = false;
+    int m_contentHeight = 0;
+    QPoint m_dragStart;
+    std::uint64_t m_selectedRow; // not below the number of rows: none
+    int m_scrollOffset = 0;
+    std::vector<std::uint64_t> m_visibleItems; // indexes into m_items, in display order
+    std::vector<BrowserItem> m_items;
+    // Where an item stands in m_items, by identity; filled when first asked for after a rebuild.
+    std::vector<std::pair<vireo::datamodel::ItemID, std::size_t>> m_itemPositions;
+    std::unique_ptr<TagIndex> m_tagIndex;
+    const eConfigType m_config;
+};
