@@ -5,7 +5,14 @@
 #include <QPixmap>
 #include <QPoint>
 #include <QWheelEvent>
+#include <QWidget>
 #include <QtGlobal>
+
+#if QT_VERSION >= 0x050000
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
+#endif
 
 namespace qtcompat
 {
@@ -53,6 +60,40 @@ inline int WheelDelta(const QWheelEvent& in_event)
     QT_WARNING_POP
 #else
     return in_event.delta();
+#endif
+}
+
+/// One turn of a wheel as a widget receives it, for whoever stands in for a person at the mouse.
+inline QWheelEvent MakeWheelEvent(const QPoint& in_position, const QPoint& in_globalPosition, int in_delta,
+                                  Qt::Orientation in_orientation)
+{
+#if QT_VERSION >= 0x050C00
+    const QPoint delta = in_orientation == Qt::Vertical ? QPoint(0, in_delta) : QPoint(in_delta, 0);
+    return QWheelEvent(QPointF(in_position), QPointF(in_globalPosition), QPoint(), delta, Qt::NoButton, Qt::NoModifier,
+                       Qt::NoScrollPhase, false);
+#else
+    return QWheelEvent(in_position, in_globalPosition, in_delta, Qt::NoButton, Qt::NoModifier, in_orientation);
+#endif
+}
+
+/// What takes the pointer's events of a shown window while something is dragged: a drag listens to windows, not to
+/// widgets, where the toolkit tells the two apart.
+inline QObject* DragEventReceiver(QWidget& in_window)
+{
+#if QT_VERSION >= 0x050000
+    return in_window.windowHandle();
+#else
+    return &in_window;
+#endif
+}
+
+/// What the screen shows of a window at this moment; asks for no painting.
+inline QPixmap ScreenPicture(const QWidget& in_window)
+{
+#if QT_VERSION >= 0x050000
+    return QGuiApplication::primaryScreen()->grabWindow(in_window.winId());
+#else
+    return QPixmap::grabWindow(in_window.winId());
 #endif
 }
 

@@ -1,0 +1,90 @@
+/// The object database of a data layer in memory.
+#pragma once
+
+#include "datamodel/provider.h"
+#include "memorymodel/commandmanager.h"
+#include "memorymodel/datasource.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace memorymodel
+{
+
+class FactoryObject;
+class Item;
+
+/// One database instance with everything that its objects lead to: their manager and the helper for moving them.
+///
+/// It does not own items: it hands out objects that are part of them while they are there. Looking an object up by place
+/// or by identity is constant time, or logarithmic for an identity that was given from outside.
+class Database : public nexa4::IDatabase,
+                 public nexa4::IDataModelMgr,
+                 public nexa4::IHelper,
+                 public nexa4::IObjectDatabase,
+                 public std::enable_shared_from_this<Database>
+{
+public:
+    /// \param in_commands takes the moves; must stay until Shutdown()
+    explicit Database(CommandManager& in_commands);
+
+    /// From here on nothing is found any more and nothing is moved.
+    void Shutdown();
+
+    int GetInstance() const { return m_instance; }
+    nexa4::NEXAPtr<nexa4::IDataModelMgr> GetManager();
+
+    /// A place that no object ever had.
+    int NewPlace();
+    /// The identity that an object at a place has when it is given none. Such identities are unlike those of any other
+    /// database, in other processes too, so that they can be written down.
+    nexa4::DbObjectId MakeIdentity(int in_place) const;
+    /// Puts an object at its place. Of several objects with one identity the first one put is found by it.
+    void Put(int in_place, const std::shared_ptr<nexa4::IDbObject>& in_object);
+    void TakeAway(int in_place);
+    /// Makes the resource object of a source, and moves the factory objects there that the source's flags call for.
+    /// \return the resource's place
+    int AddResource(const std::shared_ptr<DataSource>& in_source);
+    /// The source that a resource object with this identity stands for; null when there is none.
+    std::shared_ptr<DataSource> FindSource(const nexa4::DbObjectId& in_resource) const;
+    /// The item whose object is at a place, kept alive by the pointer; null when there is none.
+    std::shared_ptr<Item> FindItem(int in_instance, int in_place) const;
+
+    nexa4::NEXAHandle<nexa4::IDbObject> FindObject(const nexa4::DbObjectId& in_id) const override;
+    std::vector<nexa4::DbObjectId> Query(const std::string& in_query, bool in_loaded) const override;
+    nexa4::NEXAPtr<nexa4::IDatabase> GetDatabase() const override;
+    bool MoveToDataSource(const nexa4::NEXAHandle<nexa4::IDbObject>& in_object,
+                          const nexa4::NEXAPtr<nexa4::IDataSource>& in_target, bool in_withContent) override;
+
+    std::shared_ptr<nexa4::IDbObject> GetObjectAt(int in_instance, int in_cacheIndex) override;
+    nexa4::DbObjectId GetResourceType() override;
+    nexa4::NEXAPtr<nexa4::IHelper> GetHelper(const nexa4::NEXAPtr<nexa4::IDatabase>& in_database) override;
+    nexa4::NEXAPtr<nexa4::IDataSource>
+    GetDataSourceFromResource(const nexa4::NEXAPtr<nexa4::IValueAsset>& in_resource) override;
+    bool IsSameUri(const nexa4::NEXAPtr<nexa4::IDataSource>& in_source,
+                   const nexa4::NEXAHandle<nexa4::IValueAsset>& in_resource) override;
+    std::string GetResourceExpandedURI(const nexa4::NEXAHandle<nexa4::IDbObject>& in_resource) override;
+
+private:
+    /// The object at a place; null when there is none.
+    const std::shared_ptr<nexa4::IDbObject>& ObjectAt(int in_place) const;
+    /// The place of an identity's object, or where it was; -1 when there never was one.
+    int PlaceOf(const nexa4::DbObjectId& in_id) const;
+    /// The place that MakeIdentity() made an identity for; -1 for any other identity.
+    int PlaceOfMadeIdentity(const nexa4::DbObjectId& in_id) const;
+
+    const int m_instance;
+    CommandManager* m_commands;
+    std::array<std::uint8_t, 8> m_prefix; ///< the first half of the identities made here
+    std::vector<std::shared_ptr<nexa4::IDbObject>> m_objects; ///< by place; null where none is, or none any more
+    std::map<nexa4::DbObjectId, int> m_places; ///< of the objects whose identity was given from outside
+    std::vector<int> m_resources; ///< places of all resources that ever were, in order of creation
+    std::shared_ptr<FactoryObject> m_factories[2];
+};
+
+} // namespace memorymodel

@@ -1,0 +1,71 @@
+/// The whole data layer in memory: what a host without a data layer of its own embeds, and what tests run against.
+#pragma once
+
+#include "datamodel/provider.h"
+#include "memorymodel/commandmanager.h"
+#include "memorymodel/export.h"
+#include "memorymodel/library.h"
+#include "memorymodel/sourcecontrol.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace memorymodel
+{
+
+/// A complete implementation of the boundary. Making one installs it; destroying it puts back what was installed before
+/// it, if it is still the one installed. It must outlive every browser that works on its libraries.
+///
+///     memorymodel::DataLayer layer;
+///     memorymodel::Library& library = layer.AddLibrary("Nodes");
+///     library.Add(NewItem::Compound("Blend").Tags("color;mix"));
+///     browser.SetItemLibrary(library.GetAccessor());
+///     browser.SetCommandManager(&layer.GetCommandManager());
+///
+/// One thread: the user interface's.
+class MEMORYMODEL_EXPORT DataLayer
+{
+public:
+    DataLayer();
+    ~DataLayer();
+    DataLayer(const DataLayer&) = delete;
+    DataLayer& operator=(const DataLayer&) = delete;
+
+    /// Makes this the installed data layer again after another one had its turn.
+    void Install();
+
+    /// Makes an empty library. It lives until RemoveLibrary() or until the data layer dies.
+    Library& AddLibrary(std::string in_name);
+
+    /// Closes a library and destroys it.
+    void RemoveLibrary(Library& in_library);
+
+    /// The library that the service "NEXADBProxy" hands out; null, as at first, for none.
+    void SetCurrentLibrary(Library* in_library);
+
+    /// The application's command manager.
+    CommandManager& GetCommandManager();
+
+    SourceControl& GetSourceControl();
+
+    /// Puts a service in the place of another or takes one away (null). At first "RevisionControlUIHelper",
+    /// "RevisionControlPropertiesMgr" and "NEXADBProxy" are there. The service stays the caller's.
+    void SetService(const std::string& in_name, hmx::IBase* in_service);
+    /// Puts the data layer's own service of that name back.
+    void RestoreService(const std::string& in_name);
+    /// Whether hmxGetSystem() answers at all (true at first).
+    void SetSystemPresent(bool in_present);
+
+    /// The compound that the application edits, and the one it is shown inside of; invalid for none.
+    vireo::datamodel::ItemID GetCompoundTarget() const;
+    vireo::datamodel::ItemID GetCompoundTargetRoot() const;
+    /// Called after each setting of the target, also when it is the same one again.
+    void SetCompoundTargetHandler(std::function<void()> in_handler);
+
+private:
+    class Implementation;
+    std::unique_ptr<Implementation> m_implementation;
+};
+
+} // namespace memorymodel

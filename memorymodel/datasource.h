@@ -1,0 +1,46 @@
+/// A data source of the in-memory data layer: a named place that items live in.
+#pragma once
+
+#include "datamodel/dbobjectid.h"
+#include "datamodel/objectdatabase.h"
+#include "memorymodel/export.h"
+
+#include <string>
+
+namespace memorymodel
+{
+
+/// How a data source behaves; values are combined with "|".
+enum
+{
+    ePlainSource = 0,         ///< takes changes and new items
+    eReadOnlySource = 1,      ///< refuses every change
+    eFactorySource = 2,       ///< holds the first of the two well-known factory objects: its items came with the product
+    eSecondFactorySource = 4, ///< the same for the second factory object
+};
+
+/// Made by Library::AddDataSource() and owned by the data layer.
+class MEMORYMODEL_EXPORT DataSource : public nexa4::IDataSource
+{
+public:
+    DataSource(std::string in_name, std::string in_location, unsigned in_flags);
+
+    /// nexa4::eDataSourceReadOnly, or 0.
+    int GetState() const override;
+
+    const std::string& GetName() const { return m_name; }
+    /// Where it is stored, as people read it: a path or an address.
+    const std::string& GetLocation() const { return m_location; }
+    unsigned GetFlags() const { return m_flags; }
+    bool IsReadOnly() const { return (m_flags & eReadOnlySource) != 0; }
+
+    /// Closes the source to changes or opens it. Notifies nobody: the browser learns of it at its next rebuild.
+    void SetReadOnly(bool in_readOnly);
+
+private:
+    std::string m_name;
+    std::string m_location;
+    unsigned m_flags;
+};
+
+} // namespace memorymodel

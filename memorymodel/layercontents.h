@@ -1,0 +1,43 @@
+/// What the parts of one data layer share: its libraries and its database.
+#pragma once
+
+#include "memorymodel/database.h"
+#include "memorymodel/librarycontext.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+
+namespace memorymodel
+{
+
+/// Finds items by identity whichever library they are in, and the database they are in. Owned by the data layer.
+class LayerContents
+{
+public:
+    explicit LayerContents(CommandManager& in_commands) : m_database(std::make_shared<Database>(in_commands)) {}
+
+    Database& GetDatabase() const { return *m_database; }
+
+    std::shared_ptr<LibraryContext> AddLibrary(std::string in_name)
+    {
+        const auto library = std::make_shared<LibraryContext>(std::move(in_name), m_database);
+        m_libraries[library->GetSpace()] = library;
+        return library;
+    }
+
+    void RemoveLibrary(const LibraryContext& in_library) { m_libraries.erase(in_library.GetSpace()); }
+
+    /// Null when no library has the item. Costs the logarithm of the number of libraries.
+    std::shared_ptr<Item> FindItem(const vireo::datamodel::ItemID& in_item) const
+    {
+        const auto found = m_libraries.find(in_item.GetSpace());
+        return found == m_libraries.end() ? nullptr : found->second->FindItem(in_item);
+    }
+
+private:
+    const std::shared_ptr<Database> m_database;
+    std::map<std::uint64_t, std::shared_ptr<LibraryContext>> m_libraries;
+};
+
+} // namespace memorymodel

@@ -1,0 +1,148 @@
+#include "memorymodel/library.h"
+
+#include "memorymodel/librarycontext.h"
+
+#include <utility>
+
+using namespace vireo::datamodel;
+
+namespace memorymodel
+{
+
+// Observers may have the library removed from inside a call: what follows a notification must not touch this object, so
+// each function does nothing after its call of the context, which keeps itself alive.
+
+Library::Library(std::shared_ptr<LibraryContext> in_context) : m_context(std::move(in_context)) {}
+
+Library::~Library() = default;
+
+const std::string& Library::GetName() const
+{
+    return m_context->GetName();
+}
+
+ItemLibraryAccessor Library::GetAccessor() const
+{
+    return m_context->GetAccessor();
+}
+
+DataSource& Library::AddDataSource(std::string in_name, unsigned in_flags, std::string in_location)
+{
+    return m_context->AddDataSource(std::move(in_name), in_flags, std::move(in_location));
+}
+
+const std::vector<std::shared_ptr<DataSource>>& Library::GetDataSources() const
+{
+    return m_context->GetDataSources();
+}
+
+ItemID Library::Add(const NewItem& in_item)
+{
+    return m_context->Add(in_item);
+}
+
+bool Library::Remove(const ItemID& in_item, hmx::fwk::ICommandManager* in_commands)
+{
+    return m_context->RemoveItem(in_item, in_commands);
+}
+
+bool Library::Rename(const ItemID& in_item, const std::string& in_name, hmx::fwk::ICommandManager* in_commands)
+{
+    return m_context->RenameItem(in_item, in_name, in_commands);
+}
+
+bool Library::SetTags(const ItemID& in_item, const std::string& in_tags, hmx::fwk::ICommandManager* in_commands)
+{
+    return m_context->SetTags(in_item, gApplicationTagsKey, in_tags, in_commands);
+}
+
+void Library::Invalidate()
+{
+    LibraryContext* const context = m_context.get();
+    context->InBracket([context] { context->TellInvalidated(); });
+}
+
+void Library::Close()
+{
+    m_context->Close();
+}
+
+std::size_t Library::GetItemCount() const
+{
+    return m_context->GetItemCount();
+}
+
+std::vector<ItemID> Library::GetItems() const
+{
+    std::vector<ItemID> ids;
+    ids.reserve(GetItemCount());
+    for (const std::shared_ptr<Item>& item : m_context->GetItems())
+        if (item)
+            ids.push_back(item->GetItemID());
+    return ids;
+}
+
+ItemID Library::FindByName(const std::string& in_name) const
+{
+    for (const std::shared_ptr<Item>& item : m_context->GetItems())
+        if (item && item->m_name == in_name)
+            return item->GetItemID();
+    return ItemID();
+}
+
+ItemID Library::FindBySerialized(const std::string& in_text) const
+{
+    const std::size_t digits = 16;
+    if (in_text.size() < digits)
+        return ItemID();
+    std::uint64_t number = 0;
+    for (const char digit : in_text.substr(in_text.size() - digits))
+    {
+        const std::size_t value = std::string("0123456789ABCDEF").find(digit);
+        if (value == std::string::npos)
+            return ItemID();
+        number = number << 4 | value;
+    }
+    const std::vector<std::shared_ptr<Item>>& items = m_context->GetItems();
+    if (number >= items.size() || !items[number])
+        return ItemID();
+    const ItemID id = items[number]->GetItemID();
+    return id.Serialize() == in_text ? id : ItemID();
+}
+
+const DataSource* Library::GetSourceOf(const ItemID& in_item) const
+{
+    const std::shared_ptr<Item> item = m_context->FindItem(in_item);
+    return item ? item->m_source.get() : nullptr;
+}
+
+std::string Library::GetBaseClass(const ItemID& in_item) const
+{
+    const std::shared_ptr<Item> item = m_context->FindItem(in_item);
+    return item && item->m_extra ? item->m_extra->m_baseClass : std::string();
+}
+
+std::string Library::GetCategory(const ItemID& in_item) const
+{
+    const std::shared_ptr<Item> item = m_context->FindItem(in_item);
+    return item && item->m_extra ? item->m_extra->m_category : std::string();
+}
+
+bool Library::IsSignature(const ItemID& in_item) const
+{
+    const std::shared_ptr<Item> item = m_context->FindItem(in_item);
+    return item && item->m_signature;
+}
+
+bool Library::IsLoopCompound(const ItemID& in_item) const
+{
+    const std::shared_ptr<Item> item = m_context->FindItem(in_item);
+    return item && item->m_loop;
+}
+
+void Library::SetWriter(std::function<std::string(const ItemID&)> in_writer)
+{
+    m_context->SetWriter(std::move(in_writer));
+}
+
+} // namespace memorymodel

@@ -1,0 +1,93 @@
+/// An item library in memory: the boundary's library and table of contents, and the way to put content into them.
+#pragma once
+
+#include "datamodel/itemlibrary.h"
+#include "datamodel/itemlibrarymodifier.h"
+#include "memorymodel/datasource.h"
+#include "memorymodel/export.h"
+#include "memorymodel/newitem.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace memorymodel
+{
+
+class DataLayer;
+class LibraryContext;
+
+/// Made by DataLayer::AddLibrary() and owned by the data layer. This class is for whoever sets up content; everybody
+/// else reads and writes through GetAccessor().
+///
+/// What is said of notifications: every change tells the observers before it returns, between OnBeginChanges() and
+/// OnEndChanges(), in the order in which they registered; what changes nothing is silent. The writes below take an
+/// optional command manager like those of the boundary.
+class MEMORYMODEL_EXPORT Library
+{
+public:
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+
+    const std::string& GetName() const;
+    vireo::datamodel::ItemLibraryAccessor GetAccessor() const;
+
+    /// Adds a data source. A library has one plain source called "Local" when nothing was added before its first item.
+    /// A resource object stands for each source in the database, in the order of this call.
+    /// \param in_flags ePlainSource or a combination of the others
+    /// \param in_location where it is stored, as people read it; empty: made from the names
+    DataSource& AddDataSource(std::string in_name, unsigned in_flags = ePlainSource, std::string in_location = std::string());
+    const std::vector<std::shared_ptr<DataSource>>& GetDataSources() const;
+
+    /// Adds an item, ItemAdded() is sent. Items of one type are listed in the order in which they were added. Never
+    /// undoable, never dirty; read-only sources take it too. Constant time.
+    vireo::datamodel::ItemID Add(const NewItem& in_item);
+
+    /// Removes an item, ItemRemoved() is sent. False when there is no such item.
+    bool Remove(const vireo::datamodel::ItemID& in_item, hmx::fwk::ICommandManager* in_commands = nullptr);
+
+    /// Renames an item of any type whatever its access, ItemNameChanged() is sent. False when nothing changes.
+    bool Rename(const vireo::datamodel::ItemID& in_item, const std::string& in_name,
+                hmx::fwk::ICommandManager* in_commands = nullptr);
+
+    /// Replaces an item's tags whatever its access, ItemTagsChanged() is sent. False when nothing changes.
+    bool SetTags(const vireo::datamodel::ItemID& in_item, const std::string& in_tags,
+                 hmx::fwk::ICommandManager* in_commands = nullptr);
+
+    /// Sends LibraryInvalidated().
+    void Invalidate();
+
+    /// Ends the library: its accessors, its table of contents and its items are invalid from here on, and the observers
+    /// get LibraryInvalidated(). The object itself stays until the data layer removes it.
+    void Close();
+
+    std::size_t GetItemCount() const;
+    /// All items in the order in which they were added.
+    std::vector<vireo::datamodel::ItemID> GetItems() const;
+    /// The first item with a name; the invalid identity when there is none. Linear time.
+    vireo::datamodel::ItemID FindByName(const std::string& in_name) const;
+    /// The item whose ItemID::Serialize() gave this text; the invalid identity when there is none.
+    vireo::datamodel::ItemID FindBySerialized(const std::string& in_text) const;
+    /// The data source that an item lives in; null when there is no such item.
+    const DataSource* GetSourceOf(const vireo::datamodel::ItemID& in_item) const;
+    /// The base class, the category, and whether the item is a signature or a loop compound; for compounds.
+    std::string GetBaseClass(const vireo::datamodel::ItemID& in_item) const;
+    std::string GetCategory(const vireo::datamodel::ItemID& in_item) const;
+    bool IsSignature(const vireo::datamodel::ItemID& in_item) const;
+    bool IsLoopCompound(const vireo::datamodel::ItemID& in_item) const;
+
+    /// Called by a commit with each dirty item that it saves; returns an error sentence, or an empty text on success.
+    /// Without one, a commit of a library in memory has nowhere to write to and just clears the dirty marks.
+    void SetWriter(std::function<std::string(const vireo::datamodel::ItemID&)> in_writer);
+
+private:
+    friend class DataLayer;
+    explicit Library(std::shared_ptr<LibraryContext> in_context);
+    ~Library();
+
+    std::shared_ptr<LibraryContext> m_context;
+};
+
+} // namespace memorymodel

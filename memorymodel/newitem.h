@@ -1,0 +1,81 @@
+/// The description of an item to be added to a library.
+#pragma once
+
+#include "datamodel/itemid.h"
+#include "memorymodel/export.h"
+
+#include <string>
+
+namespace memorymodel
+{
+
+class DataSource;
+class LibraryContext;
+
+/// What an item is to be, written as one sentence:
+///
+///     library.Add(NewItem::Compound("Blend").Tags("color;mix").In(local));
+///
+/// Nothing happens until the description is handed to Library::Add(). Texts are 8-bit Latin-1.
+class MEMORYMODEL_EXPORT NewItem
+{
+public:
+    static NewItem Compound(std::string in_name);
+    static NewItem LoopCompound(std::string in_name);
+    static NewItem Signature(std::string in_name);
+    static NewItem Solver(std::string in_name);
+    static NewItem PolymorphicSolver(std::string in_name);
+    static NewItem GlobalConstant(std::string in_name);
+    static NewItem Type(std::string in_name);
+
+    /// Tags joined by ";".
+    NewItem& Tags(std::string in_tags);
+    /// The data source; without this the library's first one.
+    NewItem& In(DataSource& in_source);
+    /// Gives the item a "Parent" value: it lives inside another item and is not listed.
+    NewItem& Parent(std::string in_parent);
+    /// Gives the item a "Specializes" value: it is a variant of another item and is not listed.
+    NewItem& Specializes(std::string in_general);
+    /// Refuses changes, whatever its data source says.
+    NewItem& ReadOnly();
+    /// Gives the item no database object: it has no identity there that is a UID.
+    NewItem& WithoutUID();
+    /// Gives the database object this identity instead of a new one.
+    NewItem& UID(std::string in_uid);
+    /// Gives the item a UID that no database object answers to.
+    NewItem& WithoutObject();
+    /// Marks its database object as an asset built into the product.
+    NewItem& BuiltIn();
+    /// Leaves the content of its database object out of memory.
+    NewItem& Unloaded();
+    /// Not a valid graph item of its type.
+    NewItem& NotForGraphs();
+    /// The base class of a compound: identity text of a signature.
+    NewItem& BaseClass(std::string in_uid);
+    /// The category of a compound.
+    NewItem& Category(std::string in_category);
+
+private:
+    friend class LibraryContext;
+    NewItem(const char* in_type, std::string in_name);
+
+    const char* m_type;
+    std::string m_name;
+    std::string m_tags;
+    std::string m_parent;
+    std::string m_specializes;
+    std::string m_uid;
+    std::string m_baseClass;
+    std::string m_category;
+    DataSource* m_source = nullptr;
+    bool m_signature = false;
+    bool m_loop = false;
+    bool m_readOnly = false;
+    bool m_withUID = true;
+    bool m_withObject = true;
+    bool m_builtIn = false;
+    bool m_loaded = true;
+    bool m_forGraphs = true;
+};
+
+} // namespace memorymodel

@@ -1,0 +1,70 @@
+/// The source-control side of the in-memory data layer: states per object, badges, tool tips, and the two services.
+#pragma once
+
+#include "datamodel/itemid.h"
+#include "memorymodel/export.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace memorymodel
+{
+
+class DataLayer;
+class LayerContents;
+
+/// The access states that this data layer gives out, besides the boundary's 0 and 4194304.
+enum eAccessState : unsigned
+{
+    eCheckedIn = 1,
+    eCheckedOut = 2,
+    eCheckedOutByOther = 3,
+    eOutOfDate = 4,
+    eWritable = 5, ///< made writable without a check-out
+    eAdded = 6,    ///< new here, not checked in yet
+};
+
+/// Switches and states, to be set by the host or a test; the boundary reads them. Owned by the DataLayer.
+class MEMORYMODEL_EXPORT SourceControl
+{
+public:
+    SourceControl(const SourceControl&) = delete;
+    SourceControl& operator=(const SourceControl&) = delete;
+
+    /// Whether files are under version control at all (false at first). Notifies nobody.
+    void SetVersionControlActive(bool in_active);
+
+    /// The property "source control enabled" (false at first). Connected slots are told when it changes.
+    void SetEnabled(bool in_enabled);
+
+    /// Whether the properties manager has properties to read (true at first). Connected slots are told when it changes.
+    void SetHasProperties(bool in_has);
+
+    /// Puts the state of an item's object on record and tells the observers of its library, whether anybody asked or
+    /// not. Silent when the state is the one on record or the item has no object. Objects start as eCheckedIn.
+    void SetState(const vireo::datamodel::ItemID& in_item, unsigned in_state);
+    unsigned GetState(const vireo::datamodel::ItemID& in_item) const;
+
+    /// Answers all outstanding requests now instead of from the event loop. Does nothing when there are none.
+    void DeliverRequestedStates();
+
+    /// How often states were requested, and for which items the last time, in the order of the request.
+    std::size_t GetRequestCount() const;
+    const std::vector<vireo::datamodel::ItemID>& GetLastRequest() const;
+
+    /// Called when the user asks for the files of an item; without one nothing is shown.
+    void SetShowFilesHandler(std::function<void(const vireo::datamodel::ItemID&)> in_handler);
+
+private:
+    friend class DataLayer;
+    class Implementation;
+    explicit SourceControl(LayerContents& in_contents);
+    ~SourceControl();
+
+    std::unique_ptr<Implementation> m_implementation;
+};
+
+} // namespace memorymodel

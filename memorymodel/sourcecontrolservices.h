@@ -1,0 +1,82 @@
+/// What stands behind the source-control side of the boundary.
+#pragma once
+
+#include "datamodel/provider.h"
+#include "datamodel/revisioncontrol.h"
+#include "datamodel/sourcecontrol.h"
+#include "memorymodel/layercontents.h"
+#include "memorymodel/propertiesmanager.h"
+#include "memorymodel/sourcecontrol.h"
+#include "memorymodel/statebadge.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
+
+#include <algorithm>
+#include <cstdint>
+#include <deque>
+#include <memory>
+
+namespace memorymodel
+{
+
+/// States, badges and tool tips, and the service "RevisionControlUIHelper". Requests wait in a queue, in order, and are
+/// answered from a posted event.
+class SourceControl::Implementation : public QObject,
+                                      public ISourceControlDisplay,
+                                      public nexa4::IRevisionControlUIHelper
+{
+public:
+    using Handle = nexa4::NEXAHandle<nexa4::IDbObject>;
+    using ItemID = vireo::datamodel::ItemID;
+
+    explicit Implementation(LayerContents& in_contents);
+
+    void SetState(Item& in_item, unsigned in_state);
+    /// Answers what waits now; what is asked for meanwhile waits for the next time.
+    void Deliver();
+
+    // ISourceControlDisplay
+    void RequestObjectStates(const ScsTask& in_task, const std::list<Handle>& in_objects) override;
+    void TaskEnded(const ScsTask& in_task) override;
+    bool IsFileVersionControlActive() override;
+    QPixmap GetAssetStateIcon(const QPixmap& in_base, unsigned in_state, bool in_active, bool in_ownSpace) override;
+    QString GetToolTip(const Handle& in_object, const QString& in_icon) override;
+
+    // IRevisionControlUIHelper
+    void CheckOut(const Handle& in_object, bool* out_result, bool in_interactive) override;
+    void MakeWritable(const Handle& in_object, bool in_interactive) override;
+    Handle FindObject(const nexa4::DbObjectId& in_id) override;
+    void ShowFiles(const Handle& in_object, const char* in_options) override;
+
+    LayerContents& m_contents;
+    std::unique_ptr<PropertiesManager> m_properties;
+    bool m_active = false;
+    std::size_t m_requestCount = 0;
+    std::vector<ItemID> m_lastRequest;
+    std::function<void(const ItemID&)> m_showFiles;
+
+protected:
+    void customEvent(QEvent* in_event) override;
+
+private:
+    /// An item whose state was asked for.
+    struct Waiting
+    {
+        const ScsTask* m_task;
+        ItemID m_item;
+        std::uint64_t m_round; ///< the round of answers that comes next at the time of the request
+    };
+
+    /// Answers the items at the front of the queue for as long as they are a library's.
+    void DeliverIn(LibraryContext& in_library, std::uint64_t in_round);
+    std::shared_ptr<Item> FindItem(const Handle& in_object) const;
+
+    std::deque<Waiting> m_waiting;
+    std::uint64_t m_round = 0;
+    bool m_scheduled = false;
+    StateBadges m_badges;
+};
+
+} // namespace memorymodel

@@ -1,0 +1,29 @@
+/// The main function of every test program.
+#pragma once
+
+#include <QApplication>
+#include <QWidget>
+#include <QtTest>
+
+#include <cstdio>
+
+/// Runs a test class; fails also when the test leaves a widget alive.
+template <class TestClass> int RunTest(int in_argc, char** in_argv)
+{
+    QApplication application(in_argc, in_argv);
+    int result = 0;
+    {
+        TestClass test;
+        result = QTest::qExec(&test, in_argc, in_argv);
+    }
+    const QWidgetList left = QApplication::allWidgets();
+    for (int i = 0; i < left.size(); ++i)
+        std::printf("FAIL!  : a widget is left alive: %s\n", left.at(i)->metaObject()->className());
+    return left.isEmpty() ? result : 1;
+}
+
+#define NODEBROWSER_TEST_MAIN(TestClass)                                                                               \
+    int main(int argc, char** argv)                                                                                    \
+    {                                                                                                                  \
+        return RunTest<TestClass>(argc, argv);                                                                         \
+    }
