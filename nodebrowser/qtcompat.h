@@ -87,6 +87,17 @@ inline QObject* DragEventReceiver(QWidget& in_window)
 #endif
 }
 
+/// Whether windows can be brought to the front. Where they cannot, each try leads to a warning.
+inline bool CanRaiseWindows()
+{
+#if QT_VERSION >= 0x050000
+    const QString platform = QGuiApplication::platformName();
+    return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
+#else
+    return true;
+#endif
+}
+
 /// What the screen shows of a window at this moment; asks for no painting.
 inline QPixmap ScreenPicture(const QWidget& in_window)
 {
@@ -94,6 +105,17 @@ inline QPixmap ScreenPicture(const QWidget& in_window)
     return QGuiApplication::primaryScreen()->grabWindow(in_window.winId());
 #else
     return QPixmap::grabWindow(in_window.winId());
+#endif
+}
+
+/// False for the events that only say that a gesture on a touch pad begins or ends: Qt 4 has none of them.
+inline bool IsWheelTurn(const QWheelEvent& in_event)
+{
+#if QT_VERSION >= 0x050C00
+    return in_event.phase() == Qt::NoScrollPhase || !in_event.angleDelta().isNull();
+#else
+    Q_UNUSED(in_event);
+    return true;
 #endif
 }
 

@@ -9,6 +9,7 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <utility>
 
 using namespace vireo::datamodel;
 
@@ -93,6 +94,23 @@ private Q_SLOTS:
         QVERIFY(!item.GetValue(gParentKey).IsValid());
         context->m_alive = true;
         QVERIFY(item.IsValid());
+    }
+
+    void aMovedAccessorIsInvalid()
+    {
+        ItemAccessor item((UnspecifiedAccessor(std::make_shared<Compound>())));
+        const ItemAccessor other(std::move(item));
+        QVERIFY(other.IsValid());
+        QVERIFY(!item.IsValid());
+        QVERIFY(!item.GetItemID().IsValid());
+    }
+
+    void validityIsTheSameSeenAsAnyAccessor()
+    {
+        const LoopCompoundAccessor loop((UnspecifiedAccessor(std::make_shared<Compound>())));
+        const BaseAccessor& any = loop;
+        QVERIFY(!loop.IsValid());
+        QVERIFY(!any.IsValid());
     }
 
     void compoundModifierAsksForInitialize()

@@ -236,6 +236,6 @@ void BoundaryContract::closingInsideACallIsHarmless()
     };
     m_fixture->Add(ItemWish(VireoType::gCompound, "A"));
     QVERIFY(!library.IsValid());
-    QCOMPARE(first.Take(), QByteArray("begin, added A, begin, invalidated, end"));
+    QCOMPARE(first.Take(), QByteArray("begin, added A, begin, invalidated, end, end"));
     QVERIFY(!m_fixture->Add(ItemWish(VireoType::gCompound, "B")).IsValid());
 }

@@ -71,7 +71,7 @@ private Q_SLOTS:
         first.AddDataSource("Product", eFactorySource);
         const Handle factory = Find(gFirstFactory);
         layer.RemoveLibrary(first);
-        QVERIFY(factory.IsValid());
+        QVERIFY(!factory.IsValid());
 
         Library& second = layer.AddLibrary("Second");
         DataSource& product = second.AddDataSource("Product", eFactorySource);
@@ -165,7 +165,7 @@ private Q_SLOTS:
         };
         library->Add(NewItem::Compound("A"));
         QVERIFY(!library);
-        QCOMPARE(spy.Take(), QByteArray("begin, added A, begin, invalidated, end"));
+        QCOMPARE(spy.Take(), QByteArray("begin, added A, begin, invalidated, end, end"));
     }
 
     void accessorsOutliveTheLayer()
@@ -222,6 +222,127 @@ private Q_SLOTS:
         QVERIFY(!hmxGetSystem()->GetService("NEXADBProxy"));
         layer.RestoreService("NEXADBProxy");
         QVERIFY(hmxGetSystem()->GetService("NEXADBProxy") == own);
+    }
+
+    void factoryObjectFallsBackToTheSourceBefore()
+    {
+        DataLayer layer;
+        Library& first = layer.AddLibrary("First");
+        Library& second = layer.AddLibrary("Second");
+        Library& third = layer.AddLibrary("Third");
+        DataSource& oldest = first.AddDataSource("Oldest", eFactorySource | eSecondFactorySource);
+        second.AddDataSource("Middle", eFactorySource);
+        second.AddDataSource("Late", eFactorySource);
+        DataSource& last = third.AddDataSource("Last", eFactorySource);
+        const Handle factory = Find(gFirstFactory);
+        second.Close();
+        QVERIFY(factory.GetDataSource().GetPointeeNotNull() == &last);
+        layer.RemoveLibrary(third);
+        QVERIFY(factory.IsValid());
+        QVERIFY(factory.GetDataSource().GetPointeeNotNull() == &oldest);
+        QVERIFY(Find(gSecondFactory).GetDataSource().GetPointeeNotNull() == &oldest);
+        layer.RemoveLibrary(first);
+        QVERIFY(!factory.IsValid());
+        QVERIFY(!Find(gFirstFactory).IsValid());
+        QVERIFY(!Find(gSecondFactory).IsValid());
+    }
+
+    void closingLibraryMayBeRemovedInACall_data()
+    {
+        QTest::addColumn<QByteArray>("call");
+        QTest::newRow("begin") << QByteArray("begin");
+        QTest::newRow("invalidated") << QByteArray("invalidated");
+        QTest::newRow("end") << QByteArray("end");
+    }
+
+    void closingLibraryMayBeRemovedInACall()
+    {
+        QFETCH(QByteArray, call);
+        DataLayer layer;
+        Library* library = &layer.AddLibrary("Goes");
+        library->Add(NewItem::Compound("A"));
+        const ItemLibraryAccessor accessor = library->GetAccessor();
+        NotificationSpy spy(accessor);
+        spy.m_reaction = [&](const QByteArray& in_call) {
+            if (in_call != call || !library)
+                return;
+            layer.RemoveLibrary(*library);
+            library = nullptr;
+        };
+        library->Close();
+        QVERIFY(!library);
+        QCOMPARE(spy.Take(), QByteArray("begin, invalidated, end"));
+        QVERIFY(!accessor.IsValid());
+    }
+
+    void sharedIdentityLeadsToTheOneAddedFirst()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        const char* const uid = "0A0B0C0D-0000-4000-8000-0123456789AB";
+        const ItemID first = library.Add(NewItem::Compound("First").UID(uid));
+        const Handle firstObject = Find(uid);
+        library.Add(NewItem::Compound("Second").UID(uid));
+        QCOMPARE(Find(uid).GetCacheIndex(), firstObject.GetCacheIndex());
+        library.Remove(first, &layer.GetCommandManager());
+        QVERIFY(Find(uid).IsValid());
+        QVERIFY(Find(uid).GetCacheIndex() != firstObject.GetCacheIndex());
+        layer.GetCommandManager().GetStack().undo();
+        QCOMPARE(Find(uid).GetCacheIndex(), firstObject.GetCacheIndex());
+        library.Close();
+        QVERIFY(!Find(uid).IsValid());
+    }
+
+    void givenIdentityTakesNoOtherOver()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        const ItemID first = library.Add(NewItem::Compound("First"));
+        const std::string uid = ItemIDUnlock::GetItemIDUID(first);
+        const int place = ObjectOf(first).GetCacheIndex();
+        library.Add(NewItem::Compound("Second").UID(uid));
+        QCOMPARE(Find(uid.c_str()).GetCacheIndex(), place);
+        library.Remove(first);
+        QVERIFY(Find(uid.c_str()).IsValid());
+        QVERIFY(Find(uid.c_str()).GetCacheIndex() != place);
+    }
+
+    void identityThatWasNotGivenOutLeadsNowhere()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        std::string uid = ItemIDUnlock::GetItemIDUID(library.Add(NewItem::Compound("A")));
+        library.Add(NewItem::Compound("B").UID("0A0B0C0D-0000-4000-8000-0123456789AB"));
+        // The identity that the second object would have had.
+        uid[uid.size() - 1] = static_cast<char>(uid[uid.size() - 1] + 1);
+        QVERIFY(!Find(uid.c_str()).IsValid());
+    }
+
+    void sourcesOfLibrariesWithOneNameHaveLocationsOfTheirOwn()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        Library& other = layer.AddLibrary("Nodes");
+        const DataSource& local = library.AddDataSource("Local");
+        const DataSource& twin = library.AddDataSource("Local");
+        const DataSource& foreign = other.AddDataSource("Local");
+        QCOMPARE(local.GetLocation(), std::string("Nodes/Local"));
+        QVERIFY(twin.GetLocation() != local.GetLocation());
+        QVERIFY(foreign.GetLocation() != local.GetLocation());
+        QVERIFY(foreign.GetLocation() != twin.GetLocation());
+        const Handle object = ObjectOf(library.Add(NewItem::Compound("A")));
+        const nexa4::NEXAPtr<nexa4::IDatabase> database = object.GetManager()->GetDatabase();
+        QByteArray same;
+        for (const nexa4::DbObjectId& id : database->Query(
+                 "select object where IS_OF_TYPE_VERSION( {" + nexa4::UID_Resource().GetStr() + " } )", true))
+        {
+            const Handle resource = database->FindObject(id);
+            same += nexa4::IsSameUri(object.GetDataSource(), nexa4::NEXAHandle<nexa4::IValueAsset>::AssignCast(
+                                                                 resource.GetInstance(), resource.GetCacheIndex()))
+                        ? "same "
+                        : "other ";
+        }
+        QCOMPARE(same, QByteArray("same other other "));
     }
 };
 

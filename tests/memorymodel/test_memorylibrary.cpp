@@ -1,11 +1,13 @@
 // What is particular to libraries in memory: setting up content, removing, closing, writers.
 
 #include "contractsupport.h"
+#include "datamodel/revisioncontrol.h"
 #include "memorymodel/datalayer.h"
 #include "notificationspy.h"
 #include "tests/support/testmain.h"
 
 #include <list>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -137,10 +139,24 @@ private Q_SLOTS:
         const ItemID foreign = other.Add(NewItem::Compound("Blend"));
         QVERIFY(library.FindBySerialized(id.Serialize()) == id);
         QVERIFY(!library.FindBySerialized(foreign.Serialize()).IsValid());
-        const char* const others[] = {"", "Compound", "0000000000000000", "Solver:0000000000000001-0000000000000000",
-                                      "Compound:0000000000000001-000000000000000x"};
-        for (const char* const text : others)
-            QVERIFY2(!library.FindBySerialized(text).IsValid(), text);
+        QVERIFY(id.GetSpace() != foreign.GetSpace());
+        const std::string text = id.Serialize();
+        const std::string numbers = text.substr(text.find(':'));
+        QVERIFY(library.FindBySerialized(VireoType::gCompound + numbers) == id);
+        const std::string others[] = {"",
+                                      VireoType::gCompound,
+                                      "0000000000000000",
+                                      numbers,
+                                      VireoType::gSolver + numbers,
+                                      ' ' + text,
+                                      text + ' ',
+                                      text + '0',
+                                      text.substr(0, text.size() - 1),
+                                      text.substr(0, text.size() - 1) + 'x',
+                                      text.substr(0, text.size() - 1) + '1',
+                                      VireoType::gCompound + std::string(":0000000000000001-0000000000000000")};
+        for (const std::string& wrong : others)
+            QVERIFY2(!library.FindBySerialized(wrong).IsValid(), wrong.c_str());
         library.Remove(id);
         QVERIFY(!library.FindBySerialized(id.Serialize()).IsValid());
         QVERIFY(!library.FindByName("Blend").IsValid());
@@ -310,7 +326,9 @@ private Q_SLOTS:
         QVERIFY(!library.Add(NewItem::Compound("B")).IsValid());
         QVERIFY(!library.Remove(id));
         QVERIFY(!library.Rename(id, "B"));
+        const std::size_t sources = library.GetDataSources().size();
         QCOMPARE(library.AddDataSource("Late").GetName(), std::string("Late"));
+        QCOMPARE(library.GetDataSources().size(), sources);
         QCOMPARE(library.GetItemCount(), std::size_t(0));
         QVERIFY(library.GetItems().empty());
         QVERIFY(!library.FindByName("A").IsValid());
@@ -360,6 +378,247 @@ private Q_SLOTS:
         for (const ItemID& id : ids)
             QVERIFY(library.Remove(id));
         QVERIFY(GetTOC(accessor).IterateItems(VireoType::gCompound).IsAtEnd());
+    }
+
+    void undoGoesBackToWhatTheWriteFound()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        QUndoStack& stack = layer.GetCommandManager().GetStack();
+        const ItemLibraryAccessor accessor = library.GetAccessor();
+        const ItemID id = library.Add(NewItem::Compound("A").Tags("a"));
+        NotificationSpy spy(accessor);
+        spy.m_reaction = [&](const QByteArray& in_call) {
+            if (in_call != "begin")
+                return;
+            spy.m_reaction = nullptr;
+            library.Rename(id, "B", &layer.GetCommandManager());
+            library.SetTags(id, "b", &layer.GetCommandManager());
+        };
+        QVERIFY(library.Rename(id, "C", &layer.GetCommandManager()));
+        QCOMPARE(stack.undoText(), QString::fromLatin1("Rename compound B"));
+        stack.undo();
+        QCOMPARE(accessor.GetItemName(id, true, nullptr), std::string("B"));
+        stack.undo();
+        stack.undo();
+        QCOMPARE(accessor.GetItemName(id, true, nullptr), std::string("A"));
+        QVERIFY(!accessor.ItemIsDirty(id));
+
+        stack.clear();
+        spy.m_reaction = [&](const QByteArray& in_call) {
+            if (in_call != "begin")
+                return;
+            spy.m_reaction = nullptr;
+            library.SetTags(id, "b", &layer.GetCommandManager());
+        };
+        QVERIFY(library.SetTags(id, "c", &layer.GetCommandManager()));
+        stack.undo();
+        QCOMPARE(accessor.GetItemTags(id, gApplicationTagsKey), std::string("b"));
+        stack.undo();
+        QCOMPARE(accessor.GetItemTags(id, gApplicationTagsKey), std::string("a"));
+        QVERIFY(!accessor.ItemIsDirty(id));
+    }
+
+    void libraryThatClosesInACallTellsNothingButEnds()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        NotificationSpy first(library.GetAccessor());
+        NotificationSpy second(library.GetAccessor());
+        first.m_reaction = [&](const QByteArray& in_call) {
+            if (in_call == "added A")
+                library.Close();
+        };
+        library.Add(NewItem::Compound("A"));
+        QCOMPARE(first.Take(), QByteArray("begin, added A, begin, invalidated, end, end"));
+        QCOMPARE(second.Take(), QByteArray("begin, begin, invalidated, end, end"));
+        QVERIFY(!library.GetAccessor().IsValid());
+    }
+
+    void itemOfALibraryThatClosesIsNotAdded()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        NotificationSpy first(library.GetAccessor());
+        NotificationSpy second(library.GetAccessor());
+        first.m_reaction = [&](const QByteArray& in_call) {
+            if (in_call == "begin")
+                library.Close();
+        };
+        QVERIFY(!library.Add(NewItem::Compound("A")).IsValid());
+        QCOMPARE(first.Take(), QByteArray("begin, begin, invalidated, end, end"));
+        QCOMPARE(second.Take(), QByteArray("begin, invalidated, end"));
+    }
+
+    void changesEndWhenAnObserverThrows_data()
+    {
+        QTest::addColumn<QByteArray>("call");
+        QTest::addColumn<QByteArray>("told");
+        QTest::addColumn<QByteArray>("toldOthers");
+        QTest::newRow("added") << QByteArray("added A") << QByteArray("begin, added A, end") << QByteArray("begin, end");
+        QTest::newRow("begin") << QByteArray("begin") << QByteArray("begin, end") << QByteArray();
+    }
+
+    void changesEndWhenAnObserverThrows()
+    {
+        QFETCH(QByteArray, call);
+        QFETCH(QByteArray, told);
+        QFETCH(QByteArray, toldOthers);
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        NotificationSpy spy(library.GetAccessor());
+        NotificationSpy others(library.GetAccessor());
+        spy.m_reaction = [&](const QByteArray& in_call) {
+            if (in_call == call)
+                throw std::runtime_error("refused");
+        };
+        bool thrown = false;
+        try
+        {
+            library.Add(NewItem::Compound("A"));
+        }
+        catch (const std::runtime_error&)
+        {
+            thrown = true;
+        }
+        QVERIFY(thrown);
+        QCOMPARE(spy.Take(), told);
+        QCOMPARE(others.Take(), toldOthers);
+        spy.m_reaction = nullptr;
+        library.Close();
+        QCOMPARE(spy.Take(), QByteArray("begin, invalidated, end"));
+        QVERIFY(!library.GetAccessor().IsValid());
+    }
+
+    void leavingItemLeavesOnce()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        const ItemID id = library.Add(NewItem::Compound("A"));
+        NotificationSpy spy(library.GetAccessor());
+        int rounds = 0;
+        bool removedAgain = false;
+        spy.m_reaction = [&](const QByteArray& in_call) {
+            if (in_call.startsWith("removed") && ++rounds < 10)
+                removedAgain = library.Remove(id);
+        };
+        QVERIFY(library.Remove(id));
+        QVERIFY(!removedAgain);
+        QCOMPARE(spy.Take(), QByteArray("begin, removed A, end"));
+    }
+
+    void commandIsUndoneOnceFromInsideItsCalls()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        QUndoStack& stack = layer.GetCommandManager().GetStack();
+        CompoundModifierAccessor compound;
+        compound.CreateAndSetFromNewCompound(library.GetAccessor(), "A", false, "", "", &layer.GetCommandManager());
+        NotificationSpy spy(library.GetAccessor());
+        int rounds = 0;
+        spy.m_reaction = [&](const QByteArray& in_call) {
+            if (in_call.startsWith("removed") && ++rounds < 10)
+                stack.undo();
+        };
+        stack.undo();
+        QCOMPARE(spy.Take(), QByteArray("begin, removed A, end"));
+        QCOMPARE(library.GetItemCount(), std::size_t(0));
+        stack.redo();
+        QCOMPARE(library.GetItemCount(), std::size_t(1));
+    }
+
+    void commitOfALibraryThatClosesFails()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.SetTags(library.Add(NewItem::Compound("A")), "a");
+        NotificationSpy spy(library.GetAccessor());
+        spy.m_reaction = [&](const QByteArray& in_call) {
+            if (in_call == "precommit")
+                library.Close();
+        };
+        bool written = true;
+        const ItemLibraryModifierAccessor writer(library.GetAccessor());
+        QVERIFY(!writer.CommitToDisk(written, nullptr, false, nexa4::UID_Null()));
+        QVERIFY(!written);
+        QCOMPARE(spy.Take(), QByteArray("precommit, begin, invalidated, end"));
+    }
+
+    void readOnlySourceIsNotWritten()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        DataSource& product = library.AddDataSource("Product", eReadOnlySource);
+        DataSource& local = library.AddDataSource("Local");
+        const ItemID closed = library.Add(NewItem::Compound("Closed").In(product));
+        const ItemID open = library.Add(NewItem::Compound("Open").In(local));
+        library.SetTags(closed, "a");
+        std::vector<ItemID> saved;
+        library.SetWriter([&](const ItemID& in_item) {
+            saved.push_back(in_item);
+            return std::string();
+        });
+        bool written = true;
+        const ItemLibraryModifierAccessor writer(library.GetAccessor());
+        QVERIFY(writer.CommitToDisk(written, nullptr, false, nexa4::UID_Null()));
+        QVERIFY(!written);
+        QVERIFY(writer.CommitToDisk(written, nullptr, true, nexa4::UID_Null()));
+        QVERIFY(saved == std::vector<ItemID>(1, open));
+        QVERIFY(library.GetAccessor().ItemIsDirty(closed));
+    }
+
+    void commandsLeaveSourcesAloneThatClosedMeanwhile()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        DataSource& local = library.AddDataSource("Local");
+        QUndoStack& stack = layer.GetCommandManager().GetStack();
+        const ItemLibraryAccessor accessor = library.GetAccessor();
+        const ItemID id = library.Add(NewItem::Compound("A"));
+        const ItemID gone = library.Add(NewItem::Compound("Gone"));
+        library.Remove(gone, &layer.GetCommandManager());
+        library.Rename(id, "B", &layer.GetCommandManager());
+        local.SetReadOnly(true);
+        NotificationSpy spy(accessor);
+        stack.undo();
+        stack.undo();
+        QCOMPARE(accessor.GetItemName(id, true, nullptr), std::string("B"));
+        QCOMPARE(library.GetItemCount(), std::size_t(1));
+        QCOMPARE(spy.Take(), QByteArray());
+        local.SetReadOnly(false);
+        stack.redo();
+        stack.redo();
+        QCOMPARE(spy.Take(), QByteArray());
+        stack.undo();
+        QCOMPARE(accessor.GetItemName(id, true, nullptr), std::string("A"));
+
+        // What was set up on a read-only source to begin with can be taken back there.
+        local.SetReadOnly(true);
+        library.Rename(id, "C", &layer.GetCommandManager());
+        stack.undo();
+        QCOMPARE(accessor.GetItemName(id, true, nullptr), std::string("A"));
+    }
+
+    void movesLeaveSourcesAloneThatClosedMeanwhile()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        DataSource& local = library.AddDataSource("Local");
+        DataSource& team = library.AddDataSource("Team");
+        QUndoStack& stack = layer.GetCommandManager().GetStack();
+        const ItemID id = library.Add(NewItem::Compound("A"));
+        const nexa4::NEXAHandle<nexa4::IDbObject> object =
+            hmxGetService<nexa4::IRevisionControlUIHelper>("RevisionControlUIHelper")
+                ->FindObject(nexa4::DbObjectId(ItemIDUnlock::GetItemIDUID(id)));
+        const nexa4::NEXAPtr<nexa4::IHelper> helper = nexa4::IHelper::GetHelper(object.GetManager()->GetDatabase());
+        QVERIFY(helper->MoveToDataSource(object, nexa4::NEXAPtr<nexa4::IDataSource>(library.GetDataSources()[1]), true));
+        local.SetReadOnly(true);
+        stack.undo();
+        QVERIFY(library.GetSourceOf(id) == &team);
+        local.SetReadOnly(false);
+        stack.redo();
+        stack.undo();
+        QVERIFY(library.GetSourceOf(id) == &local);
     }
 };
 

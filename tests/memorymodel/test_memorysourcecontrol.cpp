@@ -10,6 +10,7 @@
 #include <QImage>
 #include <QPainter>
 
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -57,6 +58,25 @@ template <class Pixmap> int SetRatio(Pixmap& /*io_pixmap*/, long /*in_ratio*/)
 {
     return 1;
 }
+
+/// Sets properties when it is told that they are gone.
+class PropertySetter : public IRevisionControlPropertiesMgr_Slot
+{
+public:
+    explicit PropertySetter(SourceControl& in_control) : m_control(in_control) {}
+
+    void OnRevisionControlPropertiesChange(IRevisionControlPropertiesMgr* in_manager) override
+    {
+        if (in_manager)
+            return;
+        ++m_ends;
+        m_control.SetEnabled(true);
+        m_control.SetHasProperties(false);
+    }
+
+    SourceControl& m_control;
+    int m_ends = 0;
+};
 
 const unsigned gStates[] = {eCheckedIn, eCheckedOut, eCheckedOutByOther, eOutOfDate, eWritable, eAdded};
 
@@ -278,6 +298,16 @@ private Q_SLOTS:
         QCOMPARE(layer.GetSourceControl().GetState(id), unsigned(eCheckedOut));
         helper->MakeWritable(ObjectOf(id), true);
         QCOMPARE(layer.GetSourceControl().GetState(id), unsigned(eWritable));
+    }
+
+    void propertiesMayBeSetWhileTheLayerEnds()
+    {
+        std::unique_ptr<DataLayer> layer(new DataLayer);
+        PropertySetter slot(layer->GetSourceControl());
+        RevisionControlConnection connection;
+        hmxGetService<IRevisionControlPropertiesMgr>("RevisionControlPropertiesMgr")->Connect(&slot, connection);
+        layer.reset();
+        QCOMPARE(slot.m_ends, 1);
     }
 };
 
