@@ -32,7 +32,7 @@ bool ParseOptions(const QStringList& in_arguments, Options& out_options)
 {
     for (int i = 1; i + 1 < in_arguments.size(); i += 2)
     {
-        const QString value = in_arguments.at(i + 1);
+        const QString& value = in_arguments.at(i + 1);
         if (in_arguments.at(i) == QLatin1String("--names"))
         {
             out_options.m_names = value.toLocal8Bit().constData();

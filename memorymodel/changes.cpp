@@ -62,8 +62,13 @@ private:
 };
 
 Change::Change(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item)
-    : m_item(std::move(in_item)), m_library(in_library)
+    : m_item(std::move(in_item)), m_library(in_library), m_evenReadOnly(m_item->m_source->IsReadOnly())
 {
+}
+
+bool Change::MayRun(const LibraryContext& in_library, bool in_forward) const
+{
+    return (m_evenReadOnly || !m_item->m_source->IsReadOnly()) && IsDue(in_library, in_forward);
 }
 
 void Change::TellBefore(LibraryContext& /*in_library*/, bool /*in_forward*/) const {}
@@ -77,14 +82,14 @@ QString Change::GetItemText() const
 template <class Step> bool Change::RunAround(bool in_forward, const Step& in_step)
 {
     const std::shared_ptr<LibraryContext> library = m_library.lock();
-    if (!library || !IsDue(*library, in_forward))
+    if (!library || !MayRun(*library, in_forward))
         return false;
     bool done = false;
     library->InBracket([&] {
-        if (!IsDue(*library, in_forward))
+        if (!MayRun(*library, in_forward))
             return;
         TellBefore(*library, in_forward);
-        if (!IsDue(*library, in_forward))
+        if (!MayRun(*library, in_forward))
             return;
         in_step();
         done = true;
@@ -112,7 +117,7 @@ bool Change::Do(const std::shared_ptr<Change>& in_change, hmx::fwk::ICommandMana
 void Change::Apply(bool in_forward)
 {
     const std::shared_ptr<LibraryContext> library = m_library.lock();
-    if (library && IsDue(*library, in_forward))
+    if (library && MayRun(*library, in_forward))
         Write(*library, in_forward);
 }
 
@@ -129,13 +134,22 @@ QString PresenceChange::GetText() const
 
 bool PresenceChange::IsDue(const LibraryContext& in_library, bool in_forward) const
 {
-    return in_library.IsOpen() && (m_item->m_library == nullptr) == (in_forward == m_comes);
+    return in_library.IsOpen() && !m_item->m_leaving && (m_item->m_library == nullptr) == (in_forward == m_comes);
 }
 
 void PresenceChange::TellBefore(LibraryContext& in_library, bool in_forward) const
 {
-    if (in_forward != m_comes)
-        in_library.TellItemRemoved(m_item);
+    if (in_forward == m_comes)
+        return;
+    // Until everybody is told, the item cannot be made to leave again.
+    struct Leaving
+    {
+        explicit Leaving(bool& out_leaving) : m_leaving(out_leaving) { m_leaving = true; }
+        ~Leaving() { m_leaving = false; }
+        bool& m_leaving;
+    };
+    const Leaving leaving(m_item->m_leaving);
+    in_library.TellItemRemoved(m_item);
 }
 
 void PresenceChange::Write(LibraryContext& in_library, bool in_forward)
@@ -153,7 +167,7 @@ void PresenceChange::TellAfter(LibraryContext& in_library, bool in_forward) cons
 }
 
 ContentChange::ContentChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item)
-    : Change(in_library, std::move(in_item)), m_revisions{m_item->m_revision, in_library->NewRevision()}
+    : Change(in_library, std::move(in_item))
 {
 }
 
@@ -164,6 +178,14 @@ bool ContentChange::IsDue(const LibraryContext& in_library, bool in_forward) con
 
 void ContentChange::Write(LibraryContext& in_library, bool in_forward)
 {
+    // Not earlier than now: observers may have changed the item after this change was made.
+    if (!m_kept)
+    {
+        KeepContent();
+        m_revisions[0] = m_item->m_revision;
+        m_revisions[1] = in_library.NewRevision();
+        m_kept = true;
+    }
     SetContent(in_forward);
     // Something else that cannot be undone may have changed the item in between: then this is a state of its own.
     const bool followsUp = m_item->m_revision == m_revisions[in_forward ? 0 : 1];
@@ -172,10 +194,13 @@ void ContentChange::Write(LibraryContext& in_library, bool in_forward)
 
 NameChange::NameChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item,
                        std::string in_name)
-    : ContentChange(in_library, std::move(in_item)),
-      m_text(QString::fromLatin1("Rename ") + GetItemText()),
-      m_names{m_item->m_name, std::move(in_name)}
+    : ContentChange(in_library, std::move(in_item)), m_names{std::string(), std::move(in_name)}
 {
+}
+
+QString NameChange::GetText() const
+{
+    return QString::fromLatin1("Rename ") + GetItemText();
 }
 
 void NameChange::TellAfter(LibraryContext& in_library, bool /*in_forward*/) const
@@ -193,11 +218,14 @@ void NameChange::SetContent(bool in_after)
     m_item->m_name = m_names[in_after ? 1 : 0];
 }
 
+void NameChange::KeepContent()
+{
+    m_names[0] = m_item->m_name;
+}
+
 TagsChange::TagsChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item,
                        std::string in_key, std::string in_tags)
-    : ContentChange(in_library, std::move(in_item)),
-      m_key(std::move(in_key)),
-      m_tags{m_item->GetTags(m_key.c_str()), std::move(in_tags)}
+    : ContentChange(in_library, std::move(in_item)), m_key(std::move(in_key)), m_tags{std::string(), std::move(in_tags)}
 {
 }
 
@@ -221,10 +249,20 @@ void TagsChange::SetContent(bool in_after)
     m_item->SetTags(m_key.c_str(), m_tags[in_after ? 1 : 0]);
 }
 
+void TagsChange::KeepContent()
+{
+    m_tags[0] = m_item->GetTags(m_key.c_str());
+}
+
 SourceChange::SourceChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item,
                            std::shared_ptr<DataSource> in_target)
-    : ContentChange(in_library, std::move(in_item)), m_sources{m_item->m_source, std::move(in_target)}
+    : ContentChange(in_library, std::move(in_item)), m_sources{nullptr, std::move(in_target)}
 {
+}
+
+bool SourceChange::IsDue(const LibraryContext& in_library, bool in_forward) const
+{
+    return ContentChange::IsDue(in_library, in_forward) && !m_sources[in_forward ? 1 : 0]->IsReadOnly();
 }
 
 QString SourceChange::GetText() const
@@ -246,6 +284,11 @@ bool SourceChange::IsContent(bool in_after) const
 void SourceChange::SetContent(bool in_after)
 {
     m_item->m_source = m_sources[in_after ? 1 : 0];
+}
+
+void SourceChange::KeepContent()
+{
+    m_sources[0] = m_item->m_source;
 }
 
 } // namespace memorymodel

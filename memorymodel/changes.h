@@ -19,7 +19,7 @@ class Change
 public:
     virtual ~Change() = default;
 
-    /// What the change does, for a menu.
+    /// What the change does, for a menu; to be asked right before it is done for the first time.
     virtual QString GetText() const = 0;
 
     /// Does or undoes it with everything around it: the bracket, the notifications.
@@ -48,8 +48,11 @@ protected:
 
 private:
     template <class Step> bool RunAround(bool in_forward, const Step& in_step);
+    /// Whether it is due and the item's source has not become read-only since the change was made.
+    bool MayRun(const LibraryContext& in_library, bool in_forward) const;
 
     const std::weak_ptr<LibraryContext> m_library;
+    const bool m_evenReadOnly;
 };
 
 /// An item comes to its library or leaves it.
@@ -81,9 +84,12 @@ protected:
 
     virtual bool IsContent(bool in_after) const = 0;
     virtual void SetContent(bool in_after) = 0;
+    /// Takes the item's content as what it was before.
+    virtual void KeepContent() = 0;
 
 private:
-    std::uint64_t m_revisions[2]; ///< before, after
+    std::uint64_t m_revisions[2] = {0, 0}; ///< before, after
+    bool m_kept = false;                   ///< whether the state before is known: from the first time on
 };
 
 class NameChange : public ContentChange
@@ -91,16 +97,16 @@ class NameChange : public ContentChange
 public:
     NameChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item, std::string in_name);
 
-    QString GetText() const override { return m_text; }
+    QString GetText() const override;
 
 protected:
     void TellAfter(LibraryContext& in_library, bool in_forward) const override;
     bool IsContent(bool in_after) const override;
     void SetContent(bool in_after) override;
+    void KeepContent() override;
 
 private:
-    const QString m_text;
-    const std::string m_names[2];
+    std::string m_names[2];
 };
 
 class TagsChange : public ContentChange
@@ -115,10 +121,11 @@ protected:
     void TellAfter(LibraryContext& in_library, bool in_forward) const override;
     bool IsContent(bool in_after) const override;
     void SetContent(bool in_after) override;
+    void KeepContent() override;
 
 private:
     const std::string m_key;
-    const std::string m_tags[2];
+    std::string m_tags[2];
 };
 
 /// An item moves to another source of its library. Observers get LibraryInvalidated(), since whether the item takes
@@ -132,12 +139,14 @@ public:
     QString GetText() const override;
 
 protected:
+    bool IsDue(const LibraryContext& in_library, bool in_forward) const override;
     void TellAfter(LibraryContext& in_library, bool in_forward) const override;
     bool IsContent(bool in_after) const override;
     void SetContent(bool in_after) override;
+    void KeepContent() override;
 
 private:
-    const std::shared_ptr<DataSource> m_sources[2];
+    std::shared_ptr<DataSource> m_sources[2];
 };
 
 } // namespace memorymodel

@@ -3,6 +3,7 @@
 #include "memorymodel/items.h"
 #include "memorymodel/librarycontext.h"
 
+#include <algorithm>
 #include <random>
 
 using namespace nexa4;
@@ -135,6 +136,14 @@ int Database::PlaceOfMadeIdentity(const DbObjectId& in_id) const
     return static_cast<int>(place - 1);
 }
 
+std::size_t Database::Hash::operator()(const DbObjectId& in_id) const
+{
+    std::uint64_t hash = 0;
+    for (const std::uint8_t byte : in_id.GetBytes())
+        hash = (hash ^ byte) * 0x100000001B3u;
+    return static_cast<std::size_t>(hash ^ hash >> 32);
+}
+
 const std::shared_ptr<IDbObject>& Database::ObjectAt(int in_place) const
 {
     static const std::shared_ptr<IDbObject> none;
@@ -147,8 +156,10 @@ void Database::Put(int in_place, const std::shared_ptr<IDbObject>& in_object)
 {
     m_objects[static_cast<std::size_t>(in_place)] = in_object;
     const DbObjectId id = in_object->GetDbObjectId();
-    if (id != MakeIdentity(in_place))
-        m_places.emplace(id, in_place);
+    if (id == MakeIdentity(in_place))
+        return;
+    std::vector<int>& places = m_places[id];
+    places.insert(std::lower_bound(places.begin(), places.end(), in_place), in_place);
 }
 
 void Database::TakeAway(int in_place)
@@ -156,8 +167,13 @@ void Database::TakeAway(int in_place)
     if (!ObjectAt(in_place))
         return;
     const auto found = m_places.find(ObjectAt(in_place)->GetDbObjectId());
-    if (found != m_places.end() && found->second == in_place)
-        m_places.erase(found);
+    if (found != m_places.end())
+    {
+        std::vector<int>& places = found->second;
+        places.erase(std::remove(places.begin(), places.end(), in_place), places.end());
+        if (places.empty())
+            m_places.erase(found);
+    }
     m_objects[static_cast<std::size_t>(in_place)].reset();
 }
 
@@ -166,19 +182,56 @@ int Database::AddResource(const std::shared_ptr<DataSource>& in_source)
     const int place = NewPlace();
     Put(place, std::make_shared<ResourceObject>(weak_from_this(), MakeIdentity(place), in_source));
     m_resources.push_back(place);
+    MoveFactories();
+    return place;
+}
 
+void Database::RemoveResource(int in_place)
+{
+    TakeAway(in_place);
+    m_resources.erase(std::remove(m_resources.begin(), m_resources.end(), in_place), m_resources.end());
+    MoveFactories();
+}
+
+void Database::MoveFactories()
+{
     for (int i = 0; i < 2; ++i)
     {
-        if ((in_source->GetFlags() & gFactoryFlags[i]) == 0)
-            continue;
-        if (!m_factories[i])
+        std::shared_ptr<DataSource> last;
+        for (const int place : m_resources)
+        {
+            const std::shared_ptr<DataSource> source = SourceOfResource(ObjectAt(place).get());
+            if (source->GetFlags() & gFactoryFlags[i])
+                last = source;
+        }
+        if (last && !m_factories[i])
         {
             m_factories[i] = std::make_shared<FactoryObject>(weak_from_this(), DbObjectId(gFactoryIds[i]));
-            Put(NewPlace(), m_factories[i]);
+            m_factoryPlaces[i] = NewPlace();
         }
-        m_factories[i]->SetSource(in_source);
+        if (!m_factories[i])
+            continue;
+        m_factories[i]->SetSource(last);
+        if (!last)
+            TakeAway(m_factoryPlaces[i]);
+        else if (!ObjectAt(m_factoryPlaces[i]))
+            Put(m_factoryPlaces[i], m_factories[i]);
     }
-    return place;
+}
+
+std::string Database::MakeLocation(const std::string& in_wanted) const
+{
+    std::string location = in_wanted;
+    for (int number = 2; HasLocation(location); ++number)
+        location = in_wanted + " (" + std::to_string(number) + ')';
+    return location;
+}
+
+bool Database::HasLocation(const std::string& in_location) const
+{
+    return std::any_of(m_resources.begin(), m_resources.end(), [&](int in_place) {
+        return SourceOfResource(ObjectAt(in_place).get())->GetLocation() == in_location;
+    });
 }
 
 std::shared_ptr<DataSource> Database::FindSource(const DbObjectId& in_resource) const
@@ -197,8 +250,11 @@ std::shared_ptr<Item> Database::FindItem(int in_instance, int in_place) const
 
 int Database::PlaceOf(const DbObjectId& in_id) const
 {
+    const int made = PlaceOfMadeIdentity(in_id);
+    if (ObjectAt(made) && ObjectAt(made)->GetDbObjectId() == in_id)
+        return made;
     const auto given = m_places.find(in_id);
-    return given != m_places.end() ? given->second : PlaceOfMadeIdentity(in_id);
+    return given != m_places.end() ? given->second.front() : -1;
 }
 
 NEXAHandle<IDbObject> Database::FindObject(const DbObjectId& in_id) const
@@ -213,8 +269,7 @@ std::vector<DbObjectId> Database::Query(const std::string& in_query, bool /*in_l
     if (TypeInQuery(in_query) != DbObjectId(gResourceType))
         return ids;
     for (const int place : m_resources)
-        if (const std::shared_ptr<IDbObject>& resource = ObjectAt(place))
-            ids.push_back(resource->GetDbObjectId());
+        ids.push_back(ObjectAt(place)->GetDbObjectId());
     return ids;
 }
 

@@ -8,9 +8,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace memorymodel
@@ -22,7 +22,7 @@ class Item;
 /// One database instance with everything that its objects lead to: their manager and the helper for moving them.
 ///
 /// It does not own items: it hands out objects that are part of them while they are there. Looking an object up by place
-/// or by identity is constant time, or logarithmic for an identity that was given from outside.
+/// or by identity is constant time on average.
 class Database : public nexa4::IDatabase,
                  public nexa4::IDataModelMgr,
                  public nexa4::IHelper,
@@ -44,12 +44,17 @@ public:
     /// The identity that an object at a place has when it is given none. Such identities are unlike those of any other
     /// database, in other processes too, so that they can be written down.
     nexa4::DbObjectId MakeIdentity(int in_place) const;
-    /// Puts an object at its place. Of several objects with one identity the first one put is found by it.
+    /// Puts an object at its place. Of several objects with one identity the one with the first place is found by
+    /// it, except that an identity made here belongs to its own place.
     void Put(int in_place, const std::shared_ptr<nexa4::IDbObject>& in_object);
     void TakeAway(int in_place);
     /// Makes the resource object of a source, and moves the factory objects there that the source's flags call for.
     /// \return the resource's place
     int AddResource(const std::shared_ptr<DataSource>& in_source);
+    /// Takes a resource object away. Factory objects fall back to the source before it, or go with the last one.
+    void RemoveResource(int in_place);
+    /// A location that no source has: the wanted one if possible. Linear in the number of sources.
+    std::string MakeLocation(const std::string& in_wanted) const;
     /// The source that a resource object with this identity stands for; null when there is none.
     std::shared_ptr<DataSource> FindSource(const nexa4::DbObjectId& in_resource) const;
     /// The item whose object is at a place, kept alive by the pointer; null when there is none.
@@ -73,18 +78,28 @@ public:
 private:
     /// The object at a place; null when there is none.
     const std::shared_ptr<nexa4::IDbObject>& ObjectAt(int in_place) const;
-    /// The place of an identity's object, or where it was; -1 when there never was one.
+    /// The place of an identity's object; -1 when there is none.
     int PlaceOf(const nexa4::DbObjectId& in_id) const;
     /// The place that MakeIdentity() made an identity for; -1 for any other identity.
     int PlaceOfMadeIdentity(const nexa4::DbObjectId& in_id) const;
+    /// Puts each factory object into the last source that has its flag, or takes it away when there is none.
+    void MoveFactories();
+    bool HasLocation(const std::string& in_location) const;
+
+    struct Hash
+    {
+        std::size_t operator()(const nexa4::DbObjectId& in_id) const;
+    };
 
     const int m_instance;
     CommandManager* m_commands;
     std::array<std::uint8_t, 8> m_prefix;                     ///< the first half of the identities made here
     std::vector<std::shared_ptr<nexa4::IDbObject>> m_objects; ///< by place; null where none is, or none any more
-    std::map<nexa4::DbObjectId, int> m_places;                ///< of the objects whose identity was given from outside
-    std::vector<int> m_resources; ///< places of all resources that ever were, in order of creation
+    /// Of the objects whose identity was given from outside; ascending for each identity.
+    std::unordered_map<nexa4::DbObjectId, std::vector<int>, Hash> m_places;
+    std::vector<int> m_resources; ///< places of all resources, in order of creation
     std::shared_ptr<FactoryObject> m_factories[2];
+    int m_factoryPlaces[2] = {-1, -1};
 };
 
 } // namespace memorymodel

@@ -15,7 +15,8 @@ namespace memorymodel
 {
 
 /// A complete implementation of the boundary. Making one installs it; destroying it puts back what was installed before
-/// it, if it is still the one installed. It must outlive every browser that works on its libraries.
+/// it, if it is still the one installed. It must outlive every browser that works on its libraries, and must be destroyed
+/// before the QApplication ends, since it keeps pixmaps.
 ///
 ///     memorymodel::DataLayer layer;
 ///     memorymodel::Library& library = layer.AddLibrary("Nodes");

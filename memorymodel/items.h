@@ -94,6 +94,7 @@ public:
     bool m_builtIn = false;
     bool m_loaded = true;
     bool m_forGraphs = true;
+    bool m_leaving = false; ///< while observers are told that it leaves its library
     ItemObject m_object;
     std::unique_ptr<ItemExtra> m_extra;
 };

@@ -59,7 +59,8 @@ bool Library::SetTags(const ItemID& in_item, const std::string& in_tags, hmx::fw
 void Library::Invalidate()
 {
     LibraryContext* const context = m_context.get();
-    context->InBracket([context] { context->TellInvalidated(); });
+    if (context->IsOpen())
+        context->InBracket([context] { context->TellInvalidated(); });
 }
 
 void Library::Close()

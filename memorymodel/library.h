@@ -35,11 +35,14 @@ public:
     vireo::datamodel::ItemLibraryAccessor GetAccessor() const;
 
     /// Adds a data source. A library has one plain source called "Local" when nothing was added before its first item.
-    /// A resource object stands for each source in the database, in the order of this call. A source with one of the
-    /// factory flags takes over the factory object of that flag, which exists from the first such source on. Notifies
-    /// nobody.
+    /// A resource object stands for each source in the database, in the order of this call. The factory object of a
+    /// factory flag is in the source that was added last of all sources with the flag whose library is open; without any
+    /// it does not exist. Notifies nobody.
+    /// \return the source; a closed library makes one that is in no list and no database, and keeps it for as long as
+    ///     this object lives
     /// \param in_flags ePlainSource or a combination of the others
-    /// \param in_location where it is stored, as people read it; empty: the library's name, "/" and the source's name
+    /// \param in_location where it is stored, as people read it; empty: the library's name, "/" and the source's name,
+    ///     with a number behind it when there is such a location already
     DataSource& AddDataSource(std::string in_name, unsigned in_flags = ePlainSource,
                               std::string in_location = std::string());
     const std::vector<std::shared_ptr<DataSource>>& GetDataSources() const;
@@ -61,13 +64,14 @@ public:
     bool SetTags(const vireo::datamodel::ItemID& in_item, const std::string& in_tags,
                  hmx::fwk::ICommandManager* in_commands = nullptr);
 
-    /// Sends LibraryInvalidated().
+    /// Sends LibraryInvalidated(); silent for a closed library.
     void Invalidate();
 
     /// Ends the library: its items, its table of contents, its accessors and its resources are gone for good, and the
     /// observers get LibraryInvalidated(). They see an empty library during that call and can still be removed; once it
-    /// is over the accessors are invalid and the observers forgotten. The object itself stays until the data layer
-    /// removes it, and takes nothing any more. Linear time.
+    /// is over the accessors are invalid and the observers forgotten. Inside of a change that is as late as the end of the
+    /// change, and the only thing still told is OnEndChanges(). The object itself stays until the data layer removes it,
+    /// and takes nothing any more. Linear time.
     void Close();
 
     std::size_t GetItemCount() const;
@@ -85,7 +89,8 @@ public:
     bool IsSignature(const vireo::datamodel::ItemID& in_item) const;
     bool IsLoopCompound(const vireo::datamodel::ItemID& in_item) const;
 
-    /// Called by a commit with each item that it saves, in the order of GetItems(); returns an error sentence, or an empty text on success.
+    /// Called by a commit with each item that it saves, in the order of GetItems(); returns an error sentence, or an empty
+    /// text on success. Items of read-only sources are never saved.
     /// Without one, a commit of a library in memory has nowhere to write to and just clears the dirty marks.
     void SetWriter(std::function<std::string(const vireo::datamodel::ItemID&)> in_writer);
 

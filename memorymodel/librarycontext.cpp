@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
+#include <random>
 #include <utility>
 
 using namespace vireo::datamodel;
@@ -12,9 +13,17 @@ namespace memorymodel
 namespace
 {
 
+std::uint64_t RandomNumber()
+{
+    std::random_device random;
+    return std::uniform_int_distribution<std::uint64_t>()(random);
+}
+
+/// The identity space of one more library.
 std::uint64_t NewSpace()
 {
-    static std::atomic<std::uint64_t> next{1};
+    // Texts of identities travel between processes, so each process numbers its libraries from a place of its own.
+    static std::atomic<std::uint64_t> next{RandomNumber()};
     return next++;
 }
 
@@ -73,6 +82,7 @@ void LibraryContext::Close()
 {
     if (!IsOpen())
         return;
+    const std::shared_ptr<LibraryContext> alive = shared_from_this();
     m_phase = ePhaseClosing;
     std::vector<std::shared_ptr<Item>> items;
     items.swap(m_items);
@@ -86,23 +96,25 @@ void LibraryContext::Close()
     for (TypeList& list : m_lists)
         list.Clear();
     for (const int resource : m_resources)
-        m_database->TakeAway(resource);
+        m_database->RemoveResource(resource);
     m_writer = nullptr;
 
-    InBracket([this] { TellInvalidated(); });
-    m_phase = ePhaseClosed;
-    m_observers.Clear();
-    m_tocObservers.Clear();
+    InBracket([this] { TellInvalidatedIn(ePhaseClosing); });
 }
 
 DataSource& LibraryContext::AddDataSource(std::string in_name, unsigned in_flags, std::string in_location)
 {
     if (in_location.empty())
-        in_location = m_name + '/' + in_name;
-    m_sources.push_back(std::make_shared<DataSource>(std::move(in_name), std::move(in_location), in_flags));
+        in_location = m_database->MakeLocation(m_name + '/' + in_name);
+    const auto source = std::make_shared<DataSource>(std::move(in_name), std::move(in_location), in_flags);
     if (IsOpen())
-        m_resources.push_back(m_database->AddResource(m_sources.back()));
-    return *m_sources.back();
+    {
+        m_sources.push_back(source);
+        m_resources.push_back(m_database->AddResource(source));
+    }
+    else
+        m_lateSources.push_back(source);
+    return *source;
 }
 
 std::shared_ptr<DataSource> LibraryContext::GetFirstSource()
@@ -160,13 +172,15 @@ ItemID LibraryContext::Add(const NewItem& in_item)
     if (!source)
         return ItemID();
     const std::shared_ptr<Item> item = Make(in_item, source);
+    bool added = false;
     InBracket([&] {
         if (!IsOpen())
             return;
         PutIn(item);
+        added = true;
         TellItemAdded(item);
     });
-    return item->GetItemID();
+    return added ? item->GetItemID() : ItemID();
 }
 
 std::shared_ptr<Item> LibraryContext::FindItem(const ItemID& in_item) const

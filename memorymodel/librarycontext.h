@@ -74,12 +74,23 @@ public:
     std::uint64_t NewRevision() { return ++m_revisions; }
 
     /// Calls in_changes between OnBeginChanges() and OnEndChanges().
+    ///
+    /// Observers that were told of the beginning are told of the end, also when one of them throws; whoever comes in
+    /// between is told of neither.
     template <class Changes> void InBracket(const Changes& in_changes)
     {
-        const std::shared_ptr<LibraryContext> alive = shared_from_this();
-        TellBegin();
-        in_changes();
-        TellEnd();
+        Bracket bracket(*this);
+        try
+        {
+            bracket.Begin();
+            in_changes();
+        }
+        catch (...)
+        {
+            bracket.End();
+            throw;
+        }
+        bracket.End();
     }
     void TellItemAdded(const std::shared_ptr<Item>& in_item);
     void TellItemRemoved(const std::shared_ptr<Item>& in_item);
@@ -126,12 +137,34 @@ private:
     enum ePhase
     {
         ePhaseOpen,
-        ePhaseClosing, ///< empty already, but observers can still be removed
+        ePhaseClosing, ///< empty already, but observers can still be removed: until the outermost bracket has ended
         ePhaseClosed,
     };
 
-    void TellBegin();
-    void TellEnd();
+    /// Keeps the context alive and the observers' places; the end of the outermost one completes the closing.
+    class Bracket
+    {
+    public:
+        explicit Bracket(LibraryContext& in_library);
+        ~Bracket();
+        Bracket(const Bracket&) = delete;
+        Bracket& operator=(const Bracket&) = delete;
+
+        /// Tells the observers, up to the one that closes the library.
+        void Begin();
+        void End();
+
+    private:
+        const std::shared_ptr<LibraryContext> m_library;
+        const ObserverList<vireo::datamodel::IItemLibraryNotification>::Round m_round;
+        std::size_t m_begun = 0; ///< the places below were told of the beginning
+    };
+
+    /// Tells each observer with an accessor of its own, so that what one does to it does not reach the next one. Stops
+    /// when the library is not in the phase any more.
+    template <class Observers, class Accessor, class Call>
+    void TellIn(ePhase in_phase, Observers& in_observers, const Accessor& in_accessor, const Call& in_call);
+    void TellInvalidatedIn(ePhase in_phase);
     /// The source that new items go to when none is named.
     std::shared_ptr<DataSource> GetFirstSource();
     /// Null for a source of another library.
@@ -152,9 +185,11 @@ private:
     const std::uint64_t m_space;
     const std::shared_ptr<Database> m_database;
     ePhase m_phase = ePhaseOpen;
+    int m_brackets = 0; ///< how many are open
     std::uint64_t m_revisions = 0;
     std::uint64_t m_commits = 0;
     std::vector<std::shared_ptr<DataSource>> m_sources;
+    std::vector<std::shared_ptr<DataSource>> m_lateSources; ///< made after the closing, belonging to nothing
     std::vector<int> m_resources;               ///< places of the resource objects of m_sources, in the same order
     std::vector<std::shared_ptr<Item>> m_items; ///< see GetItems()
     std::size_t m_itemCount = 0;

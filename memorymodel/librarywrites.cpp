@@ -137,7 +137,7 @@ bool LibraryContext::CommitToDisk(bool& out_written, std::list<std::string>* out
             out_messages->push_back("The library \"" + m_name + "\" has no data source " + in_source.GetStr() + ".");
         return false;
     }
-    if (!AskForCommit())
+    if (!AskForCommit() || !IsOpen())
         return false;
 
     bool succeeded = true;
@@ -146,7 +146,8 @@ bool LibraryContext::CommitToDisk(bool& out_written, std::list<std::string>* out
     for (std::size_t number = 0; number < m_items.size(); ++number)
     {
         const std::shared_ptr<Item> item = m_items[number];
-        if (!item || (only && item->m_source != only) || !(in_everything || item->IsDirty()))
+        if (!item || item->m_source->IsReadOnly() || (only && item->m_source != only) ||
+            !(in_everything || item->IsDirty()))
             continue;
         const bool saved = CommitItem(item, out_messages);
         out_written = out_written || saved;

@@ -16,6 +16,9 @@ template <class Observer> class ObserverList
 public:
     bool IsEmpty() const { return m_observers.empty(); }
 
+    /// The observers that are there now have the places below this one; a place may be empty.
+    std::size_t GetPlaces() const { return m_observers.size(); }
+
     /// Null and an observer that is there already are ignored.
     void Add(Observer* in_observer)
     {
@@ -39,13 +42,18 @@ public:
     template <class Call> void Tell(const Call& in_call)
     {
         const Round round(*this);
-        const std::size_t count = m_observers.size();
-        for (std::size_t i = 0; i < count; ++i)
-            if (Observer* const observer = m_observers[i])
-                in_call(*observer);
+        const std::size_t places = GetPlaces();
+        for (std::size_t i = 0; i < places; ++i)
+            TellAt(i, in_call);
     }
 
-private:
+    /// Calls in_call(observer) for the observer at a place, if there is one. Only while a Round is alive.
+    template <class Call> void TellAt(std::size_t in_place, const Call& in_call)
+    {
+        if (Observer* const observer = m_observers[in_place])
+            in_call(*observer);
+    }
+
     /// Keeps the places of the observers while they are being told, also when one of them throws.
     class Round
     {
@@ -63,6 +71,7 @@ private:
         ObserverList& m_list;
     };
 
+private:
     void Tidy()
     {
         if (m_rounds == 0)

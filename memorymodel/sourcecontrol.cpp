@@ -21,12 +21,14 @@ void SourceControl::SetVersionControlActive(bool in_active)
 
 void SourceControl::SetEnabled(bool in_enabled)
 {
-    m_implementation->m_properties->SetEnabled(in_enabled);
+    if (m_implementation->m_properties)
+        m_implementation->m_properties->SetEnabled(in_enabled);
 }
 
 void SourceControl::SetHasProperties(bool in_has)
 {
-    m_implementation->m_properties->SetHasProperties(in_has);
+    if (m_implementation->m_properties)
+        m_implementation->m_properties->SetHasProperties(in_has);
 }
 
 void SourceControl::SetState(const ItemID& in_item, unsigned in_state)

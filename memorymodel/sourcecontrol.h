@@ -44,7 +44,8 @@ public:
     /// The property "source control enabled" (false at first). Connected slots are told when it changes.
     void SetEnabled(bool in_enabled);
 
-    /// Whether the properties manager has properties to read (true at first). Connected slots are told when it changes.
+    /// Whether the properties manager has properties to read (true at first). Connected slots are told when it changes. Like
+    /// SetEnabled() it does nothing once the end of the data layer has told the slots null.
     void SetHasProperties(bool in_has);
 
     /// Puts the state of an item's object on record and tells the observers of its library, whether anybody asked or

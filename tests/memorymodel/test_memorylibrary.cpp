@@ -455,7 +455,8 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("call");
         QTest::addColumn<QByteArray>("told");
         QTest::addColumn<QByteArray>("toldOthers");
-        QTest::newRow("added") << QByteArray("added A") << QByteArray("begin, added A, end") << QByteArray("begin, end");
+        QTest::newRow("added") << QByteArray("added A") << QByteArray("begin, added A, end")
+                               << QByteArray("begin, end");
         QTest::newRow("begin") << QByteArray("begin") << QByteArray("begin, end") << QByteArray();
     }
 
@@ -611,7 +612,8 @@ private Q_SLOTS:
             hmxGetService<nexa4::IRevisionControlUIHelper>("RevisionControlUIHelper")
                 ->FindObject(nexa4::DbObjectId(ItemIDUnlock::GetItemIDUID(id)));
         const nexa4::NEXAPtr<nexa4::IHelper> helper = nexa4::IHelper::GetHelper(object.GetManager()->GetDatabase());
-        QVERIFY(helper->MoveToDataSource(object, nexa4::NEXAPtr<nexa4::IDataSource>(library.GetDataSources()[1]), true));
+        QVERIFY(
+            helper->MoveToDataSource(object, nexa4::NEXAPtr<nexa4::IDataSource>(library.GetDataSources()[1]), true));
         local.SetReadOnly(true);
         stack.undo();
         QVERIFY(library.GetSourceOf(id) == &team);
