@@ -21,9 +21,9 @@ const std::size_t gNoMatch = 10000;
 
 bool IsInAnyTag(const std::string& in_word, const std::set<std::string>* in_tags)
 {
-    return in_tags && std::any_of(in_tags->begin(), in_tags->end(),
-                                  [&in_word](const std::string& in_tag)
-                                  { return !boost::algorithm::ifind_first(in_tag, in_word).empty(); });
+    return in_tags && std::any_of(in_tags->begin(), in_tags->end(), [&in_word](const std::string& in_tag) {
+               return !boost::algorithm::ifind_first(in_tag, in_word).empty();
+           });
 }
 
 } // namespace

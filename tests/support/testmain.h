@@ -18,12 +18,18 @@ template <class TestClass> int RunTest(int in_argc, char** in_argv)
     }
     const QWidgetList left = QApplication::allWidgets();
     for (int i = 0; i < left.size(); ++i)
+    {
+        // The desktop is the toolkit's own widget, made when it first needs it.
+        if (left.at(i)->windowType() == Qt::Desktop)
+            continue;
         std::printf("FAIL!  : a widget is left alive: %s\n", left.at(i)->metaObject()->className());
-    return left.isEmpty() ? result : 1;
+        result = 1;
+    }
+    return result;
 }
 
-#define NODEBROWSER_TEST_MAIN(TestClass)                                                                               \
-    int main(int argc, char** argv)                                                                                    \
-    {                                                                                                                  \
-        return RunTest<TestClass>(argc, argv);                                                                         \
+#define NODEBROWSER_TEST_MAIN(TestClass)       \
+    int main(int argc, char** argv)            \
+    {                                          \
+        return RunTest<TestClass>(argc, argv); \
     }

@@ -1,0 +1,116 @@
+/// What the tests of the browser share: a browser that can be looked into, and a person's way of using it.
+#pragma once
+
+#include "memorymodel/datalayer.h"
+#include "nodebrowser/nodebrowser.h"
+#include "nodebrowser/qtcompat.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStringList>
+#include <QTabBar>
+#include <QtTest>
+
+#include <vector>
+
+/// A browser that opens its protected side to tests and counts what happens to it.
+class ProbedBrowser : public CNodeBrowser
+{
+public:
+    explicit ProbedBrowser(eConfigType in_config = eConfigNodeBrowser) : CNodeBrowser(in_config) {}
+
+    using CNodeBrowser::CompareToFilter;
+    using CNodeBrowser::GetRowCount;
+    using CNodeBrowser::GetRowItem;
+    using CNodeBrowser::GetSearchTags;
+
+    QLineEdit& SearchField() { return *findChild<QLineEdit*>(); }
+    QPushButton& ClearingButton() { return *findChild<QPushButton*>(); }
+    QScrollBar& ScrollBar() { return *findChild<QScrollBar*>(); }
+    QTabBar* TabBar() { return findChild<QTabBar*>(); }
+
+    int ListTop() { return TabBar() ? 43 : 23; }
+
+    /// The middle of a row of the list, wherever it is scrolled to.
+    QPoint RowCentre(int in_row) { return QPoint(width() / 2, ListTop() - ScrollBar().value() + 24 * in_row + 12); }
+
+    /// The names of the rows as last laid out.
+    QStringList RowNames(const vireo::datamodel::ItemLibraryAccessor& in_library)
+    {
+        QStringList names;
+        for (std::size_t row = 0; row < GetRowCount(); ++row)
+        {
+            const std::string name = in_library.GetItemName(GetRowItem(row).GetItemID(), true, nullptr);
+            names << QString::fromLatin1(name.data(), static_cast<int>(name.size()));
+        }
+        return names;
+    }
+
+    int m_paints = 0;
+    std::vector<std::size_t> m_menuRows; ///< the rows that a context menu was asked for
+
+protected:
+    void paintEvent(QPaintEvent* in_event) override
+    {
+        ++m_paints;
+        CNodeBrowser::paintEvent(in_event);
+    }
+
+    void PopContexMenu(const QPoint& in_position, std::size_t in_row) override
+    {
+        m_menuRows.push_back(in_row);
+        CNodeBrowser::PopContexMenu(in_position, in_row);
+    }
+};
+
+/// Lets everything that was asked for happen: repaints, queued calls, timers that are due.
+inline void Settle()
+{
+    for (int round = 0; round < 5; ++round)
+    {
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+    }
+}
+
+/// Shows a browser in a size and waits until it has been painted.
+inline void ShowBrowser(ProbedBrowser& in_browser, int in_width = 300, int in_height = 400)
+{
+    // A blinking cursor in the search field repaints the browser below it.
+    QApplication::setCursorFlashTime(0);
+    QApplication::setCursorFlashTime(0); // a blinking cursor repaints what lies below the search field
+    in_browser.resize(in_width, in_height);
+    in_browser.show();
+    for (int wait = 0; wait < 100 && in_browser.m_paints == 0; ++wait)
+        QTest::qWait(10);
+    Settle();
+}
+
+/// Waits until a condition holds, for two seconds at most unless told otherwise.
+/// \return whether it came to hold
+template <class Condition> bool WaitFor(Condition in_condition, int in_milliseconds = 2000)
+{
+    for (int waited = 0; waited < in_milliseconds && !in_condition(); waited += 10)
+        QTest::qWait(10);
+    return in_condition();
+}
+
+/// Announces the warning that comes with each window that asks to be in front, a tool tip for example.
+inline void ExpectRaisedWindow()
+{
+    if (!qtcompat::CanRaiseWindows())
+        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+}
+
+/// How many repaints a step leads to, counted once everything has settled.
+template <class Step> int CountPaints(ProbedBrowser& in_browser, Step in_step)
+{
+    Settle();
+    const int before = in_browser.m_paints;
+    in_step();
+    Settle();
+    return in_browser.m_paints - before;
+}
