@@ -3,7 +3,8 @@ function(nodebrowser_settings target)
     target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
     target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
     if(MSVC)
-        target_compile_options(${target} PRIVATE /W4 /utf-8 $<$<BOOL:${NODEBROWSER_WERROR}>:/WX>)
+        # 4251, 4275: members and bases from the standard library and Qt need no export of their own.
+        target_compile_options(${target} PRIVATE /W4 /utf-8 /wd4251 /wd4275 $<$<BOOL:${NODEBROWSER_WERROR}>:/WX>)
     else()
         target_compile_options(${target} PRIVATE -Wall -Wextra -Wshadow -Wconversion
             $<$<BOOL:${NODEBROWSER_WERROR}>:-Werror>)

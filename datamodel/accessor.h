@@ -19,46 +19,17 @@ public:
     virtual ~IContext() = default;
 
     /// False once the thing is gone (an item that was removed, a library that was closed). Accessors that still point at
-    /// it are invalid from then on; they become valid again when the thing comes back, for example by undo.
+    /// it are invalid from then on; they become valid again when the thing comes back, for example by undo. A thing that
+    /// goes forgets its observers, since they cannot be removed through an invalid accessor.
     virtual bool IsAlive() const = 0;
 };
 
 using ContextPtr = std::shared_ptr<IContext>;
 
-/// What every accessor is: a value that shares a context. Copies are cheap and interchangeable; a copy keeps the
-/// context's memory, never the thing itself alive.
-class DATAMODEL_EXPORT BaseAccessor
-{
-public:
-    /// The context pointed at; null when there is none.
-    const ContextPtr& GetContext() const { return m_context; }
-
-    /// True when there is a context and its thing still exists.
-    bool IsValid() const { return m_context && m_context->IsAlive(); }
-
-protected:
-    BaseAccessor() = default;
-    explicit BaseAccessor(const ContextPtr& in_context) : m_context(in_context) {}
-    ~BaseAccessor() = default;
-    BaseAccessor(const BaseAccessor&) = default;
-    BaseAccessor(BaseAccessor&&) = default;
-    BaseAccessor& operator=(const BaseAccessor&) = default;
-    BaseAccessor& operator=(BaseAccessor&&) = default;
-
-    ContextPtr m_context;
-};
-
-/// An accessor whose interface is not fixed yet: what ItemLibraryAccessor::GetModel() returns before the caller views
-/// it as a compound, a type and so on.
-class DATAMODEL_EXPORT UnspecifiedAccessor : public BaseAccessor
-{
-public:
-    UnspecifiedAccessor() = default;
-    explicit UnspecifiedAccessor(const ContextPtr& in_context) : BaseAccessor(in_context) {}
-};
-
-/// An accessor that speaks one interface of its context. Pointing it elsewhere takes two steps that the caller writes
-/// out:
+/// What every accessor is: a value that shares a context and speaks one interface of it. Copies are cheap and
+/// interchangeable; a copy keeps the context's memory, never the thing itself alive.
+///
+/// Pointing an accessor elsewhere takes two steps that the caller writes out:
 ///
 ///     compound.ResetContext(model.GetContext());
 ///     if (compound.GetContext())
@@ -66,13 +37,14 @@ public:
 ///
 /// Between the two it is invalid. An invalid accessor answers every read with an empty result and every write with a
 /// refusal. Finding the interface costs one run-time cast; every operation costs one liveness test and one virtual call.
-template <class Interface> class InterfaceAccessor : public BaseAccessor
+class DATAMODEL_EXPORT BaseAccessor
 {
 public:
-    InterfaceAccessor() = default;
+    /// The context pointed at; null when there is none.
+    const ContextPtr& GetContext() const { return m_context; }
 
-    /// Views the context of another accessor: both steps at once.
-    explicit InterfaceAccessor(const BaseAccessor& in_other) { CopyFromOtherBaseAccessor(in_other); }
+    /// True when there is a context that offers the interface and its thing still exists.
+    bool IsValid() const { return m_context && m_interface && m_context->IsAlive(); }
 
     /// Points at another context, or at none, and forgets the interface.
     void ResetContext(const ContextPtr& in_context)
@@ -82,9 +54,9 @@ public:
     }
 
     /// Finds the interface in the context; the accessor stays invalid when the context does not offer it.
-    void RefreshInterfacePointer() { m_interface = dynamic_cast<Interface*>(m_context.get()); }
+    void RefreshInterfacePointer() { m_interface = m_context ? FindInterface(*m_context) : nullptr; }
 
-    /// Points at what another accessor points at, whatever interface that one speaks.
+    /// Points at what another accessor points at, whatever interface that one speaks: both steps at once.
     void CopyFromOtherBaseAccessor(const BaseAccessor& in_other)
     {
         ResetContext(in_other.GetContext());
@@ -92,15 +64,49 @@ public:
             RefreshInterfacePointer();
     }
 
-    /// True when the interface was found and the thing behind it still exists.
-    bool IsValid() const { return m_interface && m_context->IsAlive(); }
+protected:
+    BaseAccessor() = default;
+    ~BaseAccessor() = default;
+    BaseAccessor(const BaseAccessor&) = default;
+    BaseAccessor(BaseAccessor&&) = default;
+    BaseAccessor& operator=(const BaseAccessor&) = default;
+    BaseAccessor& operator=(BaseAccessor&&) = default;
+
+    /// The accessor's interface of a context; null when the context does not offer it.
+    virtual void* FindInterface(IContext& in_context) const = 0;
+
+    ContextPtr m_context;
+    void* m_interface = nullptr;
+};
+
+/// An accessor that speaks this one interface.
+template <class Interface> class InterfaceAccessor : public BaseAccessor
+{
+public:
+    InterfaceAccessor() = default;
+
+    /// Views the context of another accessor.
+    explicit InterfaceAccessor(const BaseAccessor& in_other) { CopyFromOtherBaseAccessor(in_other); }
 
 protected:
     /// The interface, or null when the accessor is invalid.
-    Interface* GetInterface() const { return IsValid() ? m_interface : nullptr; }
+    Interface* GetInterface() const { return IsValid() ? static_cast<Interface*>(m_interface) : nullptr; }
 
 private:
-    Interface* m_interface = nullptr;
+    void* FindInterface(IContext& in_context) const final { return dynamic_cast<Interface*>(&in_context); }
+};
+
+/// An accessor whose interface is not fixed yet: what ItemLibraryAccessor::GetModel() returns before the caller views
+/// it as a compound, a type and so on. Any context is good enough for it.
+class DATAMODEL_EXPORT UnspecifiedAccessor : public InterfaceAccessor<IContext>
+{
+public:
+    UnspecifiedAccessor() = default;
+    explicit UnspecifiedAccessor(const ContextPtr& in_context)
+    {
+        ResetContext(in_context);
+        RefreshInterfacePointer();
+    }
 };
 
 } // namespace datamodel

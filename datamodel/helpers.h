@@ -27,7 +27,8 @@ struct DATAMODEL_EXPORT Helpers
     /// \param in_typeName the type-name constant of the list that the item was met in
     static bool IsValidGraphItemType(const char* in_typeName, ItemAccessor& in_item);
 
-    /// Makes a compound the one that the application edits.
+    /// Makes a compound the one that the application edits. No observer of the boundary is told; a host asks its data
+    /// layer.
     /// \param in_target the compound; an invalid accessor leaves no target
     /// \param in_root the compound that the target is shown inside of; the empty accessor shows it by itself
     static void SetGlobalVireoCompoundTarget(CompoundAccessor in_target, CompoundAccessor in_root);

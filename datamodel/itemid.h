@@ -39,13 +39,11 @@ public:
     ItemID() = default;
 
     /// Made by implementations of the data layer only.
-    /// \param in_type one of the type-name constants above
+    /// \param in_type one of the type-name constants above; null makes the invalid identity
     /// \param in_space what the item is numbered in, for example its library: no two may share one within a process
     /// \param in_number the item's number in that space; numbers are never reused
     ItemID(const char* in_type, std::uint64_t in_space, std::uint64_t in_number)
-        : m_type(in_type),
-          m_space(in_space),
-          m_number(in_number)
+        : m_type(in_type), m_space(in_type ? in_space : 0), m_number(in_type ? in_number : 0)
     {
     }
 

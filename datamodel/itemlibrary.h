@@ -32,6 +32,9 @@ public:
 
 /// Accessor of one item library. Texts are 8-bit Latin-1. Reading an item that the library does not have gives the
 /// empty text, false, or an invalid accessor.
+///
+/// Reads are made from inside paint events. An implementation answers them at once: it neither runs the event loop nor
+/// changes items while it answers. The same goes for every other read of the boundary.
 class DATAMODEL_EXPORT ItemLibraryAccessor : public InterfaceAccessor<IItemLibrary>
 {
 public:
@@ -55,7 +58,7 @@ public:
     /// \param out_error told why when there is none; may be null
     UnspecifiedAccessor GetModel(const ItemID& in_item, std::string* out_error) const;
 
-    /// Registers an observer, which must be removed before it dies. Adding one that is registered already, or adding to
+    /// Registers an observer, which must be removed before it dies unless the library went first. Adding one that is registered already, or adding to
     /// an invalid accessor, does nothing.
     /// \param in_kind eItemLibraryNotificationKind
     /// \param in_context this accessor's own context

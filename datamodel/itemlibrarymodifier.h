@@ -53,7 +53,7 @@ public:
     /// \param out_written whether anything was written
     /// \param out_messages gets one sentence for each thing that went wrong; may be null
     /// \param in_everything also what has no changes
-    /// \param in_source the data source to save; the null identity saves all
+    /// \param in_source identity of the resource that stands for the data source to save; the null identity saves all
     /// \return success; saving nothing is a success, a veto and an invalid accessor are none
     bool CommitToDisk(bool& out_written, std::list<std::string>* out_messages, bool in_everything,
                       const nexa4::TezUID& in_source) const;

@@ -65,7 +65,7 @@ public:
     /// The items whose type is this very constant; none for any other pointer, and none when invalid.
     ItemIterator IterateItems(const char* in_type) const;
 
-    /// Registers an observer, which must be removed before it dies. Adding one that is registered already, or adding to
+    /// Registers an observer, which must be removed before it dies unless the library went first. Adding one that is registered already, or adding to
     /// an invalid accessor, does nothing.
     /// \param in_kind eItemTOCNotificationKind
     /// \param in_context this accessor's own context

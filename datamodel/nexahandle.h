@@ -14,8 +14,8 @@ namespace nexa4
 DATAMODEL_EXPORT std::shared_ptr<IDbObject> ResolveHandle(int in_instance, int in_cacheIndex);
 
 /// A handle on a database object: which database instance it is in, and at which place of that instance's cache. It
-/// holds no object: it is resolved at each use, so a handle on an object that is gone becomes invalid by itself and never
-/// dangles. Copying is free; each operation costs one look-up.
+/// holds no object: it is resolved at each use by the data layer that is installed then, so a handle on an object that is
+/// gone, or that another data layer made, is invalid and never dangles. Copying is free; each operation costs one look-up.
 ///
 /// T is the interface that the object is viewed as: IDbObject, ITypeAsset or IValueAsset. A handle is valid when its
 /// object exists and offers that interface.

@@ -39,13 +39,16 @@ public:
     virtual void ItemRemoved(ItemAccessor& in_item) = 0;
 };
 
-/// Told when a library or an item in it changes. Every change arrives between OnBeginChanges() and OnEndChanges(),
-/// undone and redone changes included; what changes nothing is silent. Same thread and re-entrance as above.
+/// Told when a library or an item in it changes. Every change of items arrives between OnBeginChanges() and
+/// OnEndChanges(), undone and redone changes included; what changes nothing is silent. The pairs nest when an observer
+/// changes something itself. Commits have calls of their own outside the pairs. Same thread and re-entrance as above.
 class DATAMODEL_EXPORT IItemLibraryNotification
 {
 public:
     virtual ~IItemLibraryNotification() = default;
+    /// Changes are coming.
     virtual void OnBeginChanges(ItemLibraryAccessor& in_library) = 0;
+    /// The changes that were announced have all been told.
     virtual void OnEndChanges(ItemLibraryAccessor& in_library) = 0;
     /// Everything known about the library is out of date; it may be gone altogether.
     virtual void LibraryInvalidated(ItemLibraryAccessor& in_library) = 0;

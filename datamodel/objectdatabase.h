@@ -23,6 +23,7 @@ class DATAMODEL_EXPORT IDataSource
 {
 public:
     virtual ~IDataSource() = default;
+    /// eDataSourceReadOnly or a code of the data layer's own. Nobody is told when it changes.
     virtual int GetState() const = 0;
 };
 

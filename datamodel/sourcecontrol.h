@@ -12,7 +12,8 @@
 #include <string>
 
 /// A standing task that asks for the source-control states of objects. Made with new and ended with DeleteMe(), never
-/// deleted: the data layer may still be at work for it. Without a data layer it does nothing.
+/// deleted: the data layer may still be at work for it. Without a data layer it does nothing. Its memory is given back
+/// by the library that this header belongs to, so on Windows both must use one run-time library (/MD).
 class DATAMODEL_EXPORT ScsTask
 {
 public:
@@ -26,7 +27,8 @@ public:
     /// ItemAccessStateChanged() per object to the observers of its library. Invalid handles are skipped.
     void RequestObjectStates(const std::list<nexa4::NEXAHandle<nexa4::IDbObject>>& in_objects);
 
-    /// Ends the task; the pointer is dead afterwards. What it asked for and has not been answered is dropped.
+    /// Ends the task; the pointer is dead afterwards. What it asked the installed data layer for and has not been
+    /// answered is dropped.
     void DeleteMe();
 
 private:

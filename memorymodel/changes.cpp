@@ -172,7 +172,8 @@ void ContentChange::Write(LibraryContext& in_library, bool in_forward)
 
 NameChange::NameChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item,
                        std::string in_name)
-    : ContentChange(in_library, std::move(in_item)), m_text(QString::fromLatin1("Rename ") + GetItemText()),
+    : ContentChange(in_library, std::move(in_item)),
+      m_text(QString::fromLatin1("Rename ") + GetItemText()),
       m_names{m_item->m_name, std::move(in_name)}
 {
 }
@@ -194,7 +195,8 @@ void NameChange::SetContent(bool in_after)
 
 TagsChange::TagsChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item,
                        std::string in_key, std::string in_tags)
-    : ContentChange(in_library, std::move(in_item)), m_key(std::move(in_key)),
+    : ContentChange(in_library, std::move(in_item)),
+      m_key(std::move(in_key)),
       m_tags{m_item->GetTags(m_key.c_str()), std::move(in_tags)}
 {
 }

@@ -80,9 +80,9 @@ private:
 
     const int m_instance;
     CommandManager* m_commands;
-    std::array<std::uint8_t, 8> m_prefix; ///< the first half of the identities made here
+    std::array<std::uint8_t, 8> m_prefix;                     ///< the first half of the identities made here
     std::vector<std::shared_ptr<nexa4::IDbObject>> m_objects; ///< by place; null where none is, or none any more
-    std::map<nexa4::DbObjectId, int> m_places; ///< of the objects whose identity was given from outside
+    std::map<nexa4::DbObjectId, int> m_places;                ///< of the objects whose identity was given from outside
     std::vector<int> m_resources; ///< places of all resources that ever were, in order of creation
     std::shared_ptr<FactoryObject> m_factories[2];
 };

@@ -23,6 +23,9 @@ namespace memorymodel
 ///     browser.SetItemLibrary(library.GetAccessor());
 ///     browser.SetCommandManager(&layer.GetCommandManager());
 ///
+/// All libraries of a data layer share one object database. Its objects move between the sources of their own library
+/// with the application's command manager: one command each, and the library's observers get LibraryInvalidated().
+///
 /// One thread: the user interface's.
 class MEMORYMODEL_EXPORT DataLayer
 {
@@ -38,7 +41,8 @@ public:
     /// Makes an empty library. It lives until RemoveLibrary() or until the data layer dies.
     Library& AddLibrary(std::string in_name);
 
-    /// Closes a library and destroys it.
+    /// Closes a library (see Library::Close()) and destroys it, also from inside one of its notifications. What still
+    /// points there is invalid and harmless: accessors, handles, commands on undo stacks, requested states.
     void RemoveLibrary(Library& in_library);
 
     /// The library that the service "NEXADBProxy" hands out; null, as at first, for none.
@@ -57,7 +61,8 @@ public:
     /// Whether hmxGetSystem() answers at all (true at first).
     void SetSystemPresent(bool in_present);
 
-    /// The compound that the application edits, and the one it is shown inside of; invalid for none.
+    /// The compound that the application edits, and the one it is shown inside of; invalid for none, and for one that is
+    /// gone.
     vireo::datamodel::ItemID GetCompoundTarget() const;
     vireo::datamodel::ItemID GetCompoundTargetRoot() const;
     /// Called after each setting of the target, also when it is the same one again.

@@ -13,9 +13,9 @@ namespace memorymodel
 /// How a data source behaves; values are combined with "|".
 enum
 {
-    ePlainSource = 0,         ///< takes changes and new items
-    eReadOnlySource = 1,      ///< refuses every change
-    eFactorySource = 2,       ///< holds the first of the two well-known factory objects: its items came with the product
+    ePlainSource = 0,    ///< takes changes and new items
+    eReadOnlySource = 1, ///< refuses every change
+    eFactorySource = 2,  ///< holds the first of the two well-known factory objects: its items came with the product
     eSecondFactorySource = 4, ///< the same for the second factory object
 };
 

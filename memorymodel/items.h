@@ -79,11 +79,11 @@ public:
     std::string m_name;
     std::string m_tags;
     std::shared_ptr<DataSource> m_source;
-    std::uint64_t m_revision = 0; ///< tells states of the content apart; no two states of a library share one but 0
+    std::uint64_t m_revision = 0;  ///< tells states of the content apart; no two states of a library share one but 0
     std::uint64_t m_committed = 0; ///< the revision last committed
     std::uint64_t m_commitsAtLeaving = 0; ///< how many commits the library had seen when the item left it
     nexa4::DbObjectId m_uid;
-    int m_cacheIndex = -1; ///< the object's place in the database; -1 without an object
+    int m_cacheIndex = -1;         ///< the object's place in the database; -1 without an object
     unsigned m_state = eCheckedIn; ///< the source-control state
     bool m_hasUID = false;
     bool m_signature = false;

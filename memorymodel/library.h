@@ -35,17 +35,22 @@ public:
     vireo::datamodel::ItemLibraryAccessor GetAccessor() const;
 
     /// Adds a data source. A library has one plain source called "Local" when nothing was added before its first item.
-    /// A resource object stands for each source in the database, in the order of this call.
+    /// A resource object stands for each source in the database, in the order of this call. A source with one of the
+    /// factory flags takes over the factory object of that flag, which exists from the first such source on. Notifies
+    /// nobody.
     /// \param in_flags ePlainSource or a combination of the others
-    /// \param in_location where it is stored, as people read it; empty: made from the names
-    DataSource& AddDataSource(std::string in_name, unsigned in_flags = ePlainSource, std::string in_location = std::string());
+    /// \param in_location where it is stored, as people read it; empty: the library's name, "/" and the source's name
+    DataSource& AddDataSource(std::string in_name, unsigned in_flags = ePlainSource,
+                              std::string in_location = std::string());
     const std::vector<std::shared_ptr<DataSource>>& GetDataSources() const;
 
     /// Adds an item, ItemAdded() is sent. Items of one type are listed in the order in which they were added. Never
-    /// undoable, never dirty; read-only sources take it too. Constant time.
+    /// undoable, not dirty; read-only sources take it too. Names may occur more than once. The invalid identity, and
+    /// silence, for a source of another library and for a closed library. Constant time.
     vireo::datamodel::ItemID Add(const NewItem& in_item);
 
-    /// Removes an item, ItemRemoved() is sent. False when there is no such item.
+    /// Removes an item, ItemRemoved() is sent. False when there is no such item. Undoing brings it back in its old place
+    /// with its identity, its database object included.
     bool Remove(const vireo::datamodel::ItemID& in_item, hmx::fwk::ICommandManager* in_commands = nullptr);
 
     /// Renames an item of any type whatever its access, ItemNameChanged() is sent. False when nothing changes.
@@ -59,8 +64,10 @@ public:
     /// Sends LibraryInvalidated().
     void Invalidate();
 
-    /// Ends the library: its accessors, its table of contents and its items are invalid from here on, and the observers
-    /// get LibraryInvalidated(). The object itself stays until the data layer removes it.
+    /// Ends the library: its items, its table of contents, its accessors and its resources are gone for good, and the
+    /// observers get LibraryInvalidated(). They see an empty library during that call and can still be removed; once it
+    /// is over the accessors are invalid and the observers forgotten. The object itself stays until the data layer
+    /// removes it, and takes nothing any more. Linear time.
     void Close();
 
     std::size_t GetItemCount() const;
@@ -78,7 +85,7 @@ public:
     bool IsSignature(const vireo::datamodel::ItemID& in_item) const;
     bool IsLoopCompound(const vireo::datamodel::ItemID& in_item) const;
 
-    /// Called by a commit with each dirty item that it saves; returns an error sentence, or an empty text on success.
+    /// Called by a commit with each item that it saves, in the order of GetItems(); returns an error sentence, or an empty text on success.
     /// Without one, a commit of a library in memory has nowhere to write to and just clears the dirty marks.
     void SetWriter(std::function<std::string(const vireo::datamodel::ItemID&)> in_writer);
 

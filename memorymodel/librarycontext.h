@@ -155,7 +155,7 @@ private:
     std::uint64_t m_revisions = 0;
     std::uint64_t m_commits = 0;
     std::vector<std::shared_ptr<DataSource>> m_sources;
-    std::vector<int> m_resources; ///< places of the resource objects of m_sources, in the same order
+    std::vector<int> m_resources;               ///< places of the resource objects of m_sources, in the same order
     std::vector<std::shared_ptr<Item>> m_items; ///< see GetItems()
     std::size_t m_itemCount = 0;
     mutable std::array<TypeList, 5> m_lists; ///< in the order of TypeIndex()

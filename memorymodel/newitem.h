@@ -30,17 +30,18 @@ public:
 
     /// Tags joined by ";".
     NewItem& Tags(std::string in_tags);
-    /// The data source; without this the library's first one.
+    /// The data source, one of the library's; without this its first one.
     NewItem& In(DataSource& in_source);
-    /// Gives the item a "Parent" value: it lives inside another item and is not listed.
+    /// Gives the item a "Parent" value: it lives inside another item and is not listed. An empty text gives none.
     NewItem& Parent(std::string in_parent);
-    /// Gives the item a "Specializes" value: it is a variant of another item and is not listed.
+    /// Gives the item a "Specializes" value: it is a variant of another item and is not listed. An empty text gives none.
     NewItem& Specializes(std::string in_general);
     /// Refuses changes, whatever its data source says.
     NewItem& ReadOnly();
     /// Gives the item no database object: it has no identity there that is a UID.
     NewItem& WithoutUID();
-    /// Gives the database object this identity instead of a new one.
+    /// Gives the database object this identity instead of a new one. A text that is no UID gives a new one all the same;
+    /// of several objects with one identity, the one added first is found by it.
     NewItem& UID(std::string in_uid);
     /// Gives the item a UID that no database object answers to.
     NewItem& WithoutObject();

@@ -28,6 +28,10 @@ enum eAccessState : unsigned
 };
 
 /// Switches and states, to be set by the host or a test; the boundary reads them. Owned by the DataLayer.
+///
+/// Requested states are answered from the event loop, whether version control is active or not. Checking an item out
+/// sets eCheckedOut unless its data source is read-only, making it writable sets eWritable; neither asks anybody. Tool
+/// tips are plain text in three lines: name, state in words, data source with its location.
 class MEMORYMODEL_EXPORT SourceControl
 {
 public:

@@ -65,10 +65,9 @@ void BrowserItem::ReadDataSource()
         NEXAHandle<nexa4::ITypeAsset>::AssignCast(object.GetInstance(), object.GetCacheIndex());
     if (asset.IsValid() && asset.IsLoaded())
     {
-        // What is built in is both closed to changes and the product's own: one question answers for both flags.
-        const bool builtIn = asset->IsBuiltIn();
-        m_readOnlySource = m_readOnlySource || builtIn;
-        m_factoryItem = m_factoryItem || builtIn;
+        // What is built in is both closed to changes and the product's own: the same question is asked for each flag.
+        m_readOnlySource = asset->IsBuiltIn() || m_readOnlySource;
+        m_factoryItem = asset->IsBuiltIn() || m_factoryItem;
     }
 }
 

@@ -22,6 +22,7 @@
 #include <QDataStream>
 #include <QDrag>
 #include <QHelpEvent>
+#include <QIODevice>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
@@ -62,6 +63,9 @@ const int gWheelStep = 3 * gRowHeight;
 const int gIconLeft = 9;
 const int gMarkedIconLeft = gIconLeft - gFactoryMarkWidth;
 const int gIconInset = 2;
+
+/// More of a name than a screen shows. What is drawn of a name costs time whether or not it can be seen.
+const std::size_t gDrawnCharacters = 4000;
 
 QString ToText(const std::string& in_text)
 {
@@ -154,7 +158,7 @@ void CNodeBrowser::ConnectRevisionControl()
         return;
     m_revisionControlConnections.emplace_back();
     manager->Connect(this, m_revisionControlConnections.back());
-    OnRevisionControlPropertiesChange(manager);
+    CNodeBrowser::OnRevisionControlPropertiesChange(manager);
 }
 
 CNodeBrowser::~CNodeBrowser()
@@ -216,6 +220,8 @@ void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
     AppendItems(VireoType::gSolver, out_handles);
     AppendItems(LibType::gType, out_handles);
     SortItems();
+    // States that arrived while the list was being built were looked for in a part of it.
+    m_itemPositions.clear();
     m_relayoutNeeded = true;
     update();
 }
@@ -267,8 +273,9 @@ void CNodeBrowser::IndexTags(const ItemID& in_item)
 
 BrowserItem* CNodeBrowser::FindListedItem(const ItemID& in_item)
 {
-    if (m_itemPositions.empty())
+    if (m_itemPositions.size() != m_items.size())
     {
+        m_itemPositions.clear();
         m_itemPositions.reserve(m_items.size());
         for (const BrowserItem& item : m_items)
             m_itemPositions.emplace_back(item.GetItemID(), m_itemPositions.size());
@@ -276,7 +283,11 @@ BrowserItem* CNodeBrowser::FindListedItem(const ItemID& in_item)
     }
     const auto found =
         std::lower_bound(m_itemPositions.begin(), m_itemPositions.end(), std::make_pair(in_item, std::size_t(0)));
-    return found != m_itemPositions.end() && found->first == in_item ? &m_items[found->second] : nullptr;
+    if (found == m_itemPositions.end() || found->first != in_item)
+        return nullptr;
+    // The record of an item that has left since has no identity any more.
+    BrowserItem& item = m_items[found->second];
+    return item.GetItemID() == in_item ? &item : nullptr;
 }
 
 // Reactions to the data layer
@@ -316,7 +327,7 @@ void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor&, const ItemID& in_item, 
     if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0 || !m_tagIndex->FindTags(in_item))
         return;
     m_tagIndex->Remove(in_item);
-    // No relayout on purpose: rows must not jump away while their tags are edited. The next search sees the new tags.
+    // No relayout on purpose: rows do not jump away while tags are edited. Whatever lays them out next sees the new tags.
     IndexTags(in_item);
 }
 
@@ -539,7 +550,7 @@ void CNodeBrowser::DrawRow(QPainter& in_painter, const RowLayout& in_layout, std
     if (!item)
         return;
     const ItemID id = item->GetItemID();
-    QString name = ToText(m_library.GetItemName(id, true, nullptr));
+    QString name = ToText(m_library.GetItemName(id, true, nullptr).substr(0, gDrawnCharacters));
     if (in_row == m_selectedRow)
         in_painter.fillRect(in_layout.BandRect(in_row),
                             style()->standardPalette().brush(QPalette::Active, QPalette::Highlight));
@@ -654,8 +665,10 @@ void CNodeBrowser::ShowToolTip(QHelpEvent& in_event)
 /// Moves the list by three rows, whatever device turned how far. False when the pointer is not over the list.
 bool CNodeBrowser::ScrollByWheel(const QWheelEvent& in_event)
 {
-    if (!GetRowLayout().ListRect().contains(qtcompat::EventPosition(in_event)))
+    if (!GetRowLayout().IsInList(qtcompat::EventPosition(in_event)))
         return false;
+    if (!qtcompat::IsWheelTurn(in_event))
+        return true;
     const int step = qtcompat::WheelDelta(in_event) > 0 ? -gWheelStep : gWheelStep;
     m_scrollBar->setValue(m_scrollOffset + step);
     return true;

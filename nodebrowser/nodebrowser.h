@@ -34,10 +34,10 @@ class TagIndex;
 struct RowLayout;
 
 /// Which of its two forms a browser takes.
-enum eConfigType
+enum eConfigType : int
 {
     eConfigNodeBrowser = 0,  ///< the full browser, with the tabs "Nodes", "Types", "All"
-    eConfigTypeSelector = 1, ///< types only: no tabs, no context menu; so does every value above 1
+    eConfigTypeSelector = 1, ///< types only: no tabs, no context menu; so does every other value but 0
 };
 
 /// A panel that lists the items of one item library as rows of an icon and a name, below a search field.
@@ -47,16 +47,25 @@ enum eConfigType
 ///
 ///     CNodeBrowser* browser = new CNodeBrowser(eConfigNodeBrowser);
 ///     browser->SetItemLibrary(library);
-///     browser->SetCommandManager(GetApplicationCommandManager());
+///     browser->SetCommandManager(vireo::datamodel::GetApplicationCommandManager());
 ///     connect(browser, SIGNAL(SelectionChanged()), this, SLOT(ShowSelection()));
 ///
 /// The data layer must be installed before the first browser is made and must outlive the last one. The browser holds
 /// copies of accessors, observes the library and its table of contents until it dies or gets another library, and never
 /// owns data: it changes items only through the data layer, which tells it of the change like everybody else.
 ///
-/// Cost: notifications, key strokes and tab changes only raise a flag and ask for a repaint. The next paint rebuilds the
-/// item list if items changed (one pass over the library and one sort), filters and orders it if the search changed (one
-/// pass over the list), and draws the rows in sight, which alone cost a name look-up each.
+/// Cost: a change of the items, a key stroke or a tab only raises a flag and asks for a repaint; tags and states of single
+/// items are taken in at once. The next paint rebuilds the item list if items changed (one pass over the library and one
+/// sort), filters and orders it if the search or the list changed (one pass, with a name look-up per item when there is a
+/// search text, and one sort), and draws the rows in sight, with a name look-up each. While it is hidden nothing is done.
+///
+/// For people: a row is dragged out as "vireo/toc.key" data, one QString in a QDataStream with the item's
+/// ItemID::Serialize(), for copying only. A double click makes a compound the application's compound target. Hovering
+/// over a compound shows its source-control tool tip. For hosts: OnCheckOutItem() and OnMakeItemWritable() are slots to
+/// connect to, in the string form, from a menu or a tool bar of the host. The browser has no size of its own.
+///
+/// Services used when there: "RevisionControlUIHelper" and "RevisionControlPropertiesMgr". What the data layer throws
+/// passes through uncaught. Delete a browser with deleteLater() from slots of its signal and during drags.
 ///
 /// Use it on the thread of the user interface only.
 class NODEBROWSER_EXPORT CNodeBrowser : public QWidget,
@@ -72,7 +81,8 @@ public:
     ~CNodeBrowser() override;
 
     /// Attaches a library in the place of the one before; the item list is built at once, the rows follow at the next
-    /// paint. An invalid library is accepted and shows nothing. The row selected before stays selected by its number.
+    /// paint. An invalid library is accepted and shows nothing from the next paint on, which it does not ask for. The row
+    /// selected before stays selected by its number.
     void SetItemLibrary(const vireo::datamodel::ItemLibraryAccessor& in_library);
 
     /// The command manager that all changes are made with; null, as at first, makes them without undo. It stays the
@@ -81,7 +91,8 @@ public:
     hmx::fwk::ICommandManager* GetCommandManager() const;
 
     /// The selected item; the invalid identity when no row is selected. The selection is a row, not an item: after a
-    /// change of the search or the library the same row may hold another item, or none.
+    /// change of the search or the library the same row may hold another item, or none, and between SetItemLibrary() and
+    /// the next paint the rows before are numbers into the new list.
     vireo::datamodel::ItemID GetSelection();
 
     /// Whether the selected item is a type.
@@ -102,7 +113,8 @@ public:
 
 Q_SIGNALS:
     /// The user picked a row: by a left press, by a right press once its menu has closed, or by Enter in the search
-    /// field. Sent also for the row that was selected before; never sent when the selection is lost or the rows change.
+    /// field. Sent also for the row that was selected before, and by Enter when there are no rows: ask GetSelection() for
+    /// what is selected. Never sent when the selection is lost or the rows change.
     void SelectionChanged();
 
 protected Q_SLOTS:

@@ -137,6 +137,17 @@ inline int KeyboardGrabsAfterSubmenu()
 #endif
 }
 
+/// False for the events that only say that a gesture on a touch pad begins or ends: Qt 4 has none of them.
+inline bool IsWheelTurn(const QWheelEvent& in_event)
+{
+#if QT_VERSION >= 0x050C00
+    return in_event.phase() == Qt::NoScrollPhase || !in_event.angleDelta().isNull();
+#else
+    Q_UNUSED(in_event);
+    return true;
+#endif
+}
+
 /// Device pixels per widget pixel of a picture.
 inline double PixelRatio(const QPixmap& in_pixmap)
 {

@@ -39,6 +39,11 @@ QRect RowLayout::ListRect() const
     return QRect(0, m_listTop, m_width, m_height - m_listTop);
 }
 
+bool RowLayout::IsInList(const QPoint& in_point) const
+{
+    return in_point.x() >= 0 && in_point.x() < m_width && in_point.y() >= m_listTop && in_point.y() < m_height;
+}
+
 RowRange RowLayout::VisibleRows(std::size_t in_rowCount) const
 {
     const int bottom = m_scrollOffset + m_height - m_listTop;

@@ -46,11 +46,14 @@ struct RowLayout
     /// The selection band: one pixel wider and taller than the row, on purpose.
     QRect BandRect(std::size_t in_row) const;
 
-    /// Where the row's name is drawn, left of the widget's right edge whether or not a scroll bar covers it.
+    /// Where the row's name is drawn: up to the band's right edge, whether or not a scroll bar covers it.
     QRect NameRect(std::size_t in_row) const;
 
     /// The part of the widget that rows are drawn in.
     QRect ListRect() const;
+
+    /// Whether a point lies in that part, its edges and the list top included.
+    bool IsInList(const QPoint& in_point) const;
 
     /// The rows of which at least one pixel line lies in the list, out of this many.
     RowRange VisibleRows(std::size_t in_rowCount) const;

@@ -5,6 +5,7 @@
 #include "nodebrowser/qtcompat.h"
 
 #include <QPainter>
+#include <QPixmapCache>
 
 using vireo::datamodel::Helpers;
 using vireo::datamodel::LibType;
@@ -18,8 +19,8 @@ QPixmap LoadIcon(const char* in_name)
     return QPixmap(QString::fromLatin1(in_name));
 }
 
-/// The icon with the factory mark at its left, both standing on the same lower edge.
-QPixmap AddFactoryMark(const QPixmap& in_icon)
+/// Draws the factory mark at the left of an icon, both standing on the same lower edge.
+QPixmap DrawFactoryMark(const QPixmap& in_icon)
 {
     const QPixmap mark = LoadIcon(":./res/projectbrowser/PB_Factory.png");
     const double ratio = qtcompat::PixelRatio(in_icon);
@@ -30,6 +31,19 @@ QPixmap AddFactoryMark(const QPixmap& in_icon)
     painter.drawPixmap(gFactoryMarkWidth, 0, in_icon);
     const double bottom = marked.height() / ratio;
     painter.drawPixmap(0, qRound(bottom - mark.height() / qtcompat::PixelRatio(mark)), mark);
+    return marked;
+}
+
+/// The icon with the factory mark. All factory items of a kind share one picture.
+QPixmap AddFactoryMark(const QPixmap& in_icon)
+{
+    const QString key = QString::fromLatin1("nodebrowser/factory/%1").arg(in_icon.cacheKey());
+    QPixmap marked;
+    if (!QPixmapCache::find(key, &marked))
+    {
+        marked = DrawFactoryMark(in_icon);
+        QPixmapCache::insert(key, marked);
+    }
     return marked;
 }
 
@@ -51,7 +65,7 @@ QPixmap TypeIcon(vireo::datamodel::ItemAccessor& in_item)
 
 QPixmap ComposeStateIcon(const QPixmap& in_icon, const IconMarks& in_marks)
 {
-    QPixmap icon = in_marks.m_factoryItem ? AddFactoryMark(in_icon) : in_icon;
+    QPixmap icon = in_marks.m_factoryItem && !in_icon.isNull() ? AddFactoryMark(in_icon) : in_icon;
     if (in_marks.m_factoryItem && in_marks.m_readOnlySource)
         return icon;
     return ScsUtils::getAssetStateIcon(icon, in_marks.m_accessState, in_marks.m_versioningActive,

@@ -1,0 +1,84 @@
+#include "host/graphbox.h"
+
+#include "nodebrowser/qtcompat.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace host
+{
+
+namespace
+{
+
+const int gBoxHeight = 36;
+const int gPadding = 10;
+const int gIconSide = 20;
+const int gTextLeft = gPadding + gIconSide + 8;
+const int gLongestText = 260;
+const double gRounding = 5.0;
+
+} // namespace
+
+GraphBox::GraphBox(const vireo::datamodel::ItemID& in_item, const QPixmap& in_icon, QWidget* in_canvas)
+    : QWidget(in_canvas), m_item(in_item), m_icon(in_icon)
+{
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+void GraphBox::SetName(const QString& in_name)
+{
+    m_name = in_name;
+    m_drawnName = fontMetrics().elidedText(in_name, Qt::ElideRight, gLongestText);
+    setToolTip(in_name);
+    resize(gTextLeft + fontMetrics().horizontalAdvance(m_drawnName) + gPadding, gBoxHeight);
+    update();
+}
+
+void GraphBox::MoveCentreTo(const QPoint& in_point)
+{
+    MoveInside(in_point - rect().center());
+}
+
+void GraphBox::MoveInside(const QPoint& in_topLeft)
+{
+    const QSize room = parentWidget()->size() - size();
+    move(std::max(0, std::min(in_topLeft.x(), room.width())), std::max(0, std::min(in_topLeft.y(), room.height())));
+}
+
+void GraphBox::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Dark), hasFocus() ? 2.0 : 1.0));
+    painter.setBrush(palette().color(QPalette::Button));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1.0, 1.0, -1.0, -1.0), gRounding, gRounding);
+
+    painter.drawPixmap(gPadding, (height() - gIconSide) / 2, m_icon);
+    painter.setPen(palette().color(QPalette::ButtonText));
+    painter.drawText(rect().adjusted(gTextLeft, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, m_drawnName);
+}
+
+void GraphBox::mousePressEvent(QMouseEvent* in_event)
+{
+    m_grip = qtcompat::EventPosition(*in_event);
+    raise();
+}
+
+void GraphBox::mouseMoveEvent(QMouseEvent* in_event)
+{
+    if (in_event->buttons() & Qt::LeftButton)
+        MoveInside(mapToParent(qtcompat::EventPosition(*in_event)) - m_grip);
+}
+
+void GraphBox::keyPressEvent(QKeyEvent* in_event)
+{
+    if (in_event->key() == Qt::Key_Delete || in_event->key() == Qt::Key_Backspace)
+        deleteLater();
+    else
+        QWidget::keyPressEvent(in_event);
+}
+
+} // namespace host

@@ -1,0 +1,131 @@
+#include "host/graphcanvas.h"
+
+#include "host/graphbox.h"
+#include "host/itemkind.h"
+#include "host/text.h"
+#include "memorymodel/library.h"
+
+#include <QChildEvent>
+#include <QDataStream>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QPainter>
+
+using vireo::datamodel::ItemID;
+using vireo::datamodel::LibType;
+
+namespace host
+{
+
+namespace
+{
+
+const int gGridStep = 20;
+
+QString DragFormat()
+{
+    return QStringLiteral("vireo/toc.key");
+}
+
+/// The one string that the payload consists of; empty when it is anything else.
+QString DecodePayload(const QByteArray& in_payload)
+{
+    QDataStream stream(in_payload);
+    QString text;
+    stream >> text;
+    return stream.status() == QDataStream::Ok && stream.atEnd() ? text : QString();
+}
+
+/// The position of a drop event, which Qt 6 has under another name than Qt 5.
+template <class DropEvent> auto DropPosition(const DropEvent& in_event, int) -> decltype(in_event.position().toPoint())
+{
+    return in_event.position().toPoint();
+}
+
+template <class DropEvent> auto DropPosition(const DropEvent& in_event, long) -> decltype(in_event.pos())
+{
+    return in_event.pos();
+}
+
+} // namespace
+
+GraphCanvas::GraphCanvas()
+{
+    setAcceptDrops(true);
+}
+
+void GraphCanvas::SetLibrary(const memorymodel::Library* in_library)
+{
+    qDeleteAll(findChildren<GraphBox*>());
+    m_library = in_library;
+}
+
+ItemID GraphCanvas::GetNode(const QMimeData& in_data) const
+{
+    if (!m_library || !in_data.hasFormat(DragFormat()))
+        return ItemID();
+    const QString text = DecodePayload(in_data.data(DragFormat()));
+    const ItemID item = m_library->FindBySerialized(text.toLatin1().toStdString());
+    return item.GetType() == LibType::gType ? ItemID() : item;
+}
+
+void GraphCanvas::dragEnterEvent(QDragEnterEvent* in_event)
+{
+    if ((in_event->possibleActions() & Qt::CopyAction) && GetNode(*in_event->mimeData()).IsValid())
+    {
+        in_event->setDropAction(Qt::CopyAction);
+        in_event->accept();
+    }
+}
+
+void GraphCanvas::dropEvent(QDropEvent* in_event)
+{
+    const ItemID item = GetNode(*in_event->mimeData());
+    if (!item.IsValid())
+        return;
+    const QPixmap icon(QLatin1String(GetItemKind(*m_library, item).m_icon));
+    GraphBox* const box = new GraphBox(item, icon, this);
+    SetNameOf(*box);
+    box->MoveCentreTo(DropPosition(*in_event, 0));
+    box->show();
+    in_event->setDropAction(Qt::CopyAction);
+    in_event->accept();
+}
+
+void GraphCanvas::SetNameOf(GraphBox& in_box) const
+{
+    const std::string name = m_library->GetAccessor().GetItemName(in_box.GetItem(), true, nullptr);
+    // An item whose creation was undone has no name any more; its box keeps the one it had.
+    if (!name.empty())
+        in_box.SetName(ToText(name));
+}
+
+void GraphCanvas::UpdateNames()
+{
+    for (GraphBox* const box : findChildren<GraphBox*>())
+        SetNameOf(*box);
+}
+
+void GraphCanvas::childEvent(QChildEvent* in_event)
+{
+    QWidget::childEvent(in_event);
+    update(); // the first box takes the hint away, the last one brings it back
+}
+
+void GraphCanvas::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().color(QPalette::Base));
+    painter.setPen(palette().color(QPalette::Mid));
+    for (int y = gGridStep / 2; y < height(); y += gGridStep)
+        for (int x = gGridStep / 2; x < width(); x += gGridStep)
+            painter.drawPoint(x, y);
+    if (findChildren<GraphBox*>().isEmpty())
+    {
+        painter.setPen(palette().color(QPalette::Text));
+        painter.drawText(rect(), Qt::AlignCenter, tr("Drag a node here from the library"));
+    }
+}
+
+} // namespace host

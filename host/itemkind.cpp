@@ -1,0 +1,40 @@
+#include "host/itemkind.h"
+
+#include "memorymodel/library.h"
+
+using vireo::datamodel::LibType;
+using vireo::datamodel::VireoType;
+
+namespace host
+{
+
+namespace
+{
+
+const ItemKind gCompound = {"compound", "compound", ":compound.png"};
+const ItemKind gLoopCompound = {"compound", "looping compound", ":compound.png"};
+const ItemKind gSignature = {"signature", "signature", ":signature.png"};
+const ItemKind gSolver = {"solver", "solver", ":solver.png"};
+const ItemKind gPolymorphicSolver = {"polymorphic-solver", "polymorphic solver", ":solver.png"};
+const ItemKind gGlobalConstant = {"global-constant", "global constant", ":constant.png"};
+const ItemKind gType = {"type", "type", ":type.png"};
+
+} // namespace
+
+const ItemKind& GetItemKind(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item)
+{
+    const char* const type = in_item.GetType();
+    if (type == LibType::gType)
+        return gType;
+    if (type == VireoType::gGlobalConstant)
+        return gGlobalConstant;
+    if (type == VireoType::gPolymorphicSolver)
+        return gPolymorphicSolver;
+    if (type == VireoType::gSolver)
+        return gSolver;
+    if (in_library.IsSignature(in_item))
+        return gSignature;
+    return in_library.IsLoopCompound(in_item) ? gLoopCompound : gCompound;
+}
+
+} // namespace host

@@ -1,0 +1,44 @@
+#include "host/librarybrowser.h"
+
+#include "host/itemkind.h"
+#include "host/text.h"
+#include "memorymodel/library.h"
+
+#include <QLineEdit>
+#include <QTabBar>
+
+using vireo::datamodel::ItemAccessor;
+using vireo::datamodel::ItemID;
+
+namespace host
+{
+
+LibraryBrowser::LibraryBrowser() : CNodeBrowser(eConfigNodeBrowser) {}
+
+void LibraryBrowser::SelectTab(int in_tab)
+{
+    findChild<QTabBar*>()->setCurrentIndex(in_tab);
+}
+
+void LibraryBrowser::Search(const QString& in_text)
+{
+    findChild<QLineEdit*>()->setText(in_text);
+}
+
+std::vector<Row> LibraryBrowser::GetRows(const memorymodel::Library& in_library) const
+{
+    std::vector<Row> rows(GetRowCount());
+    for (std::size_t i = 0; i < rows.size(); ++i)
+    {
+        ItemAccessor accessor = GetRowItem(i);
+        const ItemID item = accessor.GetItemID();
+        rows[i].m_kind = QLatin1String(GetItemKind(in_library, item).m_word);
+        rows[i].m_name = ToText(in_library.GetAccessor().GetItemName(item, true, nullptr));
+        for (const std::string& tag : GetSearchTags(item))
+            rows[i].m_tags << ToText(tag);
+        CompareToFilter(accessor, &rows[i].m_score);
+    }
+    return rows;
+}
+
+} // namespace host

@@ -1,0 +1,26 @@
+#include "host/openlibrary.h"
+
+#include "importers/materialx.h"
+#include "memorymodel/datalayer.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace host
+{
+
+memorymodel::Library* OpenLibrary(memorymodel::DataLayer& in_layer, const QString& in_path, QString* out_error)
+{
+    importers::MaterialXContent content;
+    if (const auto error = importers::ReadMaterialX(in_path, content))
+    {
+        *out_error = error->GetText();
+        return nullptr;
+    }
+    const QString name = QFileInfo(QDir::cleanPath(QFileInfo(in_path).absoluteFilePath())).fileName();
+    memorymodel::Library& library = in_layer.AddLibrary(name.toLatin1().toStdString());
+    importers::AddMaterialX(content, library);
+    return &library;
+}
+
+} // namespace host

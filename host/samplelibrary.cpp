@@ -1,0 +1,108 @@
+#include "host/samplelibrary.h"
+
+#include "host/sampletable.h"
+#include "memorymodel/datalayer.h"
+
+#include <vector>
+
+using memorymodel::DataLayer;
+using memorymodel::DataSource;
+using memorymodel::Library;
+using memorymodel::NewItem;
+using vireo::datamodel::gApplicationTagsKey;
+using vireo::datamodel::ItemID;
+
+namespace host
+{
+
+namespace
+{
+
+NewItem MakeItem(SampleKind in_kind, const char* in_name)
+{
+    switch (in_kind)
+    {
+    case SampleKind::Compound:
+        return NewItem::Compound(in_name);
+    case SampleKind::LoopCompound:
+        return NewItem::LoopCompound(in_name);
+    case SampleKind::Signature:
+        return NewItem::Signature(in_name);
+    case SampleKind::Polymorphic:
+        return NewItem::PolymorphicSolver(in_name);
+    case SampleKind::Constant:
+        return NewItem::GlobalConstant(in_name);
+    case SampleKind::Type:
+        return NewItem::Type(in_name);
+    case SampleKind::Solver:
+        break;
+    }
+    return NewItem::Solver(in_name);
+}
+
+/// Adds the sources in the order of SampleSource. New items go to the first one that takes them.
+std::vector<DataSource*> AddSources(Library& in_library)
+{
+    return {&in_library.AddDataSource("Local"), &in_library.AddDataSource("Factory", memorymodel::eFactorySource),
+            &in_library.AddDataSource("Studio"), &in_library.AddDataSource("Archive", memorymodel::eReadOnlySource)};
+}
+
+void AddItems(Library& in_library)
+{
+    const std::vector<DataSource*> sources = AddSources(in_library);
+    for (const SampleItem& sample : GetSampleItems())
+    {
+        NewItem item = MakeItem(sample.m_kind, sample.m_name);
+        item.Tags(sample.m_tags).In(*sources[static_cast<std::size_t>(sample.m_source)]);
+        if (sample.m_parent)
+            item.Parent(sample.m_parent);
+        if (sample.m_general)
+            item.Specializes(sample.m_general);
+        in_library.Add(item);
+    }
+}
+
+/// Leaves some compounds with changes, as after a morning's work.
+void ChangeSomeItems(Library& in_library)
+{
+    for (const char* const name : {"Blend", "Bricks", "Heartbeat"})
+    {
+        const ItemID item = in_library.FindByName(name);
+        const std::string tags = in_library.GetAccessor().GetItemTags(item, gApplicationTagsKey);
+        in_library.SetTags(item, tags + ";in progress");
+    }
+}
+
+void SetSourceControlStates(DataLayer& in_layer, Library& in_library)
+{
+    struct NamedState
+    {
+        const char* m_name;
+        memorymodel::eAccessState m_state;
+    };
+    const NamedState states[] = {
+        {"Blend", memorymodel::eCheckedOut},        {"Bricks", memorymodel::eCheckedOut},
+        {"Bloom", memorymodel::eCheckedOutByOther}, {"Flicker", memorymodel::eCheckedOutByOther},
+        {"Clouds", memorymodel::eOutOfDate},        {"Ease In Out", memorymodel::eOutOfDate},
+        {"Halftone", memorymodel::eWritable},       {"Heartbeat", memorymodel::eAdded},
+        {"Truchet Maze", memorymodel::eAdded},
+    };
+    memorymodel::SourceControl& control = in_layer.GetSourceControl();
+    for (const NamedState& state : states)
+        control.SetState(in_library.FindByName(state.m_name), state.m_state);
+    control.SetVersionControlActive(true);
+    control.SetEnabled(true);
+}
+
+} // namespace
+
+Library& AddSampleLibrary(DataLayer& in_layer)
+{
+    Library& library = in_layer.AddLibrary("Sample");
+    AddItems(library);
+    ChangeSomeItems(library);
+    SetSourceControlStates(in_layer, library);
+    return library;
+}
+
+} // namespace host

@@ -1,0 +1,164 @@
+#include "importers/materialxitems.h"
+
+#include <QHash>
+#include <QSet>
+
+namespace importers
+{
+namespace
+{
+
+/// Which definitions are implemented how, and which graphs are spoken for.
+class Implementations
+{
+public:
+    explicit Implementations(const MaterialXElements& in_elements)
+    {
+        for (const NodeGraphElement& graph : in_elements.nodeGraphs)
+            m_byGraph.insert(graph.nodeDef);
+        for (const ImplementationElement& implementation : in_elements.implementations)
+        {
+            (implementation.nodeGraph.isEmpty() ? m_byOther : m_byGraph).insert(implementation.nodeDef);
+            m_namedGraphs.insert(implementation.nodeGraph);
+        }
+        // The empty text stands for "none" everywhere; it must not join a definition without a name to anything.
+        m_byGraph.remove(QString());
+        m_byOther.remove(QString());
+    }
+
+    eMaterialXKind GetKind(const NodeDefElement& in_nodeDef) const
+    {
+        if (m_byGraph.contains(in_nodeDef.name))
+            return eMaterialXKind::eCompound;
+        return m_byOther.contains(in_nodeDef.name) ? eMaterialXKind::eSolver : eMaterialXKind::eSignature;
+    }
+
+    bool IsFree(const NodeGraphElement& in_graph) const
+    {
+        return in_graph.nodeDef.isEmpty() && !m_namedGraphs.contains(in_graph.name);
+    }
+
+private:
+    QSet<QString> m_byGraph;
+    QSet<QString> m_byOther;
+    QSet<QString> m_namedGraphs;
+};
+
+/// The definitions with one "node" value, in reading order; at least one.
+using NodeDefGroup = std::vector<const NodeDefElement*>;
+
+std::vector<NodeDefGroup> GroupByNode(const std::vector<NodeDefElement>& in_nodeDefs)
+{
+    std::vector<NodeDefGroup> groups;
+    QHash<QString, std::size_t> places;
+    for (const NodeDefElement& nodeDef : in_nodeDefs)
+    {
+        const auto place = places.constFind(nodeDef.node);
+        if (place != places.constEnd())
+        {
+            groups[*place].push_back(&nodeDef);
+            continue;
+        }
+        places.insert(nodeDef.node, groups.size());
+        groups.push_back({&nodeDef});
+    }
+    return groups;
+}
+
+QStringList DistinctTags(const QStringList& in_texts)
+{
+    QStringList tags = in_texts;
+    tags.removeAll(QString());
+    tags.removeDuplicates();
+    return tags;
+}
+
+QStringList MakeTags(const NodeDefGroup& in_group, const std::vector<MaterialXDocument>& in_documents)
+{
+    QStringList nodeGroups;
+    QStringList folders;
+    for (const NodeDefElement* nodeDef : in_group)
+    {
+        nodeGroups.append(nodeDef->nodeGroup);
+        folders.append(in_documents[nodeDef->document].topFolder);
+    }
+    return DistinctTags(nodeGroups + folders);
+}
+
+/// Makes the items in the order of the content.
+class ItemMaker
+{
+public:
+    ItemMaker(const MaterialXElements& in_elements, const std::vector<MaterialXDocument>& in_documents)
+        : m_elements(in_elements), m_documents(in_documents), m_implementations(in_elements)
+    {
+    }
+
+    std::vector<MaterialXItem> Make()
+    {
+        for (const TypeElement& type : m_elements.types)
+            Add(eMaterialXKind::eType, type.name, DistinctTags({type.semantic}), type.document);
+        for (const UnitElement& unit : m_elements.units)
+            Add(eMaterialXKind::eGlobalConstant, unit.name, DistinctTags({unit.unitType}), unit.document);
+        for (const NodeDefGroup& group : GroupByNode(m_elements.nodeDefs))
+            AddNode(group);
+        for (const NodeGraphElement& graph : m_elements.nodeGraphs)
+            if (m_implementations.IsFree(graph))
+                Add(eMaterialXKind::eCompound, graph.name, FolderTag(graph.document), graph.document);
+        for (const NodeGraphElement& graph : m_elements.nodeGraphs)
+            AddGraphContent(graph);
+        return std::move(m_items);
+    }
+
+private:
+    void AddNode(const NodeDefGroup& in_group)
+    {
+        const NodeDefElement& first = *in_group.front();
+        const bool isPolymorphic = in_group.size() > 1;
+        const eMaterialXKind kind =
+            isPolymorphic ? eMaterialXKind::ePolymorphicSolver : m_implementations.GetKind(first);
+        Add(kind, first.node, MakeTags(in_group, m_documents), first.document);
+        m_kindOfNode.insert(first.node, kind);
+        if (!isPolymorphic)
+            return;
+        for (const NodeDefElement* nodeDef : in_group)
+            if (!nodeDef->name.isEmpty())
+                Add(m_implementations.GetKind(*nodeDef), nodeDef->name, MakeTags({nodeDef}, m_documents),
+                    nodeDef->document)
+                    .specializes = first.node;
+    }
+
+    /// A node inside a graph is of the kind that it is an instance of; an unknown one is a signature.
+    void AddGraphContent(const NodeGraphElement& in_graph)
+    {
+        const QStringList tags = FolderTag(in_graph.document);
+        for (const GraphNode& node : in_graph.nodes)
+            Add(m_kindOfNode.value(node.node, eMaterialXKind::eSignature), node.name, tags, in_graph.document).parent =
+                in_graph.name;
+    }
+
+    MaterialXItem& Add(eMaterialXKind in_kind, const QString& in_name, const QStringList& in_tags,
+                       std::size_t in_document)
+    {
+        m_items.push_back({in_kind, in_name, in_tags, QString(), QString(), m_documents[in_document].source});
+        return m_items.back();
+    }
+
+    QStringList FolderTag(std::size_t in_document) const { return DistinctTags({m_documents[in_document].topFolder}); }
+
+    const MaterialXElements& m_elements;
+    const std::vector<MaterialXDocument>& m_documents;
+    const Implementations m_implementations;
+    QHash<QString, eMaterialXKind> m_kindOfNode;
+    std::vector<MaterialXItem> m_items;
+};
+
+} // namespace
+
+std::vector<MaterialXItem> MakeItems(const MaterialXElements& in_elements,
+                                     const std::vector<MaterialXDocument>& in_documents)
+{
+    return ItemMaker(in_elements, in_documents).Make();
+}
+
+} // namespace importers

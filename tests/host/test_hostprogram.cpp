@@ -1,0 +1,351 @@
+#include "host/commandline.h"
+#include "host/sampletable.h"
+#include "tests/support/testmain.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+using host::SampleItem;
+using host::SampleKind;
+
+namespace
+{
+
+struct Result
+{
+    int m_status = -1;
+    QByteArray m_out;
+    QByteArray m_error;
+};
+
+/// Runs the built program as in a terminal without a display.
+Result RunHost(const QStringList& in_arguments)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* const name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        environment.remove(QLatin1String(name));
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(HOST_PROGRAM), in_arguments);
+    Result result;
+    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
+        return result;
+    result.m_status = process.exitCode();
+    result.m_out = process.readAllStandardOutput();
+    result.m_error = process.readAllStandardError();
+    return result;
+}
+
+QStringList Arguments(std::initializer_list<const char*> in_arguments)
+{
+    QStringList arguments;
+    for (const char* const argument : in_arguments)
+        arguments << QString::fromUtf8(argument);
+    return arguments;
+}
+
+/// The fields of each line; every line must end with a line break.
+QList<QByteArrayList> RowsOf(const Result& in_result)
+{
+    QList<QByteArrayList> rows;
+    QByteArrayList lines = in_result.m_out.split('\n');
+    if (!lines.takeLast().isEmpty())
+        return rows;
+    for (const QByteArray& line : lines)
+        rows << line.split('\t');
+    return rows;
+}
+
+QByteArrayList NamesOf(const Result& in_result)
+{
+    QByteArrayList names;
+    for (const QByteArrayList& row : RowsOf(in_result))
+        names << row.value(2);
+    return names;
+}
+
+QString WriteFile(const QTemporaryDir& in_folder, const char* in_name, const QByteArray& in_content)
+{
+    const QString path = in_folder.filePath(QLatin1String(in_name));
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(in_content) != in_content.size())
+        return QString();
+    return path;
+}
+
+int CountListed(std::initializer_list<SampleKind> in_kinds)
+{
+    int count = 0;
+    for (const SampleItem& item : host::GetSampleItems())
+        if (!item.m_parent && !item.m_general)
+            count += std::find(in_kinds.begin(), in_kinds.end(), item.m_kind) != in_kinds.end() ? 1 : 0;
+    return count;
+}
+
+} // namespace
+
+class TestHostProgram : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void allRowsOfTheSampleArePrinted()
+    {
+        const Result result = RunHost(Arguments({"--tab", "all", "--rows"}));
+        QCOMPARE(result.m_status, 0);
+        const QList<QByteArrayList> rows = RowsOf(result);
+        QMap<QByteArray, int> kinds;
+        for (int i = 0; i < rows.size(); ++i)
+        {
+            QCOMPARE(rows.at(i).size(), 5);
+            QCOMPARE(rows.at(i).at(0), QByteArray::number(i));
+            QCOMPARE(rows.at(i).at(4), QByteArray("0"));
+            ++kinds[rows.at(i).at(1)];
+        }
+        QCOMPARE(kinds.size(), 6);
+        QCOMPARE(kinds.value("compound"), CountListed({SampleKind::Compound, SampleKind::LoopCompound}));
+        QCOMPARE(kinds.value("signature"), CountListed({SampleKind::Signature}));
+        QCOMPARE(kinds.value("solver"), CountListed({SampleKind::Solver}));
+        QCOMPARE(kinds.value("polymorphic-solver"), CountListed({SampleKind::Polymorphic}));
+        QCOMPARE(kinds.value("global-constant"), CountListed({SampleKind::Constant}));
+        QCOMPARE(kinds.value("type"), CountListed({SampleKind::Type}));
+    }
+
+    void tabsSelectKinds_data()
+    {
+        QTest::addColumn<QStringList>("kinds");
+        QTest::newRow("nodes") << Arguments({"compound", "polymorphic-solver", "solver"});
+        QTest::newRow("types") << Arguments({"type"});
+    }
+
+    void tabsSelectKinds()
+    {
+        QFETCH(QStringList, kinds);
+        const Result result = RunHost(Arguments({"--rows", "--tab", QTest::currentDataTag()}));
+        QCOMPARE(result.m_status, 0);
+        QStringList printed;
+        for (const QByteArrayList& row : RowsOf(result))
+            if (!printed.contains(QString::fromLatin1(row.at(1))))
+                printed << QString::fromLatin1(row.at(1));
+        printed.sort();
+        QCOMPARE(printed, kinds);
+    }
+
+    void nodesAreTheFirstTab()
+    {
+        QCOMPARE(RunHost(Arguments({"--rows"})).m_out, RunHost(Arguments({"--rows", "--tab", "nodes"})).m_out);
+    }
+
+    void aSearchOrdersByRelevance()
+    {
+        const Result result = RunHost(Arguments({"--tab", "all", "--search", "Blend", "--rows"}));
+        QCOMPARE(result.m_status, 0);
+        QCOMPARE(result.m_out, QByteArray("0\tcompound\tBlend\tCompound;colour;in progress;layer;mix;opacity\t0\n"
+                                          "1\tsignature\tBlend Function\tCompound;colour;function;interface;mix\t0\n"
+                                          "2\ttype\tBlend Mode\tType;choice;colour;mix\t0\n"
+                                          "3\tcompound\tMultiply Blend\tCompound;colour;darken;layer;mix\t1\n"
+                                          "4\tcompound\tOverlay Blend\tCompound;colour;contrast;layer;mix\t1\n"
+                                          "5\tcompound\tScreen Blend\tCompound;colour;layer;lighten;mix\t1\n"
+                                          "6\tcompound\tSmooth Union\tCompound;blend;combine;geometry;shape\t1000\n"));
+    }
+
+    void aSearchForNothingThereIsPrintsNothing()
+    {
+        const Result result = RunHost(Arguments({"--search", "qqq", "--rows"}));
+        QCOMPARE(result.m_status, 0);
+        QCOMPARE(result.m_out, QByteArray());
+    }
+
+    void namesArePrintedInUtf8()
+    {
+        const Result result = RunHost(Arguments({"--search", "moir\xc3\xa9", "--rows"}));
+        QCOMPARE(NamesOf(result), QByteArrayList() << "Moir\xc3\xa9");
+    }
+
+    void valuesThatLookLikeOptionsOfTheToolkitAreTaken()
+    {
+        const Result result = RunHost(Arguments({"--search", "-style", "--rows"}));
+        QCOMPARE(result.m_status, 0);
+        QCOMPARE(result.m_out, QByteArray());
+    }
+
+    void aFileIsOpened()
+    {
+        QTemporaryDir folder;
+        const QString path = WriteFile(folder, "weather.mtlx",
+                                       "<materialx>\n"
+                                       "  <typedef name=\"caf\xc3\xa9\" semantic=\"a;b\"/>\n"
+                                       "  <typedef name=\"\xe2\x82\xac\"/>\n"
+                                       "  <nodedef name=\"ND_rain\" node=\"rain\" nodegroup=\"weather\"/>\n"
+                                       "</materialx>\n");
+        const Result result = RunHost({QStringLiteral("--library"), path, QStringLiteral("--tab"),
+                                       QStringLiteral("all"), QStringLiteral("--rows")});
+        QCOMPARE(result.m_status, 0);
+        QCOMPARE(result.m_out, QByteArray("0\ttype\t?\tType\t0\n"
+                                          "1\ttype\tcaf\xc3\xa9\tType;a;b\t0\n"
+                                          "2\tsignature\train\tCompound;weather\t0\n"));
+    }
+
+    void controlCharactersAreEscaped()
+    {
+        QTemporaryDir folder;
+        const QString path =
+            WriteFile(folder, "odd.mtlx", "<materialx><typedef name=\"a&#9;b&#10;c\\d\"/></materialx>\n");
+        const Result result = RunHost({QStringLiteral("--library"), path, QStringLiteral("--tab"),
+                                       QStringLiteral("types"), QStringLiteral("--rows")});
+        QCOMPARE(result.m_out, QByteArray("0\ttype\ta\\tb\\nc\\\\d\tType\t0\n"));
+    }
+
+    void theSharedDocumentsAreOpened()
+    {
+        const QString path = QStringLiteral(MATERIALX_FOLDER);
+        if (!QDir(path).exists())
+            QSKIP("the documents are not beside the project");
+        const Result result = RunHost({QStringLiteral("--library"), path, QStringLiteral("--tab"),
+                                       QStringLiteral("all"), QStringLiteral("--rows")});
+        QCOMPARE(result.m_status, 0);
+        QCOMPARE(RowsOf(result).size(), 266);
+    }
+
+    void librariesThatCannotBeOpened_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<int>("line");
+        QTest::newRow("not closed") << QByteArray("<materialx>\n<typedef name=\"a\"/>\n") << 3;
+        QTest::newRow("closed wrongly") << QByteArray("<materialx>\n<typedef name=\"a\"/>\n</material>\n") << 3;
+        QTest::newRow("attribute without quotes") << QByteArray("<materialx>\n<typedef name=a/>\n</materialx>") << 2;
+        QTest::newRow("unknown entity") << QByteArray("<materialx>\n\n<typedef name=\"&a;\"/></materialx>") << 3;
+        QTest::newRow("another root") << QByteArray("\n<svg/>\n") << 2;
+        QTest::newRow("empty") << QByteArray() << 1;
+        QTest::newRow("no XML") << QByteArray("name: weather\n") << 1;
+    }
+
+    void librariesThatCannotBeOpened()
+    {
+        QFETCH(QByteArray, document);
+        QFETCH(int, line);
+        QTemporaryDir folder;
+        WriteFile(folder, "a.mtlx", "<materialx><typedef name=\"good\"/></materialx>");
+        const QString bad = WriteFile(folder, "b.mtlx", document);
+        const QString picture = folder.filePath(QStringLiteral("x.png"));
+        const Result result =
+            RunHost({QStringLiteral("--library"), folder.path(), QStringLiteral("--rows"), QStringLiteral("--tab"),
+                     QStringLiteral("all"), QStringLiteral("--screenshot"), picture});
+        QCOMPARE(result.m_status, 1);
+        QCOMPARE(result.m_out, QByteArray());
+        QVERIFY(!QFile::exists(picture));
+        const QByteArray start = QStringLiteral("%1:%2: ").arg(bad).arg(line).toLocal8Bit();
+        const QByteArray message = result.m_error.split('\n').value(ErrorLine(result));
+        QVERIFY2(message.startsWith(start) && message.size() > start.size(), result.m_error.constData());
+    }
+
+    void aPathThatIsNotThereIsAnError()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("nowhere.mtlx"));
+        const Result result = RunHost({QStringLiteral("--rows"), QStringLiteral("--library"), path});
+        QCOMPARE(result.m_status, 1);
+        QCOMPARE(result.m_out, QByteArray());
+        QVERIFY2(result.m_error.contains(path.toLocal8Bit() + ":1: "), result.m_error.constData());
+    }
+
+    void wrongCommandLines_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("unknown option") << Arguments({"--rows", "--colour"});
+        QTest::newRow("missing value") << Arguments({"--rows", "--library"});
+        QTest::newRow("bad tab") << Arguments({"--rows", "--tab", "solvers"});
+        QTest::newRow("bad size") << Arguments({"--rows", "--size", "0x10"});
+        QTest::newRow("positional argument") << Arguments({"--rows", "file.mtlx"});
+        QTest::newRow("even with help") << Arguments({"--help", "--colour"});
+    }
+
+    void wrongCommandLines()
+    {
+        QFETCH(QStringList, arguments);
+        const Result result = RunHost(arguments);
+        QCOMPARE(result.m_status, 2);
+        QCOMPARE(result.m_out, QByteArray());
+        QVERIFY2(result.m_error.contains("nodebrowser-host: "), result.m_error.constData());
+        QVERIFY2(result.m_error.endsWith(host::UsageText().toUtf8()), result.m_error.constData());
+    }
+
+    void helpIsPrintedOnStandardOutput()
+    {
+        const Result result = RunHost(Arguments({"--help"}));
+        QCOMPARE(result.m_status, 0);
+        QCOMPARE(result.m_out, host::HelpText().toUtf8());
+    }
+
+    void aPictureOfTheWindowIsWritten_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("default") << QSize(1100, 720);
+        QTest::newRow("larger than the screen") << QSize(2500, 1300);
+        QTest::newRow("small") << QSize(200, 100);
+        QTest::newRow("a pixel") << QSize(1, 1);
+    }
+
+    void aPictureOfTheWindowIsWritten()
+    {
+        QFETCH(QSize, size);
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("window"));
+        QStringList arguments = {QStringLiteral("--screenshot"), path};
+        if (size != QSize(1100, 720))
+            arguments << QStringLiteral("--size") << QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
+        const Result result = RunHost(arguments);
+        QCOMPARE(result.m_status, 0);
+        QCOMPARE(result.m_out, QByteArray());
+        const QImage picture(path, "png");
+        QCOMPARE(picture.size(), size);
+    }
+
+    void thePictureShowsTheSearch()
+    {
+        QTemporaryDir folder;
+        const QString all = folder.filePath(QStringLiteral("all.png"));
+        const QString found = folder.filePath(QStringLiteral("found.png"));
+        QCOMPARE(RunHost({QStringLiteral("--screenshot"), all}).m_status, 0);
+        const Result result = RunHost({QStringLiteral("--screenshot"), found, QStringLiteral("--search"),
+                                       QStringLiteral("moir"), QStringLiteral("--rows")});
+        QCOMPARE(result.m_status, 0);
+        QCOMPARE(NamesOf(result), QByteArrayList() << "Moir\xc3\xa9");
+        // One row is left, so the list below it is empty and the scroll bar is gone.
+        const QRect lowerList(0, 300, 300, 300);
+        QVERIFY(!IsPlain(QImage(all).copy(lowerList)));
+        QVERIFY(IsPlain(QImage(found).copy(lowerList)));
+    }
+
+    void aPictureThatCannotBeWrittenIsAnError()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("missing/x.png"));
+        const Result result = RunHost({QStringLiteral("--rows"), QStringLiteral("--screenshot"), path});
+        QCOMPARE(result.m_status, 1);
+        QCOMPARE(result.m_out, QByteArray());
+        QVERIFY2(result.m_error.contains(path.toLocal8Bit() + ": "), result.m_error.constData());
+    }
+
+private:
+    /// The index of the line that is the host's own; the toolkit may have said something before.
+    static int ErrorLine(const Result& in_result) { return static_cast<int>(in_result.m_error.split('\n').size()) - 2; }
+
+    static bool IsPlain(const QImage& in_image)
+    {
+        for (int y = 0; y < in_image.height(); ++y)
+            for (int x = 0; x < in_image.width(); ++x)
+                if (in_image.pixel(x, y) != in_image.pixel(0, 0))
+                    return false;
+        return true;
+    }
+};
+
+NODEBROWSER_TEST_MAIN(TestHostProgram)
+#include "test_hostprogram.moc"

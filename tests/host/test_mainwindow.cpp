@@ -1,0 +1,347 @@
+#include "host/mainwindow.h"
+
+#include "datamodel/compoundmodifier.h"
+#include "datamodel/helpers.h"
+#include "datamodel/revisioncontrol.h"
+#include "host/graphbox.h"
+#include "host/graphcanvas.h"
+#include "host/librarybrowser.h"
+#include "host/samplelibrary.h"
+#include "memorymodel/datalayer.h"
+#include "tests/host/dropping.h"
+#include "tests/support/testmain.h"
+
+#include <QDockWidget>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTemporaryDir>
+#include <QTimer>
+
+using host::GraphBox;
+using host::GraphCanvas;
+using host::MainWindow;
+using memorymodel::Library;
+using memorymodel::NewItem;
+using vireo::datamodel::ItemID;
+
+namespace
+{
+
+const int gListTop = 43;
+const int gRowHeight = 24;
+
+void WriteFile(const QString& in_path, const QByteArray& in_content)
+{
+    QFile file(in_path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(in_content), in_content.size());
+}
+
+const QByteArray gTwoTypes = "<?xml version=\"1.0\"?>\n"
+                             "<materialx version=\"1.38\">\n"
+                             "  <typedef name=\"warmth\"/>\n"
+                             "  <typedef name=\"wetness\"/>\n"
+                             "</materialx>\n";
+
+QByteArrayList NamesOf(MainWindow& in_window)
+{
+    in_window.grab();
+    QByteArrayList names;
+    for (const host::Row& row : in_window.GetBrowser().GetRows(in_window.GetLibrary()))
+        names << row.m_name.toUtf8();
+    return names;
+}
+
+/// Reads the text of the message that opens next, and closes it.
+class MessageReader : public QObject
+{
+    Q_OBJECT
+
+public:
+    MessageReader()
+    {
+        connect(&m_timer, &QTimer::timeout, this, &MessageReader::OnTimeout);
+        m_timer.start(1);
+    }
+
+    QString m_text;
+
+private Q_SLOTS:
+    void OnTimeout()
+    {
+        QMessageBox* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        m_text = box->text();
+        box->accept();
+        m_timer.stop();
+    }
+
+private:
+    QTimer m_timer;
+};
+
+} // namespace
+
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_window.reset(new MainWindow(m_layer, host::AddSampleLibrary(m_layer)));
+        m_window->resize(1100, 720);
+        m_window->setMinimumSize(1, 1); // a platform without windows complains of any other least size
+        m_window->show();
+        m_window->grab();
+    }
+
+    void cleanup()
+    {
+        Library& library = m_window->GetLibrary();
+        m_window.reset();
+        m_layer.GetCommandManager().GetStack().clear();
+        m_layer.RemoveLibrary(library);
+    }
+
+    void theBrowserIsInADockBesideTheGraph()
+    {
+        const QDockWidget* const dock = m_window->findChild<QDockWidget*>();
+        QVERIFY(dock);
+        QCOMPARE(dock->windowTitle(), QStringLiteral("Node library"));
+        QCOMPARE(dock->widget(), static_cast<QWidget*>(&m_window->GetBrowser()));
+        const int width = m_window->GetBrowser().width();
+        QVERIFY2(width >= 280 && width <= 320, qPrintable(QString::number(width)));
+        QCOMPARE(m_window->centralWidget(), static_cast<QWidget*>(Canvas()));
+        QVERIFY(Canvas()->width() > 700);
+    }
+
+    void tabAndSearchAreSetAsAPersonSetsThem()
+    {
+        m_window->GetBrowser().SelectTab(1);
+        m_window->GetBrowser().Search(QStringLiteral("Matrix"));
+        QCOMPARE(m_window->findChild<QTabBar*>()->currentIndex(), 1);
+        QCOMPARE(m_window->findChild<QLineEdit*>()->text(), QStringLiteral("Matrix"));
+        QCOMPARE(NamesOf(*m_window), QByteArrayList() << "Matrix 3"
+                                                      << "Matrix 4");
+    }
+
+    void aSelectedRowIsNamedInTheStatusBar_data()
+    {
+        QTest::addColumn<int>("tab");
+        QTest::addColumn<QString>("status");
+        QTest::newRow("Blend") << 0 << QStringLiteral("Blend \u2013 compound, Studio");
+        QTest::newRow("Turbulence") << 0 << QStringLiteral("Turbulence \u2013 looping compound, Factory");
+        QTest::newRow("Moir") << 0 << QStringLiteral("Moir\u00e9 \u2013 compound, Studio");
+        QTest::newRow("Clamp") << 0 << QStringLiteral("Clamp \u2013 polymorphic solver, Factory");
+        QTest::newRow("Tangent") << 0 << QStringLiteral("Tangent \u2013 solver, Factory");
+        QTest::newRow("Predicate") << 2 << QStringLiteral("Predicate \u2013 signature, Factory");
+        QTest::newRow("Pi") << 2 << QStringLiteral("Pi \u2013 global constant, Factory");
+        QTest::newRow("Light") << 1 << QStringLiteral("Light \u2013 type, Archive");
+    }
+
+    void aSelectedRowIsNamedInTheStatusBar()
+    {
+        QFETCH(int, tab);
+        QFETCH(QString, status);
+        QCOMPARE(SelectionText(), QString());
+        ClickFirstRowOf(QLatin1String(QTest::currentDataTag()), tab);
+        QCOMPARE(SelectionText(), status);
+    }
+
+    void enterWithoutRowsClearsTheStatusBar()
+    {
+        ClickFirstRowOf(QStringLiteral("Blend"), 0);
+        QVERIFY(!SelectionText().isEmpty());
+        m_window->GetBrowser().Search(QStringLiteral("qqq"));
+        m_window->grab();
+        QTest::keyClick(m_window->findChild<QLineEdit*>(), Qt::Key_Return);
+        QCOMPARE(SelectionText(), QString());
+    }
+
+    void theLibraryIsCountedInTheStatusBar()
+    {
+        const int count = static_cast<int>(m_window->GetLibrary().GetItemCount());
+        QVERIFY(HasStatusLabel(QStringLiteral("Sample: %1 items").arg(count)));
+        vireo::datamodel::CompoundModifierAccessor compound;
+        compound.CreateAndSetFromNewCompound(m_window->GetLibrary().GetAccessor(), "My Node", false, nullptr, nullptr,
+                                             m_window->GetBrowser().GetCommandManager());
+        QVERIFY(HasStatusLabel(QStringLiteral("Sample: %1 items").arg(count + 1)));
+        m_layer.GetCommandManager().GetStack().undo();
+        QVERIFY(HasStatusLabel(QStringLiteral("Sample: %1 items").arg(count)));
+    }
+
+    void theTitleNamesTheCompoundThatIsEdited()
+    {
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("nodebrowser"));
+        DoubleClickFirstRowOf(QStringLiteral("Blend"));
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("Blend \u2013 nodebrowser"));
+        DoubleClickFirstRowOf(QStringLiteral("Moir"));
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("Moir\u00e9 \u2013 nodebrowser"));
+        vireo::datamodel::Helpers::SetGlobalVireoCompoundTarget(vireo::datamodel::CompoundAccessor(),
+                                                                vireo::datamodel::CompoundAccessor());
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("nodebrowser"));
+    }
+
+    void aRenameIsFollowedByTitleAndGraphAndCanBeUndone()
+    {
+        DoubleClickFirstRowOf(QStringLiteral("Blend"));
+        const ItemID item = m_window->GetLibrary().FindByName("Blend");
+        Drop(*Canvas(), QPoint(100, 100), PayloadOf(item));
+        m_window->GetLibrary().Rename(item, "Mix Layers", &m_layer.GetCommandManager());
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("Mix Layers \u2013 nodebrowser"));
+        QCOMPARE(Canvas()->findChild<GraphBox*>()->GetName(), QStringLiteral("Mix Layers"));
+        QAction* const undo = FindAction("&Edit", "Undo");
+        QVERIFY(undo);
+        QVERIFY(undo->isEnabled());
+        undo->trigger();
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("Blend \u2013 nodebrowser"));
+        QCOMPARE(Canvas()->findChild<GraphBox*>()->GetName(), QStringLiteral("Blend"));
+    }
+
+    void theFileMenuOpensAndQuits()
+    {
+        QVERIFY(FindAction("&File", "&Open library"));
+        QVERIFY(FindAction("&File", "Open &folder"));
+        QAction* const quit = FindAction("&File", "&Quit");
+        QVERIFY(quit);
+        QVERIFY(m_window->isVisible());
+        quit->trigger();
+        QVERIFY(!m_window->isVisible());
+    }
+
+    void anOpenedFileTakesThePlaceOfTheLibrary()
+    {
+        QTemporaryDir folder;
+        WriteFile(folder.filePath(QStringLiteral("weather.mtlx")), gTwoTypes);
+        DoubleClickFirstRowOf(QStringLiteral("Blend"));
+        const ItemID old = m_window->GetLibrary().FindByName("Blend");
+        const vireo::datamodel::ItemLibraryAccessor sample = m_window->GetLibrary().GetAccessor();
+        Drop(*Canvas(), QPoint(100, 100), PayloadOf(old));
+        m_window->GetLibrary().Rename(old, "Mix Layers", &m_layer.GetCommandManager());
+
+        QVERIFY(m_window->Open(folder.filePath(QStringLiteral("weather.mtlx"))));
+        m_window->GetBrowser().Search(QString());
+        m_window->GetBrowser().SelectTab(2);
+        QCOMPARE(NamesOf(*m_window), QByteArrayList() << "warmth"
+                                                      << "wetness");
+        QVERIFY(HasStatusLabel(QStringLiteral("weather.mtlx: 2 items")));
+        QCOMPARE(SelectionText(), QString());
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("nodebrowser"));
+        QVERIFY(!Canvas()->findChild<GraphBox*>());
+        QVERIFY(!m_layer.GetCommandManager().GetStack().canUndo());
+        QVERIFY(!sample.IsValid());
+        QVERIFY(!m_layer.GetCompoundTarget().IsValid());
+    }
+
+    void whatCannotBeOpenedLeavesTheLibraryAttached()
+    {
+        QTemporaryDir folder;
+        WriteFile(folder.filePath(QStringLiteral("a.mtlx")), gTwoTypes);
+        WriteFile(folder.filePath(QStringLiteral("b.mtlx")), "<materialx>\n<typedef name=\"half\"/>\n</material>\n");
+        DoubleClickFirstRowOf(QStringLiteral("Blend"));
+        const QByteArrayList before = NamesOf(*m_window);
+        Library* const library = &m_window->GetLibrary();
+
+        // A dialog has a least size, which this platform has no use for and says so.
+        if (QGuiApplication::platformName() == QStringLiteral("offscreen"))
+            QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
+        MessageReader reader;
+        QVERIFY(!m_window->Open(folder.path()));
+        QVERIFY2(reader.m_text.contains(folder.filePath(QStringLiteral("b.mtlx")) + QStringLiteral(":3: ")),
+                 qPrintable(reader.m_text));
+        QCOMPARE(&m_window->GetLibrary(), library);
+        QVERIFY(library->GetAccessor().IsValid());
+        QCOMPARE(NamesOf(*m_window), before);
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("Blend \u2013 nodebrowser"));
+        QVERIFY(Drop(*Canvas(), QPoint(100, 100), PayloadOf(library->FindByName("Blend"))));
+    }
+
+    void theFactoryMarkIsThereInEveryLibrary()
+    {
+        QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("stdlib")));
+        WriteFile(folder.filePath(QStringLiteral("stdlib/types.mtlx")), gTwoTypes);
+        m_window->GetBrowser().SelectTab(1);
+        const QImage sample = MarkOfFirstRow();
+        QVERIFY(m_window->Open(folder.path()));
+        QCOMPARE(MarkOfFirstRow(), sample);
+        m_window->GetBrowser().Search(QStringLiteral("qqq"));
+        QVERIFY(MarkOfFirstRow() != sample);
+    }
+
+    void filesOfAnItemAreNamedInTheStatusBar()
+    {
+        QTemporaryDir folder;
+        WriteFile(folder.filePath(QStringLiteral("weather.mtlx")), gTwoTypes);
+        QVERIFY(m_window->Open(folder.path()));
+        nexa4::IRevisionControlUIHelper* const helper =
+            hmxGetService<nexa4::IRevisionControlUIHelper>("RevisionControlUIHelper");
+        QVERIFY(helper);
+        const ItemID item = m_window->GetLibrary().FindByName("warmth");
+        const nexa4::DbObjectId id(vireo::datamodel::ItemIDUnlock::GetItemIDUID(item));
+        helper->ShowFiles(helper->FindObject(id), nullptr);
+        const QString message = m_window->statusBar()->currentMessage();
+        QVERIFY2(message.startsWith(QStringLiteral("warmth is stored in ")), qPrintable(message));
+        QVERIFY2(message.contains(folder.path()), qPrintable(message));
+    }
+
+private:
+    GraphCanvas* Canvas() { return m_window->findChild<GraphCanvas*>(); }
+
+    QPoint FirstRow() { return QPoint(100, gListTop + gRowHeight / 2); }
+
+    void ClickFirstRowOf(const QString& in_search, int in_tab)
+    {
+        m_window->GetBrowser().SelectTab(in_tab);
+        m_window->GetBrowser().Search(in_search);
+        m_window->grab();
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, FirstRow());
+    }
+
+    void DoubleClickFirstRowOf(const QString& in_search)
+    {
+        ClickFirstRowOf(in_search, 0);
+        QTest::mouseDClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, FirstRow());
+    }
+
+    /// The pixels to the left of the type icon.
+    QImage MarkOfFirstRow()
+    {
+        m_window->grab();
+        return m_window->GetBrowser().grab().toImage().copy(0, gListTop + 2, 9, 20);
+    }
+
+    bool HasStatusLabel(const QString& in_text)
+    {
+        for (const QLabel* const label : m_window->statusBar()->findChildren<QLabel*>())
+            if (label->text() == in_text)
+                return true;
+        return false;
+    }
+
+    /// The text of the first label of the status bar.
+    QString SelectionText() { return m_window->statusBar()->findChildren<QLabel*>().first()->text(); }
+
+    QAction* FindAction(const char* in_menu, const char* in_text)
+    {
+        for (const QAction* const menu : m_window->menuBar()->actions())
+            for (QAction* const action : menu->menu()->actions())
+                if (menu->text() == QLatin1String(in_menu) && action->text().startsWith(QLatin1String(in_text)))
+                    return action;
+        return nullptr;
+    }
+
+    // The browser looks the factory objects up once in a process, so one layer serves all tests.
+    memorymodel::DataLayer m_layer;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+NODEBROWSER_TEST_MAIN(TestMainWindow)
+#include "test_mainwindow.moc"

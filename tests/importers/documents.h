@@ -1,0 +1,65 @@
+/// Documents on disk for the tests of the MaterialX reader, and a readable form of what was read.
+#pragma once
+
+#include "importers/materialx.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <stdexcept>
+
+/// A folder that goes away with the object.
+class DocumentFolder
+{
+public:
+    DocumentFolder() { Require(m_folder.isValid()); }
+
+    QString GetPath(const QString& in_relativePath = QString()) const { return m_folder.filePath(in_relativePath); }
+
+    /// Writes a file below the folder, makes the folders on the way, and returns its path.
+    QString Write(const QString& in_relativePath, const QByteArray& in_content) const
+    {
+        const QString path = GetPath(in_relativePath);
+        Require(QDir().mkpath(QFileInfo(path).path()));
+        QFile::remove(path); // some file systems wait for the disk when a file is cut and written anew
+        QFile file(path);
+        Require(file.open(QIODevice::WriteOnly) && file.write(in_content) == in_content.size());
+        return path;
+    }
+
+private:
+    static void Require(bool in_condition)
+    {
+        if (!in_condition)
+            throw std::runtime_error("The test cannot write its documents");
+    }
+
+    QTemporaryDir m_folder;
+};
+
+inline QString KindName(importers::eMaterialXKind in_kind)
+{
+    static const char* const names[] = {"type", "constant", "polymorphic", "solver", "compound", "signature"};
+    return QString::fromLatin1(names[static_cast<int>(in_kind)]);
+}
+
+/// "kind name [tags] @source", and " in PARENT" or " of GENERAL" for an item that is not listed.
+inline QStringList Describe(const importers::MaterialXContent& in_content)
+{
+    QStringList lines;
+    for (const importers::MaterialXItem& item : in_content.items)
+    {
+        QString line = QStringLiteral("%1 %2 [%3] @%4")
+                           .arg(KindName(item.kind), item.name, item.tags.join(QLatin1Char(';')),
+                                in_content.sources.at(item.source).name);
+        if (!item.parent.isEmpty())
+            line += QStringLiteral(" in ") + item.parent;
+        if (!item.specializes.isEmpty())
+            line += QStringLiteral(" of ") + item.specializes;
+        lines.append(line);
+    }
+    return lines;
+}

@@ -1,0 +1,426 @@
+#include "tests/importers/documents.h"
+#include "tests/support/testmain.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <random>
+
+using importers::MaterialXContent;
+using importers::MaterialXError;
+using importers::ReadMaterialX;
+
+namespace
+{
+
+const char gGoodDocument[] = "<materialx><typedef name='a'/></materialx>";
+
+/// A valid document with every element that the reader knows and every form of XML that it may meet.
+QByteArray ReadRichDocument()
+{
+    QFile file(QStringLiteral(TEST_DATA_FOLDER "/everyform.mtlx"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Content that a fault must leave alone.
+MaterialXContent MakeMarkedContent()
+{
+    MaterialXContent content;
+    content.sources.push_back({QStringLiteral("marked"), QString()});
+    content.items.push_back(importers::MaterialXItem());
+    return content;
+}
+
+bool IsMarked(const MaterialXContent& in_content)
+{
+    return in_content.sources.size() == 1 && in_content.sources[0].name == QStringLiteral("marked") &&
+           in_content.items.size() == 1;
+}
+
+QByteArray Repeated(const QByteArray& in_text, int in_times)
+{
+    return in_text.repeated(in_times);
+}
+
+/// Milliseconds to read a document, the shortest of three times; -1 when it cannot be read.
+qint64 TimeToRead(const QString& in_path, MaterialXContent& out_content)
+{
+    qint64 shortest = -1;
+    for (int round = 0; round < 3; ++round)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        if (ReadMaterialX(in_path, out_content))
+            return -1;
+        shortest = round == 0 ? timer.elapsed() : std::min(shortest, timer.elapsed());
+    }
+    return shortest;
+}
+
+} // namespace
+
+/// Hostile and damaged input: every fault is told with its place, and nothing is half read.
+class MaterialXFaultTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void documentFaults_data();
+    void documentFaults();
+    void missingFile();
+    void missingFolder();
+    void emptyPath();
+    void folderWithoutDocuments_data();
+    void folderWithoutDocuments();
+    void linkThatLeadsNowhere();
+    void oneBadDocumentFailsTheFolder();
+    void firstBadDocumentInPathOrderIsTold();
+    void reasonIsOneLine();
+    void everyTruncationOfAValidDocument();
+    void randomMutationsOfAValidDocument();
+    void hundredThousandDefinitionsTakeLinearTime();
+    void hundredThousandNodesInAGraph();
+    void hundredThousandDefinitionsOfOneNode();
+    void nameOfAMillionCharacters();
+    void deepNesting();
+};
+
+void MaterialXFaultTest::documentFaults_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<qint64>("line");
+    QTest::addColumn<QString>("part");
+    const auto row = [](const char* in_name, const QByteArray& in_document, qint64 in_line, const char* in_part = "") {
+        QTest::newRow(in_name) << in_document << in_line << QString::fromLatin1(in_part);
+    };
+    row("empty file", QByteArray(), 1);
+    row("only white space", "\n\n \n", 4);
+    row("no XML", "hello\nworld\n", 1);
+    row("binary",
+        QByteArray("\x7f"
+                   "ELF\0\0\1\2",
+                   8),
+        1);
+    row("only zero bytes", QByteArray(100, '\0'), 1);
+    row("other root", "<?xml version='1.0'?>\n<html>\n</html>", 2, "No MaterialX document");
+    row("root of another namespace", "<m:materialx xmlns:m='urn:m'/>", 1, "No MaterialX document");
+    row("root inside another root", "<a>\n<materialx/></a>", 1, "No MaterialX document");
+    row("unclosed root", "<materialx>\n<typedef name='a'/>\n", 3);
+    row("wrong closing tag", "<materialx>\n<typedef name='a'>\n</nodedef>\n</materialx>", 3);
+    row("unquoted attribute", "<materialx>\n\n<typedef name=a/></materialx>", 3);
+    row("same attribute twice", "<materialx>\n<typedef name='a' name='b'/></materialx>", 2);
+    row("cut in a tag", "<materialx>\n<typedef name='a", 2);
+    row("cut in a comment", "<materialx>\n<!-- typedef", 2);
+    row("second root", "<materialx/>\n<materialx/>", 2);
+    row("text after the root", "<materialx/>\n\nmore", 3);
+    row("fault in a skipped element", "<materialx>\n<look>\n<a></b></look></materialx>", 3);
+    row("fault inside a unitdef", "<materialx><unitdef name='u'>\n<unit name='m'></unitdef></materialx>", 2);
+    row("fault inside a node graph", "<materialx><nodegraph name='g'>\n<a name='n'><b></a></nodegraph></materialx>", 2);
+    row("unknown entity", "<materialx>\n<typedef name='&unknown;'/></materialx>", 2);
+    row("external entity",
+        "<!DOCTYPE m [<!ENTITY e SYSTEM 'file:///etc/hostname'>]>\n<materialx><typedef name='&e;'/></materialx>", 2);
+    row("bare ampersand", "<materialx>\n<typedef name='a & b'/></materialx>", 2);
+    row("zero character", "<materialx>\n<typedef name='&#0;'/></materialx>", 2);
+    row("control character by reference", "<materialx>\n<typedef name='&#7;'/></materialx>", 2);
+    row("control character", "<materialx>\n<typedef name='\x07'/></materialx>", 2);
+    row("reference beyond Unicode", "<materialx>\n<typedef name='&#x110000;'/></materialx>", 2);
+    row("bytes that are no UTF-8", "<materialx>\n<typedef name='\xFF\xFE'/></materialx>", 2);
+    row("UTF-8 cut short", "<materialx>\n<typedef name='\xC3'/></materialx>", 2);
+    row("bytes that are no UTF-8 after a byte order mark", "\xEF\xBB\xBF<materialx>\n\n\xA0</materialx>", 3);
+    row("bytes that are no UTF-8 behind many lines",
+        "<materialx>" + Repeated("<look name='\xC3\xA4'/>\n", 5000) + "\xFF</materialx>", 5001);
+    row("fault before bytes that are no UTF-8",
+        "<materialx>\n<typedef name=a/>" + Repeated("<look/>\n", 50000) + "\xFF</materialx>", 2);
+    row("fault behind Latin-1 text", "<?xml version='1.0' encoding='ISO-8859-1'?><materialx>\xE4\n</x>", 2);
+    QByteArray utf16 = QByteArray("\xFF\xFE", 2);
+    for (const char byte : QByteArray("<materialx>\n\n</x>"))
+        utf16.append(byte).append('\0');
+    row("fault in UTF-16", utf16, 3);
+    row("surrogate in UTF-8", "<materialx>\n<typedef name='\xED\xA0\x80'/></materialx>", 2);
+    row("unknown encoding", "<?xml version='1.0' encoding='no-such-encoding'?>\n<materialx/>", 1);
+    row("XML of the future", "<?xml version='2.0'?>\n<materialx/>", 1);
+    QByteArray bomb = "<!DOCTYPE m [<!ENTITY a0 'aaaaaaaaaa'>";
+    for (int level = 1; level < 12; ++level)
+    {
+        const QByteArray inner = "&a" + QByteArray::number(level - 1) + ";";
+        bomb += "<!ENTITY a" + QByteArray::number(level) + " '" + Repeated(inner, 10) + "'>";
+    }
+    row("entities that multiply in an attribute", bomb + "]>\n<materialx><typedef name='&a11;'/></materialx>", 2);
+    row("entities that multiply in text", bomb + "]>\n<materialx>&a11;</materialx>", 2);
+    row("entity that contains itself", "<!DOCTYPE m [<!ENTITY a '&b;'><!ENTITY b '&a;'>]>\n<materialx>&a;</materialx>",
+        2);
+}
+
+void MaterialXFaultTest::documentFaults()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(qint64, line);
+    QFETCH(QString, part);
+    const DocumentFolder folder;
+    const QString path = folder.Write(QStringLiteral("d.mtlx"), document);
+    MaterialXContent content = MakeMarkedContent();
+    const std::optional<MaterialXError> error = ReadMaterialX(path, content);
+    QVERIFY(error);
+    QCOMPARE(error->file, path);
+    QCOMPARE(error->line, line);
+    QVERIFY(!error->reason.isEmpty());
+    QVERIFY2(error->reason.contains(part), qPrintable(error->reason));
+    QCOMPARE(error->GetText(), QStringLiteral("%1:%2: %3").arg(path).arg(line).arg(error->reason));
+    QVERIFY(IsMarked(content));
+}
+
+void MaterialXFaultTest::missingFile()
+{
+    const DocumentFolder folder;
+    const QString path = folder.GetPath(QStringLiteral("none.mtlx"));
+    MaterialXContent content = MakeMarkedContent();
+    const std::optional<MaterialXError> error = ReadMaterialX(path, content);
+    QVERIFY(error);
+    QVERIFY2(error->GetText().startsWith(path + QStringLiteral(":1: ")), qPrintable(error->GetText()));
+    QVERIFY(!error->reason.isEmpty());
+    QVERIFY(IsMarked(content));
+}
+
+void MaterialXFaultTest::missingFolder()
+{
+    const DocumentFolder folder;
+    MaterialXContent content;
+    const std::optional<MaterialXError> error = ReadMaterialX(folder.GetPath(QStringLiteral("none/")), content);
+    QVERIFY(error);
+    QCOMPARE(error->line, qint64(1));
+}
+
+void MaterialXFaultTest::emptyPath()
+{
+    MaterialXContent content;
+    const std::optional<MaterialXError> error = ReadMaterialX(QString(), content);
+    QVERIFY(error);
+    QCOMPARE(error->line, qint64(1));
+    QVERIFY(!error->reason.isEmpty());
+}
+
+void MaterialXFaultTest::folderWithoutDocuments_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("other files") << QStringLiteral("sub/readme.txt");
+    QTest::newRow("hidden document") << QStringLiteral(".a.mtlx");
+    QTest::newRow("document in a hidden folder") << QStringLiteral("sub/.git/a.mtlx");
+    QTest::newRow("folder called like a document") << QStringLiteral("a.mtlx/readme.txt");
+    QTest::newRow("longer ending") << QStringLiteral("a.mtlx.bak");
+}
+
+void MaterialXFaultTest::folderWithoutDocuments()
+{
+    QFETCH(QString, file);
+    const DocumentFolder folder;
+    folder.Write(file, gGoodDocument);
+    MaterialXContent content = MakeMarkedContent();
+    const std::optional<MaterialXError> error = ReadMaterialX(folder.GetPath(), content);
+    QVERIFY(error);
+    QCOMPARE(error->GetText(), folder.GetPath() + QStringLiteral(":1: The folder has no MaterialX documents"));
+    QVERIFY(IsMarked(content));
+}
+
+void MaterialXFaultTest::linkThatLeadsNowhere()
+{
+    const DocumentFolder folder;
+    folder.Write(QStringLiteral("a.mtlx"), gGoodDocument);
+    const QString link = folder.GetPath(QStringLiteral("b.mtlx"));
+    if (!QFile::link(folder.GetPath(QStringLiteral("nowhere")), link) || !QFileInfo(link).isSymLink())
+        QSKIP("This system makes no links to files");
+    MaterialXContent content = MakeMarkedContent();
+    const std::optional<MaterialXError> error = ReadMaterialX(folder.GetPath(), content);
+    QVERIFY(error);
+    QCOMPARE(error->file, link);
+    QCOMPARE(error->line, qint64(1));
+    QVERIFY(IsMarked(content));
+}
+
+void MaterialXFaultTest::oneBadDocumentFailsTheFolder()
+{
+    const DocumentFolder folder;
+    folder.Write(QStringLiteral("a/a.mtlx"), gGoodDocument);
+    const QString bad = folder.Write(QStringLiteral("b/deep/er/b.mtlx"), "<materialx>\n\n<typedef</materialx>");
+    folder.Write(QStringLiteral("c/c.mtlx"), gGoodDocument);
+    MaterialXContent content = MakeMarkedContent();
+    const std::optional<MaterialXError> error = ReadMaterialX(folder.GetPath(), content);
+    QVERIFY(error);
+    QCOMPARE(error->file, bad);
+    QCOMPARE(error->line, qint64(3));
+    QVERIFY(IsMarked(content));
+}
+
+void MaterialXFaultTest::firstBadDocumentInPathOrderIsTold()
+{
+    const DocumentFolder folder;
+    folder.Write(QStringLiteral("z.mtlx"), "no XML");
+    const QString first = folder.Write(QStringLiteral("m/b.mtlx"), "no XML");
+    folder.Write(QStringLiteral("m/a.mtlx"), gGoodDocument);
+    MaterialXContent content;
+    const std::optional<MaterialXError> error = ReadMaterialX(folder.GetPath(), content);
+    QVERIFY(error);
+    QCOMPARE(error->file, first);
+}
+
+void MaterialXFaultTest::reasonIsOneLine()
+{
+    const MaterialXError error = {QStringLiteral("a  b.mtlx"), 7, QStringLiteral("Expected '\n', but got\r\n'x'.")};
+    QCOMPARE(error.GetText(), QStringLiteral("a  b.mtlx:7: Expected ' ', but got 'x'."));
+}
+
+void MaterialXFaultTest::everyTruncationOfAValidDocument()
+{
+    const DocumentFolder folder;
+    const QByteArray document = ReadRichDocument();
+    QVERIFY(document.size() > 500);
+    const int rootEnd = static_cast<int>(document.lastIndexOf('>')) + 1;
+    for (int length = 0; length <= document.size(); ++length)
+    {
+        const QString path = folder.Write(QStringLiteral("d.mtlx"), document.left(length));
+        MaterialXContent content = MakeMarkedContent();
+        const std::optional<MaterialXError> error = ReadMaterialX(path, content);
+        QVERIFY2(error.has_value() == (length < rootEnd), qPrintable(QString::number(length)));
+        if (!error)
+            continue;
+        const qint64 lastLine = document.left(length).count('\n') + 1;
+        QVERIFY2(error->line >= 1 && error->line <= lastLine, qPrintable(error->GetText()));
+        QVERIFY(IsMarked(content));
+    }
+}
+
+void MaterialXFaultTest::randomMutationsOfAValidDocument()
+{
+    const DocumentFolder folder;
+    const QByteArray original = ReadRichDocument();
+    QVERIFY(original.size() > 500);
+    const QByteArray dictionary = QByteArrayLiteral("<>/&;#'\"=! -[]?:\0\xFF\xC3\n\r\taex0");
+    std::mt19937 random(20240229);
+    const auto below = [&random](qsizetype in_limit) {
+        return static_cast<int>(random() % static_cast<std::mt19937::result_type>(in_limit));
+    };
+    int readable = 0;
+    int faulty = 0;
+    for (int round = 0; round < 5000; ++round)
+    {
+        QByteArray document = original;
+        for (int change = below(2); change >= 0; --change)
+        {
+            const int place = below(document.size());
+            const int length = below(16);
+            switch (below(5))
+            {
+            case 0:
+                document[place] = dictionary[below(dictionary.size())];
+                break;
+            case 1:
+                document.insert(place, dictionary[below(dictionary.size())]);
+                break;
+            case 2:
+                document.remove(place, length);
+                break;
+            case 3:
+                document.insert(place, document.mid(below(document.size()), length * 4));
+                break;
+            default:
+                document[place] = static_cast<char>(below(256));
+                break;
+            }
+        }
+        const QString path = folder.Write(QStringLiteral("d.mtlx"), document);
+        MaterialXContent content = MakeMarkedContent();
+        const std::optional<MaterialXError> error = ReadMaterialX(path, content);
+        ++(error ? faulty : readable);
+        if (error)
+        {
+            QVERIFY2(error->line >= 1 && !error->reason.isEmpty() && IsMarked(content), document.constData());
+            continue;
+        }
+        QCOMPARE(content.sources.size(), std::size_t(1));
+        for (const importers::MaterialXItem& item : content.items)
+            QVERIFY2(!item.name.isEmpty() && item.source == 0, document.constData());
+    }
+    QVERIFY(readable > 500);
+    QVERIFY(faulty > 500);
+}
+
+void MaterialXFaultTest::hundredThousandDefinitionsTakeLinearTime()
+{
+    const DocumentFolder folder;
+    const auto write = [&folder](const char* in_file, int in_count) {
+        QByteArray document = "<materialx>";
+        for (int i = 0; i < in_count; ++i)
+        {
+            const QByteArray number = QByteArray::number(i);
+            document += "<nodedef name='ND_" + number + "' node='node" + number + "' nodegroup='group" + number +
+                        "'/><nodegraph name='NG_" + number + "' nodedef='ND_" + number + "'><node" + number +
+                        " name='inner'/></nodegraph>\n";
+        }
+        return folder.Write(QString::fromLatin1(in_file), document + "</materialx>");
+    };
+    MaterialXContent content;
+    const qint64 small = TimeToRead(write("small.mtlx", 12500), content);
+    QCOMPARE(content.items.size(), std::size_t(25000));
+    const qint64 large = TimeToRead(write("large.mtlx", 100000), content);
+    QVERIFY(small >= 0 && large >= 0);
+    QCOMPARE(content.items.size(), std::size_t(200000));
+    QCOMPARE(content.items[99999].name, QStringLiteral("node99999"));
+    QVERIFY(content.items[99999].kind == importers::eMaterialXKind::eCompound);
+    // Eight times as much takes eight times as long; quadratic time would be 64 times. The rest is for a busy machine.
+    QVERIFY2(large < 25 * (small + 20), qPrintable(QStringLiteral("%1 ms, then %2 ms").arg(small).arg(large)));
+}
+
+void MaterialXFaultTest::hundredThousandNodesInAGraph()
+{
+    const DocumentFolder folder;
+    const QString path = folder.Write(QStringLiteral("d.mtlx"), "<materialx><nodegraph name='g'>" +
+                                                                    Repeated("<add name='n' type='float'/>\n", 100000) +
+                                                                    "</nodegraph></materialx>");
+    MaterialXContent content;
+    QVERIFY(!ReadMaterialX(path, content));
+    QCOMPARE(content.items.size(), std::size_t(100001));
+    QCOMPARE(content.items.back().parent, QStringLiteral("g"));
+}
+
+void MaterialXFaultTest::hundredThousandDefinitionsOfOneNode()
+{
+    QByteArray document = "<materialx>";
+    for (int i = 0; i < 100000; ++i)
+        document += "<nodedef name='ND' node='n' nodegroup='" + QByteArray::number(i % 50000) + "'/>\n";
+    const DocumentFolder folder;
+    MaterialXContent content;
+    QVERIFY(!ReadMaterialX(folder.Write(QStringLiteral("d.mtlx"), document + "</materialx>"), content));
+    QCOMPARE(content.items.size(), std::size_t(100001));
+    QCOMPARE(content.items.front().tags.size(), 50000);
+}
+
+void MaterialXFaultTest::nameOfAMillionCharacters()
+{
+    const DocumentFolder folder;
+    const QByteArray name(1000000, 'n');
+    const QString path =
+        folder.Write(QStringLiteral("d.mtlx"), "<materialx><typedef name='" + name + "'/></materialx>");
+    MaterialXContent content;
+    QVERIFY(!ReadMaterialX(path, content));
+    QCOMPARE(content.items.size(), std::size_t(1));
+    QVERIFY(content.items[0].name == QString::fromLatin1(name));
+}
+
+void MaterialXFaultTest::deepNesting()
+{
+    const DocumentFolder folder;
+    const int depth = 100000;
+    const QByteArray opened = Repeated("<a>\n", depth);
+    const QByteArray closed = Repeated("</a>", depth);
+    MaterialXContent content;
+    const QString whole = folder.Write(QStringLiteral("whole.mtlx"),
+                                       "<materialx>" + opened + closed + "<typedef name='after'/></materialx>");
+    QVERIFY(!ReadMaterialX(whole, content));
+    QCOMPARE(content.items.size(), std::size_t(1));
+    const std::optional<MaterialXError> error =
+        ReadMaterialX(folder.Write(QStringLiteral("open.mtlx"), "<materialx>" + opened), content);
+    QVERIFY(error);
+    QCOMPARE(error->line, qint64(depth + 1));
+}
+
+NODEBROWSER_TEST_MAIN(MaterialXFaultTest)
+#include "materialxfaulttest.moc"

@@ -1,0 +1,285 @@
+#include "datamodel/compoundmodifier.h"
+#include "datamodel/helpers.h"
+#include "datamodel/item.h"
+#include "datamodel/itemtoc.h"
+#include "memorymodel/datalayer.h"
+#include "tests/importers/documents.h"
+#include "tests/support/testmain.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <map>
+
+using importers::eMaterialXKind;
+using importers::MaterialXContent;
+using importers::MaterialXItem;
+using memorymodel::Library;
+using vireo::datamodel::ItemID;
+
+namespace
+{
+
+/// A data layer with one library that the content went into.
+struct FilledLibrary
+{
+    explicit FilledLibrary(const MaterialXContent& in_content) : m_library(m_layer.AddLibrary("Test"))
+    {
+        importers::AddMaterialX(in_content, m_library);
+    }
+
+    memorymodel::DataLayer m_layer;
+    Library& m_library;
+};
+
+MaterialXContent ReadOrThrow(const QString& in_path)
+{
+    MaterialXContent content;
+    if (const std::optional<importers::MaterialXError> error = importers::ReadMaterialX(in_path, content))
+        throw std::runtime_error(error->GetText().toStdString());
+    return content;
+}
+
+MaterialXContent MakeContent(const std::vector<MaterialXItem>& in_items)
+{
+    MaterialXContent content;
+    content.sources.push_back({QStringLiteral("source"), QStringLiteral("/a/source")});
+    content.items = in_items;
+    return content;
+}
+
+/// The kind in the library, by what the boundary tells of the item.
+std::string KindOf(vireo::datamodel::ItemAccessor& in_item)
+{
+    using namespace vireo::datamodel;
+    const char* const type = in_item.GetItemID().GetType();
+    if (type == LibType::gType)
+        return "type";
+    if (type == VireoType::gGlobalConstant)
+        return "constant";
+    if (type == VireoType::gPolymorphicSolver)
+        return "polymorphic";
+    if (type == VireoType::gSolver)
+        return "solver";
+    return Helpers::IsAbstractFunction(in_item) ? "signature" : "compound";
+}
+
+/// The names of the listed items, that is, those without "Parent" and "Specializes", by kind.
+std::map<std::string, QStringList> ListedNames(const Library& in_library)
+{
+    using namespace vireo::datamodel;
+    const ItemTOCAccessor toc = GetTOC(in_library.GetAccessor());
+    std::map<std::string, QStringList> names;
+    for (const char* const type : {LibType::gType, VireoType::gGlobalConstant, VireoType::gPolymorphicSolver,
+                                   VireoType::gSolver, VireoType::gCompound})
+        for (ItemIterator items = toc.IterateItems(type); !items.IsAtEnd(); items.Next())
+        {
+            ItemAccessor item = items.GetItem();
+            if (item.GetValue(gParentKey).IsValid() || item.GetValue(gSpecializesKey).IsValid())
+                continue;
+            const std::string name = in_library.GetAccessor().GetItemName(item.GetItemID(), true, nullptr);
+            names[KindOf(item)].append(QString::fromLatin1(name.c_str()));
+        }
+    return names;
+}
+
+QStringList Words(const char* in_words)
+{
+    return QString::fromLatin1(in_words).split(QLatin1Char(' '));
+}
+
+std::string TagsOf(const Library& in_library, const char* in_name)
+{
+    return in_library.GetAccessor().GetItemTags(in_library.FindByName(in_name), vireo::datamodel::gApplicationTagsKey);
+}
+
+std::string SourceOf(const Library& in_library, const char* in_name)
+{
+    const memorymodel::DataSource* source = in_library.GetSourceOf(in_library.FindByName(in_name));
+    return source ? source->GetName() : std::string();
+}
+
+/// The folder with the node libraries of the standard; a variable of the environment may name another place.
+QString StandardLibraryFolder()
+{
+    const QString named = qEnvironmentVariable("NODEBROWSER_MATERIALX_FOLDER");
+    return named.isEmpty() ? QStringLiteral(STANDARD_LIBRARY_FOLDER) : named;
+}
+
+} // namespace
+
+/// What the library and the boundary in front of it show of a content.
+class MaterialXLibraryTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyKindIsListedAsItself();
+    void tagsReachTheLibrary();
+    void sourcesOfTheLibrary();
+    void newItemsGoToLocal();
+    void importedItemsAreReadOnly();
+    void textBecomesLatin1_data();
+    void textBecomesLatin1();
+    void contentWithoutItems();
+    void manyItemsTakeLinearTime();
+    void standardLibrariesHave266ListedItems();
+    void standardLibrariesTagsAndSources();
+};
+
+void MaterialXLibraryTest::everyKindIsListedAsItself()
+{
+    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
+    std::map<std::string, QStringList> names = ListedNames(filled.m_library);
+    QCOMPARE(names["type"], Words("float color3 ramp") + QStringList(QString::fromLatin1("Gr\xF6\xDF"
+                                                                                         "e ??")));
+    QCOMPARE(names["constant"], Words("meter furlong step"));
+    QCOMPARE(names["polymorphic"], Words("blend twice shade"));
+    QCOMPARE(names["solver"], Words("noise ripple"));
+    QCOMPARE(names["compound"], Words("tint wood both free lamp"));
+    QCOMPARE(names["signature"], Words("lamp nameless"));
+    QCOMPARE(filled.m_library.GetItemCount(), std::size_t(30));
+}
+
+void MaterialXLibraryTest::tagsReachTheLibrary()
+{
+    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
+    QCOMPARE(TagsOf(filled.m_library, "float"), std::string());
+    QCOMPARE(TagsOf(filled.m_library, "color3"), std::string("color"));
+    QCOMPARE(TagsOf(filled.m_library, "meter"), std::string("distance"));
+    QCOMPARE(TagsOf(filled.m_library, "blend"), std::string("math;compositing;ramps;alpha"));
+    QCOMPARE(TagsOf(filled.m_library, "free"), std::string("beta"));
+    QCOMPARE(TagsOf(filled.m_library, "Gr\xF6\xDF"
+                                      "e ??"),
+             std::string("Ma\xDF"));
+}
+
+void MaterialXLibraryTest::sourcesOfTheLibrary()
+{
+    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
+    QStringList sources;
+    for (const std::shared_ptr<memorymodel::DataSource>& source : filled.m_library.GetDataSources())
+        sources.append(
+            QStringLiteral("%1 %2").arg(QString::fromLatin1(source->GetName().c_str())).arg(source->GetFlags()));
+    QCOMPARE(sources, QStringList() << QStringLiteral("Local 0") << QStringLiteral("alpha 1")
+                                    << QStringLiteral("beta 1") << QStringLiteral("library 1")
+                                    << QStringLiteral("stdlib 3"));
+    QCOMPARE(SourceOf(filled.m_library, "blend"), std::string("alpha"));
+    QCOMPARE(SourceOf(filled.m_library, "ripple"), std::string("library"));
+    QCOMPARE(SourceOf(filled.m_library, "shade"), std::string("stdlib"));
+    for (const ItemID& item : filled.m_library.GetItems())
+        QVERIFY(filled.m_library.GetSourceOf(item)->GetName() != "Local");
+}
+
+void MaterialXLibraryTest::newItemsGoToLocal()
+{
+    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
+    vireo::datamodel::CompoundModifierAccessor modifier;
+    const ItemID item =
+        modifier.CreateAndSetFromNewCompound(filled.m_library.GetAccessor(), "Mine", false, "", "", nullptr);
+    QVERIFY(item.IsValid());
+    QCOMPARE(SourceOf(filled.m_library, "Mine"), std::string("Local"));
+    QVERIFY(!filled.m_library.GetAccessor().ItemIsReadOnly(item));
+}
+
+void MaterialXLibraryTest::importedItemsAreReadOnly()
+{
+    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
+    QVERIFY(filled.m_library.GetItemCount() > 0);
+    for (const ItemID& item : filled.m_library.GetItems())
+        QVERIFY(filled.m_library.GetAccessor().ItemIsReadOnly(item));
+}
+
+void MaterialXLibraryTest::textBecomesLatin1_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("latin1");
+    QTest::newRow("ASCII") << QStringLiteral("a b_c") << QByteArray("a b_c");
+    QTest::newRow("last of Latin-1") << QString(QChar(0xFF)) << QByteArray("\xFF");
+    QTest::newRow("first beyond it") << QString(QChar(0x100)) << QByteArray("?");
+    QTest::newRow("two units, one character") << QString::fromUtf8("x\xF0\x9F\x98\x80y") << QByteArray("x?y");
+    QTest::newRow("two such characters") << QString::fromUtf8("\xF0\x9F\x98\x80\xF0\x9F\x98\x80") << QByteArray("??");
+    QTest::newRow("base and accent") << QString::fromUtf8("e\xCC\x81") << QByteArray("e?");
+    QTest::newRow("tab and line end") << QStringLiteral("a\tb\nc") << QByteArray("a\tb\nc");
+}
+
+void MaterialXLibraryTest::textBecomesLatin1()
+{
+    QFETCH(QString, text);
+    QFETCH(QByteArray, latin1);
+    const FilledLibrary filled(MakeContent({{eMaterialXKind::eType, text, {text}, QString(), QString(), 0}}));
+    const ItemID item = filled.m_library.GetItems().at(0);
+    const vireo::datamodel::ItemLibraryAccessor library = filled.m_library.GetAccessor();
+    QCOMPARE(library.GetItemName(item, true, nullptr), latin1.toStdString());
+    QCOMPARE(library.GetItemTags(item, vireo::datamodel::gApplicationTagsKey), latin1.toStdString());
+}
+
+void MaterialXLibraryTest::contentWithoutItems()
+{
+    const FilledLibrary filled((MaterialXContent()));
+    QCOMPARE(filled.m_library.GetItemCount(), std::size_t(0));
+    QCOMPARE(filled.m_library.GetDataSources().size(), std::size_t(1));
+    QCOMPARE(filled.m_library.GetDataSources()[0]->GetName(), std::string("Local"));
+}
+
+void MaterialXLibraryTest::manyItemsTakeLinearTime()
+{
+    const auto timeToAdd = [](std::size_t in_count) {
+        const MaterialXItem item = {eMaterialXKind::eSolver, QStringLiteral("n"), {QStringLiteral("t")}, {}, {}, 0};
+        const MaterialXContent content = MakeContent(std::vector<MaterialXItem>(in_count, item));
+        qint64 shortest = -1;
+        for (int round = 0; round < 3; ++round)
+        {
+            QElapsedTimer timer;
+            timer.start();
+            const FilledLibrary filled(content);
+            shortest = round == 0 ? timer.elapsed() : std::min(shortest, timer.elapsed());
+            if (filled.m_library.GetItemCount() != in_count)
+                return qint64(-1);
+        }
+        return shortest;
+    };
+    const qint64 small = timeToAdd(12500);
+    const qint64 large = timeToAdd(100000);
+    QVERIFY(small >= 0 && large >= 0);
+    // Eight times as much takes eight times as long; quadratic time would be 64 times. The rest is for a busy machine.
+    QVERIFY2(large < 25 * (small + 20), qPrintable(QStringLiteral("%1 ms, then %2 ms").arg(small).arg(large)));
+}
+
+void MaterialXLibraryTest::standardLibrariesHave266ListedItems()
+{
+    if (!QFileInfo(StandardLibraryFolder()).isDir())
+        QSKIP("The node libraries of the standard are not there");
+    const FilledLibrary filled(ReadOrThrow(StandardLibraryFolder()));
+    std::map<std::string, QStringList> names = ListedNames(filled.m_library);
+    QCOMPARE(names["type"].size(), 31);
+    QCOMPARE(names["polymorphic"].size(), 111);
+    QCOMPARE(names["solver"].size(), 53);
+    QCOMPARE(names["compound"].size(), 50);
+    QCOMPARE(names["signature"].size(), 9);
+    QCOMPARE(names["constant"].size(), 12);
+    QCOMPARE(names.size(), std::size_t(6));
+    QCOMPARE(names["signature"], Words("point_light directional_light spot_light conical_edf measured_edf "
+                                       "absorption_vdf volume light volumematerial"));
+}
+
+void MaterialXLibraryTest::standardLibrariesTagsAndSources()
+{
+    if (!QFileInfo(StandardLibraryFolder()).isDir())
+        QSKIP("The node libraries of the standard are not there");
+    const FilledLibrary filled(ReadOrThrow(StandardLibraryFolder()));
+    QStringList sources;
+    for (const std::shared_ptr<memorymodel::DataSource>& source : filled.m_library.GetDataSources())
+        sources.append(QString::fromLatin1(source->GetName().c_str()));
+    QCOMPARE(sources, Words("Local bxdf cmlib lights nprlib pbrlib stdlib"));
+    QCOMPARE(filled.m_library.GetDataSources().back()->GetFlags(),
+             unsigned(memorymodel::eReadOnlySource | memorymodel::eFactorySource));
+    QCOMPARE(TagsOf(filled.m_library, "surfaceshader"), std::string("shader"));
+    QCOMPARE(TagsOf(filled.m_library, "inch"), std::string("distance"));
+    QCOMPARE(TagsOf(filled.m_library, "noise2d"), std::string("procedural2d;stdlib"));
+    QCOMPARE(TagsOf(filled.m_library, "add"), std::string("pbr;math;pbrlib;stdlib"));
+    QCOMPARE(SourceOf(filled.m_library, "noise2d"), std::string("stdlib"));
+}
+
+NODEBROWSER_TEST_MAIN(MaterialXLibraryTest)
+#include "materialxlibrarytest.moc"
