@@ -1,23 +1,30 @@
 #include "nodebrowser/nodebrowser.h"
 
+#include "datamodel/compoundmodifier.h"
 #include "datamodel/helpers.h"
+#include "datamodel/itemlibrarymodifier.h"
 #include "datamodel/models.h"
 #include "datamodel/sourcecontrol.h"
 #include "nodebrowser/browseritem.h"
 #include "nodebrowser/browsertabbar.h"
+#include "nodebrowser/datasourcelist.h"
 #include "nodebrowser/dbobject.h"
 #include "nodebrowser/qtcompat.h"
+#include "nodebrowser/renamedialog.h"
 #include "nodebrowser/rowlayout.h"
 #include "nodebrowser/searchscore.h"
 #include "nodebrowser/stateicon.h"
 #include "nodebrowser/tagindex.h"
+#include "nodebrowser/vireodialog.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDataStream>
 #include <QDrag>
 #include <QHelpEvent>
 #include <QIODevice>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMimeData>
 #include <QPainter>
 #include <QPointer>
@@ -30,16 +37,23 @@
 #include <cstring>
 #include <numeric>
 
+using nexa4::IDbObject;
+using nexa4::NEXAHandle;
+using vireo::datamodel::BaseAccessor;
 using vireo::datamodel::CompoundAccessor;
+using vireo::datamodel::CompoundModifierAccessor;
 using vireo::datamodel::gApplicationTagsKey;
 using vireo::datamodel::Helpers;
 using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemIterator;
 using vireo::datamodel::ItemLibraryAccessor;
+using vireo::datamodel::ItemLibraryModifierAccessor;
 using vireo::datamodel::LibType;
+using vireo::datamodel::LoopCompoundAccessor;
+using vireo::datamodel::LoopCompoundModifierAccessor;
+using vireo::datamodel::LowLevelItemLibraryAccessor;
 using vireo::datamodel::TypeDescriptorAccessor;
-using vireo::datamodel::UnspecifiedAccessor;
 using vireo::datamodel::VireoType;
 
 namespace
@@ -67,12 +81,11 @@ std::string FoldAsciiCase(std::string in_name)
     return in_name;
 }
 
-/// Views the model of an item as an accessor of another kind.
-template <class Accessor> Accessor ViewModel(const ItemLibraryAccessor& in_library, const ItemID& in_item)
+/// Views what one accessor points at as an accessor of another kind; invalid when it is not of that kind.
+template <class Accessor> Accessor View(const BaseAccessor& in_other)
 {
     Accessor accessor;
-    const UnspecifiedAccessor model = in_library.GetModel(in_item, nullptr);
-    accessor.ResetContext(model.GetContext());
+    accessor.ResetContext(in_other.GetContext());
     if (accessor.GetContext())
         accessor.RefreshInterfacePointer();
     return accessor;
@@ -494,15 +507,15 @@ std::size_t CNodeBrowser::GetItemIndexAt(const QPoint& in_point) const
 }
 
 /// The record in a row, null when there is no such row. The item list may be newer than the rows of the last paint.
-const BrowserItem* CNodeBrowser::FindRow(std::size_t in_row) const
+const BrowserItem* CNodeBrowser::FindRow(std::uint64_t in_row) const
 {
     if (in_row >= m_visibleItems.size())
         return nullptr;
-    const std::uint64_t index = m_visibleItems[in_row];
+    const std::uint64_t index = m_visibleItems[static_cast<std::size_t>(in_row)];
     return index < m_items.size() ? &m_items[static_cast<std::size_t>(index)] : nullptr;
 }
 
-ItemAccessor CNodeBrowser::GetRowItem(std::size_t in_row) const
+ItemAccessor CNodeBrowser::GetRowItem(std::uint64_t in_row) const
 {
     const BrowserItem* const item = FindRow(in_row);
     return item ? item->GetItem() : ItemAccessor();
@@ -572,7 +585,7 @@ void CNodeBrowser::mousePressEvent(QMouseEvent* in_event)
     else if (in_event->button() == Qt::RightButton && m_config == eConfigNodeBrowser)
     {
         m_selectedRow = row;
-        const QPointer<CNodeBrowser> alive(this);
+        const QPointer<CNodeBrowser> alive(this); // the host may destroy the browser while the menu is open
         PopContexMenu(qtcompat::EventGlobalPosition(*in_event), row);
         if (alive)
             Q_EMIT SelectionChanged();
@@ -581,7 +594,7 @@ void CNodeBrowser::mousePressEvent(QMouseEvent* in_event)
 
 void CNodeBrowser::mouseMoveEvent(QMouseEvent* in_event)
 {
-    const BrowserItem* const item = FindRow(static_cast<std::size_t>(m_selectedRow));
+    const BrowserItem* const item = FindRow(m_selectedRow);
     const QPoint way = qtcompat::EventPosition(*in_event) - m_dragStart;
     if (!item || !(in_event->buttons() & Qt::LeftButton) || way.manhattanLength() < QApplication::startDragDistance())
         return;
@@ -597,13 +610,13 @@ void CNodeBrowser::mouseDoubleClickEvent(QMouseEvent* in_event)
     const BrowserItem* const item = FindRow(GetItemIndexAt(qtcompat::EventPosition(*in_event)));
     if (!item || item->GetItemID().GetType() != VireoType::gCompound)
         return;
-    const CompoundAccessor compound = ViewModel<CompoundAccessor>(m_library, item->GetItemID());
+    const CompoundAccessor compound = View<CompoundAccessor>(m_library.GetModel(item->GetItemID(), nullptr));
     Helpers::SetGlobalVireoCompoundTarget(CompoundAccessor(compound), CompoundAccessor());
 }
 
 ItemID CNodeBrowser::GetSelection()
 {
-    return GetRowItem(static_cast<std::size_t>(m_selectedRow)).GetItemID();
+    return GetRowItem(m_selectedRow).GetItemID();
 }
 
 bool CNodeBrowser::IsSelectionType()
@@ -611,7 +624,7 @@ bool CNodeBrowser::IsSelectionType()
     if (!m_library.IsValid())
         return false;
     const ItemID selection = GetSelection();
-    return selection.IsValid() && ViewModel<TypeDescriptorAccessor>(m_library, selection).IsValid();
+    return selection.IsValid() && View<TypeDescriptorAccessor>(m_library.GetModel(selection, nullptr)).IsValid();
 }
 
 // Tool tips and the wheel
@@ -663,29 +676,226 @@ bool CNodeBrowser::ScrollByWheel(const QWheelEvent& in_event)
 
 // Commands
 
-void CNodeBrowser::PopContexMenu(const QPoint&, std::size_t in_row)
+void CNodeBrowser::CreateMenuCommand(eMenuCommand in_command, QMenu* in_menu)
 {
-    m_selectedRow = in_row;
+    switch (in_command)
+    {
+    case eNewSignature:
+        AddAction(*in_menu, QString::fromLatin1("Compound signature"), SLOT(OnNewSignature()));
+        break;
+    case eNewCompound:
+        AddAction(*in_menu, QString::fromLatin1("Public compound"), SLOT(OnNewCompound()));
+        break;
+    case eNewLoopCompound:
+        AddAction(*in_menu, QString::fromLatin1("Public looping compound"), SLOT(OnNewLoopCompound()));
+        break;
+    case eSaveGraphLibrary:
+        AddAction(*in_menu, QString::fromLatin1("Save graph library"), SLOT(OnSaveGraphLibrary()));
+        break;
+    }
 }
 
-void CNodeBrowser::OnNewSignature() {}
+QAction* CNodeBrowser::AddAction(QMenu& out_menu, const QString& in_text, const char* in_slot)
+{
+    QAction* const action = new QAction(in_text, &out_menu);
+    connect(action, SIGNAL(triggered()), this, in_slot);
+    out_menu.addAction(action);
+    return action;
+}
 
-void CNodeBrowser::OnNewCompound() {}
+void CNodeBrowser::PopContexMenu(const QPoint& in_position, std::size_t in_row)
+{
+    m_selectedRow = in_row;
+    const BrowserItem* const item = FindRow(in_row);
+    if (!item)
+        return;
+    QMenu menu;
+    FillContextMenu(menu, item->GetItemID());
+    menu.exec(in_position);
+}
 
-void CNodeBrowser::OnNewLoopCompound() {}
+void CNodeBrowser::FillContextMenu(QMenu& out_menu, const ItemID& in_item)
+{
+    const QString name = ToText(m_library.GetItemName(in_item, true, nullptr));
+    const auto named = [&name](const QString& in_text) { return in_text.arg(name, 0, QLatin1Char(' ')); };
+    bool canEdit = !m_library.ItemIsReadOnly(in_item);
+    nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
+    const NEXAHandle<IDbObject> object = helper ? FindDbObject(*helper, in_item) : NEXAHandle<IDbObject>();
+    if (object.IsValid())
+        AddAction(out_menu, named(tr("Show Files for %1")), SLOT(OnShowItemFiles()));
+    const char* const type = in_item.GetType();
+    if (type == VireoType::gCompound)
+    {
+        const CompoundAccessor compound = View<CompoundAccessor>(m_library.GetModel(in_item, nullptr));
+        CompoundModifierAccessor modifier = View<CompoundModifierAccessor>(compound);
+        modifier.Initialize();
+        canEdit = modifier.CanModifyCompound(true);
+        AddAction(out_menu, named(tr("Rename %1")), SLOT(OnRenameItem()))->setEnabled(canEdit);
+        // Shown greyed out on purpose: deleting is not offered here.
+        AddAction(out_menu, named(tr("Delete %1")), SLOT(OnDeleteItem()))->setEnabled(false);
+        if (object.IsValid())
+            FillDataSourceMenu(*out_menu.addMenu(tr("Compound source")), object);
+    }
+    if (type == VireoType::gCompound || type == VireoType::gSolver || type == VireoType::gGlobalConstant)
+        AddAction(out_menu, named(tr("Edit Tags for %1")), SLOT(OnEditItemTags()))->setEnabled(canEdit);
+}
 
-void CNodeBrowser::OnSaveGraphLibrary() {}
+void CNodeBrowser::FillDataSourceMenu(QMenu& out_menu, const NEXAHandle<IDbObject>& in_compound)
+{
+    const QString compound = ToText(in_compound.GetDbObjectId().GetStr());
+    const std::vector<DataSourceEntry> entries = ListDataSources(in_compound);
+    for (const DataSourceEntry& entry : entries)
+    {
+        QAction* const action = AddAction(out_menu, entry.m_label, SLOT(OnDatasourceChange()));
+        action->setEnabled(entry.m_enabled);
+        action->setToolTip(entry.m_toolTip);
+        action->setData(QVariant(QStringList() << compound << ToText(entry.m_resource)));
+    }
+}
 
-void CNodeBrowser::OnRenameItem() {}
+// While a dialog is open the host may do anything. A command keeps to the library and the item that its dialog was opened
+// for, writes with the command manager of the moment, and writes nothing any more without its browser.
 
+void CNodeBrowser::OnNewSignature()
+{
+    CreateCompound("signature", true);
+}
+
+void CNodeBrowser::OnNewCompound()
+{
+    CreateCompound("compound", false);
+}
+
+void CNodeBrowser::CreateCompound(const char* in_kindWord, bool in_signature)
+{
+    const QPointer<CNodeBrowser> alive(this);
+    const ItemLibraryAccessor library = m_library;
+    CVireoCompoundCreateDialog dialog(library, in_kindWord, in_kindWord, !in_signature);
+    dialog.exec();
+    if (!alive || dialog.GetCompoundName().isEmpty())
+        return;
+    const QByteArray category = dialog.GetCategory().toLatin1();
+    const QByteArray baseClass = dialog.GetBaseClass().toLatin1();
+    const QByteArray name = dialog.GetCompoundName().toLatin1();
+    CompoundModifierAccessor modifier;
+    modifier.CreateAndSetFromNewCompound(library, name.constData(), in_signature,
+                                         in_signature ? nullptr : baseClass.constData(), category.constData(),
+                                         m_commandManager);
+    if (modifier.IsValid())
+        Helpers::SetGlobalVireoCompoundTarget(CompoundAccessor(modifier), CompoundAccessor());
+}
+
+void CNodeBrowser::OnNewLoopCompound()
+{
+    const QPointer<CNodeBrowser> alive(this);
+    const ItemLibraryAccessor library = m_library;
+    CVireoCompoundCreateDialog dialog(library, "loop compound", "loopcompound", true);
+    dialog.exec();
+    if (!alive || dialog.GetCompoundName().isEmpty())
+        return;
+    const QByteArray category = dialog.GetCategory().toLatin1();
+    const QByteArray baseClass = dialog.GetBaseClass().toLatin1();
+    const QByteArray name = dialog.GetCompoundName().toLatin1();
+    LoopCompoundModifierAccessor modifier;
+    modifier.CreateAndSetFromNewLoopCompound(library, name.constData(), baseClass.constData(), category.constData(),
+                                             m_commandManager);
+    if (modifier.IsValid())
+        Helpers::SetGlobalVireoCompoundTarget(CompoundAccessor(LoopCompoundAccessor(modifier)), CompoundAccessor());
+}
+
+void CNodeBrowser::OnSaveGraphLibrary()
+{
+    View<LowLevelItemLibraryAccessor>(m_library).PreCommit();
+    bool written = false;
+    std::list<std::string> messages;
+    // Saving is silent either way, on purpose.
+    View<ItemLibraryModifierAccessor>(m_library).CommitToDisk(written, &messages, false, nexa4::UID_Null());
+}
+
+void CNodeBrowser::OnRenameItem()
+{
+    const BrowserItem* const item = FindRow(m_selectedRow);
+    if (!item)
+        return;
+    const ItemID id = item->GetItemID();
+    const QPointer<CNodeBrowser> alive(this);
+    CompoundAccessor compound = View<CompoundAccessor>(m_library.GetModel(id, nullptr));
+    const QString oldName = ToText(m_library.GetItemName(id, true, nullptr));
+    CRenameCompoundDialog dialog(m_library, compound);
+    dialog.SetName(oldName);
+    if (!dialog.exec() || !alive || dialog.GetName() == oldName)
+        return;
+    CompoundModifierAccessor modifier = View<CompoundModifierAccessor>(compound);
+    modifier.Initialize();
+    modifier.RenameCompound(dialog.GetName().toLatin1().constData(), m_commandManager);
+}
+
+/// Does nothing on purpose: the menu shows the entry greyed out, and the entry needs a target.
 void CNodeBrowser::OnDeleteItem() {}
 
-void CNodeBrowser::OnCheckOutItem() {}
+void CNodeBrowser::OnEditItemTags()
+{
+    const BrowserItem* const item = FindRow(m_selectedRow);
+    if (!item)
+        return;
+    const ItemID id = item->GetItemID();
+    const QPointer<CNodeBrowser> alive(this);
+    const ItemLibraryAccessor library = m_library;
+    const std::string name = library.GetItemName(id, true, nullptr);
+    const std::string oldTags = library.GetItemTags(id, gApplicationTagsKey);
+    CItemTagsEditorDialog dialog(name.c_str(), oldTags.c_str());
+    if (!dialog.exec() || !alive || dialog.GetItemTags() == oldTags)
+        return;
+    View<ItemLibraryModifierAccessor>(library).SetItemTags(id, gApplicationTagsKey, dialog.GetItemTags().c_str(),
+                                                           m_commandManager);
+}
 
-void CNodeBrowser::OnMakeItemWritable() {}
+/// The database object of the selected row, for the commands that need one: false when there is no such row, service or
+/// object.
+bool CNodeBrowser::FindSelectedObject(nexa4::IRevisionControlUIHelper*& out_helper,
+                                      NEXAHandle<IDbObject>& out_object) const
+{
+    const BrowserItem* const item = FindRow(m_selectedRow);
+    out_helper = item ? FindRevisionControlHelper() : nullptr;
+    if (!out_helper)
+        return false;
+    out_object = FindDbObject(*out_helper, item->GetItemID());
+    return out_object.IsValid();
+}
 
-void CNodeBrowser::OnShowItemFiles() {}
+void CNodeBrowser::OnCheckOutItem()
+{
+    nexa4::IRevisionControlUIHelper* helper = nullptr;
+    NEXAHandle<IDbObject> object;
+    bool checkedOut = false;
+    if (FindSelectedObject(helper, object))
+        helper->CheckOut(object, &checkedOut, true);
+}
 
-void CNodeBrowser::OnEditItemTags() {}
+void CNodeBrowser::OnMakeItemWritable()
+{
+    nexa4::IRevisionControlUIHelper* helper = nullptr;
+    NEXAHandle<IDbObject> object;
+    if (FindSelectedObject(helper, object))
+        helper->MakeWritable(object, true);
+}
 
-void CNodeBrowser::OnDatasourceChange() {}
+void CNodeBrowser::OnShowItemFiles()
+{
+    nexa4::IRevisionControlUIHelper* helper = nullptr;
+    NEXAHandle<IDbObject> object;
+    if (FindSelectedObject(helper, object))
+        helper->ShowFiles(object, nullptr);
+}
+
+void CNodeBrowser::OnDatasourceChange()
+{
+    const QAction* const action = qobject_cast<QAction*>(sender());
+    if (!action)
+        return;
+    const QStringList identities = action->data().toStringList();
+    const nexa4::DbObjectId compound(identities.at(0).toUtf8().constData());
+    const nexa4::DbObjectId resource(identities.at(1).toUtf8().constData());
+    if (nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper())
+        MoveToDataSource(helper->FindObject(compound), resource);
+}

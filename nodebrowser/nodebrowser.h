@@ -21,8 +21,10 @@
 #include <vector>
 
 class BrowserItem;
+class QAction;
 class QHelpEvent;
 class QLineEdit;
+class QMenu;
 class QPainter;
 class QPushButton;
 class QScrollBar;
@@ -96,6 +98,19 @@ public:
     /// Whether the selected item is a type.
     bool IsSelectionType();
 
+    /// The commands that a host can put into menus of its own.
+    enum eMenuCommand
+    {
+        eNewSignature = 0,     ///< "Compound signature"
+        eNewCompound = 1,      ///< "Public compound"
+        eNewLoopCompound = 2,  ///< "Public looping compound"
+        eSaveGraphLibrary = 3, ///< "Save graph library"
+    };
+
+    /// Appends the action of a command to a menu, which owns it. It is always enabled and acts on the library that the
+    /// browser has when it is triggered. Any other value adds nothing.
+    void CreateMenuCommand(eMenuCommand in_command, QMenu* in_menu);
+
 Q_SIGNALS:
     /// The user picked a row: by a left press, by a right press once its menu has closed, or by Enter in the search
     /// field. Sent also for the row that was selected before, and by Enter when there are no rows: ask GetSelection() for
@@ -124,7 +139,7 @@ protected:
     /// The rows as the last paint laid them out, for a derived browser that reports on them. An invalid accessor and no
     /// tags for a row that is not there.
     std::size_t GetRowCount() const { return m_visibleItems.size(); }
-    vireo::datamodel::ItemAccessor GetRowItem(std::size_t in_row) const;
+    vireo::datamodel::ItemAccessor GetRowItem(std::uint64_t in_row) const;
     /// The tags of an item as the search sees them: its own and the name of its type.
     std::set<std::string> GetSearchTags(const vireo::datamodel::ItemID& in_item) const;
 
@@ -182,9 +197,16 @@ private:
     void UpdateScrollbar();
     RowLayout GetRowLayout() const;
     std::size_t GetItemIndexAt(const QPoint& in_point) const;
-    const BrowserItem* FindRow(std::size_t in_row) const;
+    const BrowserItem* FindRow(std::uint64_t in_row) const;
 
     void DrawRow(QPainter& in_painter, const RowLayout& in_layout, std::size_t in_row) const;
+    QAction* AddAction(QMenu& out_menu, const QString& in_text, const char* in_slot);
+    void FillContextMenu(QMenu& out_menu, const vireo::datamodel::ItemID& in_item);
+    void FillDataSourceMenu(QMenu& out_menu, const nexa4::NEXAHandle<nexa4::IDbObject>& in_compound);
+    void CreateCompound(const char* in_kindWord, bool in_signature);
+    bool FindSelectedObject(nexa4::IRevisionControlUIHelper*& out_helper,
+                            nexa4::NEXAHandle<nexa4::IDbObject>& out_object) const;
+
     void ShowToolTip(QHelpEvent& in_event);
     bool ScrollByWheel(const QWheelEvent& in_event);
 

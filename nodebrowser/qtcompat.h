@@ -4,6 +4,8 @@
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QPoint>
+#include <QString>
+#include <QValidator>
 #include <QWheelEvent>
 #include <QWidget>
 #include <QtGlobal>
@@ -13,6 +15,12 @@
 #include <QScreen>
 #include <QWindow>
 #endif
+
+#if QT_VERSION < 0x060000
+#include <QRegExpValidator>
+#endif
+
+#include <memory>
 
 namespace qtcompat
 {
@@ -105,6 +113,27 @@ inline QPixmap ScreenPicture(const QWidget& in_window)
     return QGuiApplication::primaryScreen()->grabWindow(in_window.winId());
 #else
     return QPixmap::grabWindow(in_window.winId());
+#endif
+}
+
+/// The toolkit's own validator of texts that match a pattern in the classic notation; null where it has none any more.
+inline std::unique_ptr<QValidator> MakePatternValidator(const QString& in_pattern)
+{
+#if QT_VERSION >= 0x060000
+    Q_UNUSED(in_pattern);
+    return nullptr;
+#else
+    return std::unique_ptr<QValidator>(new QRegExpValidator(QRegExp(in_pattern), nullptr));
+#endif
+}
+
+/// How often an open menu grabs the keyboard again when the menu beside it closes.
+inline int KeyboardGrabsAfterSubmenu()
+{
+#if QT_VERSION >= 0x060000
+    return 2;
+#else
+    return 1;
 #endif
 }
 

@@ -1,0 +1,201 @@
+/// A person in front of menus and dialogs that run modally.
+#pragma once
+
+#include "nodebrowser/qtcompat.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QMenu>
+#include <QStringList>
+#include <QTimerEvent>
+#include <QtTest>
+
+#include <deque>
+#include <functional>
+
+/// Does one thing after another, each as soon as the window it waits for is up, from inside of the event loop that the
+/// window runs. What is to be done is said before the window is opened:
+///
+///     ModalUser user;
+///     user.WhenMenuOpens([](QMenu& in_menu) { Choose(in_menu, "Rename Blend"); });
+///     user.WhenDialogOpens("Rename Blend", [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Escape); });
+///     browser.PopContexMenu(position, row);
+///     QVERIFY(user.IsDone());
+///
+/// A window that nobody asked for, or that stays open after its turn, is closed after five seconds, and IsDone() is
+/// false from then on: no test hangs.
+class ModalUser : public QObject
+{
+public:
+    ModalUser()
+    {
+        m_idle.start();
+        m_timer = startTimer(gPollInterval);
+    }
+
+    void WhenMenuOpens(std::function<void(QMenu&)> in_action)
+    {
+        ExpectPopup(1);
+        AddMenuStep(in_action);
+    }
+
+    /// The same for a menu beside one that is open already.
+    void WhenSubmenuOpens(std::function<void(QMenu&)> in_action)
+    {
+        // Not this menu grabs the keyboard but the first one, when this one closes.
+        ExpectPopup(qtcompat::KeyboardGrabsAfterSubmenu());
+        AddMenuStep(in_action);
+    }
+
+    /// \param in_title title of the window; a message box and a dialog of ours alike
+    void WhenDialogOpens(const char* in_title, std::function<void(QDialog&)> in_action)
+    {
+        const QString title = QString::fromLatin1(in_title);
+        m_steps.push_back(Step{[title]() -> QWidget* {
+                                   QDialog* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+                                   return dialog && dialog->windowTitle() == title ? dialog : nullptr;
+                               },
+                               [in_action](QWidget& in_window) { in_action(static_cast<QDialog&>(in_window)); }});
+    }
+
+    /// The same for a dialog whose size is found by a layout while it is being shown.
+    void WhenLaidOutDialogOpens(const char* in_title, std::function<void(QDialog&)> in_action)
+    {
+        if (!qtcompat::CanRaiseWindows())
+            QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
+        WhenDialogOpens(in_title, in_action);
+    }
+
+    /// Whether everything was done and nothing had to be closed by force.
+    bool IsDone() const { return m_steps.empty() && !m_stuck; }
+
+protected:
+    void timerEvent(QTimerEvent* in_event) override
+    {
+        if (in_event->timerId() != m_timer)
+            return;
+        QWidget* const popup = QApplication::activePopupWidget();
+        QWidget* const window = popup ? popup : QApplication::activeModalWidget();
+        if (!window)
+            m_idle.restart();
+        QWidget* const expected = m_steps.empty() ? nullptr : m_steps.front().m_find();
+        if (expected && expected->isVisible())
+            Do(*expected);
+        else if (window && m_idle.elapsed() > gPatience)
+        {
+            m_stuck = true;
+            window->close();
+        }
+    }
+
+private:
+    struct Step
+    {
+        std::function<QWidget*()> m_find;
+        std::function<void(QWidget&)> m_act;
+    };
+
+    /// Announces the warnings of a platform whose windows can neither be raised nor grab the keyboard.
+    static void ExpectPopup(int in_grabs)
+    {
+        if (qtcompat::CanRaiseWindows())
+            return;
+        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+        for (int i = 0; i < in_grabs; ++i)
+            QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+    }
+
+    void AddMenuStep(const std::function<void(QMenu&)>& in_action)
+    {
+        m_steps.push_back(Step{[] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); },
+                               [in_action](QWidget& in_window) { in_action(static_cast<QMenu&>(in_window)); }});
+    }
+
+    void Do(QWidget& in_window)
+    {
+        const Step step = m_steps.front();
+        m_steps.pop_front();
+        m_idle.restart();
+        // A timer does not fire while its own event is being handled, and this one may open another window.
+        killTimer(m_timer);
+        m_timer = startTimer(gPollInterval);
+        step.m_act(in_window);
+        m_idle.restart();
+    }
+
+    static const int gPollInterval = 2;
+    static const int gPatience = 5000;
+
+    std::deque<Step> m_steps;
+    QElapsedTimer m_idle;
+    int m_timer = 0;
+    bool m_stuck = false;
+};
+
+/// The entries of a menu.
+inline QStringList Texts(const QMenu& in_menu)
+{
+    QStringList texts;
+    const QList<QAction*> actions = in_menu.actions();
+    for (int i = 0; i < actions.size(); ++i)
+        texts << actions.at(i)->text();
+    return texts;
+}
+
+/// The entry of a menu with a text; null when there is none.
+inline QAction* FindEntry(const QMenu& in_menu, const char* in_text)
+{
+    const QList<QAction*> actions = in_menu.actions();
+    for (int i = 0; i < actions.size(); ++i)
+        if (actions.at(i)->text() == QString::fromLatin1(in_text))
+            return actions.at(i);
+    return nullptr;
+}
+
+inline void Press(QWidget& in_window, Qt::Key in_key)
+{
+    QTest::keyClick(&in_window, in_key);
+}
+
+/// Goes down a menu with the arrow key until an entry is the marked one.
+/// \return whether the entry can be reached
+inline bool GoTo(QMenu& in_menu, const char* in_text)
+{
+    QAction* const wanted = FindEntry(in_menu, in_text);
+    for (int i = 0; wanted && i < in_menu.actions().size() && in_menu.activeAction() != wanted; ++i)
+        Press(in_menu, Qt::Key_Down);
+    return wanted && in_menu.activeAction() == wanted;
+}
+
+/// Chooses an entry with the keyboard; leaves the menu when the entry cannot be reached.
+inline void Choose(QMenu& in_menu, const char* in_text)
+{
+    Press(in_menu, GoTo(in_menu, in_text) ? Qt::Key_Return : Qt::Key_Escape);
+}
+
+/// Clicks an entry with the mouse, whether it is enabled or not.
+inline void ClickEntry(QMenu& in_menu, const char* in_text)
+{
+    if (QAction* const entry = FindEntry(in_menu, in_text))
+        QTest::mouseClick(&in_menu, Qt::LeftButton, Qt::NoModifier, in_menu.actionGeometry(entry).center());
+}
+
+/// Types a text in the place of what stands in a line edit.
+inline void Retype(QLineEdit& in_edit, const char* in_text)
+{
+    in_edit.selectAll();
+    if (!*in_text)
+        Press(in_edit, Qt::Key_Delete);
+    const QString text = QString::fromLatin1(in_text);
+    for (int i = 0; i < text.size(); ++i)
+    {
+        // Only ASCII has keys of its own.
+        if (text.at(i).unicode() < 128)
+            QTest::keyClick(&in_edit, static_cast<char>(text.at(i).unicode()));
+        else
+            QTest::sendKeyEvent(QTest::Click, &in_edit, Qt::Key_unknown, text.mid(i, 1), Qt::NoModifier);
+    }
+}

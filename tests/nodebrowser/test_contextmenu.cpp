@@ -1,0 +1,1147 @@
+#include "tests/nodebrowser/commandbrowser.h"
+#include "tests/nodebrowser/commandlayer.h"
+#include "tests/nodebrowser/modaluser.h"
+#include "tests/support/testmain.h"
+
+#include <QPointer>
+#include <QTranslator>
+
+#include <functional>
+#include <memory>
+
+using memorymodel::DataLayer;
+using memorymodel::Library;
+using memorymodel::NewItem;
+using vireo::datamodel::ItemID;
+using vireo::datamodel::ItemLibraryAccessor;
+using vireo::datamodel::LibType;
+using vireo::datamodel::VireoType;
+
+namespace
+{
+
+/// A type name that reads like the one of compounds and is another one.
+const char gOtherCompound[] = "Compound";
+
+QString Text(const char* in_text)
+{
+    return QString::fromLatin1(in_text);
+}
+
+/// What a person can see and do about the entries of a menu.
+struct MenuLook
+{
+    QStringList m_entries; ///< "Rename Blend", with " (off)" behind what is disabled
+    bool m_plain = true;   ///< no icon, shortcut, separator or check mark anywhere
+    bool m_owned = true;   ///< every entry is the menu's own
+    bool m_topLevel = false;
+    QPoint m_position;
+
+    void Take(const QMenu& in_menu)
+    {
+        m_topLevel = !in_menu.parent();
+        m_position = in_menu.pos();
+        const QList<QAction*> actions = in_menu.actions();
+        for (int i = 0; i < actions.size(); ++i)
+        {
+            const QAction& action = *actions.at(i);
+            m_entries << (action.isEnabled() ? action.text() : action.text() + Text(" (off)"));
+            m_plain = m_plain && action.icon().isNull() && action.shortcut().isEmpty() && !action.isSeparator() &&
+                      !action.isCheckable();
+            m_owned = m_owned && (action.menu() ? action.menu()->parent() : action.parent()) == &in_menu;
+        }
+    }
+};
+
+/// Opens the context menu of a row with the right button, looks at it and leaves it with Escape.
+MenuLook LookAtMenu(CommandBrowser& in_browser, int in_row, bool* out_done)
+{
+    MenuLook look;
+    ModalUser user;
+    user.WhenMenuOpens([&look](QMenu& in_menu) {
+        look.Take(in_menu);
+        Press(in_menu, Qt::Key_Escape);
+    });
+    in_browser.RightPress(in_row);
+    *out_done = user.IsDone();
+    return look;
+}
+
+/// Changes every text that is meant for translation.
+class Shouting : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+    // The toolkit's versions differ in which of these two they call.
+    QString translate(const char*, const char* in_text, const char*) const { return Text(in_text).toUpper(); }
+    QString translate(const char*, const char* in_text, const char*, int) const { return Text(in_text).toUpper(); }
+};
+
+} // namespace
+
+/// Writes down which of its commands are called, and what else happens in between.
+class ListeningBrowser : public CommandBrowser
+{
+    Q_OBJECT
+
+public:
+    ListeningBrowser() { connect(this, SIGNAL(SelectionChanged()), this, SLOT(NoteSelection())); }
+
+    QStringList m_calls;
+    bool m_threw = false;
+
+protected:
+    void OnRenameItem() override { m_calls << Text("rename"); }
+    void OnDeleteItem() override { m_calls << Text("delete"); }
+    void OnShowItemFiles() override { m_calls << Text("show files"); }
+    void OnEditItemTags() override { m_calls << Text("edit tags"); }
+    void OnDatasourceChange() override
+    {
+        const QAction* const action = qobject_cast<QAction*>(sender());
+        m_calls << Text("move to ") + (action ? action->text() : Text("nowhere"));
+    }
+    void PopContexMenu(const QPoint& in_position, std::size_t in_row) override
+    {
+        // What the data layer throws must not travel through the toolkit, not even in a test.
+        try
+        {
+            CommandBrowser::PopContexMenu(in_position, in_row);
+        }
+        catch (const nexa4::ExBase::NullPtr&)
+        {
+            m_threw = true;
+        }
+        m_calls << Text("menu closed");
+    }
+
+private Q_SLOTS:
+    void NoteSelection() { m_calls << Text("selection changed"); }
+};
+
+class TestContextMenu : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aRowPastTheLastOneIsStoredAndOpensNoMenu()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Solver("a"));
+        CommandBrowser browser;
+        browser.SetItemLibrary(library.GetAccessor());
+        ShowBrowser(browser);
+        ModalUser user;
+        browser.PopContexMenu(QPoint(50, 50), 2);
+        QVERIFY(user.IsDone());
+        QVERIFY(!browser.GetSelection().IsValid());
+        QCOMPARE(browser.SignalCount(), 0);
+
+        library.Add(NewItem::Solver("b"));
+        const ItemID c = library.Add(NewItem::Solver("c"));
+        Settle();
+        // It was stored: now that there is such a row, it is the selected one.
+        QVERIFY(browser.GetSelection() == c);
+    }
+
+    void aRowPastTheLastOneReplacesTheSelection()
+    {
+        CommandLayer layer;
+        layer.Add(VireoType::gSolver, "a");
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        browser.Select(0);
+        QVERIFY(browser.GetSelection().IsValid());
+        browser.PopContexMenu(QPoint(50, 50), 1);
+        QVERIFY(!browser.GetSelection().IsValid());
+    }
+
+    void aRightPressBelowTheLastRowOpensNoMenu()
+    {
+        CommandLayer layer;
+        layer.Add(VireoType::gSolver, "a");
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        ModalUser user;
+        browser.RightPress(1);
+        QVERIFY(user.IsDone());
+        QVERIFY(browser.m_menuRows.empty());
+        QVERIFY(!browser.GetSelection().IsValid());
+    }
+
+    void entriesOfEachKindOfItem_data()
+    {
+        QTest::addColumn<QByteArray>("type");
+        QTest::addColumn<bool>("known");
+        QTest::addColumn<QStringList>("entries");
+        const QByteArray compound("compound"), signature("signature"), solver("solver"), constant("constant"),
+            polymorphic("polymorphic"), type("type");
+        const QString files = Text("Show Files for X"), rename = Text("Rename X"), remove = Text("Delete X (off)"),
+                      source = Text("Compound source"), tags = Text("Edit Tags for X");
+        const QStringList all = QStringList() << files << rename << remove << source << tags;
+        QTest::newRow("compound with an object") << compound << true << all;
+        QTest::newRow("compound without") << compound << false << (QStringList() << rename << remove << tags);
+        QTest::newRow("signature with an object") << signature << true << all;
+        QTest::newRow("signature without") << signature << false << (QStringList() << rename << remove << tags);
+        QTest::newRow("solver with an object") << solver << true << (QStringList() << files << tags);
+        QTest::newRow("solver without") << solver << false << (QStringList() << tags);
+        QTest::newRow("constant with an object") << constant << true << (QStringList() << files << tags);
+        QTest::newRow("constant without") << constant << false << (QStringList() << tags);
+        QTest::newRow("polymorphic solver with an object") << polymorphic << true << (QStringList() << files);
+        QTest::newRow("polymorphic solver without") << polymorphic << false << QStringList();
+        QTest::newRow("type with an object") << type << true << (QStringList() << files);
+        QTest::newRow("type without") << type << false << QStringList();
+    }
+
+    void entriesOfEachKindOfItem()
+    {
+        QFETCH(QByteArray, type);
+        QFETCH(bool, known);
+        QFETCH(QStringList, entries);
+        CommandLayer layer;
+        RecordedItem& item = AddKind(layer, type);
+        if (known)
+            layer.GiveObject(item);
+        CommandBrowser browser;
+        ShowAll(browser, layer.GetAccessor());
+        QCOMPARE(browser.GetRowCount(), std::size_t(1));
+        bool done = false;
+        const MenuLook look = LookAtMenu(browser, 0, &done);
+        QVERIFY(done);
+        QCOMPARE(look.m_entries, entries);
+        QVERIFY(look.m_plain);
+        QVERIFY(look.m_owned);
+        QVERIFY(look.m_topLevel);
+        QCOMPARE(browser.SignalCount(), 1);
+    }
+
+    void entriesThatNeedAnObjectGoWhenThereIsNone_data()
+    {
+        QTest::addColumn<int>("lack");
+        QTest::newRow("nothing is missing") << int(eNothing);
+        QTest::newRow("no system") << int(eNoSystem);
+        QTest::newRow("no helper") << int(eNoHelper);
+        QTest::newRow("another service of that name") << int(eOtherService);
+        QTest::newRow("an identity that is no UID") << int(eNoUid);
+        QTest::newRow("an object that is unknown") << int(eUnknown);
+    }
+
+    void entriesThatNeedAnObjectGoWhenThereIsNone()
+    {
+        QFETCH(int, lack);
+        CommandLayer layer;
+        NotTheHelper other;
+        RecordedCompound& compound = layer.AddCompound("X");
+        layer.GiveObject(compound, lack != eUnknown);
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        if (lack == eNoSystem)
+            layer.SetSystemPresent(false);
+        layer.m_helperPresent = lack != eNoHelper && lack != eOtherService;
+        if (lack == eOtherService)
+            layer.m_otherService = &other;
+        if (lack == eNoUid)
+            compound.m_uid = "12345";
+        layer.m_log.clear();
+        bool done = false;
+        const MenuLook look = LookAtMenu(browser, 0, &done);
+        QVERIFY(done);
+        QCOMPARE(look.m_entries.contains(Text("Show Files for X")), lack == eNothing);
+        QCOMPARE(look.m_entries.contains(Text("Compound source")), lack == eNothing);
+        QVERIFY(look.m_entries.contains(Text("Rename X")));
+        QVERIFY(look.m_entries.contains(Text("Edit Tags for X")));
+        const bool asked = lack == eNothing || lack == eUnknown;
+        QCOMPARE(layer.Lines("find "),
+                 asked ? QStringList(Text("find ") + Text(compound.m_uid.c_str())) : QStringList());
+    }
+
+    void tagsOfWhatIsNoCompoundCanBeEditedUnlessItIsReadOnly_data()
+    {
+        QTest::addColumn<QByteArray>("type");
+        QTest::addColumn<bool>("readOnly");
+        QTest::newRow("read-only solver") << QByteArray("solver") << true;
+        QTest::newRow("writable solver") << QByteArray("solver") << false;
+        QTest::newRow("read-only constant") << QByteArray("constant") << true;
+        QTest::newRow("writable constant") << QByteArray("constant") << false;
+    }
+
+    void tagsOfWhatIsNoCompoundCanBeEditedUnlessItIsReadOnly()
+    {
+        QFETCH(QByteArray, type);
+        QFETCH(bool, readOnly);
+        CommandLayer layer;
+        AddKind(layer, type).m_readOnly = readOnly;
+        CommandBrowser browser;
+        ShowAll(browser, layer.GetAccessor());
+        bool done = false;
+        const MenuLook look = LookAtMenu(browser, 0, &done);
+        QVERIFY(done);
+        QCOMPARE(look.m_entries, QStringList(Text(readOnly ? "Edit Tags for X (off)" : "Edit Tags for X")));
+    }
+
+    void onlyTheCompoundItselfSaysWhetherItCanBeEdited_data()
+    {
+        QTest::addColumn<bool>("readOnly");
+        QTest::addColumn<bool>("modifiable");
+        QTest::newRow("takes changes") << false << true;
+        QTest::newRow("refused though not read-only") << false << false;
+        QTest::newRow("takes changes though read-only") << true << true;
+        QTest::newRow("refuses changes") << true << false;
+    }
+
+    void onlyTheCompoundItselfSaysWhetherItCanBeEdited()
+    {
+        QFETCH(bool, readOnly);
+        QFETCH(bool, modifiable);
+        CommandLayer layer;
+        RecordedCompound& compound = layer.AddCompound("X");
+        compound.m_readOnly = readOnly;
+        compound.m_modifiable = modifiable;
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        bool done = false;
+        const MenuLook look = LookAtMenu(browser, 0, &done);
+        QVERIFY(done);
+        const QStringList on = QStringList() << Text("Rename X") << Text("Delete X (off)") << Text("Edit Tags for X");
+        const QStringList off = QStringList()
+                                << Text("Rename X (off)") << Text("Delete X (off)") << Text("Edit Tags for X (off)");
+        QCOMPARE(look.m_entries, modifiable ? on : off);
+        QCOMPARE(layer.Lines("can modify"), QStringList(Text("can modify X, with source: yes")));
+    }
+
+    void aCompoundWithoutAModelCannotBeEdited()
+    {
+        CommandLayer layer;
+        layer.Add(VireoType::gCompound, "X"); // its model is no compound
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        bool done = false;
+        const MenuLook look = LookAtMenu(browser, 0, &done);
+        QVERIFY(done);
+        QCOMPARE(look.m_entries,
+                 QStringList() << Text("Rename X (off)") << Text("Delete X (off)") << Text("Edit Tags for X (off)"));
+    }
+
+    void showingFilesNeedsNoWriteAccess()
+    {
+        CommandLayer layer;
+        RecordedItem& item = layer.Add(VireoType::gSolver, "X");
+        item.m_readOnly = true;
+        layer.GiveObject(item);
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        bool done = false;
+        const MenuLook look = LookAtMenu(browser, 0, &done);
+        QVERIFY(done);
+        QCOMPARE(look.m_entries, QStringList() << Text("Show Files for X") << Text("Edit Tags for X (off)"));
+    }
+
+    void typesAreComparedByAddress()
+    {
+        CommandLayer layer;
+        layer.AddAs(VireoType::gCompound, gOtherCompound, "X");
+        CommandBrowser browser;
+        ShowAll(browser, layer.GetAccessor());
+        QCOMPARE(browser.GetRowCount(), std::size_t(1));
+        QVERIFY(std::string(gOtherCompound) == VireoType::gCompound);
+        bool done = false;
+        const MenuLook look = LookAtMenu(browser, 0, &done);
+        QVERIFY(done);
+        QCOMPARE(look.m_entries, QStringList());
+    }
+
+    void namesStandInTheTextsAsTheyAre_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::newRow("plain") << QByteArray("Blend");
+        QTest::newRow("blanks") << QByteArray("  two words ");
+        QTest::newRow("a place marker") << QByteArray("%1");
+        QTest::newRow("place markers") << QByteArray("50%1 %2 %L1 %%");
+        QTest::newRow("beyond ASCII") << QByteArray("Gr\xF6\xDF"
+                                                    "e");
+        QTest::newRow("an ampersand") << QByteArray("Salt & Pepper");
+        QTest::newRow("empty") << QByteArray("");
+    }
+
+    void namesStandInTheTextsAsTheyAre()
+    {
+        QFETCH(QByteArray, name);
+        CommandLayer layer;
+        layer.GiveObject(layer.AddCompound(name.constData()));
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        bool done = false;
+        const MenuLook look = LookAtMenu(browser, 0, &done);
+        QVERIFY(done);
+        const QString shown = Text(name.constData());
+        QCOMPARE(look.m_entries, QStringList() << Text("Show Files for ") + shown << Text("Rename ") + shown
+                                               << Text("Delete ") + shown + Text(" (off)") << Text("Compound source")
+                                               << Text("Edit Tags for ") + shown);
+    }
+
+    void theMenuOpensAtTheGivenPointAndSelectsItsRow()
+    {
+        CommandLayer layer;
+        layer.AddCompound("a");
+        layer.AddCompound("b");
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        const QPoint position(83, 61);
+        QPoint menuPosition;
+        ItemID selection;
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            menuPosition = in_menu.pos();
+            selection = browser.GetSelection();
+            Press(in_menu, Qt::Key_Escape);
+        });
+        browser.PopContexMenu(position, 1);
+        QVERIFY(user.IsDone());
+        QCOMPARE(menuPosition, position);
+        QVERIFY(selection == layer.m_library->m_items[1]->m_id);
+        // The signal is the business of whoever opened the menu.
+        QCOMPARE(browser.SignalCount(), 0);
+    }
+
+    void noEntryIsMarkedWhenTheMenuOpens()
+    {
+        CommandLayer layer;
+        layer.AddCompound("a");
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        bool marked = true;
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            marked = in_menu.activeAction() != nullptr;
+            Press(in_menu, Qt::Key_Escape);
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QVERIFY(!marked);
+    }
+
+    void theMenuIsMadeAfreshForEachPress()
+    {
+        CommandLayer layer;
+        RecordedCompound& compound = layer.AddCompound("Old");
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        bool done = false;
+        QCOMPARE(LookAtMenu(browser, 0, &done).m_entries,
+                 QStringList() << Text("Rename Old") << Text("Delete Old (off)") << Text("Edit Tags for Old"));
+        QVERIFY(done);
+        compound.m_name = "New";
+        compound.m_modifiable = false;
+        layer.GiveObject(compound);
+        QCOMPARE(LookAtMenu(browser, 0, &done).m_entries,
+                 QStringList() << Text("Show Files for New") << Text("Rename New (off)") << Text("Delete New (off)")
+                               << Text("Compound source") << Text("Edit Tags for New (off)"));
+        QVERIFY(done);
+    }
+
+    void nothingIsLeftOfAMenuThatWasClosed()
+    {
+        CommandLayer layer;
+        layer.GiveObject(layer.AddCompound("X"));
+        layer.AddResource("Local", "//local", layer.MakeSource("//local"));
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        QPointer<QMenu> menu;
+        QPointer<QMenu> submenu;
+        QPointer<QAction> entry;
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            menu = &in_menu;
+            submenu = FindEntry(in_menu, "Compound source")->menu();
+            entry = submenu->actions().at(0);
+            Press(in_menu, Qt::Key_Escape);
+        });
+        browser.PopContexMenu(QPoint(10, 10), 0);
+        QVERIFY(user.IsDone());
+        QVERIFY(!menu);
+        QVERIFY(!submenu);
+        QVERIFY(!entry);
+    }
+
+    void eachEntryCallsItsCommandBeforeTheMenuReturns_data()
+    {
+        QTest::addColumn<QByteArray>("entry");
+        QTest::addColumn<QString>("call");
+        QTest::newRow("show files") << QByteArray("Show Files for X") << Text("show files");
+        QTest::newRow("rename") << QByteArray("Rename X") << Text("rename");
+        QTest::newRow("edit tags") << QByteArray("Edit Tags for X") << Text("edit tags");
+    }
+
+    void eachEntryCallsItsCommandBeforeTheMenuReturns()
+    {
+        QFETCH(QByteArray, entry);
+        QFETCH(QString, call);
+        CommandLayer layer;
+        layer.GiveObject(layer.AddCompound("X"));
+        ListeningBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        const QStringList wanted = QStringList() << call << Text("menu closed") << Text("selection changed");
+        ModalUser user;
+        user.WhenMenuOpens([&entry](QMenu& in_menu) { Choose(in_menu, entry.constData()); });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QCOMPARE(browser.m_calls, wanted);
+
+        browser.m_calls.clear();
+        user.WhenMenuOpens([&entry](QMenu& in_menu) { ClickEntry(in_menu, entry.constData()); });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QCOMPARE(browser.m_calls, wanted);
+    }
+
+    void deletingIsAlwaysShownAndNeverOffered_data()
+    {
+        QTest::addColumn<bool>("signature");
+        QTest::addColumn<bool>("modifiable");
+        QTest::addColumn<bool>("known");
+        for (int i = 0; i < 8; ++i)
+            QTest::newRow(QByteArray::number(i).constData()) << ((i & 1) != 0) << ((i & 2) != 0) << ((i & 4) != 0);
+    }
+
+    void deletingIsAlwaysShownAndNeverOffered()
+    {
+        QFETCH(bool, signature);
+        QFETCH(bool, modifiable);
+        QFETCH(bool, known);
+        CommandLayer layer;
+        RecordedCompound& compound = layer.AddCompound("X");
+        compound.m_signature = signature;
+        compound.m_modifiable = modifiable;
+        if (known)
+            layer.GiveObject(compound);
+        ListeningBrowser browser;
+        ShowAll(browser, layer.GetAccessor());
+        bool there = false;
+        bool enabled = true;
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            const QAction* const entry = FindEntry(in_menu, "Delete X");
+            there = entry != nullptr;
+            enabled = entry && entry->isEnabled();
+            ClickEntry(in_menu, "Delete X");
+            if (in_menu.isVisible() && GoTo(in_menu, "Delete X"))
+                Press(in_menu, Qt::Key_Return);
+            if (in_menu.isVisible())
+                Press(in_menu, Qt::Key_Escape);
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QVERIFY(there);
+        QVERIFY(!enabled);
+        QCOMPARE(browser.m_calls, QStringList() << Text("menu closed") << Text("selection changed"));
+        QCOMPARE(layer.m_library->m_items.size(), std::size_t(1));
+    }
+
+    void theDeleteEntryIsConnectedAllTheSame()
+    {
+        CommandLayer layer;
+        layer.AddCompound("X");
+        ListeningBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        ModalUser user;
+        user.WhenMenuOpens([](QMenu& in_menu) {
+            FindEntry(in_menu, "Delete X")->setEnabled(true);
+            Choose(in_menu, "Delete X");
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QCOMPARE(browser.m_calls.value(0), Text("delete"));
+    }
+
+    void anEmptyMenuIsRunForAnItemWithoutEntries()
+    {
+        CommandLayer layer;
+        layer.Add(LibType::gType, "X");
+        ListeningBrowser browser;
+        ShowAll(browser, layer.GetAccessor());
+        bool empty = false;
+        QStringList callsInMenu(Text("none"));
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            empty = in_menu.actions().isEmpty();
+            callsInMenu = browser.m_calls;
+            Press(in_menu, Qt::Key_Escape);
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QVERIFY(empty);
+        // It was modal: nothing went on before it was left.
+        QCOMPARE(callsInMenu, QStringList());
+        QCOMPARE(browser.m_calls, QStringList() << Text("menu closed") << Text("selection changed"));
+    }
+
+    void theDataSourcesOfACompound()
+    {
+        CommandLayer layer;
+        RecordedCompound& compound = layer.AddCompound("X");
+        layer.GiveObject(compound)->m_source = layer.MakeSource("//here");
+        const auto here = layer.AddResource("Here", "//here", layer.MakeSource("//here"));
+        layer.AddResource("Nowhere", "//nowhere", nullptr);
+        const auto there = layer.AddResource("There", "//there/%1", layer.MakeSource("//there"));
+        const auto fixed = layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        layer.m_log.clear();
+        MenuLook look;
+        QStringList tips;
+        QList<QVariant> data;
+        bool entryOn = false;
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            const QAction& entry = *FindEntry(in_menu, "Compound source");
+            entryOn = entry.isEnabled();
+            look.Take(*entry.menu());
+            const QList<QAction*> actions = entry.menu()->actions();
+            for (int i = 0; i < actions.size(); ++i)
+            {
+                tips << actions.at(i)->toolTip();
+                data << actions.at(i)->data();
+            }
+            Press(in_menu, Qt::Key_Escape);
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QVERIFY(entryOn);
+        QCOMPARE(look.m_entries,
+                 QStringList() << Text("Here[Current] (off)") << Text("There") << Text("Fixed [Read-Only] (off)"));
+        QVERIFY(look.m_plain);
+        QVERIFY(look.m_owned);
+        const QString tip = Text("Move compound to this data source\n");
+        QCOMPARE(tips, QStringList() << tip + Text("//here") << tip + Text("//there/%1") << tip + Text("//fixed"));
+        QCOMPARE(data.size(), 3);
+        const std::string ids[] = {here->m_id.GetStr(), there->m_id.GetStr(), fixed->m_id.GetStr()};
+        for (int i = 0; i < 3; ++i)
+        {
+            QCOMPARE(QByteArray(data.at(i).typeName()), QByteArray("QStringList"));
+            QCOMPARE(data.at(i).toStringList(), QStringList() << Text(compound.m_uid.c_str()) << Text(ids[i].c_str()));
+        }
+        QCOMPARE(layer.Lines("query"), QStringList(Text("query 'select object where IS_OF_TYPE_VERSION( "
+                                                        "{0FACE000-1111-2222-3333-444455556666 } )', loaded: yes")));
+    }
+
+    void aDataSourceIsChosenWithTheKeyboard()
+    {
+        CommandLayer layer;
+        layer.GiveObject(layer.AddCompound("X"));
+        layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
+        layer.AddResource("There", "//there", layer.MakeSource("//there"));
+        ListeningBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        ModalUser user;
+        user.WhenMenuOpens([](QMenu& in_menu) {
+            if (GoTo(in_menu, "Compound source"))
+                Press(in_menu, Qt::Key_Right);
+        });
+        user.WhenSubmenuOpens([](QMenu& in_submenu) { Choose(in_submenu, "There"); });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QCOMPARE(browser.m_calls, QStringList()
+                                      << Text("move to There") << Text("menu closed") << Text("selection changed"));
+    }
+
+    void aDataSourceThatIsOffCannotBeClicked()
+    {
+        CommandLayer layer;
+        layer.GiveObject(layer.AddCompound("X"));
+        layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
+        ListeningBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        bool there = false;
+        ModalUser user;
+        user.WhenMenuOpens([](QMenu& in_menu) {
+            if (GoTo(in_menu, "Compound source"))
+                Press(in_menu, Qt::Key_Right);
+        });
+        user.WhenSubmenuOpens([&there](QMenu& in_submenu) {
+            there = FindEntry(in_submenu, "Fixed [Read-Only]") != nullptr;
+            ClickEntry(in_submenu, "Fixed [Read-Only]");
+            while (QWidget* const open = QApplication::activePopupWidget())
+                Press(*open, Qt::Key_Escape);
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QVERIFY(there);
+        QCOMPARE(browser.m_calls, QStringList() << Text("menu closed") << Text("selection changed"));
+    }
+
+    void aCompoundInAReadOnlySourceCanBeMovedNowhere()
+    {
+        CommandLayer layer;
+        layer.GiveObject(layer.AddCompound("X"))->m_source = layer.MakeSource("//here", 1);
+        layer.AddResource("Here", "//here", layer.MakeSource("//here", 1));
+        layer.AddResource("There", "//there", layer.MakeSource("//there"));
+        layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        MenuLook look;
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            look.Take(*FindEntry(in_menu, "Compound source")->menu());
+            Press(in_menu, Qt::Key_Escape);
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QCOMPARE(look.m_entries, QStringList() << Text("Here[Current] [Read-Only] (off)") << Text("There (off)")
+                                               << Text("Fixed [Read-Only] (off)"));
+    }
+
+    void theSubmenuIsThereForACompoundThatCannotBeEdited()
+    {
+        CommandLayer layer;
+        RecordedCompound& compound = layer.AddCompound("X");
+        compound.m_modifiable = false;
+        layer.GiveObject(compound);
+        layer.AddResource("There", "//there", layer.MakeSource("//there"));
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        MenuLook look;
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            look.Take(*FindEntry(in_menu, "Compound source")->menu());
+            Press(in_menu, Qt::Key_Escape);
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QCOMPARE(look.m_entries, QStringList(Text("There")));
+    }
+
+    void anEmptySubmenuIsShown_data()
+    {
+        QTest::addColumn<bool>("matches");
+        QTest::newRow("the query finds nothing") << false;
+        QTest::newRow("no resource leads to a source") << true;
+    }
+
+    void anEmptySubmenuIsShown()
+    {
+        QFETCH(bool, matches);
+        CommandLayer layer;
+        layer.GiveObject(layer.AddCompound("X"));
+        if (matches)
+            layer.AddResource("Nowhere", "//nowhere", nullptr);
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        bool found = false;
+        bool empty = false;
+        bool visible = false;
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            const QAction* const entry = FindEntry(in_menu, "Compound source");
+            found = entry && entry->menu() && entry->isEnabled();
+            empty = found && entry->menu()->actions().isEmpty();
+            visible = found && entry->isVisible() &&
+                      in_menu.actionGeometry(FindEntry(in_menu, "Compound source")).height() > 0;
+            Press(in_menu, Qt::Key_Escape);
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QVERIFY(found);
+        QVERIFY(empty);
+        QVERIFY(visible);
+    }
+
+    void nullPointersOfTheDatabaseAreThrownThroughTheMenu_data()
+    {
+        QTest::addColumn<int>("hole");
+        QTest::newRow("the object has no manager") << 0;
+        QTest::newRow("the manager has no database") << 1;
+        QTest::newRow("a match is no value") << 2;
+        QTest::newRow("the object has no source") << 3;
+    }
+
+    void nullPointersOfTheDatabaseAreThrownThroughTheMenu()
+    {
+        QFETCH(int, hole);
+        CommandLayer layer;
+        const auto object = layer.GiveObject(layer.AddCompound("X"));
+        layer.AddResource("There", "//there", layer.MakeSource("//there"));
+        ListeningBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        if (hole == 0)
+            object->m_manager.reset();
+        else if (hole == 1)
+            layer.m_database->m_reachable = false;
+        else if (hole == 2)
+            layer.m_database->m_matches.push_back(object->m_id);
+        else
+            object->m_source.reset();
+        const nexa4::DisableErrorReportingGuard quiet;
+        ModalUser user;
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QVERIFY(browser.m_threw);
+        QVERIFY(!QApplication::activePopupWidget());
+        QVERIFY(browser.GetSelection() == layer.m_library->m_items[0]->m_id);
+    }
+
+    void hostMenusGetTheCommands_data()
+    {
+        QTest::addColumn<int>("command");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("signature") << 0 << Text("Compound signature");
+        QTest::newRow("compound") << 1 << Text("Public compound");
+        QTest::newRow("loop compound") << 2 << Text("Public looping compound");
+        QTest::newRow("save") << 3 << Text("Save graph library");
+    }
+
+    void hostMenusGetTheCommands()
+    {
+        QFETCH(int, command);
+        QFETCH(QString, text);
+        CommandBrowser browser;
+        QMenu menu;
+        QAction* const before = menu.addAction(Text("Quit"));
+        browser.CreateMenuCommand(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
+        QCOMPARE(menu.actions().size(), 2);
+        QVERIFY(menu.actions().at(0) == before);
+        QAction& action = *menu.actions().at(1);
+        QCOMPARE(action.text(), text);
+        QVERIFY(action.isEnabled());
+        QVERIFY(action.parent() == &menu);
+        QVERIFY(action.icon().isNull());
+        QVERIFY(action.shortcut().isEmpty());
+        QVERIFY(!action.isSeparator());
+        QVERIFY(!action.menu());
+    }
+
+    void theValuesOfTheHostCommandsAreFixed()
+    {
+        QCOMPARE(int(CNodeBrowser::eNewSignature), 0);
+        QCOMPARE(int(CNodeBrowser::eNewCompound), 1);
+        QCOMPARE(int(CNodeBrowser::eNewLoopCompound), 2);
+        QCOMPARE(int(CNodeBrowser::eSaveGraphLibrary), 3);
+    }
+
+    void hostMenusGetNothingForOtherValues_data()
+    {
+        QTest::addColumn<int>("command");
+        QTest::newRow("4") << 4;
+        QTest::newRow("5") << 5;
+        QTest::newRow("-1") << -1;
+        QTest::newRow("largest") << 0x7FFFFFFF;
+    }
+
+    void hostMenusGetNothingForOtherValues()
+    {
+        QFETCH(int, command);
+        CommandBrowser browser;
+        QMenu menu;
+        menu.addAction(Text("Quit"));
+        // The value reaches the browser as a host that is newer than it would pass it.
+        void (CNodeBrowser::*const create)(CNodeBrowser::eMenuCommand, QMenu*) = &CNodeBrowser::CreateMenuCommand;
+        (browser.*create)(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
+        QCOMPARE(Texts(menu), QStringList(Text("Quit")));
+        QVERIFY(menu.findChildren<QMenu*>().isEmpty());
+    }
+
+    void theSameCommandCanBePutIntoSeveralMenus()
+    {
+        CommandBrowser browser;
+        QMenu first;
+        std::unique_ptr<QMenu> second(new QMenu);
+        browser.CreateMenuCommand(CNodeBrowser::eSaveGraphLibrary, &first);
+        browser.CreateMenuCommand(CNodeBrowser::eSaveGraphLibrary, second.get());
+        browser.CreateMenuCommand(CNodeBrowser::eNewCompound, &first);
+        const QPointer<QAction> inSecond(second->actions().at(0));
+        second.reset();
+        QVERIFY(!inSecond);
+        QCOMPARE(Texts(first), QStringList() << Text("Save graph library") << Text("Public compound"));
+    }
+
+    void hostCommandsAreDeafOnceTheBrowserIsGone()
+    {
+        CommandLayer layer;
+        std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
+        browser->SetItemLibrary(layer.GetAccessor());
+        QMenu menu;
+        for (int command = 0; command < 4; ++command)
+            browser->CreateMenuCommand(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
+        browser.reset();
+        QCOMPARE(menu.actions().size(), 4);
+        ModalUser user;
+        for (int i = 0; i < 4; ++i)
+            menu.actions().at(i)->trigger();
+        QVERIFY(user.IsDone());
+        QCOMPARE(layer.m_log, QStringList());
+    }
+
+    void onlyTheContextMenuIsTranslated()
+    {
+        CommandLayer layer;
+        layer.GiveObject(layer.AddCompound("name %1"));
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        Shouting translator;
+        QApplication::installTranslator(&translator);
+        bool done = false;
+        const MenuLook look = LookAtMenu(browser, 0, &done);
+        QMenu menu;
+        for (int command = 0; command < 4; ++command)
+            browser.CreateMenuCommand(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
+        QApplication::removeTranslator(&translator);
+        QVERIFY(done);
+        QCOMPARE(look.m_entries, QStringList() << Text("SHOW FILES FOR name %1") << Text("RENAME name %1")
+                                               << Text("DELETE name %1 (off)") << Text("COMPOUND SOURCE")
+                                               << Text("EDIT TAGS FOR name %1"));
+        QCOMPARE(Texts(menu), QStringList() << Text("Compound signature") << Text("Public compound")
+                                            << Text("Public looping compound") << Text("Save graph library"));
+    }
+
+    void whatIsChosenActsOnWhatTheRowHoldsByThen()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        const ItemID a = library.Add(NewItem::Solver("a"));
+        const ItemID b = library.Add(NewItem::Solver("b"));
+        std::vector<ItemID> shown;
+        layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID& in_item) { shown.push_back(in_item); });
+        CommandBrowser browser;
+        browser.SetItemLibrary(library.GetAccessor());
+        ShowBrowser(browser);
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            library.Remove(a);
+            Settle(); // the rows are laid out anew while the menu is open
+            Choose(in_menu, "Show Files for a");
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QCOMPARE(shown.size(), std::size_t(1));
+        QVERIFY(shown[0] == b);
+        QVERIFY(browser.GetSelection() == b);
+        QCOMPARE(browser.SignalCount(), 1);
+    }
+
+    void whatIsChosenDoesNothingWhenTheRowIsGone_data()
+    {
+        QTest::addColumn<int>("change");
+        QTest::addColumn<QByteArray>("entry");
+        const char* const changes[] = {"the item is removed", "the library is closed", "the library is destroyed",
+                                       "no library", "an empty library"};
+        const char* const entries[] = {"Show Files for a", "Edit Tags for a", "Rename a", "There"};
+        for (int change = 0; change < 5; ++change)
+            for (int entry = 0; entry < 4; ++entry)
+                QTest::newRow((std::string(changes[change]) + ", " + entries[entry]).c_str())
+                    << change << QByteArray(entries[entry]);
+    }
+
+    void whatIsChosenDoesNothingWhenTheRowIsGone()
+    {
+        QFETCH(int, change);
+        QFETCH(QByteArray, entry);
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.AddDataSource("Here");
+        library.AddDataSource("There");
+        library.Add(NewItem::Compound("a"));
+        int shown = 0;
+        layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
+        GuardedBrowser browser;
+        browser.SetItemLibrary(library.GetAccessor());
+        browser.SetCommandManager(&layer.GetCommandManager());
+        ShowBrowser(browser);
+        const nexa4::DisableErrorReportingGuard quiet;
+        ModalUser user;
+        const std::function<void(QMenu&)> choose = [&](QMenu& in_menu) {
+            TakeRowAway(change, layer, library, browser);
+            Settle(); // the rows are laid out anew while the menu is open
+            Choose(in_menu, entry.constData());
+        };
+        if (entry == "There")
+        {
+            user.WhenMenuOpens([](QMenu& in_menu) {
+                if (GoTo(in_menu, "Compound source"))
+                    Press(in_menu, Qt::Key_Right);
+            });
+            user.WhenSubmenuOpens(choose);
+        }
+        else
+        {
+            user.WhenMenuOpens(choose);
+        }
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QCOMPARE(shown, 0);
+        // A move knows its compound by itself; it goes by what the database still has.
+        const bool stillThere = change == eNoLibrary || change == eEmptyLibrary;
+        QCOMPARE(browser.m_threw, entry == "There" && !stillThere);
+        QCOMPARE(layer.GetCommandManager().GetStack().count(), entry == "There" && stillThere ? 1 : 0);
+        QVERIFY(!browser.GetSelection().IsValid());
+        QCOMPARE(browser.SignalCount(), 1);
+    }
+
+    void theSignalComesAlsoWhenTheRowIsGoneMeanwhile()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Solver("a"));
+        CommandBrowser browser;
+        browser.SetItemLibrary(library.GetAccessor());
+        ShowBrowser(browser);
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            layer.RemoveLibrary(library);
+            Press(in_menu, Qt::Key_Escape);
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QCOMPARE(browser.SignalCount(), 1);
+        QVERIFY(!browser.GetSelection().IsValid());
+    }
+
+    void aMenuOfRowsThatAreGoneSinceTheLastPaintIsEmpty()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Compound("a"));
+        CommandBrowser browser;
+        browser.SetItemLibrary(library.GetAccessor());
+        ShowBrowser(browser);
+        layer.RemoveLibrary(library);
+        bool done = false;
+        const MenuLook look = LookAtMenu(browser, 0, &done);
+        QVERIFY(done);
+        QCOMPARE(look.m_entries, QStringList());
+        QCOMPARE(browser.SignalCount(), 1);
+    }
+
+    void theBrowserMayBeDestroyedWhileItsMenuIsOpen_data()
+    {
+        QTest::addColumn<QByteArray>("entry");
+        QTest::newRow("left with Escape") << QByteArray();
+        QTest::newRow("show files") << QByteArray("Show Files for a");
+        QTest::newRow("rename") << QByteArray("Rename a");
+        QTest::newRow("edit tags") << QByteArray("Edit Tags for a");
+    }
+
+    void theBrowserMayBeDestroyedWhileItsMenuIsOpen()
+    {
+        QFETCH(QByteArray, entry);
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Compound("a"));
+        int shown = 0;
+        layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
+        std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
+        browser->SetItemLibrary(library.GetAccessor());
+        ShowBrowser(*browser);
+        ModalUser user;
+        user.WhenMenuOpens([&](QMenu& in_menu) {
+            browser.reset();
+            if (entry.isEmpty())
+                Press(in_menu, Qt::Key_Escape);
+            else
+                Choose(in_menu, entry.constData());
+        });
+        browser->RightPress(0);
+        QVERIFY(user.IsDone());
+        QVERIFY(!browser);
+        QCOMPARE(shown, 0);
+    }
+
+private:
+    enum eLack
+    {
+        eNothing,
+        eNoSystem,
+        eNoHelper,
+        eOtherService,
+        eNoUid,
+        eUnknown
+    };
+
+    enum eChange
+    {
+        eItemRemoved,
+        eLibraryClosed,
+        eLibraryDestroyed,
+        eNoLibrary,
+        eEmptyLibrary
+    };
+
+    struct NotTheHelper : public hmx::IBase
+    {
+    };
+
+    /// Keeps what a move throws away from the toolkit.
+    class GuardedBrowser : public CommandBrowser
+    {
+    public:
+        bool m_threw = false;
+
+    protected:
+        void OnDatasourceChange() override
+        {
+            try
+            {
+                CNodeBrowser::OnDatasourceChange();
+            }
+            catch (const nexa4::ExBase::NullPtr&)
+            {
+                m_threw = true;
+            }
+        }
+    };
+
+    static RecordedItem& AddKind(CommandLayer& out_layer, const QByteArray& in_kind)
+    {
+        if (in_kind == "compound")
+            return out_layer.AddCompound("X");
+        if (in_kind == "signature")
+        {
+            RecordedCompound& signature = out_layer.AddCompound("X");
+            signature.m_signature = true;
+            return signature;
+        }
+        if (in_kind == "solver")
+            return out_layer.Add(VireoType::gSolver, "X");
+        if (in_kind == "constant")
+            return out_layer.Add(VireoType::gGlobalConstant, "X");
+        return out_layer.Add(in_kind == "type" ? LibType::gType : VireoType::gPolymorphicSolver, "X");
+    }
+
+    static void TakeRowAway(int in_change, DataLayer& in_layer, Library& in_library, CNodeBrowser& in_browser)
+    {
+        if (in_change == eItemRemoved)
+            in_library.Remove(in_library.GetItems().front());
+        else if (in_change == eLibraryClosed)
+            in_library.Close();
+        else if (in_change == eLibraryDestroyed)
+            in_layer.RemoveLibrary(in_library);
+        else if (in_change == eNoLibrary)
+            in_browser.SetItemLibrary(ItemLibraryAccessor());
+        else
+            in_browser.SetItemLibrary(in_layer.AddLibrary("Empty").GetAccessor());
+        // An invalid library asks for no repaint by itself.
+        in_browser.update();
+    }
+};
+
+NODEBROWSER_TEST_MAIN(TestContextMenu)
+#include "test_contextmenu.moc"
