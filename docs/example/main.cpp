@@ -4,53 +4,52 @@
 
 #include <QApplication>
 
-#include <algorithm>
-#include <vector>
-
 using namespace vireo::datamodel;
 
 struct Item : IContext, IItem
 {
-    Item(const char* in_type, std::uint64_t in_number, const char* in_name, const char* in_tags)
-        : m_id(in_type, 1, in_number), m_name(in_name), m_tags(in_tags) {}
+    Item(std::uint64_t in_number, const std::string& in_name) : m_id(VireoType::gSolver, 1, in_number), m_name(in_name)
+    {
+    }
     bool IsAlive() const override { return true; }
     ItemID GetItemID() const override { return m_id; }
     CSimpleValue GetValue(const char*) const override { return CSimpleValue(); }
     ItemID m_id;
-    std::string m_name, m_tags;
+    std::string m_name;
 };
-
-using Items = std::vector<std::shared_ptr<Item>>;
 
 struct Iterator : IItemIterator
 {
-    explicit Iterator(const Items& in_items) : m_items(in_items) {}
-    bool IsAtEnd() const override { return m_next == m_items.size(); }
-    void Next() override { ++m_next; }
-    ItemAccessor GetItem() const override { return ItemAccessor(UnspecifiedAccessor(m_items[m_next])); }
-    Items m_items;
-    std::size_t m_next = 0;
+    bool IsAtEnd() const override { return m_items.empty(); }
+    void Next() override { m_items.pop_back(); }
+    ItemAccessor GetItem() const override { return ItemAccessor(UnspecifiedAccessor(m_items.back())); }
+    std::vector<std::shared_ptr<Item>> m_items;
 };
 
 struct Library : IContext, IItemLibrary, IItemTOC
 {
     bool IsAlive() const override { return true; }
-    std::string GetItemName(const ItemID& in_id, bool, const char*) const override { return Find(in_id).m_name; }
-    std::string GetItemTags(const ItemID& in_id, const char*) const override { return Find(in_id).m_tags; }
+    std::string GetItemName(const ItemID& in_item, bool, const char*) const override
+    {
+        return in_item.IsValid() ? m_solvers[in_item.GetNumber()]->m_name : std::string();
+    }
+    std::string GetItemTags(const ItemID&, const char*) const override { return "my tag"; }
     bool ItemIsReadOnly(const ItemID&) const override { return true; }
     bool ItemIsDirty(const ItemID&) const override { return false; }
     UnspecifiedAccessor GetModel(const ItemID&, std::string*) const override { return UnspecifiedAccessor(); }
     std::unique_ptr<IItemIterator> IterateItems(const char* in_type) const override
     {
-        return std::make_unique<Iterator>(in_type == VireoType::gSolver ? m_items : Items());
+        auto items = std::make_unique<Iterator>();
+        if (in_type == VireoType::gSolver)
+            items->m_items = m_solvers;
+        return items;
     }
     // A library that never changes has nothing to tell anybody.
     void AddObserver(IItemLibraryNotification*, int, const ContextPtr&) override {}
     void RemoveObserver(IItemLibraryNotification*, int, const ContextPtr&) override {}
     void AddObserver(IItemTOCNotification*, int, const ContextPtr&) override {}
     void RemoveObserver(IItemTOCNotification*, int, const ContextPtr&) override {}
-    const Item& Find(const ItemID& in_id) const { return **std::find_if(m_items.begin(), m_items.end(), [&](const auto& in_item) { return in_item->m_id == in_id; }); }
-    Items m_items;
+    std::vector<std::shared_ptr<Item>> m_solvers;
 };
 
 struct Model : IItemModel
@@ -68,11 +67,10 @@ int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
     Model model;
-    Provider provider;
-    provider.m_items = &model;
-    InstallProvider(provider);
+    InstallProvider(Provider{nullptr, &model, nullptr, nullptr});
     const auto library = std::make_shared<Library>();
-    library->m_items = {std::make_shared<Item>(VireoType::gSolver, 1, "Add", "math"), std::make_shared<Item>(VireoType::gSolver, 2, "Noise", "pattern")};
+    for (const char* const name : {"Add", "Blend", "Noise"})
+        library->m_solvers.push_back(std::make_shared<Item>(library->m_solvers.size(), name));
     CNodeBrowser browser(eConfigNodeBrowser);
     browser.SetItemLibrary(ItemLibraryAccessor(UnspecifiedAccessor(library)));
     browser.show();
