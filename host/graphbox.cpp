@@ -19,11 +19,13 @@ const int gIconSide = 20;
 const int gTextLeft = gPadding + gIconSide + 8;
 const int gLongestText = 260;
 const double gRounding = 5.0;
+const double gMissingOpacity = 0.45;
 
 } // namespace
 
-GraphBox::GraphBox(const vireo::datamodel::ItemID& in_item, const QPixmap& in_icon, QWidget* in_canvas)
-    : QWidget(in_canvas), m_item(in_item), m_icon(in_icon)
+GraphBox::GraphBox(const vireo::datamodel::ItemID& in_item, const vireo::datamodel::ItemID& in_graph,
+                   const QPixmap& in_icon, QWidget* in_canvas)
+    : QWidget(in_canvas), m_item(in_item), m_graph(in_graph), m_icon(in_icon)
 {
     setFocusPolicy(Qt::StrongFocus);
 }
@@ -32,9 +34,21 @@ void GraphBox::SetName(const QString& in_name)
 {
     m_name = in_name;
     m_drawnName = fontMetrics().elidedText(in_name, Qt::ElideRight, gLongestText);
-    setToolTip(in_name);
+    UpdateToolTip();
     resize(gTextLeft + fontMetrics().horizontalAdvance(m_drawnName) + gPadding, gBoxHeight);
     update();
+}
+
+void GraphBox::SetMissing(bool in_missing)
+{
+    m_missing = in_missing;
+    UpdateToolTip();
+    update();
+}
+
+void GraphBox::UpdateToolTip()
+{
+    setToolTip(m_missing ? tr("%1 is not in the library any more").arg(m_name) : m_name);
 }
 
 void GraphBox::MoveCentreTo(const QPoint& in_point)
@@ -52,10 +66,12 @@ void GraphBox::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Dark), hasFocus() ? 2.0 : 1.0));
-    painter.setBrush(palette().color(QPalette::Button));
+    painter.setPen(QPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Dark), hasFocus() ? 2.0 : 1.0,
+                        m_missing ? Qt::DashLine : Qt::SolidLine));
+    painter.setBrush(palette().color(m_missing ? QPalette::Base : QPalette::Button));
     painter.drawRoundedRect(QRectF(rect()).adjusted(1.0, 1.0, -1.0, -1.0), gRounding, gRounding);
 
+    painter.setOpacity(m_missing ? gMissingOpacity : 1.0);
     painter.drawPixmap(gPadding, (height() - gIconSide) / 2, m_icon);
     painter.setPen(palette().color(QPalette::ButtonText));
     painter.drawText(rect().adjusted(gTextLeft, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, m_drawnName);

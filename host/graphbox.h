@@ -17,14 +17,22 @@ class GraphBox : public QWidget
     Q_OBJECT
 
 public:
-    GraphBox(const vireo::datamodel::ItemID& in_item, const QPixmap& in_icon, QWidget* in_canvas);
+    /// \param in_graph the compound whose graph the box is in; the invalid identity for none
+    GraphBox(const vireo::datamodel::ItemID& in_item, const vireo::datamodel::ItemID& in_graph, const QPixmap& in_icon,
+             QWidget* in_canvas);
 
     const vireo::datamodel::ItemID& GetItem() const { return m_item; }
+    const vireo::datamodel::ItemID& GetGraph() const { return m_graph; }
 
     const QString& GetName() const { return m_name; }
     /// A long name is drawn shortened; the tool tip has all of it.
     void SetName(const QString& in_name);
     const QString& GetDrawnName() const { return m_drawnName; }
+
+    /// Greys the box out, with a dashed edge and a tool tip that says why, while its item is not in the library. It can
+    /// be moved and taken away as before.
+    void SetMissing(bool in_missing);
+    bool IsMissing() const { return m_missing; }
 
     /// Moves the box so that its middle is at a point of the canvas, or as near as the canvas' edges allow.
     void MoveCentreTo(const QPoint& in_point);
@@ -38,10 +46,14 @@ protected:
 private:
     void MoveInside(const QPoint& in_topLeft);
 
+    void UpdateToolTip();
+
     vireo::datamodel::ItemID m_item;
+    vireo::datamodel::ItemID m_graph;
     QPixmap m_icon;
     QString m_name;
     QString m_drawnName;
+    bool m_missing = false;
     QPoint m_grip; // where the mouse holds the box, in the box's pixels
 };
 

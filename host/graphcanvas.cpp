@@ -2,7 +2,6 @@
 
 #include "host/graphbox.h"
 #include "host/itemkind.h"
-#include "host/text.h"
 #include "memorymodel/library.h"
 
 #include <QChildEvent>
@@ -22,6 +21,7 @@ namespace
 {
 
 const int gGridStep = 20;
+const int gCaptionMargin = 12;
 
 QString DragFormat()
 {
@@ -59,6 +59,7 @@ void GraphCanvas::SetLibrary(const memorymodel::Library* in_library)
 {
     qDeleteAll(findChildren<GraphBox*>());
     m_library = in_library;
+    SetCompound(ItemID());
 }
 
 ItemID GraphCanvas::GetNode(const QMimeData& in_data) const
@@ -85,26 +86,46 @@ void GraphCanvas::dropEvent(QDropEvent* in_event)
     if (!item.IsValid())
         return;
     const QPixmap icon(QLatin1String(GetItemKind(*m_library, item).m_icon));
-    GraphBox* const box = new GraphBox(item, icon, this);
-    SetNameOf(*box);
+    GraphBox* const box = new GraphBox(item, m_compound, icon, this);
+    RefreshBox(*box);
     box->MoveCentreTo(DropPosition(*in_event, 0));
     box->show();
     in_event->setDropAction(Qt::CopyAction);
     in_event->accept();
 }
 
-void GraphCanvas::SetNameOf(GraphBox& in_box) const
+void GraphCanvas::RefreshBox(GraphBox& in_box) const
 {
-    const std::string name = m_library->GetAccessor().GetItemName(in_box.GetItem(), true, nullptr);
-    // An item whose creation was undone has no name any more; its box keeps the one it had.
-    if (!name.empty())
-        in_box.SetName(ToText(name));
+    const bool missing = !m_library->GetSourceOf(in_box.GetItem());
+    in_box.SetMissing(missing);
+    // An item that is gone has no name any more; its box keeps the one it had.
+    if (!missing)
+        in_box.SetName(GetItemName(*m_library, in_box.GetItem()));
 }
 
-void GraphCanvas::UpdateNames()
+void GraphCanvas::SetCompound(const ItemID& in_compound)
+{
+    m_compound = in_compound;
+    for (GraphBox* const box : findChildren<GraphBox*>())
+        box->setVisible(box->GetGraph() == m_compound);
+    Refresh();
+}
+
+void GraphCanvas::Refresh()
 {
     for (GraphBox* const box : findChildren<GraphBox*>())
-        SetNameOf(*box);
+        RefreshBox(*box);
+    const QString name = m_library ? GetItemName(*m_library, m_compound) : QString();
+    m_caption = name.isEmpty() ? QString() : tr("Editing %1").arg(name);
+    update();
+}
+
+bool GraphCanvas::IsGraphEmpty() const
+{
+    for (const GraphBox* const box : findChildren<GraphBox*>())
+        if (box->GetGraph() == m_compound)
+            return false;
+    return true;
 }
 
 void GraphCanvas::childEvent(QChildEvent* in_event)
@@ -121,11 +142,12 @@ void GraphCanvas::paintEvent(QPaintEvent*)
     for (int y = gGridStep / 2; y < height(); y += gGridStep)
         for (int x = gGridStep / 2; x < width(); x += gGridStep)
             painter.drawPoint(x, y);
-    if (findChildren<GraphBox*>().isEmpty())
-    {
-        painter.setPen(palette().color(QPalette::Text));
+    painter.setPen(palette().color(QPalette::Text));
+    if (IsGraphEmpty())
         painter.drawText(rect(), Qt::AlignCenter, tr("Drag a node here from the library"));
-    }
+    const QRect line = rect().adjusted(gCaptionMargin, gCaptionMargin, -gCaptionMargin, 0);
+    painter.drawText(line, Qt::AlignLeft | Qt::AlignTop,
+                     fontMetrics().elidedText(m_caption, Qt::ElideRight, line.width()));
 }
 
 } // namespace host

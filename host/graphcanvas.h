@@ -3,6 +3,7 @@
 
 #include "datamodel/itemid.h"
 
+#include <QString>
 #include <QWidget>
 
 class QDropEvent;
@@ -22,6 +23,10 @@ class GraphBox;
 /// QString in a QDataStream) and shows a box for the item where it was dropped. Nodes of all kinds can be dropped,
 /// signatures and global constants too; types cannot, since a graph has no place for one. Everything that is no node of
 /// the library is refused while it is still over the canvas.
+///
+/// Every compound has a graph of its own, and there is one more for no compound. Graphs start empty and live as long as
+/// the library is shown here, so a compound that was edited before comes back with its boxes. A box whose item leaves
+/// the library, as when its creation is undone, stays greyed out, and lives again when the item comes back.
 class GraphCanvas : public QWidget
 {
     Q_OBJECT
@@ -33,8 +38,14 @@ public:
     /// here before it dies.
     void SetLibrary(const memorymodel::Library* in_library);
 
-    /// Names the boxes as their items are named now.
-    void UpdateNames();
+    /// Shows the graph of a compound of the library and names it at the top; the invalid identity for none.
+    void SetCompound(const vireo::datamodel::ItemID& in_compound);
+
+    /// Shows names and boxes as the items are now, after a change of the library.
+    void Refresh();
+
+    /// The line at the top left: "Editing Blend"; empty for no compound.
+    const QString& GetCaption() const { return m_caption; }
 
 protected:
     void dragEnterEvent(QDragEnterEvent* in_event) override;
@@ -45,9 +56,12 @@ protected:
 private:
     /// The node that a drag carries; the invalid identity for everything else.
     vireo::datamodel::ItemID GetNode(const QMimeData& in_data) const;
-    void SetNameOf(GraphBox& in_box) const;
+    void RefreshBox(GraphBox& in_box) const;
+    bool IsGraphEmpty() const;
 
     const memorymodel::Library* m_library = nullptr;
+    vireo::datamodel::ItemID m_compound;
+    QString m_caption;
 };
 
 } // namespace host

@@ -1,5 +1,6 @@
 #include "host/itemkind.h"
 
+#include "host/text.h"
 #include "memorymodel/library.h"
 
 using vireo::datamodel::LibType;
@@ -35,6 +36,11 @@ const ItemKind& GetItemKind(const memorymodel::Library& in_library, const vireo:
     if (in_library.IsSignature(in_item))
         return gSignature;
     return in_library.IsLoopCompound(in_item) ? gLoopCompound : gCompound;
+}
+
+QString GetItemName(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item)
+{
+    return ToText(in_library.GetAccessor().GetItemName(in_item, true, nullptr));
 }
 
 } // namespace host

@@ -1,5 +1,7 @@
-/// What the host calls the kinds of item, and how it draws them.
+/// What the host calls items and their kinds, and how it draws them.
 #pragma once
+
+#include <QString>
 
 namespace memorymodel
 {
@@ -26,5 +28,8 @@ struct ItemKind
 
 /// The kind of an item of the library. Loop compounds differ from compounds by their label only.
 const ItemKind& GetItemKind(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item);
+
+/// The name of an item as people see it; empty for one that the library does not have.
+QString GetItemName(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item);
 
 } // namespace host

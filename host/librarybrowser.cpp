@@ -33,7 +33,7 @@ std::vector<Row> LibraryBrowser::GetRows(const memorymodel::Library& in_library)
         ItemAccessor accessor = GetRowItem(i);
         const ItemID item = accessor.GetItemID();
         rows[i].m_kind = QLatin1String(GetItemKind(in_library, item).m_word);
-        rows[i].m_name = ToText(in_library.GetAccessor().GetItemName(item, true, nullptr));
+        rows[i].m_name = GetItemName(in_library, item);
         for (const std::string& tag : GetSearchTags(item))
             rows[i].m_tags << ToText(tag);
         CompareToFilter(accessor, &rows[i].m_score);

@@ -4,6 +4,7 @@
 #include "host/librarybrowser.h"
 #include "host/mainwindow.h"
 #include "host/openlibrary.h"
+#include "host/recentlibraries.h"
 #include "host/samplelibrary.h"
 #include "memorymodel/datalayer.h"
 
@@ -125,6 +126,8 @@ int RunHost(const CommandLine& in_commandLine)
     window.GetBrowser().Search(in_commandLine.m_search);
     if (in_commandLine.IsUnattended())
         return RunUnattended(in_commandLine, layer, window);
+    if (!in_commandLine.m_library.isEmpty())
+        host::AddRecentLibrary(in_commandLine.m_library);
     window.resize(in_commandLine.m_size);
     window.show();
     return QApplication::exec();

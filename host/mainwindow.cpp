@@ -1,13 +1,20 @@
 #include "host/mainwindow.h"
 
 #include "datamodel/helpers.h"
+#include "host/changewatcher.h"
+#include "host/fileswindow.h"
 #include "host/graphcanvas.h"
 #include "host/itemkind.h"
 #include "host/librarybrowser.h"
 #include "host/openlibrary.h"
+#include "host/recentlibraries.h"
+#include "host/sourcecontrolmenu.h"
 #include "host/text.h"
+#include "host/unsavedchanges.h"
 #include "memorymodel/datalayer.h"
+#include "nodebrowser/typeselector.h"
 
+#include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QLabel>
@@ -29,9 +36,9 @@ const int gDockWidth = 300;
 const int gLabelIndent = 6;
 const int gMessageTime = 10000; // milliseconds
 
-QString GetName(const memorymodel::Library& in_library, const ItemID& in_item)
+QString CountItems(std::size_t in_count)
 {
-    return ToText(in_library.GetAccessor().GetItemName(in_item, true, nullptr));
+    return in_count == 1 ? MainWindow::tr("1 item") : MainWindow::tr("%n items", nullptr, static_cast<int>(in_count));
 }
 
 } // namespace
@@ -46,7 +53,10 @@ MainWindow::MainWindow(memorymodel::DataLayer& in_layer, memorymodel::Library& i
 {
     setCentralWidget(m_canvas);
     CreateDock();
-    CreateMenus();
+    CreateFileMenu();
+    CreateEditMenu();
+    CreateLibraryMenu();
+    menuBar()->addMenu(new SourceControlMenu(m_layer, *m_browser, this));
     CreateStatusBar();
     ConnectDataLayer();
     Attach(in_library);
@@ -67,26 +77,45 @@ void MainWindow::CreateDock()
     resizeDocks({dock}, {gDockWidth}, Qt::Horizontal);
 }
 
-void MainWindow::CreateMenus()
+void MainWindow::CreateFileMenu()
 {
     QMenu* const file = menuBar()->addMenu(tr("&File"));
     QAction* const openLibrary = file->addAction(tr("&Open library\u2026"));
     openLibrary->setShortcut(QKeySequence::Open);
     connect(openLibrary, &QAction::triggered, this, &MainWindow::OnOpenLibrary);
     connect(file->addAction(tr("Open &folder\u2026")), &QAction::triggered, this, &MainWindow::OnOpenFolder);
+    RecentMenu* const recent = new RecentMenu(file);
+    connect(recent, &RecentMenu::Chosen, this, &MainWindow::Open);
+    file->addMenu(recent);
     file->addSeparator();
     QAction* const quit = file->addAction(tr("&Quit"));
     quit->setShortcut(QKeySequence::Quit);
     connect(quit, &QAction::triggered, this, &MainWindow::close);
+}
 
+void MainWindow::CreateEditMenu()
+{
     QUndoStack& stack = m_layer.GetCommandManager().GetStack();
     QMenu* const edit = menuBar()->addMenu(tr("&Edit"));
-    QAction* const undo = stack.createUndoAction(edit);
+    QAction* const undo = stack.createUndoAction(edit, tr("&Undo"));
     undo->setShortcut(QKeySequence::Undo);
     edit->addAction(undo);
-    QAction* const redo = stack.createRedoAction(edit);
+    QAction* const redo = stack.createRedoAction(edit, tr("&Redo"));
     redo->setShortcut(QKeySequence::Redo);
     edit->addAction(redo);
+}
+
+void MainWindow::CreateLibraryMenu()
+{
+    QMenu* const library = menuBar()->addMenu(tr("&Library"));
+    QMenu* const newItem = library->addMenu(tr("&New"));
+    m_browser->CreateMenuCommand(CNodeBrowser::eNewCompound, newItem);
+    m_browser->CreateMenuCommand(CNodeBrowser::eNewLoopCompound, newItem);
+    m_browser->CreateMenuCommand(CNodeBrowser::eNewSignature, newItem);
+    m_browser->CreateMenuCommand(CNodeBrowser::eSaveGraphLibrary, library);
+    library->actions().last()->setShortcut(QKeySequence::Save);
+    library->addSeparator();
+    connect(library->addAction(tr("Choose &type\u2026")), &QAction::triggered, this, &MainWindow::OnChooseType);
 }
 
 void MainWindow::CreateStatusBar()
@@ -94,6 +123,8 @@ void MainWindow::CreateStatusBar()
     statusBar()->setSizeGripEnabled(false);
     statusBar()->addWidget(m_selectionLabel, 1);
     statusBar()->addPermanentWidget(m_libraryLabel);
+    m_selectionLabel->setTextFormat(Qt::PlainText);
+    m_libraryLabel->setTextFormat(Qt::PlainText);
     m_selectionLabel->setIndent(gLabelIndent);
     m_libraryLabel->setContentsMargins(0, 0, gLabelIndent, 0);
 }
@@ -102,30 +133,27 @@ void MainWindow::ConnectDataLayer()
 {
     m_browser->SetCommandManager(&m_layer.GetCommandManager());
     connect(m_browser, SIGNAL(SelectionChanged()), this, SLOT(OnSelectionChanged()));
-    // Everything that a person changes goes through the undo stack.
-    connect(&m_layer.GetCommandManager().GetStack(), &QUndoStack::indexChanged, this, &MainWindow::OnLibraryChanged);
     m_layer.SetCompoundTargetHandler([this] { ShowTarget(); });
-    m_layer.GetSourceControl().SetShowFilesHandler([this](const ItemID& in_item) {
-        const memorymodel::DataSource* const source = m_library->GetSourceOf(in_item);
-        if (source)
-            statusBar()->showMessage(
-                tr("%1 is stored in %2").arg(GetName(*m_library, in_item), ToText(source->GetLocation())),
-                gMessageTime);
-    });
+    m_layer.GetSourceControl().SetShowFilesHandler(
+        [this](const ItemID& in_item) { FilesWindow::Open(*m_library, in_item, *this); });
 }
 
 void MainWindow::Attach(memorymodel::Library& in_library)
 {
     m_library = &in_library;
+    m_watcher.reset(new ChangeWatcher(
+        m_library->GetAccessor(), [this] { OnLibraryChanged(); }, [this] { OnLibraryCommitted(); }));
     m_layer.SetCurrentLibrary(m_library);
     m_browser->SetItemLibrary(m_library->GetAccessor());
     m_canvas->SetLibrary(m_library);
-    m_selectionLabel->clear();
+    m_selected = ItemID();
     OnLibraryChanged();
 }
 
 bool MainWindow::Open(const QString& in_path)
 {
+    if (!MayLeaveLibrary(*m_library, this))
+        return false;
     QString error;
     memorymodel::Library* const library = OpenLibrary(m_layer, in_path, &error);
     if (!library)
@@ -134,6 +162,8 @@ bool MainWindow::Open(const QString& in_path)
         return false;
     }
     memorymodel::Library& old = *m_library;
+    // At once: they must not outlive the library, not even until the event loop runs.
+    qDeleteAll(findChildren<FilesWindow*>());
     m_layer.GetCommandManager().GetStack().clear();
     Helpers::SetGlobalVireoCompoundTarget(CompoundAccessor(), CompoundAccessor());
     Attach(*library);
@@ -141,7 +171,13 @@ bool MainWindow::Open(const QString& in_path)
     // What is opened from files has no source control behind it, other than the sample.
     m_layer.GetSourceControl().SetEnabled(false);
     m_layer.GetSourceControl().SetVersionControlActive(false);
+    AddRecentLibrary(in_path);
     return true;
+}
+
+void MainWindow::closeEvent(QCloseEvent* in_event)
+{
+    in_event->setAccepted(MayLeaveLibrary(*m_library, this));
 }
 
 void MainWindow::OnOpenLibrary()
@@ -159,32 +195,58 @@ void MainWindow::OnOpenFolder()
         Open(path);
 }
 
+void MainWindow::OnChooseType()
+{
+    CTypeSelector selector(this);
+    if (selector.exec() == QDialog::Accepted)
+        statusBar()->showMessage(tr("Type chosen: %1").arg(GetItemName(*m_library, selector.GetSelected())),
+                                 gMessageTime);
+}
+
 void MainWindow::OnSelectionChanged()
 {
-    const ItemID item = m_browser->GetSelection();
-    const memorymodel::DataSource* const source = m_library->GetSourceOf(item);
+    m_selected = m_browser->GetSelection();
+    ShowSelection();
+}
+
+void MainWindow::OnLibraryChanged()
+{
+    m_canvas->Refresh();
+    m_libraryLabel->setText(tr("%1: %2").arg(ToText(m_library->GetName()), CountItems(m_library->GetItemCount())));
+    ShowSelection();
+    ShowTarget();
+    for (FilesWindow* const window : findChildren<FilesWindow*>())
+        window->Refresh();
+}
+
+void MainWindow::OnLibraryCommitted()
+{
+    const std::size_t unsaved = CountUnsavedItems(*m_library);
+    const QString name = ToText(m_library->GetName());
+    const QString text =
+        unsaved == 0 ? tr("%1 is saved").arg(name) : tr("%1 of %2 could not be saved").arg(CountItems(unsaved), name);
+    statusBar()->showMessage(text, gMessageTime);
+}
+
+void MainWindow::ShowSelection()
+{
+    const memorymodel::DataSource* const source = m_library->GetSourceOf(m_selected);
     if (source)
         m_selectionLabel->setText(tr("%1 \u2013 %2, %3")
-                                      .arg(GetName(*m_library, item),
-                                           QLatin1String(GetItemKind(*m_library, item).m_label),
+                                      .arg(GetItemName(*m_library, m_selected),
+                                           QLatin1String(GetItemKind(*m_library, m_selected).m_label),
                                            ToText(source->GetName())));
     else
         m_selectionLabel->clear();
 }
 
-void MainWindow::OnLibraryChanged()
-{
-    m_canvas->UpdateNames();
-    m_libraryLabel->setText(
-        tr("%1: %n items", nullptr, static_cast<int>(m_library->GetItemCount())).arg(ToText(m_library->GetName())));
-    ShowTarget();
-}
-
 void MainWindow::ShowTarget()
 {
-    const QString name = GetName(*m_library, m_layer.GetCompoundTarget());
+    const ItemID target = m_layer.GetCompoundTarget();
+    const QString name = GetItemName(*m_library, target);
     const QString application = QStringLiteral("nodebrowser");
     setWindowTitle(name.isEmpty() ? application : tr("%1 \u2013 %2").arg(name, application));
+    m_canvas->SetCompound(target);
 }
 
 } // namespace host

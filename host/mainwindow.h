@@ -1,8 +1,12 @@
 /// The window of the reference host: the browser in a dock beside a graph.
 #pragma once
 
+#include "datamodel/itemid.h"
+
 #include <QMainWindow>
 #include <QString>
+
+#include <memory>
 
 class QLabel;
 
@@ -15,11 +19,13 @@ class Library;
 namespace host
 {
 
+class ChangeWatcher;
 class GraphCanvas;
 class LibraryBrowser;
 
-/// Shows one library of a data layer and can open another in its place. The title names the compound that is edited, the
-/// status bar the selected item and the library.
+/// Shows one library of a data layer and can open another in its place. Title and graph follow the compound that is
+/// edited, the status bar names the selected item and the library. Whoever closes the window or opens another library
+/// is asked what to do with changes that are not saved.
 ///
 /// The data layer must outlive the window; the window takes its handlers for the compound target and for showing files.
 class MainWindow : public QMainWindow
@@ -34,31 +40,42 @@ public:
     LibraryBrowser& GetBrowser() { return *m_browser; }
     memorymodel::Library& GetLibrary() { return *m_library; }
 
-    /// Opens a file or a folder in the place of the library shown. The undo history and the graph start anew. When it
-    /// cannot be read, the library shown stays and a message says why.
+    /// Opens a file or a folder in the place of the library shown and puts it at the front of the recent ones. The undo
+    /// history and the graphs start anew. When the user would rather keep unsaved changes, the library shown stays; so it
+    /// does when the other one cannot be read, and a message says why.
     /// \return whether it was opened
     bool Open(const QString& in_path);
+
+protected:
+    void closeEvent(QCloseEvent* in_event) override;
 
 private Q_SLOTS:
     void OnOpenLibrary();
     void OnOpenFolder();
+    void OnChooseType();
     void OnSelectionChanged();
-    void OnLibraryChanged();
 
 private:
     void CreateDock();
-    void CreateMenus();
+    void CreateFileMenu();
+    void CreateEditMenu();
+    void CreateLibraryMenu();
     void CreateStatusBar();
     void ConnectDataLayer();
     void Attach(memorymodel::Library& in_library);
+    void OnLibraryChanged();
+    void OnLibraryCommitted();
+    void ShowSelection();
     void ShowTarget();
 
     memorymodel::DataLayer& m_layer;
     memorymodel::Library* m_library;
     LibraryBrowser* m_browser;
     GraphCanvas* m_canvas;
+    vireo::datamodel::ItemID m_selected;
     QLabel* m_selectionLabel;
     QLabel* m_libraryLabel;
+    std::unique_ptr<ChangeWatcher> m_watcher;
 };
 
 } // namespace host

@@ -14,6 +14,8 @@ using vireo::datamodel::ItemID;
 namespace
 {
 
+const QRect gHint(150, 180, 300, 40);
+
 QList<GraphBox*> BoxesOf(const GraphCanvas& in_canvas)
 {
     return in_canvas.findChildren<GraphBox*>();
@@ -193,8 +195,7 @@ private Q_SLOTS:
         const QImage empty = m_canvas->grab().toImage();
         Drop(*m_canvas, QPoint(200, 50), PayloadOf(item));
         QImage filled = m_canvas->grab().toImage();
-        const QRect hint(150, 180, 300, 40);
-        QVERIFY(CountDifferences(empty.copy(hint), filled.copy(hint)) > 100);
+        QVERIFY(CountDifferences(empty.copy(gHint), filled.copy(gHint)) > 100);
         QTest::keyClick(BoxesOf(*m_canvas).first(), Qt::Key_Delete);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCOMPARE(CountDifferences(empty, m_canvas->grab().toImage()), 0);
@@ -231,11 +232,84 @@ private Q_SLOTS:
         const ItemID item = m_library->Add(NewItem::Compound("Blend"));
         Drop(*m_canvas, QPoint(200, 150), PayloadOf(item));
         m_library->Rename(item, "Mix Layers");
-        m_canvas->UpdateNames();
+        m_canvas->Refresh();
         QCOMPARE(BoxesOf(*m_canvas).first()->GetName(), QStringLiteral("Mix Layers"));
+    }
+
+    void theBoxOfAnItemThatIsGoneIsGreyUntilItComesBack()
+    {
+        memorymodel::CommandManager& commands = m_layer.GetCommandManager();
+        const ItemID item = m_library->Add(NewItem::Compound("Blend"));
+        Drop(*m_canvas, QPoint(200, 150), PayloadOf(item));
+        GraphBox& box = *BoxesOf(*m_canvas).first();
+        QVERIFY(!box.IsMissing());
+        const QImage before = box.grab().toImage();
+
+        m_library->Remove(item, &commands);
+        m_canvas->Refresh();
+        QVERIFY(box.IsMissing());
+        QCOMPARE(box.GetName(), QStringLiteral("Blend"));
+        QCOMPARE(box.toolTip(), QStringLiteral("Blend is not in the library any more"));
+        QCOMPARE(box.size(), before.size());
+        QVERIFY(CountDifferences(before, box.grab().toImage()) > 100);
+
+        commands.GetStack().undo();
+        m_canvas->Refresh();
+        QVERIFY(!box.IsMissing());
+        QCOMPARE(box.toolTip(), QStringLiteral("Blend"));
+        QCOMPARE(CountDifferences(before, box.grab().toImage()), 0);
+        commands.GetStack().clear();
+    }
+
+    void theCaptionNamesTheCompound()
+    {
+        const QRect place(0, 0, 300, 40);
+        const ItemID item = m_library->Add(NewItem::Compound("Blend"));
+        QCOMPARE(m_canvas->GetCaption(), QString());
+        const QImage without = m_canvas->grab(place).toImage();
+        m_canvas->SetCompound(item);
+        QCOMPARE(m_canvas->GetCaption(), QStringLiteral("Editing Blend"));
+        QVERIFY(CountDifferences(without, m_canvas->grab(place).toImage()) > 100);
+        m_library->Rename(item, "Mix");
+        m_canvas->Refresh();
+        QCOMPARE(m_canvas->GetCaption(), QStringLiteral("Editing Mix"));
         m_library->Remove(item);
-        m_canvas->UpdateNames();
-        QCOMPARE(BoxesOf(*m_canvas).first()->GetName(), QStringLiteral("Mix Layers"));
+        m_canvas->Refresh();
+        QCOMPARE(m_canvas->GetCaption(), QString());
+        QCOMPARE(CountDifferences(without, m_canvas->grab(place).toImage()), 0);
+    }
+
+    void aCaptionThatIsTooLongStaysInside()
+    {
+        m_canvas->SetCompound(m_library->Add(NewItem::Compound(std::string(500, 'w'))));
+        const QImage picture = m_canvas->grab(QRect(588, 0, 12, 40)).toImage();
+        m_canvas->SetCompound(ItemID());
+        QCOMPARE(CountDifferences(picture, m_canvas->grab(QRect(588, 0, 12, 40)).toImage()), 0);
+    }
+
+    void eachCompoundKeepsItsBoxes()
+    {
+        const ItemID item = m_library->Add(NewItem::Solver("Add"));
+        const ItemID one = m_library->Add(NewItem::Compound("One"));
+        const ItemID other = m_library->Add(NewItem::Compound("Other"));
+        m_canvas->SetCompound(one);
+        const QImage empty = m_canvas->grab(gHint).toImage();
+        Drop(*m_canvas, QPoint(200, 50), PayloadOf(item));
+        GraphBox* const box = BoxesOf(*m_canvas).first();
+        QVERIFY(CountDifferences(empty, m_canvas->grab(gHint).toImage()) > 100);
+
+        m_canvas->SetCompound(other);
+        QVERIFY(box->isHidden());
+        QCOMPARE(CountDifferences(empty, m_canvas->grab(gHint).toImage()), 0);
+        Drop(*m_canvas, QPoint(200, 50), PayloadOf(item));
+        QCOMPARE(BoxesOf(*m_canvas).size(), 2);
+
+        m_canvas->SetCompound(one);
+        QVERIFY(!box->isHidden());
+        QVERIFY(BoxesOf(*m_canvas).last()->isHidden());
+        m_canvas->SetCompound(ItemID());
+        QVERIFY(box->isHidden());
+        QVERIFY(BoxesOf(*m_canvas).last()->isHidden());
     }
 
     void anotherLibraryEmptiesTheGraph()

@@ -1,0 +1,108 @@
+#include "host/unsavedchanges.h"
+
+#include "host/itemkind.h"
+#include "host/text.h"
+#include "memorymodel/library.h"
+
+#include <QCoreApplication>
+#include <QMessageBox>
+#include <QStringList>
+
+#include <list>
+#include <string>
+#include <vector>
+
+using vireo::datamodel::ItemID;
+using vireo::datamodel::ItemLibraryModifierAccessor;
+
+namespace host
+{
+
+namespace
+{
+
+const int gNamesShown = 5;
+const char* const gContext = "UnsavedChanges";
+
+QString Translate(const char* in_text, int in_number = -1)
+{
+    return QCoreApplication::translate(gContext, in_text, nullptr, in_number);
+}
+
+std::vector<ItemID> GetUnsavedItems(const memorymodel::Library& in_library)
+{
+    const vireo::datamodel::ItemLibraryAccessor accessor = in_library.GetAccessor();
+    std::vector<ItemID> unsaved;
+    for (const ItemID& item : in_library.GetItems())
+        if (accessor.ItemIsDirty(item))
+            unsaved.push_back(item);
+    return unsaved;
+}
+
+QString ListNames(const memorymodel::Library& in_library, const std::vector<ItemID>& in_items)
+{
+    QStringList names;
+    for (const ItemID& item : in_items)
+        names << GetItemName(in_library, item);
+    names.sort(Qt::CaseInsensitive);
+    const int hidden = static_cast<int>(names.size()) - gNamesShown;
+    if (hidden > 0)
+        names = names.mid(0, gNamesShown) << Translate("and %n more", hidden);
+    return names.join(QStringLiteral(", "));
+}
+
+/// Names are shown letter by letter, whatever is in them.
+int Ask(QMessageBox& in_box, const QString& in_title, const QString& in_details)
+{
+    in_box.setTextFormat(Qt::PlainText);
+    in_box.setWindowTitle(in_title);
+    in_box.setInformativeText(in_details);
+    return in_box.exec();
+}
+
+bool Save(const memorymodel::Library& in_library, QWidget* in_parent)
+{
+    const ItemLibraryModifierAccessor library(in_library.GetAccessor());
+    bool written = false;
+    std::list<std::string> messages;
+    if (library.CommitToDisk(written, &messages, false, nexa4::UID_Null()))
+        return true;
+    QStringList details;
+    for (const std::string& message : messages)
+        details << ToText(message);
+    QMessageBox box(QMessageBox::Critical, QString(), Translate("The library could not be saved."), QMessageBox::Ok,
+                    in_parent);
+    Ask(box, Translate("Save library"), details.join(QLatin1Char('\n')));
+    return false;
+}
+
+} // namespace
+
+std::size_t CountUnsavedItems(const memorymodel::Library& in_library)
+{
+    return GetUnsavedItems(in_library).size();
+}
+
+bool MayLeaveLibrary(const memorymodel::Library& in_library, QWidget* in_parent)
+{
+    const std::vector<ItemID> unsaved = GetUnsavedItems(in_library);
+    if (unsaved.empty())
+        return true;
+    const QString text = unsaved.size() == 1 ? Translate("An item of the library %1 has changes that are not saved.")
+                                             : Translate("%n items of the library %1 have changes that are not saved.",
+                                                         static_cast<int>(unsaved.size()));
+    QMessageBox box(QMessageBox::Warning, QString(), text.arg(ToText(in_library.GetName())),
+                    QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, in_parent);
+    box.setDefaultButton(QMessageBox::Save);
+    switch (Ask(box, Translate("Unsaved changes"), ListNames(in_library, unsaved)))
+    {
+    case QMessageBox::Save:
+        return Save(in_library, in_parent);
+    case QMessageBox::Discard:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace host

@@ -1,0 +1,354 @@
+#include "datamodel/helpers.h"
+#include "datamodel/sourcecontrol.h"
+#include "host/graphcanvas.h"
+#include "host/librarybrowser.h"
+#include "host/mainwindow.h"
+#include "memorymodel/datalayer.h"
+#include "nodebrowser/typeselector.h"
+#include "tests/host/modal.h"
+#include "tests/support/testmain.h"
+
+#include <QLineEdit>
+#include <QStatusBar>
+
+using host::MainWindow;
+using memorymodel::Library;
+using memorymodel::NewItem;
+using vireo::datamodel::ItemID;
+
+namespace
+{
+
+const int gListTop = 43;
+const int gRowHeight = 24;
+
+/// Types a name into the dialog that makes a compound, and confirms it.
+void NameCompound(QWidget& in_dialog, const QString& in_name)
+{
+    QLineEdit* name = nullptr;
+    for (QLineEdit* const line : in_dialog.findChildren<QLineEdit*>())
+        if (!line->text().isEmpty()) // only the name has something to start with
+            name = line;
+    QVERIFY(name);
+    name->selectAll();
+    QTest::keyClicks(name, in_name);
+    QTest::keyClick(name, Qt::Key_Return);
+}
+
+class PaintCounter : public QObject
+{
+public:
+    int m_count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* in_event) override
+    {
+        m_count += in_event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+} // namespace
+
+class TestMenus : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { SilencePlatform(); }
+
+    void init()
+    {
+        m_library = &m_layer.AddLibrary("Nodes");
+        m_library->AddDataSource("Local");
+        m_blend = m_library->Add(NewItem::Compound("Blend"));
+        m_library->Add(NewItem::Solver("Add"));
+        m_library->Add(NewItem::Type("Float"));
+        m_layer.GetSourceControl().SetVersionControlActive(true);
+        m_layer.GetSourceControl().SetEnabled(true);
+        m_window.reset(new MainWindow(m_layer, *m_library));
+        m_window->resize(900, 600);
+        m_window->setMinimumSize(1, 1); // a platform without windows complains of any other least size
+        m_window->show();
+        m_window->grab();
+    }
+
+    void cleanup()
+    {
+        CloseMenus();
+        m_window.reset();
+        m_layer.GetCommandManager().GetStack().clear();
+        m_layer.RemoveLibrary(*m_library);
+    }
+
+    void theMenuBarHasAllMenus()
+    {
+        QStringList titles;
+        for (const QAction* const action : m_window->menuBar()->actions())
+            titles << action->text();
+        QCOMPARE(titles, QStringList() << QStringLiteral("&File") << QStringLiteral("&Edit")
+                                       << QStringLiteral("&Library") << QStringLiteral("&Source control"));
+    }
+
+    void theLibraryMenuHasTheBrowsersCommands()
+    {
+        QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Library"));
+        QVERIFY(menu);
+        QVERIFY(FindEntry(*menu, QStringLiteral("Save graph library")));
+        QVERIFY(FindEntry(*menu, QStringLiteral("Choose &type\u2026")));
+        QMenu* const newItem = OpenSubmenu(*menu, QStringLiteral("&New"));
+        QVERIFY(newItem);
+        QStringList entries;
+        for (const QAction* const action : newItem->actions())
+            entries << action->text();
+        QCOMPARE(entries, QStringList() << QStringLiteral("Public compound")
+                                        << QStringLiteral("Public looping compound")
+                                        << QStringLiteral("Compound signature"));
+    }
+
+    void aNewItemIsMadeAndCanBeUndone_data()
+    {
+        QTest::addColumn<bool>("loop");
+        QTest::addColumn<bool>("signature");
+        QTest::newRow("Public compound") << false << false;
+        QTest::newRow("Public looping compound") << true << false;
+        QTest::newRow("Compound signature") << false << true;
+    }
+
+    void aNewItemIsMadeAndCanBeUndone()
+    {
+        QFETCH(bool, loop);
+        QFETCH(bool, signature);
+        AtModal person([](QWidget& in_dialog) { NameCompound(in_dialog, QStringLiteral("Mine")); });
+        QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Library"));
+        QVERIFY(menu);
+        QMenu* const newItem = OpenSubmenu(*menu, QStringLiteral("&New"));
+        QVERIFY(newItem);
+        QVERIFY(ClickEntry(*newItem, QLatin1String(QTest::currentDataTag())));
+        QCOMPARE(person.GetCount(), 1);
+
+        const ItemID item = m_library->FindByName("Mine");
+        QVERIFY(item.IsValid());
+        QCOMPARE(m_library->IsLoopCompound(item), loop);
+        QCOMPARE(m_library->IsSignature(item), signature);
+        QVERIFY(m_layer.GetCompoundTarget() == item);
+        QCOMPARE(Canvas()->GetCaption(), QStringLiteral("Editing Mine"));
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("Mine \u2013 nodebrowser"));
+
+        m_layer.GetCommandManager().GetStack().undo();
+        QCOMPARE(Canvas()->GetCaption(), QString());
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("nodebrowser"));
+        m_layer.GetCommandManager().GetStack().redo();
+        QCOMPARE(Canvas()->GetCaption(), QStringLiteral("Editing Mine"));
+    }
+
+    void savingSaysHowItWent()
+    {
+        m_library->Rename(m_blend, "Mix");
+        QVERIFY(m_library->GetAccessor().ItemIsDirty(m_blend));
+        m_library->SetWriter([](const ItemID&) { return std::string("The disk is full."); });
+        QMenu* menu = OpenMenu(*m_window, QStringLiteral("&Library"));
+        QVERIFY(menu);
+        QVERIFY(ClickEntry(*menu, QStringLiteral("Save graph library")));
+        QCOMPARE(m_window->statusBar()->currentMessage(), QStringLiteral("1 item of Nodes could not be saved"));
+        QVERIFY(m_library->GetAccessor().ItemIsDirty(m_blend));
+
+        m_library->SetWriter(nullptr);
+        menu = OpenMenu(*m_window, QStringLiteral("&Library"));
+        QVERIFY(menu);
+        QVERIFY(ClickEntry(*menu, QStringLiteral("Save graph library")));
+        QCOMPARE(m_window->statusBar()->currentMessage(), QStringLiteral("Nodes is saved"));
+        QVERIFY(!m_library->GetAccessor().ItemIsDirty(m_blend));
+    }
+
+    void undoAndRedoNameTheCommand()
+    {
+        QMenu* menu = OpenMenu(*m_window, QStringLiteral("&Edit"));
+        QVERIFY(menu);
+        QCOMPARE(menu->actions().size(), 2);
+        QAction* const undo = menu->actions().at(0);
+        QAction* const redo = menu->actions().at(1);
+        QCOMPARE(undo->text(), QStringLiteral("&Undo"));
+        QVERIFY(!undo->isEnabled());
+        QCOMPARE(redo->text(), QStringLiteral("&Redo"));
+        QVERIFY(!redo->isEnabled());
+        CloseMenus();
+
+        m_library->Rename(m_blend, "Mix", &m_layer.GetCommandManager());
+        const QString command = m_layer.GetCommandManager().GetStack().undoText();
+        QVERIFY(!command.isEmpty());
+        QCOMPARE(undo->text(), QStringLiteral("&Undo ") + command);
+        QVERIFY(!redo->isEnabled());
+        menu = OpenMenu(*m_window, QStringLiteral("&Edit"));
+        QVERIFY(menu);
+        QVERIFY(ClickEntry(*menu, undo->text()));
+        QVERIFY(m_library->FindByName("Blend") == m_blend);
+        QVERIFY(!undo->isEnabled());
+        QCOMPARE(redo->text(), QStringLiteral("&Redo ") + command);
+        menu = OpenMenu(*m_window, QStringLiteral("&Edit"));
+        QVERIFY(menu);
+        QVERIFY(ClickEntry(*menu, redo->text()));
+        QVERIFY(m_library->FindByName("Mix") == m_blend);
+    }
+
+    void theSelectedItemIsCheckedOutOrMadeWritable_data()
+    {
+        QTest::addColumn<unsigned>("state");
+        QTest::newRow("&Check out") << unsigned(memorymodel::eCheckedOut);
+        QTest::newRow("&Make writable") << unsigned(memorymodel::eWritable);
+    }
+
+    void theSelectedItemIsCheckedOutOrMadeWritable()
+    {
+        QFETCH(unsigned, state);
+        const QString entry = QLatin1String(QTest::currentDataTag());
+        QMenu* menu = OpenMenu(*m_window, QStringLiteral("&Source control"));
+        QVERIFY(menu);
+        QVERIFY(!FindEntry(*menu, entry)->isEnabled());
+        CloseMenus();
+
+        Select("Blend");
+        menu = OpenMenu(*m_window, QStringLiteral("&Source control"));
+        QVERIFY(menu);
+        QVERIFY(FindEntry(*menu, entry)->isEnabled());
+        QVERIFY(ClickEntry(*menu, entry));
+        QCOMPARE(m_layer.GetSourceControl().GetState(m_blend), state);
+    }
+
+    void theSwitchSetsTheProperty()
+    {
+        QMenu* menu = OpenMenu(*m_window, QStringLiteral("&Source control"));
+        QVERIFY(menu);
+        QAction* const entry = FindEntry(*menu, QStringLiteral("&Show source control"));
+        QVERIFY(entry->isChecked());
+        QVERIFY(ClickEntry(*menu, entry->text()));
+        QVERIFY(!entry->isChecked());
+        QVERIFY(!IsDisplayOn());
+        menu = OpenMenu(*m_window, QStringLiteral("&Source control"));
+        QVERIFY(menu);
+        QVERIFY(ClickEntry(*menu, entry->text()));
+        QVERIFY(entry->isChecked());
+        QVERIFY(IsDisplayOn());
+    }
+
+    void theSwitchFollowsTheProperty()
+    {
+        QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Source control"));
+        QVERIFY(menu);
+        const QAction* const entry = FindEntry(*menu, QStringLiteral("&Show source control"));
+        QVERIFY(entry->isChecked());
+        m_layer.GetSourceControl().SetEnabled(false);
+        QVERIFY(!entry->isChecked());
+        m_layer.GetSourceControl().SetEnabled(true);
+        QVERIFY(entry->isChecked());
+        m_layer.GetSourceControl().SetHasProperties(false);
+        QVERIFY(!entry->isChecked());
+        m_layer.GetSourceControl().SetHasProperties(true);
+        QVERIFY(entry->isChecked());
+    }
+
+    void badgesGoAndComeWithTheSwitch()
+    {
+        m_layer.GetSourceControl().SetState(m_blend, memorymodel::eCheckedOut);
+        const QImage with = PaintList();
+        m_layer.GetSourceControl().SetEnabled(false);
+        const QImage without = PaintList();
+        QVERIFY(with != without);
+        m_layer.GetSourceControl().SetEnabled(true);
+        QCOMPARE(PaintList(), with);
+    }
+
+    void badgesGoAtOnce()
+    {
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QCoreApplication::processEvents();
+        PaintCounter paints;
+        m_window->GetBrowser().installEventFilter(&paints);
+        QCoreApplication::processEvents();
+        QCOMPARE(paints.m_count, 0);
+        m_layer.GetSourceControl().SetEnabled(false);
+        QCoreApplication::processEvents();
+        QVERIFY(paints.m_count > 0);
+    }
+
+    void withoutVersionControlTheMenuIsGreyedOut()
+    {
+        m_layer.GetSourceControl().SetVersionControlActive(false);
+        Select("Blend");
+        QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Source control"));
+        QVERIFY(menu);
+        for (const QAction* const entry : menu->actions())
+            QVERIFY2(entry->isSeparator() || !entry->isEnabled(), qPrintable(entry->text()));
+    }
+
+    void noTypeChosenIsNotMentioned()
+    {
+        AtModal person([](QWidget& in_dialog) {
+            QVERIFY(qobject_cast<CTypeSelector*>(&in_dialog));
+            QTest::keyClick(&in_dialog, Qt::Key_Escape);
+        });
+        ChooseType();
+        QCOMPARE(person.GetCount(), 1);
+        QCOMPARE(m_window->statusBar()->currentMessage(), QString());
+    }
+
+    void aChosenTypeIsNamedInTheStatusBar()
+    {
+        AtModal person([](QWidget& in_dialog) {
+            QTest::keyClicks(in_dialog.findChild<QLineEdit*>(), QStringLiteral("flo"));
+            in_dialog.grab();
+            CNodeBrowser* const browser = in_dialog.findChild<CNodeBrowser*>();
+            QLineEdit* const search = in_dialog.findChild<QLineEdit*>();
+            const int below = search->mapTo(browser, QPoint(0, search->height())).y();
+            QTest::mouseClick(browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, below + gRowHeight));
+            if (in_dialog.isVisible())
+                QTest::keyClick(&in_dialog, Qt::Key_Escape);
+        });
+        ChooseType();
+        QCOMPARE(person.GetCount(), 1);
+        QCOMPARE(m_window->statusBar()->currentMessage(), QStringLiteral("Type chosen: Float"));
+    }
+
+private:
+    host::GraphCanvas* Canvas() { return m_window->findChild<host::GraphCanvas*>(); }
+
+    void Select(const char* in_search)
+    {
+        m_window->GetBrowser().Search(QLatin1String(in_search));
+        m_window->grab();
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier,
+                          QPoint(100, gListTop + gRowHeight / 2));
+    }
+
+    void ChooseType()
+    {
+        QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Library"));
+        QVERIFY(menu);
+        QVERIFY(ClickEntry(*menu, QStringLiteral("Choose &type\u2026")));
+    }
+
+    /// The rows, once the states that they asked for are there.
+    QImage PaintList()
+    {
+        m_window->grab();
+        m_layer.GetSourceControl().DeliverRequestedStates();
+        return m_window->GetBrowser().grab().toImage();
+    }
+
+    static bool IsDisplayOn()
+    {
+        bool enabled = false;
+        hmxGetService<IRevisionControlPropertiesMgr>("RevisionControlPropertiesMgr")->GetSourceControlEnabled(&enabled);
+        return enabled;
+    }
+
+    OwnSettings m_settings;
+    // The browser looks the factory objects up once in a process, so one layer serves all tests.
+    memorymodel::DataLayer m_layer;
+    Library* m_library = nullptr;
+    ItemID m_blend;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+NODEBROWSER_TEST_MAIN(TestMenus)
+#include "test_menus.moc"
