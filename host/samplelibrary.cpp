@@ -9,8 +9,6 @@ using memorymodel::DataLayer;
 using memorymodel::DataSource;
 using memorymodel::Library;
 using memorymodel::NewItem;
-using vireo::datamodel::gApplicationTagsKey;
-using vireo::datamodel::ItemID;
 
 namespace host
 {
@@ -62,17 +60,6 @@ void AddItems(Library& in_library)
     }
 }
 
-/// Leaves some compounds with changes, as after a morning's work.
-void ChangeSomeItems(Library& in_library)
-{
-    for (const char* const name : {"Blend", "Bricks", "Heartbeat"})
-    {
-        const ItemID item = in_library.FindByName(name);
-        const std::string tags = in_library.GetAccessor().GetItemTags(item, gApplicationTagsKey);
-        in_library.SetTags(item, tags + ";in progress");
-    }
-}
-
 void SetSourceControlStates(DataLayer& in_layer, Library& in_library)
 {
     struct NamedState
@@ -100,7 +87,6 @@ Library& AddSampleLibrary(DataLayer& in_layer)
 {
     Library& library = in_layer.AddLibrary("Sample");
     AddItems(library);
-    ChangeSomeItems(library);
     SetSourceControlStates(in_layer, library);
     return library;
 }

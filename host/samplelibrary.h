@@ -11,7 +11,6 @@ namespace host
 {
 
 /// Adds the sample library to a data layer and switches source control on, with a state of its own for some compounds.
-/// A few compounds have changes that were not saved.
 ///
 /// Its data sources: "Local" (takes new items), "Factory" (the factory source), "Studio" (writable) and
 /// "Archive" (read-only).

@@ -146,7 +146,7 @@ private Q_SLOTS:
     {
         const Result result = RunHost(Arguments({"--tab", "all", "--search", "Blend", "--rows"}));
         QCOMPARE(result.m_status, 0);
-        QCOMPARE(result.m_out, QByteArray("0\tcompound\tBlend\tCompound;colour;in progress;layer;mix;opacity\t0\n"
+        QCOMPARE(result.m_out, QByteArray("0\tcompound\tBlend\tCompound;colour;layer;mix;opacity\t0\n"
                                           "1\tsignature\tBlend Function\tCompound;colour;function;interface;mix\t0\n"
                                           "2\ttype\tBlend Mode\tType;choice;colour;mix\t0\n"
                                           "3\tcompound\tMultiply Blend\tCompound;colour;darken;layer;mix\t1\n"
