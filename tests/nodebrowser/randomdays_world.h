@@ -107,7 +107,8 @@ public:
     /// Whether a source holds one of the factory objects.
     bool IsFactorySource(const memorymodel::DataSource* in_source) const
     {
-        return in_source && (in_source == m_factorySources[0] || in_source == m_factorySources[1]);
+        return in_source && (in_source == LastSource(memorymodel::eFactorySource) ||
+                             in_source == LastSource(memorymodel::eSecondFactorySource));
     }
 
     /// A few items that may be anywhere.
@@ -255,20 +256,35 @@ private:
         default:
             break;
         }
+        // Another item may be on its way already: whoever adds this one may do so as that one's change begins.
+        const Traits* const outerTraits = m_traitsToCome;
+        const std::string outerName = m_nameToCome;
         m_traitsToCome = &traits;
+        m_nameToCome = name;
         in_library.Add(item);
-        m_traitsToCome = nullptr;
+        m_traitsToCome = outerTraits;
+        m_nameToCome = outerName;
         return Text("add ") + Text(name);
     }
 
-    // The world is told first of all, so that it knows the item when anybody asks.
+    // The world is told first of all, so that it knows the item when anybody asks. Whoever acts when a change begins may
+    // add other items before the one that is to come: those made by commands, which have no traits of their own.
     void ItemAdded(vireo::datamodel::ItemAccessor& in_item) override
     {
-        if (m_traitsToCome && m_traits.find(in_item.GetItemID()) == m_traits.end())
-        {
-            m_traits[in_item.GetItemID()] = *m_traitsToCome;
+        const ItemID id = in_item.GetItemID();
+        if (m_traits.find(id) != m_traits.end())
+            return;
+        const bool awaited = m_traitsToCome && NameOf(id) == m_nameToCome;
+        m_traits[id] = awaited ? *m_traitsToCome : Traits();
+        if (awaited)
             m_traitsToCome = nullptr;
-        }
+    }
+    std::string NameOf(const ItemID& in_item) const
+    {
+        for (const memorymodel::Library* library : m_libraries)
+            if (library->GetSourceOf(in_item))
+                return library->GetAccessor().GetItemName(in_item, true, nullptr);
+        return std::string();
     }
     void ItemRemoved(vireo::datamodel::ItemAccessor&) override {}
 
@@ -406,6 +422,17 @@ private:
         return Text("remove a library");
     }
 
+    /// The source that a factory object is in: of all open libraries the last one that was made for it.
+    const memorymodel::DataSource* LastSource(unsigned in_flag) const
+    {
+        const memorymodel::DataSource* last = nullptr;
+        for (const memorymodel::Library* library : m_libraries)
+            for (const auto& source : library->GetDataSources())
+                if (library->GetAccessor().IsValid() && (source->GetFlags() & in_flag) != 0)
+                    last = source.get();
+        return last;
+    }
+
     void AddLibrary(bool in_factory)
     {
         static const unsigned flags[] = {memorymodel::ePlainSource, memorymodel::eReadOnlySource};
@@ -414,9 +441,8 @@ private:
         library.AddDataSource("Other", flags[m_chance.Below(2)]);
         if (in_factory || m_chance.OneIn(3))
         {
-            m_factorySources[0] =
-                &library.AddDataSource("Factory", memorymodel::eFactorySource | flags[m_chance.Below(2)]);
-            m_factorySources[1] = &library.AddDataSource("Second", memorymodel::eSecondFactorySource);
+            library.AddDataSource("Factory", memorymodel::eFactorySource | flags[m_chance.Below(2)]);
+            library.AddDataSource("Second", memorymodel::eSecondFactorySource);
         }
         const vireo::datamodel::ItemTOCAccessor toc = GetTOC(library.GetAccessor());
         toc.AddObserver(this, vireo::datamodel::eItemTOCNotificationKind, toc.GetContext());
@@ -454,7 +480,7 @@ private:
     std::map<ItemID, Traits> m_traits;
     memorymodel::Library* m_attached = nullptr;
     const Traits* m_traitsToCome = nullptr; ///< of the item that is just being added
-    const memorymodel::DataSource* m_factorySources[2] = {nullptr, nullptr};
+    std::string m_nameToCome;               ///< its name
     int m_librariesMade = 0;
     bool m_system = true;
     bool m_helper = true;
