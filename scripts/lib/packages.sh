@@ -4,7 +4,7 @@
 build_packages=(g++ cmake ninja-build libboost-dev fonts-dejavu-core)
 qt6_packages=(qt6-base-dev)
 qt5_packages=(qtbase5-dev)
-test_packages=(xvfb xauth git)
+test_packages=(xvfb xauth openbox xdotool git)
 lint_packages=(clang-format clang-tidy git)
 
 # say TEXT: a line about what the script is doing, or why it cannot.

@@ -1,0 +1,506 @@
+#include "datamodel/helpers.h"
+#include "host/graphbox.h"
+#include "host/graphcanvas.h"
+#include "host/librarybrowser.h"
+#include "host/mainwindow.h"
+#include "host/samplelibrary.h"
+#include "host/text.h"
+#include "memorymodel/datalayer.h"
+#include "tests/host/journey.h"
+#include "tests/host/modal.h"
+#include "tests/support/testmain.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDrag>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStatusBar>
+
+using host::GraphBox;
+using host::GraphCanvas;
+using host::MainWindow;
+using memorymodel::Library;
+using vireo::datamodel::ItemID;
+
+namespace
+{
+
+const int gListTop = 43;
+const int gRowHeight = 24;
+const QPoint gWhereDropped(250, 200); // in the canvas
+
+QString Same(const QString& in_actual, const QString& in_wanted)
+{
+    return in_actual == in_wanted ? QString() : QStringLiteral("\"%1\" is not \"%2\"").arg(in_actual, in_wanted);
+}
+
+QString Needs(bool in_fact, const char* in_what)
+{
+    return in_fact ? QString() : QStringLiteral("missing: ") + QLatin1String(in_what);
+}
+
+QString Both(const QString& in_first, const QString& in_second)
+{
+    return in_first.isEmpty() ? in_second : in_first;
+}
+
+template <class Widget> Widget* InDialog()
+{
+    QWidget* const dialog = QApplication::activeModalWidget();
+    return dialog ? dialog->findChild<Widget*>() : nullptr;
+}
+
+QMenu* OpenPopup()
+{
+    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+}
+
+/// The entry of the menu in front, or null.
+QAction* EntryInFront(const QString& in_text)
+{
+    const QMenu* const menu = OpenPopup();
+    return menu ? FindEntry(*menu, in_text) : nullptr;
+}
+
+QPoint CentreOfEntry(const QString& in_text)
+{
+    QMenu* const menu = OpenPopup();
+    return menu->mapToGlobal(menu->actionGeometry(EntryInFront(in_text)).center());
+}
+
+/// What the data model holds of all that the journey changes; the undo steps and the compound that is edited too.
+struct Facts
+{
+    QString m_blend = QStringLiteral("Blend");
+    QString m_tags = QStringLiteral("colour;mix;layer;opacity");
+    QString m_bricksSource = QStringLiteral("Studio");
+    QString m_created;
+    QString m_base;
+    QString m_target;
+    QString m_unsaved;
+    int m_items = 0;
+    int m_undoIndex = 0;
+    int m_undoCount = 0;
+
+    QString ToText() const
+    {
+        return QStringLiteral("Blend: %1 (%2); Bricks in %3; new: %4 of %5; edited: %6; unsaved: %7; %8 items; ")
+                   .arg(m_blend, m_tags, m_bricksSource, m_created, m_base, m_target, m_unsaved)
+                   .arg(m_items) +
+               QStringLiteral("%1 of %2 steps done").arg(m_undoIndex).arg(m_undoCount);
+    }
+};
+
+/// Notes that the toolkit has brought a drag to a widget.
+class DragWatcher : public QObject
+{
+public:
+    bool m_entered = false;
+
+protected:
+    bool eventFilter(QObject*, QEvent* in_event) override
+    {
+        m_entered = m_entered || in_event->type() == QEvent::DragMove;
+        return false;
+    }
+};
+
+} // namespace
+
+class TestJourney : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aPersonsDay();
+
+private:
+    void AddSearch();
+    void AddDrag();
+    void AddRename();
+    void AddTags();
+    void AddMove();
+    void AddCreation();
+    void AddUndoAndRedo();
+    void AddSaveAndQuit();
+
+    /// A step that leaves the data model as the facts are at this point of the script, and that needs what the check says.
+    void Step(const QString& in_name, Journey::Action in_action, Journey::Check in_check)
+    {
+        const Facts facts = m_facts;
+        m_journey->Add(in_name, std::move(in_action),
+                       [this, facts, in_check] { return Both(in_check(), Same(ReadFacts(), facts.ToText())); });
+    }
+
+    /// The facts are changed after this by one step that can be undone.
+    void BeginChange()
+    {
+        m_states.push_back(m_facts);
+        m_facts.m_undoIndex = ++m_facts.m_undoCount;
+    }
+
+    /// A step that brings all back to one of the states before or after a change.
+    void GoTo(std::size_t in_state, const QString& in_name, const char* in_key)
+    {
+        const int count = m_facts.m_undoCount;
+        m_facts = m_states[in_state];
+        m_facts.m_undoCount = count;
+        const QString box = m_facts.m_blend;
+        Step(
+            in_name, [in_key] { return PressKeys({QLatin1String(in_key)}); },
+            [this, box] { return Same(Canvas()->findChild<GraphBox*>()->GetName(), box); });
+    }
+
+    /// Clicks the first row with the right button and chooses an entry of its menu.
+    void ChooseInContextMenu(const QString& in_entry, Journey::Check in_check)
+    {
+        Step(
+            QStringLiteral("menu for ") + in_entry, [this] { return ClickAt(Row(0), 3); },
+            [in_entry] {
+                const QAction* const entry = EntryInFront(in_entry);
+                return Needs(entry && entry->isEnabled(), qPrintable(in_entry));
+            });
+        Step(
+            in_entry, [in_entry] { return ClickAt(CentreOfEntry(in_entry)); }, std::move(in_check));
+    }
+
+    /// Types into the search field in the place of what it holds.
+    void SearchFor(const QString& in_text, const QStringList& in_rows)
+    {
+        Step(
+            QStringLiteral("go to search for ") + in_text, [this] { return ClickAt(CentreOf(*SearchField())); },
+            [this] { return Needs(SearchField()->hasFocus(), "the focus in the search field"); });
+        Step(
+            QStringLiteral("mark the search before ") + in_text, [] { return PressKeys({QStringLiteral("ctrl+a")}); },
+            [this] { return Same(SearchField()->selectedText(), SearchField()->text()); });
+        Step(
+            QStringLiteral("search for ") + in_text, [in_text] { return TypeText(in_text); },
+            [this, in_text, in_rows] {
+                return Both(Same(SearchField()->text(), in_text),
+                            Same(Rows().join(QLatin1Char('|')), in_rows.join(QLatin1Char('|'))));
+            });
+    }
+
+    QString ReadFacts() const;
+
+    QLineEdit* SearchField() const { return m_window->GetBrowser().findChild<QLineEdit*>(); }
+    GraphCanvas* Canvas() const { return m_window->findChild<GraphCanvas*>(); }
+    QString StatusText() const { return m_window->statusBar()->findChildren<QLabel*>().first()->text(); }
+
+    QStringList Rows() const
+    {
+        QStringList names;
+        for (const host::Row& row : m_window->GetBrowser().GetRows(*m_library))
+            names << row.m_name;
+        return names;
+    }
+
+    /// The middle of a row on the screen.
+    QPoint Row(int in_row) const
+    {
+        return m_window->GetBrowser().mapToGlobal(QPoint(100, gListTop + gRowHeight * in_row + gRowHeight / 2));
+    }
+
+    QString NameOf(const ItemID& in_item) const
+    {
+        return in_item.IsValid() ? host::ToText(m_library->GetAccessor().GetItemName(in_item, true, nullptr))
+                                 : QString();
+    }
+
+    OwnSettings m_settings;
+    memorymodel::DataLayer m_layer;
+    Library* m_library = nullptr;
+    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<Journey> m_journey;
+    DragWatcher m_dragWatcher;
+    ItemID m_blend;
+    ItemID m_bricks;
+    Facts m_facts;
+    std::vector<Facts> m_states; // before each change, and after the last one
+};
+
+QString TestJourney::ReadFacts() const
+{
+    const vireo::datamodel::ItemLibraryAccessor accessor = m_library->GetAccessor();
+    Facts facts;
+    facts.m_blend = NameOf(m_blend);
+    facts.m_tags = host::ToText(accessor.GetItemTags(m_blend, vireo::datamodel::gApplicationTagsKey));
+    facts.m_bricksSource = host::ToText(m_library->GetSourceOf(m_bricks)->GetName());
+    const ItemID created = m_library->FindByName("Frosting");
+    facts.m_created = NameOf(created);
+    if (created.IsValid())
+        facts.m_base = host::ToText(m_library->GetBaseClass(created));
+    facts.m_target = NameOf(m_layer.GetCompoundTarget());
+    QStringList unsaved;
+    for (const ItemID& item : m_library->GetItems())
+        if (accessor.ItemIsDirty(item))
+            unsaved << NameOf(item);
+    unsaved.sort();
+    facts.m_unsaved = unsaved.join(QLatin1Char(','));
+    facts.m_items = static_cast<int>(m_library->GetItemCount());
+    const QUndoStack& stack = const_cast<memorymodel::DataLayer&>(m_layer).GetCommandManager().GetStack();
+    facts.m_undoIndex = stack.index();
+    facts.m_undoCount = stack.count();
+    return facts.ToText();
+}
+
+void TestJourney::AddSearch()
+{
+    Step(
+        QStringLiteral("the window opens"), [] { return QStringList(QStringLiteral("get_num_desktops")); },
+        [this] {
+            return Both(Needs(m_window->isActiveWindow(), "the active window"),
+                        Needs(m_window->frameGeometry() != m_window->geometry(), "a frame around the window"));
+        });
+    SearchFor(QStringLiteral("blend"),
+              {QStringLiteral("Blend"), QStringLiteral("Multiply Blend"), QStringLiteral("Overlay Blend"),
+               QStringLiteral("Screen Blend"), QStringLiteral("Smooth Union")});
+    Step(
+        QStringLiteral("Enter selects the first row"), [] { return PressKeys({QStringLiteral("Return")}); },
+        [this] { return Same(StatusText(), QStringLiteral("Blend \u2013 compound, Studio")); });
+    Step(
+        QStringLiteral("a click selects a row"), [this] { return ClickAt(Row(1)); },
+        [this] {
+            return Both(Same(NameOf(m_window->GetBrowser().GetSelection()), QStringLiteral("Multiply Blend")),
+                        Same(StatusText(), QStringLiteral("Multiply Blend \u2013 compound, Factory")));
+        });
+    m_facts.m_target = QStringLiteral("Blend");
+    Step(
+        QStringLiteral("a double click edits a compound"),
+        [this] { return ClickAt(Row(0)) << QStringLiteral("click") << QStringLiteral("1"); },
+        [this] {
+            return Both(Same(m_window->windowTitle(), QStringLiteral("Blend \u2013 nodebrowser")),
+                        Same(Canvas()->GetCaption(), QStringLiteral("Editing Blend")));
+        });
+}
+
+void TestJourney::AddDrag()
+{
+    Step(
+        QStringLiteral("press a row"),
+        [this] { return MoveTo(Row(0)) << QStringLiteral("mousedown") << QStringLiteral("1"); },
+        [this] { return Same(NameOf(m_window->GetBrowser().GetSelection()), QStringLiteral("Blend")); });
+    Step(
+        QStringLiteral("pull the row away"),
+        [this] { return MoveTo(Row(0) + QPoint(15, 0)) + MoveTo(Row(0) + QPoint(60, 0)); },
+        [this] { return Needs(m_window->GetBrowser().findChild<QDrag*>(), "a drag under way"); });
+    Step(
+        QStringLiteral("over the canvas"),
+        [this] {
+            const QPoint target = Canvas()->mapToGlobal(gWhereDropped);
+            return MoveTo(target - QPoint(40, 40)) + MoveTo(target - QPoint(20, 20)) + MoveTo(target);
+        },
+        [this] { return Needs(m_dragWatcher.m_entered, "the drag over the canvas"); });
+    Step(
+        QStringLiteral("drop on the canvas"),
+        [] {
+            return QStringList{QStringLiteral("mouseup"), QStringLiteral("1")};
+        },
+        [this] {
+            const QList<GraphBox*> boxes = Canvas()->findChildren<GraphBox*>();
+            if (boxes.size() != 1)
+                return Needs(false, "one box in the graph");
+            return Both(Needs(boxes.first()->GetItem() == m_blend && boxes.first()->isVisible(), "a box for Blend"),
+                        Both(Same(boxes.first()->GetName(), QStringLiteral("Blend")),
+                             Needs(boxes.first()->geometry().contains(gWhereDropped), "the box where it was dropped")));
+        });
+}
+
+void TestJourney::AddRename()
+{
+    ChooseInContextMenu(QStringLiteral("Rename Blend"), [] {
+        const QLineEdit* const name = InDialog<QLineEdit>();
+        return Needs(name && name->hasFocus() && name->selectedText() == QStringLiteral("Blend"),
+                     "the old name marked in the dialog");
+    });
+    const auto isOkEnabled = [](const QString& in_text, bool in_enabled) {
+        const QLineEdit* const name = InDialog<QLineEdit>();
+        const QDialogButtonBox* const buttons = InDialog<QDialogButtonBox>();
+        if (!name || !buttons)
+            return Needs(false, "the dialog");
+        return Both(Same(name->text(), in_text),
+                    Needs(buttons->button(QDialogButtonBox::Ok)->isEnabled() == in_enabled, "the right state of OK"));
+    };
+    Step(
+        QStringLiteral("a used name"), [] { return TypeText(QStringLiteral("Bricks")); },
+        [isOkEnabled] {
+            return Both(isOkEnabled(QStringLiteral("Bricks"), false),
+                        Same(InDialog<QLineEdit>()->toolTip(), QStringLiteral("Name already used")));
+        });
+    Step(
+        QStringLiteral("a free name"),
+        [] { return PressKeys({QStringLiteral("ctrl+a")}) + TypeText(QStringLiteral("Varnish Coat")); },
+        [isOkEnabled] { return isOkEnabled(QStringLiteral("Varnish Coat"), true); });
+    BeginChange();
+    m_facts.m_blend = m_facts.m_target = m_facts.m_unsaved = QStringLiteral("Varnish Coat");
+    Step(
+        QStringLiteral("Enter renames"), [] { return PressKeys({QStringLiteral("Return")}); },
+        [this] {
+            return Both(Needs(!QApplication::activeModalWidget(), "the end of the dialog"),
+                        Both(Same(m_window->windowTitle(), QStringLiteral("Varnish Coat \u2013 nodebrowser")),
+                             Same(Canvas()->findChild<GraphBox*>()->GetName(), QStringLiteral("Varnish Coat"))));
+        });
+}
+
+void TestJourney::AddTags()
+{
+    SearchFor(QStringLiteral("varnish"), {QStringLiteral("Varnish Coat")});
+    ChooseInContextMenu(QStringLiteral("Edit Tags for Varnish Coat"), [] {
+        const QLineEdit* const tags = InDialog<QLineEdit>();
+        return tags ? Same(tags->text(), QStringLiteral("colour;mix;layer;opacity")) : Needs(false, "the dialog");
+    });
+    Step(
+        QStringLiteral("go to the tags"), [] { return ClickAt(CentreOf(*InDialog<QLineEdit>())); },
+        [] { return Needs(InDialog<QLineEdit>()->hasFocus(), "the focus in the tags"); });
+    Step(
+        QStringLiteral("type tags"),
+        [] { return PressKeys({QStringLiteral("ctrl+a")}) + TypeText(QStringLiteral(" glaze ;; layer;")); },
+        [] { return Same(InDialog<QLineEdit>()->text(), QStringLiteral(" glaze ;; layer;")); });
+    BeginChange();
+    m_facts.m_tags = QStringLiteral("glaze;layer");
+    Step(
+        QStringLiteral("Enter sets the tags"), [] { return PressKeys({QStringLiteral("Return")}); },
+        [] { return Needs(!QApplication::activeModalWidget(), "the end of the dialog"); });
+    SearchFor(QStringLiteral("glaze"), {QStringLiteral("Varnish Coat")});
+}
+
+void TestJourney::AddMove()
+{
+    SearchFor(QStringLiteral("bricks"), {QStringLiteral("Bricks")});
+    ChooseInContextMenu(QStringLiteral("Compound source"),
+                        [] { return Needs(EntryInFront(QStringLiteral("Local")), "the sources"); });
+    BeginChange();
+    m_facts.m_bricksSource = QStringLiteral("Local");
+    m_facts.m_unsaved = QStringLiteral("Bricks,Varnish Coat");
+    Step(
+        QStringLiteral("move to another source"), [] { return ClickAt(CentreOfEntry(QStringLiteral("Local"))); },
+        [this] {
+            return Both(Needs(!OpenPopup(), "the end of the menus"),
+                        Same(StatusText(), QStringLiteral("Bricks \u2013 compound, Local")));
+        });
+}
+
+void TestJourney::AddCreation()
+{
+    Step(
+        QStringLiteral("open the Library menu"),
+        [this] {
+            QMenuBar* const bar = m_window->menuBar();
+            return ClickAt(bar->mapToGlobal(bar->actionGeometry(bar->actions().at(2)).center()));
+        },
+        [] { return Needs(EntryInFront(QStringLiteral("&New")), "the Library menu"); });
+    Step(
+        QStringLiteral("open its submenu"), [] { return ClickAt(CentreOfEntry(QStringLiteral("&New"))); },
+        [] { return Needs(EntryInFront(QStringLiteral("Public compound")), "the submenu"); });
+    Step(
+        QStringLiteral("new compound"), [] { return ClickAt(CentreOfEntry(QStringLiteral("Public compound"))); },
+        [] { return Needs(InDialog<QComboBox>(), "the dialog"); });
+    Step(
+        QStringLiteral("go to the name"), [] { return ClickAt(CentreOf(*InDialog<QLineEdit>())); },
+        [] { return Needs(InDialog<QLineEdit>()->hasFocus(), "the focus in the name"); });
+    Step(
+        QStringLiteral("type the name"),
+        [] { return PressKeys({QStringLiteral("ctrl+a")}) + TypeText(QStringLiteral("Frosting")); },
+        [] { return Same(InDialog<QLineEdit>()->text(), QStringLiteral("Frosting")); });
+    Step(
+        QStringLiteral("open the signatures"), [] { return ClickAt(CentreOf(*InDialog<QComboBox>())); },
+        [] { return Needs(InDialog<QComboBox>()->view()->isVisible(), "the list of signatures"); });
+    Step(
+        QStringLiteral("choose a signature"),
+        [] {
+            return PressKeys({QStringLiteral("Down"), QStringLiteral("Return")});
+        },
+        [] {
+            return Both(Same(InDialog<QComboBox>()->currentText(), QStringLiteral("Blend Function")),
+                        Needs(!QApplication::activePopupWidget(), "the end of the list"));
+        });
+    BeginChange();
+    m_facts.m_created = m_facts.m_target = QStringLiteral("Frosting");
+    m_facts.m_base =
+        QString::fromLatin1(vireo::datamodel::ItemIDUnlock::GetItemIDUID(m_library->FindByName("Blend Function")));
+    m_facts.m_unsaved = QStringLiteral("Bricks,Frosting,Varnish Coat");
+    ++m_facts.m_items;
+    Step(
+        QStringLiteral("confirm the new compound"),
+        [] {
+            for (const QPushButton* const button : QApplication::activeModalWidget()->findChildren<QPushButton*>())
+                if (button->text() == QStringLiteral("Ok"))
+                    return ClickAt(CentreOf(*button));
+            return QStringList();
+        },
+        [this] {
+            return Both(Needs(!QApplication::activeModalWidget(), "the end of the dialog"),
+                        Same(m_window->windowTitle(), QStringLiteral("Frosting \u2013 nodebrowser")));
+        });
+    // Its graph is another one; the box with the keyboard focus is in the graph of the compound edited before.
+    m_facts.m_target = QStringLiteral("Frosting");
+    SearchFor(QStringLiteral("varnish"), {QStringLiteral("Varnish Coat")});
+    m_facts.m_target = QStringLiteral("Varnish Coat");
+    Step(
+        QStringLiteral("edit the first compound again"),
+        [this] { return ClickAt(Row(0)) << QStringLiteral("click") << QStringLiteral("1"); },
+        [this] { return Needs(Canvas()->findChild<GraphBox*>()->isVisible(), "the first graph"); });
+}
+
+void TestJourney::AddUndoAndRedo()
+{
+    // In the search field the keys would take back what was typed there.
+    Step(
+        QStringLiteral("leave the search field"),
+        [this] { return ClickAt(CentreOf(*Canvas()->findChild<GraphBox*>())); },
+        [this] { return Needs(Canvas()->findChild<GraphBox*>()->hasFocus(), "the focus in the box"); });
+    m_states.push_back(m_facts);
+    const std::size_t last = m_states.size() - 1;
+    for (std::size_t state = last; state > 0; --state)
+        GoTo(state - 1, QStringLiteral("undo %1").arg(state), "ctrl+z");
+    for (std::size_t state = 1; state <= last; ++state)
+        GoTo(state, QStringLiteral("redo %1").arg(state), "ctrl+shift+z");
+}
+
+void TestJourney::AddSaveAndQuit()
+{
+    m_facts.m_unsaved.clear();
+    Step(
+        QStringLiteral("save"), [] { return PressKeys({QStringLiteral("ctrl+s")}); },
+        [this] { return Same(m_window->statusBar()->currentMessage(), QStringLiteral("Sample is saved")); });
+    Step(
+        QStringLiteral("quit"), [] { return PressKeys({QStringLiteral("ctrl+q")}); },
+        [this] {
+            return Both(Needs(!m_window->isVisible(), "the end of the window"),
+                        Needs(!QApplication::activeModalWidget(), "an end without a question"));
+        });
+}
+
+void TestJourney::aPersonsDay()
+{
+    m_journey.reset(new Journey(QStringLiteral(JOURNEY_FOLDER)));
+    const QString fault = m_journey->StartWindowManager();
+    QVERIFY2(fault.isEmpty(), qPrintable(fault));
+    m_library = &host::AddSampleLibrary(m_layer);
+    m_blend = m_library->FindByName("Blend");
+    m_bricks = m_library->FindByName("Bricks");
+    m_facts.m_items = static_cast<int>(m_library->GetItemCount());
+    m_window.reset(new MainWindow(m_layer, *m_library));
+    m_window->resize(900, 600);
+    m_window->move(60, 60);
+    Canvas()->installEventFilter(&m_dragWatcher);
+    m_window->show();
+
+    AddSearch();
+    AddDrag();
+    AddRename();
+    AddTags();
+    AddMove();
+    AddCreation();
+    AddUndoAndRedo();
+    AddSaveAndQuit();
+    const QString missing = m_journey->Run();
+    QVERIFY2(missing.isEmpty(), qPrintable(missing));
+    m_window.reset();
+}
+
+NODEBROWSER_TEST_MAIN(TestJourney)
+#include "test_journey.moc"
