@@ -207,7 +207,6 @@ hmx::fwk::ICommandManager* CNodeBrowser::GetCommandManager() const
 void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
 {
     m_items.clear();
-    m_itemPositions.clear();
     m_tagIndex->Clear();
     if (!m_toc.IsValid())
     {

@@ -61,7 +61,7 @@ private Q_SLOTS:
     void reasonIsOneLine();
     void everyTruncationOfAValidDocument();
     void randomMutationsOfAValidDocument();
-    void hundredThousandDefinitionsTakeLinearTime();
+    void hundredThousandDefinitionsWithGraphs();
     void hundredThousandNodesInAGraph();
     void hundredThousandDefinitionsOfOneNode();
     void nameOfAMillionCharacters();
@@ -326,22 +326,19 @@ void MaterialXFaultTest::randomMutationsOfAValidDocument()
     QVERIFY(faulty > 500);
 }
 
-void MaterialXFaultTest::hundredThousandDefinitionsTakeLinearTime()
+void MaterialXFaultTest::hundredThousandDefinitionsWithGraphs()
 {
     const DocumentFolder folder;
-    const auto write = [&folder](const char* in_file, int in_count) {
-        QByteArray document = "<materialx>";
-        for (int i = 0; i < in_count; ++i)
-        {
-            const QByteArray number = QByteArray::number(i);
-            document += "<nodedef name='ND_" + number + "' node='node" + number + "' nodegroup='group" + number +
-                        "'/><nodegraph name='NG_" + number + "' nodedef='ND_" + number + "'><node" + number +
-                        " name='inner'/></nodegraph>\n";
-        }
-        return folder.Write(QString::fromLatin1(in_file), document + "</materialx>");
-    };
+    QByteArray document = "<materialx>";
+    for (int i = 0; i < 100000; ++i)
+    {
+        const QByteArray number = QByteArray::number(i);
+        document += "<nodedef name='ND_" + number + "' node='node" + number + "' nodegroup='group" + number +
+                    "'/><nodegraph name='NG_" + number + "' nodedef='ND_" + number + "'><node" + number +
+                    " name='inner'/></nodegraph>\n";
+    }
     MaterialXContent content;
-    QVERIFY(!ReadMaterialX(write("large.mtlx", 100000), content));
+    QVERIFY(!ReadMaterialX(folder.Write(QStringLiteral("d.mtlx"), document + "</materialx>"), content));
     QCOMPARE(content.items.size(), std::size_t(200000));
     QCOMPARE(content.items[99999].name, QStringLiteral("node99999"));
     QVERIFY(content.items[99999].kind == importers::eMaterialXKind::eCompound);
