@@ -3,6 +3,7 @@
 #include "host/graphbox.h"
 #include "host/itemkind.h"
 #include "memorymodel/library.h"
+#include "nodebrowser/qtcompat.h"
 
 #include <QChildEvent>
 #include <QDataStream>
@@ -35,17 +36,6 @@ QString DecodePayload(const QByteArray& in_payload)
     QString text;
     stream >> text;
     return stream.status() == QDataStream::Ok && stream.atEnd() ? text : QString();
-}
-
-/// The position of a drop event, which Qt 6 has under another name than Qt 5.
-template <class DropEvent> auto DropPosition(const DropEvent& in_event, int) -> decltype(in_event.position().toPoint())
-{
-    return in_event.position().toPoint();
-}
-
-template <class DropEvent> auto DropPosition(const DropEvent& in_event, long) -> decltype(in_event.pos())
-{
-    return in_event.pos();
 }
 
 } // namespace
@@ -88,7 +78,7 @@ void GraphCanvas::dropEvent(QDropEvent* in_event)
     const QPixmap icon(QLatin1String(GetItemKind(*m_library, item).m_icon));
     GraphBox* const box = new GraphBox(item, m_compound, icon, this);
     RefreshBox(*box);
-    box->MoveCentreTo(DropPosition(*in_event, 0));
+    box->MoveCentreTo(qtcompat::EventPosition(*in_event));
     box->show();
     in_event->setDropAction(Qt::CopyAction);
     in_event->accept();

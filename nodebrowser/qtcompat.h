@@ -1,6 +1,7 @@
 /// Every difference between the toolkit's versions, each as one named function. No other file tests a version.
 #pragma once
 
+#include <QDropEvent>
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QPoint>
@@ -49,6 +50,16 @@ inline QPoint EventGlobalPosition(const QMouseEvent& in_event)
 inline QPoint EventPosition(const QWheelEvent& in_event)
 {
 #if QT_VERSION >= 0x050E00
+    return in_event.position().toPoint();
+#else
+    return in_event.pos();
+#endif
+}
+
+/// Where something is dropped, in the receiving widget's pixels.
+inline QPoint EventPosition(const QDropEvent& in_event)
+{
+#if QT_VERSION >= 0x060000
     return in_event.position().toPoint();
 #else
     return in_event.pos();
