@@ -526,6 +526,12 @@ std::set<std::string> CNodeBrowser::GetSearchTags(const ItemID& in_item) const
     return tags ? *tags : std::set<std::string>();
 }
 
+std::set<ItemID> CNodeBrowser::GetTaggedItems(const std::string& in_tag) const
+{
+    const std::set<ItemID>* const items = m_tagIndex->FindItems(in_tag);
+    return items ? *items : std::set<ItemID>();
+}
+
 // Painting
 
 void CNodeBrowser::paintEvent(QPaintEvent*)
