@@ -9,7 +9,6 @@
 using nexa4::DbObjectId;
 using nexa4::IDbObject;
 using nexa4::NEXAHandle;
-using vireo::datamodel::VireoType;
 
 namespace
 {
@@ -30,17 +29,17 @@ const FactoryObjects& GetFactoryObjects(nexa4::IRevisionControlUIHelper& in_help
 } // namespace
 
 BrowserItem::BrowserItem(const vireo::datamodel::ItemAccessor& in_item, unsigned in_accessState,
-                         bool in_versioningActive)
+                         bool in_versioningActive, StateIcons& in_icons)
     : m_item(in_item)
 {
     ReadDataSource();
-    m_icon = TypeIcon(m_item);
-    if (GetItemID().GetType() == VireoType::gCompound)
+    m_kind = KindOf(m_item);
+    if (m_kind == eKindCompound || m_kind == eKindSignature)
     {
         m_accessState = in_accessState;
         m_sourceControlled = !m_readOnlySource;
     }
-    ComposeIcon(in_versioningActive);
+    TakeIcon(in_versioningActive, in_icons);
 }
 
 void BrowserItem::ReadDataSource()
@@ -71,21 +70,21 @@ void BrowserItem::ReadDataSource()
     }
 }
 
-bool BrowserItem::SetAccessState(unsigned in_state, bool in_versioningActive)
+bool BrowserItem::SetAccessState(unsigned in_state, bool in_versioningActive, StateIcons& in_icons)
 {
     if (in_state == m_accessState)
         return false;
     m_accessState = in_state;
-    ComposeIcon(in_versioningActive);
+    TakeIcon(in_versioningActive, in_icons);
     return true;
 }
 
-void BrowserItem::ComposeIcon(bool in_versioningActive)
+void BrowserItem::TakeIcon(bool in_versioningActive, StateIcons& in_icons)
 {
     IconMarks marks;
     marks.m_accessState = m_accessState;
     marks.m_factoryItem = m_factoryItem;
     marks.m_readOnlySource = m_readOnlySource;
     marks.m_versioningActive = in_versioningActive;
-    m_stateIcon = ComposeStateIcon(m_icon, marks);
+    m_stateIcon = in_icons.Find(m_kind, marks);
 }

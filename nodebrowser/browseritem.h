@@ -3,8 +3,11 @@
 
 #include "datamodel/item.h"
 #include "datamodel/notifications.h"
+#include "nodebrowser/itemkind.h"
 
 #include <QPixmap>
+
+class StateIcons;
 
 /// An item with the pictures and flags that painting needs, so that a frame asks the data layer for nothing but names
 /// and dirty marks. Records are replaced by fresh ones at every rebuild of the list; only the access state changes in
@@ -15,10 +18,13 @@ public:
     /// Reads what the record needs of the item. Costs the look-ups of its database object.
     /// \param in_accessState of a compound; other items start with eAccessStateUnknown
     /// \param in_versioningActive whether badges are shown
-    BrowserItem(const vireo::datamodel::ItemAccessor& in_item, unsigned in_accessState, bool in_versioningActive);
+    /// \param in_icons where the record's icon is found among those of the other records
+    BrowserItem(const vireo::datamodel::ItemAccessor& in_item, unsigned in_accessState, bool in_versioningActive,
+                StateIcons& in_icons);
 
     const vireo::datamodel::ItemAccessor& GetItem() const { return m_item; }
     vireo::datamodel::ItemID GetItemID() const { return m_item.GetItemID(); }
+    eItemKind GetKind() const { return m_kind; }
     /// The icon as painted; null for an item of an unknown type.
     const QPixmap& GetStateIcon() const { return m_stateIcon; }
     unsigned GetAccessState() const { return m_accessState; }
@@ -28,18 +34,18 @@ public:
     bool IsFactoryItem() const { return m_factoryItem; }
     bool HasReadOnlySource() const { return m_readOnlySource; }
 
-    /// Sets the source-control state and composes the icon anew; does nothing for the state it has.
-    /// \return whether the icon was composed, so that the caller can ask for a repaint
-    bool SetAccessState(unsigned in_state, bool in_versioningActive);
+    /// Sets the source-control state and takes the icon for it; does nothing for the state it has.
+    /// \return whether the state was another one, so that the caller can ask for a repaint
+    bool SetAccessState(unsigned in_state, bool in_versioningActive, StateIcons& in_icons);
 
 private:
     void ReadDataSource();
-    void ComposeIcon(bool in_versioningActive);
+    void TakeIcon(bool in_versioningActive, StateIcons& in_icons);
 
     vireo::datamodel::ItemAccessor m_item;
-    QPixmap m_icon;
     QPixmap m_stateIcon;
     unsigned m_accessState = vireo::datamodel::eAccessStateUnknown;
+    eItemKind m_kind = eKindOther;
     bool m_sourceControlled = false;
     bool m_factoryItem = false;
     bool m_readOnlySource = false;

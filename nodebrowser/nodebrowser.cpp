@@ -9,9 +9,11 @@
 #include "nodebrowser/browsertabbar.h"
 #include "nodebrowser/datasourcelist.h"
 #include "nodebrowser/dbobject.h"
+#include "nodebrowser/nameorder.h"
 #include "nodebrowser/qtcompat.h"
 #include "nodebrowser/renamedialog.h"
 #include "nodebrowser/rowlayout.h"
+#include "nodebrowser/searchindex.h"
 #include "nodebrowser/searchscore.h"
 #include "nodebrowser/stateicon.h"
 #include "nodebrowser/tagindex.h"
@@ -35,7 +37,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <numeric>
 
 using nexa4::IDbObject;
 using nexa4::NEXAHandle;
@@ -72,15 +73,6 @@ QString ToText(const std::string& in_text)
     return QString::fromLatin1(in_text.data(), static_cast<int>(in_text.size()));
 }
 
-/// A name folded for sorting: only the ASCII letters lose their case, other bytes stay as they are.
-std::string FoldAsciiCase(std::string in_name)
-{
-    for (char& character : in_name)
-        if (character >= 'A' && character <= 'Z')
-            character = static_cast<char>(character - 'A' + 'a');
-    return in_name;
-}
-
 /// Views what one accessor points at as an accessor of another kind; invalid when it is not of that kind.
 template <class Accessor> Accessor View(const BaseAccessor& in_other)
 {
@@ -108,7 +100,12 @@ static void RegisterPictures()
     Q_INIT_RESOURCE(nodebrowser);
 }
 
-CNodeBrowser::CNodeBrowser(eConfigType in_config) : m_selectedRow(gNoRow), m_tagIndex(new TagIndex), m_config(in_config)
+CNodeBrowser::CNodeBrowser(eConfigType in_config)
+    : m_selectedRow(gNoRow),
+      m_icons(new StateIcons),
+      m_tagIndex(new TagIndex),
+      m_searchIndex(new SearchIndex),
+      m_config(in_config)
 {
     RegisterPictures();
     CreateHeader();
@@ -187,7 +184,6 @@ void CNodeBrowser::SetItemLibrary(const ItemLibraryAccessor& in_library)
     m_library.AddObserver(this, vireo::datamodel::eItemLibraryNotificationKind, m_library.GetContext());
     m_toc = GetTOC(m_library);
     m_toc.AddObserver(this, vireo::datamodel::eItemTOCNotificationKind, m_toc.GetContext());
-    m_tagIndex->SetLibrary(m_library);
     m_statesStale = true;
     BuildAllItemList(nullptr);
 }
@@ -207,7 +203,10 @@ hmx::fwk::ICommandManager* CNodeBrowser::GetCommandManager() const
 void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
 {
     m_items.clear();
+    m_icons->Clear();
+    m_itemNumbers.clear();
     m_tagIndex->Clear();
+    m_searchIndex->Clear();
     if (!m_toc.IsValid())
     {
         m_relayoutNeeded = true;
@@ -219,8 +218,7 @@ void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
     AppendItems(VireoType::gSolver, out_handles);
     AppendItems(LibType::gType, out_handles);
     SortItems();
-    // States that arrived while the list was being built were looked for in a part of it.
-    m_itemPositions.clear();
+    IndexItems();
     m_relayoutNeeded = true;
     update();
 }
@@ -239,11 +237,10 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles)
             item.GetValue(vireo::datamodel::gSpecializesKey).IsValid())
             continue;
         const ItemID id = item.GetItemID();
-        m_items.emplace_back(item, vireo::datamodel::eAccessStateUnknown, versioningShown);
-        IndexTags(id);
+        m_items.emplace_back(item, vireo::datamodel::eAccessStateUnknown, versioningShown, *m_icons);
         if (helper && m_items.back().IsSourceControlled() && HasUID(id))
         {
-            m_items.back().SetAccessState(vireo::datamodel::eAccessStateRequested, versioningShown);
+            m_items.back().SetAccessState(vireo::datamodel::eAccessStateRequested, versioningShown, *m_icons);
             out_handles->push_back(FindDbObject(*helper, id));
         }
     }
@@ -251,42 +248,47 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles)
 
 void CNodeBrowser::SortItems()
 {
-    std::vector<std::pair<std::string, std::size_t>> order;
-    order.reserve(m_items.size());
+    std::vector<std::string> names;
+    names.reserve(m_items.size());
     for (const BrowserItem& item : m_items)
-        order.emplace_back(FoldAsciiCase(m_library.GetItemName(item.GetItemID(), true, nullptr)), order.size());
-    std::sort(order.begin(), order.end());
+        names.push_back(m_library.GetItemName(item.GetItemID(), true, nullptr));
 
     std::vector<BrowserItem> sorted;
     sorted.reserve(m_items.size());
-    for (const auto& entry : order)
-        sorted.push_back(std::move(m_items[entry.second]));
+    for (const std::uint32_t number : SortByName(names))
+    {
+        m_searchIndex->Add(LowerName(std::move(names[number])), m_items[number].GetKind());
+        sorted.push_back(std::move(m_items[number]));
+    }
     m_items.swap(sorted);
 }
 
-void CNodeBrowser::IndexTags(const ItemID& in_item)
+void CNodeBrowser::IndexItems()
 {
-    m_tagIndex->CollectTags(in_item, gApplicationTagsKey);
-    m_tagIndex->AddTag(in_item, in_item.IsValid() ? in_item.GetType() : "");
+    m_itemNumbers.reserve(m_items.size());
+    for (const BrowserItem& item : m_items)
+        m_itemNumbers.emplace_back(item.GetItemID(), static_cast<std::uint32_t>(m_itemNumbers.size()));
+    std::sort(m_itemNumbers.begin(), m_itemNumbers.end());
+    for (std::uint32_t number = 0; number < m_items.size(); ++number)
+        IndexTags(number);
 }
 
-BrowserItem* CNodeBrowser::FindListedItem(const ItemID& in_item)
+void CNodeBrowser::IndexTags(std::uint32_t in_number)
 {
-    if (m_itemPositions.size() != m_items.size())
-    {
-        m_itemPositions.clear();
-        m_itemPositions.reserve(m_items.size());
-        for (const BrowserItem& item : m_items)
-            m_itemPositions.emplace_back(item.GetItemID(), m_itemPositions.size());
-        std::sort(m_itemPositions.begin(), m_itemPositions.end());
-    }
-    const auto found =
-        std::lower_bound(m_itemPositions.begin(), m_itemPositions.end(), std::make_pair(in_item, std::size_t(0)));
-    if (found == m_itemPositions.end() || found->first != in_item)
-        return nullptr;
-    // The record of an item that has left since has no identity any more.
-    BrowserItem& item = m_items[found->second];
-    return item.GetItemID() == in_item ? &item : nullptr;
+    const ItemID id = m_items[in_number].GetItemID();
+    m_tagIndex->SetTags(in_number, m_library.GetItemTags(id, gApplicationTagsKey));
+    m_tagIndex->AddTag(in_number, id.IsValid() ? id.GetType() : "");
+}
+
+/// Where an item stands in the list: false when it is not in it.
+bool CNodeBrowser::FindNumber(const ItemID& in_item, std::uint32_t& out_number) const
+{
+    const auto entry =
+        std::lower_bound(m_itemNumbers.begin(), m_itemNumbers.end(), std::make_pair(in_item, std::uint32_t(0)));
+    if (entry == m_itemNumbers.end() || entry->first != in_item)
+        return false;
+    out_number = entry->second;
+    return true;
 }
 
 // Reactions to the data layer
@@ -323,17 +325,21 @@ void CNodeBrowser::ItemNameChanged(ItemLibraryAccessor&, const ItemID&)
 
 void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor&, const ItemID& in_item, const char* in_key)
 {
-    if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0 || !m_tagIndex->FindTags(in_item))
+    std::uint32_t number = 0;
+    if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0 || !FindNumber(in_item, number) ||
+        !m_tagIndex->HasTags(number))
         return;
-    m_tagIndex->Remove(in_item);
+    m_tagIndex->Remove(number);
     // No relayout on purpose: rows do not jump away while tags are edited. Whatever lays them out next sees the new tags.
-    IndexTags(in_item);
+    IndexTags(number);
 }
 
 void CNodeBrowser::ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID& in_item, long in_state)
 {
-    BrowserItem* const item = FindListedItem(in_item);
-    if (item && item->SetAccessState(static_cast<unsigned>(in_state), IsVersioningShown()))
+    std::uint32_t number = 0;
+    // The record of an item that has left since has no identity any more.
+    if (FindNumber(in_item, number) && m_items[number].GetItemID() == in_item &&
+        m_items[number].SetAccessState(static_cast<unsigned>(in_state), IsVersioningShown(), *m_icons))
         update();
 }
 
@@ -363,7 +369,7 @@ void CNodeBrowser::SetSourceControlEnabled(bool in_enabled)
     // No repaint on purpose: the badges go with whatever repaints the list next.
     const bool versioningShown = IsVersioningShown();
     for (BrowserItem& item : m_items)
-        item.SetAccessState(vireo::datamodel::eAccessStateUnknown, versioningShown);
+        item.SetAccessState(vireo::datamodel::eAccessStateUnknown, versioningShown, *m_icons);
 }
 
 bool CNodeBrowser::IsVersioningShown() const
@@ -396,7 +402,7 @@ void CNodeBrowser::RefreshItems()
 
 bool CNodeBrowser::CompareToFilter(ItemAccessor& in_item, std::size_t* out_score) const
 {
-    if (!PassesFilterMode(m_filterMode, in_item))
+    if (!PassesFilterMode(m_filterMode, KindOf(in_item)))
         return false;
     if (m_searchWords.empty())
     {
@@ -404,8 +410,7 @@ bool CNodeBrowser::CompareToFilter(ItemAccessor& in_item, std::size_t* out_score
         return true;
     }
     const ItemID id = in_item.GetItemID();
-    return ScoreItem(m_searchWords, LowerName(m_library.GetItemName(id, true, nullptr)), m_tagIndex->FindTags(id),
-                     out_score);
+    return ScoreItem(m_searchWords, LowerName(m_library.GetItemName(id, true, nullptr)), GetSearchTags(id), out_score);
 }
 
 void CNodeBrowser::SearchTextChange(const QString& text)
@@ -442,20 +447,29 @@ void CNodeBrowser::UpdateVisibleItems()
     m_visibleItems.clear();
     if (!m_toc.IsValid())
         return;
-    std::vector<std::pair<std::uint64_t, std::uint64_t>> found; // score and index
-    for (std::size_t i = 0; i < m_items.size(); ++i)
-    {
-        ItemAccessor item = m_items[i].GetItem();
-        std::size_t score = 0;
-        if (CompareToFilter(item, &score))
-            found.emplace_back(score, i);
-    }
-    std::sort(found.begin(), found.end());
-    m_visibleItems.reserve(found.size());
-    for (const auto& entry : found)
-        m_visibleItems.push_back(entry.second);
+    // What changed while the list was being built is not in the index; the next paint builds both anew.
+    m_visibleItems =
+        m_rebuildNeeded ? FilterItemByItem() : m_searchIndex->Find(m_searchWords, m_filterMode, *m_tagIndex);
     m_contentHeight = static_cast<int>(m_visibleItems.size()) * gRowHeight;
     UpdateScrollbar();
+}
+
+/// The rows as the data layer has the items at this moment.
+std::vector<std::uint64_t> CNodeBrowser::FilterItemByItem() const
+{
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> found; // score and number
+    for (std::size_t number = 0; number < m_items.size(); ++number)
+    {
+        ItemAccessor item = m_items[number].GetItem();
+        std::size_t score = 0;
+        if (CompareToFilter(item, &score))
+            found.emplace_back(score, number);
+    }
+    std::sort(found.begin(), found.end());
+    std::vector<std::uint64_t> numbers;
+    for (const auto& entry : found)
+        numbers.push_back(entry.second);
+    return numbers;
 }
 
 void CNodeBrowser::UpdateScrollbar()
@@ -522,14 +536,18 @@ ItemAccessor CNodeBrowser::GetRowItem(std::uint64_t in_row) const
 
 std::set<std::string> CNodeBrowser::GetSearchTags(const ItemID& in_item) const
 {
-    const std::set<std::string>* const tags = m_tagIndex->FindTags(in_item);
-    return tags ? *tags : std::set<std::string>();
+    std::uint32_t number = 0;
+    return FindNumber(in_item, number) ? m_tagIndex->GetTags(number) : std::set<std::string>();
 }
 
 std::set<ItemID> CNodeBrowser::GetTaggedItems(const std::string& in_tag) const
 {
-    const std::set<ItemID>* const items = m_tagIndex->FindItems(in_tag);
-    return items ? *items : std::set<ItemID>();
+    const std::vector<std::uint32_t> numbers = m_tagIndex->GetItems(in_tag);
+    std::set<ItemID> items;
+    for (const auto& entry : m_itemNumbers)
+        if (std::binary_search(numbers.begin(), numbers.end(), entry.second))
+            items.insert(entry.first);
+    return items;
 }
 
 // Painting
@@ -555,7 +573,10 @@ void CNodeBrowser::DrawRow(QPainter& in_painter, const RowLayout& in_layout, std
     if (!item)
         return;
     const ItemID id = item->GetItemID();
-    QString name = ToText(m_library.GetItemName(id, true, nullptr).substr(0, gDrawnCharacters));
+    std::string text = m_library.GetItemName(id, true, nullptr);
+    if (text.size() > gDrawnCharacters)
+        text.resize(gDrawnCharacters);
+    QString name = ToText(text);
     if (in_row == m_selectedRow)
         in_painter.fillRect(in_layout.BandRect(in_row),
                             style()->standardPalette().brush(QPalette::Active, QPalette::Highlight));

@@ -30,6 +30,8 @@ class QPushButton;
 class QScrollBar;
 class QTabBar;
 class ScsTask;
+class SearchIndex;
+class StateIcons;
 class TagIndex;
 struct RowLayout;
 
@@ -188,14 +190,16 @@ private:
     void BuildAllItemList(ObjectHandles* out_handles);
     void AppendItems(const char* in_type, ObjectHandles* out_handles);
     void SortItems();
-    void IndexTags(const vireo::datamodel::ItemID& in_item);
-    BrowserItem* FindListedItem(const vireo::datamodel::ItemID& in_item);
+    void IndexItems();
+    void IndexTags(std::uint32_t in_number);
+    bool FindNumber(const vireo::datamodel::ItemID& in_item, std::uint32_t& out_number) const;
 
     void SetSourceControlEnabled(bool in_enabled);
     bool isSourceControlEnabled() const { return m_sourceControlEnabled; }
     bool IsVersioningShown() const;
 
     void UpdateVisibleItems();
+    std::vector<std::uint64_t> FilterItemByItem() const;
     void UpdateScrollbar();
     RowLayout GetRowLayout() const;
     std::size_t GetItemIndexAt(const QPoint& in_point) const;
@@ -233,9 +237,11 @@ private:
     std::uint64_t m_selectedRow; // not below the number of rows: none
     int m_scrollOffset = 0;
     std::vector<std::uint64_t> m_visibleItems; // indexes into m_items, in display order
+    // The item list; what follows goes by the numbers that the items have in it.
     std::vector<BrowserItem> m_items;
-    // Where an item stands in m_items, by identity; filled when first asked for after a rebuild.
-    std::vector<std::pair<vireo::datamodel::ItemID, std::size_t>> m_itemPositions;
+    std::unique_ptr<StateIcons> m_icons;
+    std::vector<std::pair<vireo::datamodel::ItemID, std::uint32_t>> m_itemNumbers; // by identity; empty during a build
     std::unique_ptr<TagIndex> m_tagIndex;
+    std::unique_ptr<SearchIndex> m_searchIndex;
     const eConfigType m_config;
 };

@@ -1,50 +1,52 @@
 #include "nodebrowser/searchscore.h"
 
-#include "datamodel/helpers.h"
-
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/find.hpp>
 #include <boost/algorithm/string/split.hpp>
 
 #include <algorithm>
 
-using vireo::datamodel::Helpers;
-using vireo::datamodel::ItemAccessor;
-using vireo::datamodel::LibType;
-using vireo::datamodel::VireoType;
-
 namespace
 {
 
-const std::size_t gTagScore = 1000;
-const std::size_t gNoMatch = 10000;
-
-bool IsInAnyTag(const std::string& in_word, const std::set<std::string>* in_tags)
+bool IsInAnyTag(const std::string& in_word, const std::set<std::string>& in_tags)
 {
-    return in_tags && std::any_of(in_tags->begin(), in_tags->end(), [&in_word](const std::string& in_tag) {
-               return !boost::algorithm::ifind_first(in_tag, in_word).empty();
-           });
+    return std::any_of(in_tags.begin(), in_tags.end(), [&in_word](const std::string& in_tag) {
+        return !boost::algorithm::ifind_first(in_tag, in_word).empty();
+    });
 }
+
+/// What each 8-bit character becomes when it is lowered. The toolkit's lower case of a Latin-1 character is a Latin-1
+/// character.
+struct LowerCase
+{
+    LowerCase()
+    {
+        for (int code = 0; code < 256; ++code)
+        {
+            const char character = static_cast<char>(code);
+            m_characters[code] = QString::fromLatin1(&character, 1).toLower().toLatin1().at(0);
+        }
+    }
+    char m_characters[256];
+};
 
 } // namespace
 
-bool PassesFilterMode(int in_mode, ItemAccessor& in_item)
+bool PassesFilterMode(int in_mode, eItemKind in_kind)
 {
-    const char* const type = in_item.GetItemID().GetType();
-    const bool isCompound = type == VireoType::gCompound;
     switch (in_mode)
     {
     case eFilterNodes:
-        return type == VireoType::gPolymorphicSolver || type == VireoType::gSolver ||
-               (isCompound && !Helpers::IsAbstractFunction(in_item));
+        return in_kind == eKindSolver || in_kind == eKindCompound;
     case eFilterTypes:
-        return type == LibType::gType;
+        return in_kind == eKindType;
     case eFilterAll:
         return true;
     case eFilterSignatures:
-        return isCompound && Helpers::IsAbstractFunction(in_item);
+        return in_kind == eKindSignature;
     case eFilterConstants:
-        return type == VireoType::gGlobalConstant;
+        return in_kind == eKindConstant;
     default:
         return false;
     }
@@ -61,14 +63,15 @@ SearchWords SplitSearchWords(const QString& in_lowerText)
     return words;
 }
 
-std::string LowerName(const std::string& in_name)
+std::string LowerName(std::string in_name)
 {
-    const QByteArray lowered =
-        QString::fromLatin1(in_name.data(), static_cast<int>(in_name.size())).toLower().toLatin1();
-    return std::string(lowered.constData(), static_cast<std::size_t>(lowered.size()));
+    static const LowerCase lower;
+    for (char& character : in_name)
+        character = lower.m_characters[static_cast<unsigned char>(character)];
+    return in_name;
 }
 
-bool ScoreItem(const SearchWords& in_words, const std::string& in_lowerName, const std::set<std::string>* in_tags,
+bool ScoreItem(const SearchWords& in_words, const std::string& in_lowerName, const std::set<std::string>& in_tags,
                std::size_t* out_score)
 {
     std::size_t score = in_words.empty() ? 0 : gNoMatch;

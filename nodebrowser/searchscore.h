@@ -1,7 +1,7 @@
 /// The search rule: which items the typed words find, and how relevant each is.
 #pragma once
 
-#include "datamodel/item.h"
+#include "nodebrowser/itemkind.h"
 
 #include <QString>
 
@@ -19,8 +19,8 @@ enum eFilterMode
     eFilterConstants = 4,  ///< global constants
 };
 
-/// Whether a mode shows an item. Nothing passes a number that is no mode. Asks the data layer about compounds only.
-bool PassesFilterMode(int in_mode, vireo::datamodel::ItemAccessor& in_item);
+/// Whether a mode shows items of a kind. Nothing passes a number that is no mode.
+bool PassesFilterMode(int in_mode, eItemKind in_kind);
 
 /// The distinct words of a search, in byte order: a word's index in it is part of the score.
 using SearchWords = std::set<std::string>;
@@ -30,15 +30,20 @@ using SearchWords = std::set<std::string>;
 SearchWords SplitSearchWords(const QString& in_lowerText);
 
 /// A name as the search compares it: lowered, 8-bit.
-std::string LowerName(const std::string& in_name);
+std::string LowerName(std::string in_name);
+
+/// The score of an item that was found by its tags alone.
+const std::size_t gTagScore = 1000;
+/// Stands for an item that was not found. An item whose name earns this very number, which takes thousands of words, is
+/// not found either.
+const std::size_t gNoMatch = 10000;
 
 /// Scores an item; lower is more relevant. The words are alternatives, tried in their order:
 ///   - a word that starts the name ends the search with its index as the score;
 ///   - a word inside the name scores the number of words plus its index, replacing what an earlier word scored;
 ///   - a word found only inside a tag, in upper or lower case alike, scores 1000 unless something scored before.
 /// \param in_words empty: everything passes with score 0
-/// \param in_tags the item's tags, null for none
 /// \param out_score written only when the item passes
 /// \return whether any word was found
-bool ScoreItem(const SearchWords& in_words, const std::string& in_lowerName, const std::set<std::string>* in_tags,
+bool ScoreItem(const SearchWords& in_words, const std::string& in_lowerName, const std::set<std::string>& in_tags,
                std::size_t* out_score);

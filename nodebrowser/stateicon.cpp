@@ -1,15 +1,9 @@
 #include "nodebrowser/stateicon.h"
 
-#include "datamodel/helpers.h"
 #include "datamodel/sourcecontrol.h"
 #include "nodebrowser/qtcompat.h"
 
 #include <QPainter>
-#include <QPixmapCache>
-
-using vireo::datamodel::Helpers;
-using vireo::datamodel::LibType;
-using vireo::datamodel::VireoType;
 
 namespace
 {
@@ -34,40 +28,45 @@ QPixmap DrawFactoryMark(const QPixmap& in_icon)
     return marked;
 }
 
-/// The icon with the factory mark. All factory items of a kind share one picture.
-QPixmap AddFactoryMark(const QPixmap& in_icon)
-{
-    const QString key = QString::fromLatin1("nodebrowser/factory/%1").arg(in_icon.cacheKey());
-    QPixmap marked;
-    if (!QPixmapCache::find(key, &marked))
-    {
-        marked = DrawFactoryMark(in_icon);
-        QPixmapCache::insert(key, marked);
-    }
-    return marked;
-}
-
 } // namespace
 
-QPixmap TypeIcon(vireo::datamodel::ItemAccessor& in_item)
+QPixmap TypeIcon(eItemKind in_kind)
 {
-    const char* const type = in_item.GetItemID().GetType();
-    if (type == VireoType::gPolymorphicSolver || type == VireoType::gSolver)
+    switch (in_kind)
+    {
+    case eKindSolver:
         return LoadIcon(":solver.png");
-    if (type == VireoType::gCompound)
-        return LoadIcon(Helpers::IsAbstractFunction(in_item) ? ":signature.png" : ":compound.png");
-    if (type == VireoType::gGlobalConstant)
+    case eKindCompound:
+        return LoadIcon(":compound.png");
+    case eKindSignature:
+        return LoadIcon(":signature.png");
+    case eKindConstant:
         return LoadIcon(":constant.png");
-    if (type == LibType::gType)
+    case eKindType:
         return LoadIcon(":type.png");
+    case eKindOther:
+        break;
+    }
     return QPixmap();
 }
 
 QPixmap ComposeStateIcon(const QPixmap& in_icon, const IconMarks& in_marks)
 {
-    QPixmap icon = in_marks.m_factoryItem && !in_icon.isNull() ? AddFactoryMark(in_icon) : in_icon;
+    QPixmap icon = in_marks.m_factoryItem && !in_icon.isNull() ? DrawFactoryMark(in_icon) : in_icon;
     if (in_marks.m_factoryItem && in_marks.m_readOnlySource)
         return icon;
     return ScsUtils::getAssetStateIcon(icon, in_marks.m_accessState, in_marks.m_versioningActive,
                                        !in_marks.m_factoryItem);
+}
+
+QPixmap StateIcons::Find(eItemKind in_kind, const IconMarks& in_marks)
+{
+    const Key key(in_kind, in_marks.m_accessState, in_marks.m_factoryItem, in_marks.m_readOnlySource,
+                  in_marks.m_versioningActive);
+    const auto place = m_icons.lower_bound(key);
+    if (place != m_icons.end() && place->first == key)
+        return place->second;
+    const QPixmap icon = ComposeStateIcon(TypeIcon(in_kind), in_marks);
+    m_icons[key] = icon;
+    return icon;
 }

@@ -1,15 +1,18 @@
-/// The pictures of a row: the icon of an item's type, and that icon with its marks.
+/// The pictures of a row: the icon of an item's kind, and that icon with its marks.
 #pragma once
 
-#include "datamodel/item.h"
+#include "nodebrowser/itemkind.h"
 
 #include <QPixmap>
+
+#include <map>
+#include <tuple>
 
 /// How far the factory mark moves the icon of a factory item to the right, in pixels.
 const int gFactoryMarkWidth = 7;
 
-/// The icon of an item's type; null for an unknown type.
-QPixmap TypeIcon(vireo::datamodel::ItemAccessor& in_item);
+/// The icon of a kind of item; null for an unknown kind.
+QPixmap TypeIcon(eItemKind in_kind);
 
 /// What decides how an icon is marked.
 struct IconMarks
@@ -23,3 +26,18 @@ struct IconMarks
 /// An icon as painted: with the factory mark at its left for a factory item, and with the badge of its source-control
 /// state, except on a factory item from a read-only source. It has the icon's device pixel ratio.
 QPixmap ComposeStateIcon(const QPixmap& in_icon, const IconMarks& in_marks);
+
+/// The composed icons of a list: items of one kind with the same marks share one picture, which is composed when the
+/// first of them asks for it. Costs one look-up among the icons in use.
+class StateIcons
+{
+public:
+    QPixmap Find(eItemKind in_kind, const IconMarks& in_marks);
+
+    /// Forgets the pictures, so that each is composed anew.
+    void Clear() { m_icons.clear(); }
+
+private:
+    using Key = std::tuple<eItemKind, unsigned, bool, bool, bool>;
+    std::map<Key, QPixmap> m_icons;
+};

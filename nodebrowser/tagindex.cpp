@@ -3,59 +3,117 @@
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/split.hpp>
 
-using vireo::datamodel::ItemID;
+#include <algorithm>
+
+namespace
+{
+
+std::string UpperCase(std::string in_text, const std::locale& in_locale)
+{
+    if (!in_text.empty())
+        std::use_facet<std::ctype<char>>(in_locale).toupper(&in_text[0], &in_text[0] + in_text.size());
+    return in_text;
+}
+
+} // namespace
 
 void TagIndex::Clear()
 {
-    m_tagsByItem.clear();
-    m_itemsByTag.clear();
+    m_tagsOfItem.clear();
+    m_itemsOfTag.clear();
+    m_tagNumbers.clear();
+    m_tagTexts.clear();
+    m_foldedTexts.Clear();
 }
 
-void TagIndex::CollectTags(const ItemID& in_item, const char* in_key)
+void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined)
 {
-    const std::string joined = m_library.GetItemTags(in_item, in_key);
-    if (joined.empty())
+    if (in_joined.empty())
         return;
-    Tags& tags = m_tagsByItem[in_item];
-    boost::split(tags, joined, boost::is_any_of(";"));
+    Remove(in_item);
+    std::vector<std::string> tags;
+    boost::split(tags, in_joined, boost::is_any_of(";"));
     for (const std::string& tag : tags)
-        if (!tag.empty())
-            m_itemsByTag[tag].insert(in_item);
+        Insert(in_item, tag);
 }
 
-void TagIndex::AddTag(const ItemID& in_item, const std::string& in_tag)
+void TagIndex::AddTag(std::uint32_t in_item, const std::string& in_tag)
 {
+    if (!in_tag.empty())
+        Insert(in_item, in_tag);
+}
+
+void TagIndex::Insert(std::uint32_t in_item, const std::string& in_tag)
+{
+    if (in_item >= m_tagsOfItem.size())
+        m_tagsOfItem.resize(in_item + std::size_t(1));
+    Numbers& tags = m_tagsOfItem[in_item];
+    const std::uint32_t tag = NumberOf(in_tag);
+    if (std::find(tags.begin(), tags.end(), tag) != tags.end())
+        return;
+    tags.push_back(tag);
     if (in_tag.empty())
         return;
-    m_tagsByItem[in_item].insert(in_tag);
-    m_itemsByTag[in_tag].insert(in_item);
+    Numbers& items = m_itemsOfTag[tag];
+    items.insert(std::upper_bound(items.begin(), items.end(), in_item), in_item);
 }
 
-void TagIndex::Remove(const ItemID& in_item)
+std::uint32_t TagIndex::NumberOf(const std::string& in_tag)
 {
-    const auto entry = m_tagsByItem.find(in_item);
-    if (entry == m_tagsByItem.end())
-        return;
-    for (const std::string& tag : entry->second)
+    const auto entry = m_tagNumbers.emplace(in_tag, static_cast<std::uint32_t>(m_tagTexts.size()));
+    if (entry.second)
     {
-        const auto items = m_itemsByTag.find(tag);
-        if (items == m_itemsByTag.end())
-            continue;
-        items->second.erase(in_item);
-        if (items->second.empty())
-            m_itemsByTag.erase(items);
+        m_tagTexts.push_back(&entry.first->first);
+        m_itemsOfTag.emplace_back();
     }
-    m_tagsByItem.erase(entry);
+    return entry.first->second;
 }
 
-const TagIndex::Tags* TagIndex::FindTags(const ItemID& in_item) const
+void TagIndex::Remove(std::uint32_t in_item)
 {
-    const auto entry = m_tagsByItem.find(in_item);
-    return entry == m_tagsByItem.end() ? nullptr : &entry->second;
+    if (!HasTags(in_item))
+        return;
+    for (const std::uint32_t tag : m_tagsOfItem[in_item])
+    {
+        Numbers& items = m_itemsOfTag[tag];
+        const auto place = std::lower_bound(items.begin(), items.end(), in_item);
+        if (place != items.end() && *place == in_item)
+            items.erase(place);
+    }
+    m_tagsOfItem[in_item].clear();
 }
 
-const TagIndex::Items* TagIndex::FindItems(const std::string& in_tag) const
+TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item) const
 {
-    const auto entry = m_itemsByTag.find(in_tag);
-    return entry == m_itemsByTag.end() ? nullptr : &entry->second;
+    Tags tags;
+    if (HasTags(in_item))
+        for (const std::uint32_t tag : m_tagsOfItem[in_item])
+            tags.insert(*m_tagTexts[tag]);
+    return tags;
+}
+
+TagIndex::Numbers TagIndex::GetItems(const std::string& in_tag) const
+{
+    const auto entry = m_tagNumbers.find(in_tag);
+    return entry == m_tagNumbers.end() ? Numbers() : m_itemsOfTag[entry->second];
+}
+
+void TagIndex::FoldTexts() const
+{
+    const std::locale locale;
+    if (m_foldedTexts.Size() == m_tagTexts.size() && locale == m_locale)
+        return;
+    m_locale = locale;
+    m_foldedTexts.Clear();
+    for (const std::string* const text : m_tagTexts)
+        m_foldedTexts.Add(UpperCase(*text, locale));
+}
+
+std::vector<const TagIndex::Numbers*> TagIndex::FindItems(const std::string& in_word) const
+{
+    FoldTexts();
+    std::vector<const Numbers*> found;
+    m_foldedTexts.Find(UpperCase(in_word, m_locale),
+                       [&](std::size_t in_tag, bool) { found.push_back(&m_itemsOfTag[in_tag]); });
+    return found;
 }

@@ -1,44 +1,70 @@
 /// The tags of every listed item, and the items of every tag.
 #pragma once
 
-#include "datamodel/itemid.h"
-#include "datamodel/itemlibrary.h"
+#include "nodebrowser/textblock.h"
 
-#include <map>
+#include <cstdint>
+#include <locale>
 #include <set>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
-/// Filled by the list builder, kept up to date by tag notifications, read by the search. Each operation costs a look-up
-/// of the item and one of each tag concerned.
+/// Filled by the list builder, kept up to date by tag notifications, read by the search. Items go by their numbers in
+/// the list. A tag's text is kept once, however many items have it, and is searched once per word.
 class TagIndex
 {
 public:
     using Tags = std::set<std::string>;
-    using Items = std::set<vireo::datamodel::ItemID>;
+    using Numbers = std::vector<std::uint32_t>; ///< ascending
 
-    /// The library that tags are read from. What the index holds stays until Clear().
-    void SetLibrary(const vireo::datamodel::ItemLibraryAccessor& in_library) { m_library = in_library; }
+    TagIndex() = default;
+    // The tags' texts are pointed at.
+    TagIndex(const TagIndex&) = delete;
+    TagIndex& operator=(const TagIndex&) = delete;
 
     void Clear();
 
-    /// Reads an item's tags under a key, which replace all that the index had for the item. When there are none, the
-    /// item's entry is left as it is.
-    void CollectTags(const vireo::datamodel::ItemID& in_item, const char* in_key);
+    /// Gives an item the tags of a tag string, which replace all that the index had for the item. An empty string leaves
+    /// the item's entry as it is. Costs the splitting, and a look-up of each tag.
+    /// \param in_joined tags separated by ";", with no blanks around them
+    void SetTags(std::uint32_t in_item, const std::string& in_joined);
 
     /// Adds one tag to an item; an empty one adds nothing.
-    void AddTag(const vireo::datamodel::ItemID& in_item, const std::string& in_tag);
+    void AddTag(std::uint32_t in_item, const std::string& in_tag);
 
-    /// Forgets an item, and every tag that no other item has.
-    void Remove(const vireo::datamodel::ItemID& in_item);
+    /// Forgets an item's tags. Costs, per tag, a move of the numbers behind it.
+    void Remove(std::uint32_t in_item);
 
-    /// The item's tags, null when the index has no entry for it.
-    const Tags* FindTags(const vireo::datamodel::ItemID& in_item) const;
+    /// Whether the index has an entry for an item.
+    bool HasTags(std::uint32_t in_item) const
+    {
+        return in_item < m_tagsOfItem.size() && !m_tagsOfItem[in_item].empty();
+    }
 
-    /// The items of a tag, null when no item has it.
-    const Items* FindItems(const std::string& in_tag) const;
+    /// The item's tags; none without an entry. Makes copies: for one item, not for a search.
+    Tags GetTags(std::uint32_t in_item) const;
+
+    /// The items of a tag; none for the empty one.
+    Numbers GetItems(const std::string& in_tag) const;
+
+    /// The items of each tag that a word is found in, upper and lower case alike, as the program's locale has them. Costs
+    /// one pass over the distinct tags.
+    /// \param in_word without white space
+    /// \return one list per tag, valid until the index changes
+    std::vector<const Numbers*> FindItems(const std::string& in_word) const;
 
 private:
-    vireo::datamodel::ItemLibraryAccessor m_library;
-    std::map<vireo::datamodel::ItemID, Tags> m_tagsByItem;
-    std::map<std::string, Items> m_itemsByTag;
+    void Insert(std::uint32_t in_item, const std::string& in_tag);
+    std::uint32_t NumberOf(const std::string& in_tag);
+    void FoldTexts() const;
+
+    std::vector<Numbers> m_tagsOfItem; // by item; the numbers of its tags, in no order
+    std::vector<Numbers> m_itemsOfTag; // by tag; left empty for the empty one, which no word is in
+    std::unordered_map<std::string, std::uint32_t> m_tagNumbers;
+    std::vector<const std::string*> m_tagTexts; // by tag; they live in m_tagNumbers
+
+    // The texts in upper case, made by the first search after a new tag or a new locale.
+    mutable TextBlock m_foldedTexts;
+    mutable std::locale m_locale;
 };

@@ -82,7 +82,6 @@ inline void ShowBrowser(ProbedBrowser& in_browser, int in_width = 300, int in_he
 {
     // A blinking cursor in the search field repaints the browser below it.
     QApplication::setCursorFlashTime(0);
-    QApplication::setCursorFlashTime(0); // a blinking cursor repaints what lies below the search field
     in_browser.resize(in_width, in_height);
     in_browser.show();
     for (int wait = 0; wait < 100 && in_browser.m_paints == 0; ++wait)

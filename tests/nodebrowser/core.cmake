@@ -1,7 +1,8 @@
 # What the browser is made of, what it keeps of a library, and how it answers changes of it.
-set(records ${parts}/browseritem.cpp ${parts}/dbobject.cpp ${parts}/stateicon.cpp ${PROJECT_SOURCE_DIR}/res/nodebrowser.qrc)
+set(records ${parts}/browseritem.cpp ${parts}/dbobject.cpp ${parts}/itemkind.cpp ${parts}/stateicon.cpp
+    ${PROJECT_SOURCE_DIR}/res/nodebrowser.qrc)
 
-foreach(name test_construction test_itemlist test_notifications test_sourcecontroldisplay test_filter)
+foreach(name test_construction test_itemlist test_notifications test_sourcecontroldisplay test_filter test_fastfilter)
     nodebrowser_test(${name} LIBRARIES nodebrowser memorymodel)
 endforeach()
 

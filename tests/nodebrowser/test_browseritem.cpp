@@ -1,4 +1,5 @@
 #include "nodebrowser/browseritem.h"
+#include "nodebrowser/stateicon.h"
 
 #include "memorymodel/datalayer.h"
 #include "tests/nodebrowser/spylayer.h"
@@ -179,6 +180,7 @@ private Q_SLOTS:
         m_layer->SetService("RevisionControlUIHelper", m_helper.get());
         m_helper->m_given = nexa4::NEXAHandle<nexa4::IDbObject>();
         m_helper->m_lookups.clear();
+        m_icons.Clear();
     }
 
     void cleanupTestCase()
@@ -377,16 +379,16 @@ private Q_SLOTS:
     {
         BrowserItem record = MakeRecord(NewItem::Compound("A"));
         SpyLayer spy;
-        QVERIFY(!record.SetAccessState(0, true));
+        QVERIFY(!record.SetAccessState(0, true, m_icons));
         QCOMPARE(spy.m_icons.size(), std::size_t(0));
-        QVERIFY(record.SetAccessState(memorymodel::eCheckedOut, true));
+        QVERIFY(record.SetAccessState(memorymodel::eCheckedOut, true, m_icons));
         QCOMPARE(spy.m_icons.size(), std::size_t(1));
         QCOMPARE(spy.m_icons[0].m_state, unsigned(memorymodel::eCheckedOut));
         QVERIFY(spy.m_icons[0].m_active);
         QCOMPARE(record.GetAccessState(), unsigned(memorymodel::eCheckedOut));
-        QVERIFY(!record.SetAccessState(memorymodel::eCheckedOut, false));
+        QVERIFY(!record.SetAccessState(memorymodel::eCheckedOut, false, m_icons));
         QCOMPARE(spy.m_icons.size(), std::size_t(1));
-        QVERIFY(record.SetAccessState(4294967295u, false));
+        QVERIFY(record.SetAccessState(4294967295u, false, m_icons));
         QCOMPARE(spy.m_icons[1].m_state, 4294967295u);
         QVERIFY(!spy.m_icons[1].m_active);
     }
@@ -395,20 +397,20 @@ private Q_SLOTS:
     {
         BrowserItem record = MakeRecord(NewItem::Compound("A"));
         const QImage plain = record.GetStateIcon().toImage();
-        record.SetAccessState(memorymodel::eCheckedOut, true);
+        record.SetAccessState(memorymodel::eCheckedOut, true, m_icons);
         const QImage badged = record.GetStateIcon().toImage();
         QVERIFY(badged != plain);
-        record.SetAccessState(memorymodel::eOutOfDate, true);
-        record.SetAccessState(memorymodel::eCheckedOut, true);
+        record.SetAccessState(memorymodel::eOutOfDate, true, m_icons);
+        record.SetAccessState(memorymodel::eCheckedOut, true, m_icons);
         QCOMPARE(record.GetStateIcon().toImage(), badged);
-        record.SetAccessState(0, true);
+        record.SetAccessState(0, true, m_icons);
         QCOMPARE(record.GetStateIcon().toImage(), plain);
     }
 
     void anItemThatIsNoCompoundTakesAStateToo()
     {
         BrowserItem record = MakeRecord(NewItem::Type("A"));
-        QVERIFY(record.SetAccessState(memorymodel::eOutOfDate, true));
+        QVERIFY(record.SetAccessState(memorymodel::eOutOfDate, true, m_icons));
         QCOMPARE(record.GetAccessState(), unsigned(memorymodel::eOutOfDate));
     }
 
@@ -418,7 +420,7 @@ private Q_SLOTS:
         BrowserItem record = MakeRecord(NewItem::Compound("A").In(*m_factory));
         const QImage before = record.GetStateIcon().toImage();
         SpyLayer spy;
-        QVERIFY(record.SetAccessState(memorymodel::eCheckedOut, true));
+        QVERIFY(record.SetAccessState(memorymodel::eCheckedOut, true, m_icons));
         QCOMPARE(record.GetAccessState(), unsigned(memorymodel::eCheckedOut));
         QCOMPARE(spy.m_icons.size(), std::size_t(0));
         QCOMPARE(record.GetStateIcon().toImage(), before);
@@ -427,7 +429,7 @@ private Q_SLOTS:
     void aRecordReadsItsIdentityThroughItsAccessor()
     {
         const ItemID id = m_library->Add(NewItem::Compound("Short-lived"));
-        const BrowserItem record(FindItem(*m_library, id), 0, false);
+        const BrowserItem record(FindItem(*m_library, id), 0, false, m_icons);
         QVERIFY(record.GetItemID() == id);
         QVERIFY(m_library->Remove(id));
         QVERIFY(!record.GetItem().IsValid());
@@ -439,7 +441,7 @@ private Q_SLOTS:
         const BrowserItem original = MakeRecord(NewItem::Compound("A"), 3);
         BrowserItem copy = original;
         QVERIFY(copy.GetItemID() == original.GetItemID());
-        copy.SetAccessState(4, true);
+        copy.SetAccessState(4, true, m_icons);
         QCOMPARE(original.GetAccessState(), 3u);
         QCOMPARE(copy.GetAccessState(), 4u);
     }
@@ -448,7 +450,7 @@ private:
     BrowserItem MakeRecord(const NewItem& in_item, unsigned in_state = 0)
     {
         const ItemID id = m_library->Add(in_item);
-        return BrowserItem(FindItem(*m_library, id), in_state, false);
+        return BrowserItem(FindItem(*m_library, id), in_state, false, m_icons);
     }
 
     /// The record of a compound whose database object is given.
@@ -493,6 +495,7 @@ private:
     memorymodel::DataSource* m_readOnly = nullptr;
     memorymodel::DataSource* m_factory = nullptr;
     memorymodel::DataSource* m_second = nullptr;
+    StateIcons m_icons;
     QStringList m_lookupsBeforeTheFirst;
     QStringList m_lookupsOfTheFirst;
 };

@@ -175,8 +175,8 @@ private Q_SLOTS:
         m_browser->SearchField().setText(QString::fromLatin1("loo"));
         QCOMPARE(spy.m_nameReads, 0);
         QCOMPARE(CountPaints(*m_browser, [] {}), 0);
-        // Each of the four nodes is compared once, and each drawn row reads its name once a paint.
-        QCOMPARE(spy.m_nameReads, 4 + CountLines(spy.m_log, "dirty"));
+        // Nothing is asked of the library but the names of the rows that are drawn.
+        QCOMPARE(spy.m_nameReads, CountLines(spy.m_log, "dirty"));
         QCOMPARE(Rows(), QString::fromLatin1("Loop"));
         m_browser.reset();
     }

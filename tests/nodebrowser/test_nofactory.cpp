@@ -1,5 +1,6 @@
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/browseritem.h"
+#include "nodebrowser/stateicon.h"
 #include "tests/support/testmain.h"
 
 #include <memory>
@@ -48,7 +49,7 @@ private Q_SLOTS:
         const vireo::datamodel::ItemID id = m_library->Add(NewItem::Type("Built in").In(*m_plain).BuiltIn());
         ItemIterator item = vireo::datamodel::GetTOC(m_library->GetAccessor()).IterateItems(id.GetType());
         QVERIFY(item.GetItem().GetItemID() == id);
-        const BrowserItem record(item.GetItem(), 0, false);
+        const BrowserItem record(item.GetItem(), 0, false, m_icons);
         QVERIFY(record.IsFactoryItem());
         QVERIFY(record.HasReadOnlySource());
     }
@@ -60,11 +61,12 @@ private:
         ItemIterator item = vireo::datamodel::GetTOC(m_library->GetAccessor()).IterateItems(id.GetType());
         while (item.GetItem().GetItemID() != id)
             item.Next();
-        return BrowserItem(item.GetItem(), 0, false);
+        return BrowserItem(item.GetItem(), 0, false, m_icons);
     }
 
     std::unique_ptr<memorymodel::DataLayer> m_layer;
     memorymodel::Library* m_library = nullptr;
+    StateIcons m_icons;
     memorymodel::DataSource* m_plain = nullptr;
     memorymodel::DataSource* m_lateFirst = nullptr;
     memorymodel::DataSource* m_lateSecond = nullptr;

@@ -31,7 +31,7 @@ std::set<std::string> Tags(const char* in_joined)
 int Score(const QString& in_text, const std::string& in_name, const std::set<std::string>& in_tags)
 {
     std::size_t score = 0;
-    const bool passes = ScoreItem(SplitSearchWords(in_text.toLower()), LowerName(in_name), &in_tags, &score);
+    const bool passes = ScoreItem(SplitSearchWords(in_text.toLower()), LowerName(in_name), in_tags, &score);
     return passes ? static_cast<int>(score) : gNoScore;
 }
 
@@ -198,7 +198,7 @@ private Q_SLOTS:
     void scoreStaysUntouchedWhenNothingIsFound()
     {
         std::size_t score = 77;
-        QVERIFY(!ScoreItem(SplitSearchWords(QString::fromLatin1("zz")), "blend", nullptr, &score));
+        QVERIFY(!ScoreItem(SplitSearchWords(QString::fromLatin1("zz")), "blend", std::set<std::string>(), &score));
         QCOMPARE(int(score), 77);
     }
 
@@ -256,7 +256,7 @@ private Q_SLOTS:
         {
             vireo::datamodel::ItemAccessor item(library.GetAccessor().GetModel(id, nullptr));
             QVERIFY(item.IsValid());
-            if (PassesFilterMode(mode, item))
+            if (PassesFilterMode(mode, KindOf(item)))
                 passed << QString::fromLatin1(library.GetAccessor().GetItemName(id, true, nullptr).c_str());
         }
         QCOMPARE(passed.join(QLatin1String(" ")), shown);

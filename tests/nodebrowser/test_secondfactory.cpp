@@ -1,5 +1,6 @@
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/browseritem.h"
+#include "nodebrowser/stateicon.h"
 #include "tests/support/testmain.h"
 
 #include <memory>
@@ -55,11 +56,12 @@ private:
         ItemIterator item = vireo::datamodel::GetTOC(m_library->GetAccessor()).IterateItems(id.GetType());
         while (item.GetItem().GetItemID() != id)
             item.Next();
-        return BrowserItem(item.GetItem(), 0, false);
+        return BrowserItem(item.GetItem(), 0, false, m_icons);
     }
 
     std::unique_ptr<memorymodel::DataLayer> m_layer;
     memorymodel::Library* m_library = nullptr;
+    StateIcons m_icons;
     memorymodel::DataSource* m_plain = nullptr;
     memorymodel::DataSource* m_lateFirst = nullptr;
     memorymodel::DataSource* m_second = nullptr;

@@ -132,16 +132,16 @@ private Q_SLOTS:
                                  NewItem::GlobalConstant("A"),
                                  NewItem::Type("A")};
         ItemAccessor item = Add(items[kind]);
-        QCOMPARE(Pixels(TypeIcon(item)), Pixels(Resource(icon.constData())));
+        QCOMPARE(Pixels(TypeIcon(KindOf(item))), Pixels(Resource(icon.constData())));
     }
 
     void anUnknownTypeHasNoIcon()
     {
         ItemAccessor strange(UnspecifiedAccessor(std::make_shared<StrangeItem>("Strange")));
         QVERIFY(strange.IsValid());
-        QVERIFY(TypeIcon(strange).isNull());
+        QVERIFY(TypeIcon(KindOf(strange)).isNull());
         ItemAccessor invalid;
-        QVERIFY(TypeIcon(invalid).isNull());
+        QVERIFY(TypeIcon(KindOf(invalid)).isNull());
     }
 
     void typesAreToldApartByPointerAndNotByTheirText()
@@ -149,9 +149,9 @@ private Q_SLOTS:
         const std::string text = VireoType::gSolver;
         ItemAccessor copy(UnspecifiedAccessor(std::make_shared<StrangeItem>(text.c_str())));
         QCOMPARE(text, std::string(VireoType::gSolver));
-        QVERIFY(TypeIcon(copy).isNull());
+        QVERIFY(TypeIcon(KindOf(copy)).isNull());
         ItemAccessor original(UnspecifiedAccessor(std::make_shared<StrangeItem>(VireoType::gSolver)));
-        QVERIFY(!TypeIcon(original).isNull());
+        QVERIFY(!TypeIcon(KindOf(original)).isNull());
     }
 
     void aPlainIconStaysAsItIsWithoutAState()

@@ -1,23 +1,36 @@
-#include "memorymodel/datalayer.h"
 #include "nodebrowser/tagindex.h"
 #include "tests/support/testmain.h"
 
-using memorymodel::NewItem;
-using vireo::datamodel::gApplicationTagsKey;
-using vireo::datamodel::ItemID;
+#include <boost/algorithm/string/find.hpp>
+
+#include <random>
 
 namespace
 {
 
-QString Joined(const TagIndex::Tags* in_tags)
+QString Joined(const TagIndex::Tags& in_tags)
 {
-    if (!in_tags)
-        return QString::fromLatin1("(none)");
     QStringList tags;
-    for (const std::string& tag : *in_tags)
+    for (const std::string& tag : in_tags)
         tags << QString::fromLatin1(tag.c_str());
     return tags.join(QLatin1String("|"));
 }
+
+/// Upper case as in a locale where "x" is what "q" is, too.
+class StrangeCase : public std::ctype<char>
+{
+protected:
+    char do_toupper(char in_character) const override
+    {
+        return in_character == 'x' || in_character == 'q' ? 'Q' : std::ctype<char>::do_toupper(in_character);
+    }
+    const char* do_toupper(char* in_begin, const char* in_end) const override
+    {
+        for (char* character = in_begin; character != in_end; ++character)
+            *character = do_toupper(*character);
+        return in_end;
+    }
+};
 
 } // namespace
 
@@ -26,14 +39,7 @@ class TestTagIndex : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_library = &m_layer.AddLibrary("Tags");
-        m_index = TagIndex();
-        m_index.SetLibrary(m_library->GetAccessor());
-    }
-
-    void cleanup() { m_layer.RemoveLibrary(*m_library); }
+    void init() { m_index.Clear(); }
 
     void tagsAreSplitAtSemicolonsIntoASet_data()
     {
@@ -45,82 +51,152 @@ private Q_SLOTS:
         QTest::newRow("blanks stay") << QByteArray(" a; b") << QString::fromLatin1(" a| b");
         QTest::newRow("commas separate nothing") << QByteArray("a,b") << QString::fromLatin1("a,b");
         QTest::newRow("case stays") << QByteArray("A;a") << QString::fromLatin1("A|a");
-        QTest::newRow("none") << QByteArray() << QString::fromLatin1("(none)");
+        QTest::newRow("none") << QByteArray() << QString();
     }
 
     void tagsAreSplitAtSemicolonsIntoASet()
     {
         QFETCH(QByteArray, joined);
         QFETCH(QString, set);
-        const ItemID item = m_library->Add(NewItem::Solver("Blend").Tags(joined.constData()));
-        m_index.CollectTags(item, gApplicationTagsKey);
-        QCOMPARE(Joined(m_index.FindTags(item)), set);
+        m_index.SetTags(3, joined.constData());
+        QCOMPARE(m_index.HasTags(3), !set.isEmpty());
+        QCOMPARE(Joined(m_index.GetTags(3)), set);
     }
 
     void emptyTagsBetweenSeparatorsReachNoItem()
     {
-        const ItemID item = m_library->Add(NewItem::Solver("Blend").Tags("a;;b"));
-        m_index.CollectTags(item, gApplicationTagsKey);
-        QCOMPARE(Joined(m_index.FindTags(item)), QString::fromLatin1("|a|b"));
-        QVERIFY(!m_index.FindItems(""));
+        m_index.SetTags(0, "a;;b");
+        QCOMPARE(Joined(m_index.GetTags(0)), QString::fromLatin1("|a|b"));
+        QVERIFY(m_index.GetItems("").empty());
     }
 
     void tagsLeadBackToTheirItems()
     {
-        const ItemID first = m_library->Add(NewItem::Solver("Blend").Tags("mix;colour"));
-        const ItemID second = m_library->Add(NewItem::Solver("Fade").Tags("mix"));
-        m_index.CollectTags(first, gApplicationTagsKey);
-        m_index.CollectTags(second, gApplicationTagsKey);
-        QCOMPARE(*m_index.FindItems("mix"), (TagIndex::Items{first, second}));
-        QCOMPARE(*m_index.FindItems("colour"), (TagIndex::Items{first}));
-        QVERIFY(!m_index.FindItems("noise"));
+        m_index.SetTags(1, "mix");
+        m_index.SetTags(0, "mix;colour");
+        QCOMPARE(m_index.GetItems("mix"), (TagIndex::Numbers{0, 1}));
+        QCOMPARE(m_index.GetItems("colour"), (TagIndex::Numbers{0}));
+        QVERIFY(m_index.GetItems("noise").empty());
     }
 
     void anItemWithoutTagsHasNoEntryUntilOneIsAdded()
     {
-        const ItemID item = m_library->Add(NewItem::Solver("Blend"));
-        m_index.CollectTags(item, gApplicationTagsKey);
-        QVERIFY(!m_index.FindTags(item));
-        m_index.AddTag(item, "");
-        QVERIFY(!m_index.FindTags(item));
-        m_index.AddTag(item, "Solver");
-        QCOMPARE(Joined(m_index.FindTags(item)), QString::fromLatin1("Solver"));
-        QCOMPARE(*m_index.FindItems("Solver"), (TagIndex::Items{item}));
+        m_index.SetTags(0, "");
+        QVERIFY(!m_index.HasTags(0));
+        m_index.AddTag(0, "");
+        QVERIFY(!m_index.HasTags(0));
+        m_index.AddTag(0, "Solver");
+        QCOMPARE(Joined(m_index.GetTags(0)), QString::fromLatin1("Solver"));
+        QCOMPARE(m_index.GetItems("Solver"), (TagIndex::Numbers{0}));
     }
 
-    void otherKeysHaveTagsOfTheirOwn()
+    void anEmptyTagStringLeavesTheEntryAsItIs()
     {
-        const ItemID item = m_library->Add(NewItem::Solver("Blend").Tags("mix"));
-        m_index.CollectTags(item, "OtherTags");
-        QVERIFY(!m_index.FindTags(item));
+        m_index.SetTags(0, "mix");
+        m_index.SetTags(0, "");
+        QCOMPARE(Joined(m_index.GetTags(0)), QString::fromLatin1("mix"));
+        m_index.SetTags(0, "colour");
+        QCOMPARE(Joined(m_index.GetTags(0)), QString::fromLatin1("colour"));
+        QVERIFY(m_index.GetItems("mix").empty());
     }
 
-    void removingForgetsTheItemAndTagsThatNobodyElseHas()
+    void addingATagTwiceAddsItOnce()
     {
-        const ItemID first = m_library->Add(NewItem::Solver("Blend").Tags("mix;;colour"));
-        const ItemID second = m_library->Add(NewItem::Solver("Fade").Tags("mix"));
-        m_index.CollectTags(first, gApplicationTagsKey);
-        m_index.CollectTags(second, gApplicationTagsKey);
-        m_index.Remove(first);
-        QVERIFY(!m_index.FindTags(first));
-        QVERIFY(!m_index.FindItems("colour"));
-        QCOMPARE(*m_index.FindItems("mix"), (TagIndex::Items{second}));
-        m_index.Remove(first);
-        QCOMPARE(Joined(m_index.FindTags(second)), QString::fromLatin1("mix"));
+        m_index.SetTags(0, "Solver");
+        m_index.AddTag(0, "Solver");
+        QCOMPARE(m_index.GetItems("Solver"), (TagIndex::Numbers{0}));
+    }
+
+    void removingForgetsTheItem()
+    {
+        m_index.SetTags(0, "mix;;colour");
+        m_index.SetTags(1, "mix");
+        m_index.Remove(0);
+        QVERIFY(!m_index.HasTags(0));
+        QVERIFY(m_index.GetItems("colour").empty());
+        QCOMPARE(m_index.GetItems("mix"), (TagIndex::Numbers{1}));
+        m_index.Remove(0);
+        m_index.Remove(1000);
+        QCOMPARE(Joined(m_index.GetTags(1)), QString::fromLatin1("mix"));
     }
 
     void clearingForgetsEverything()
     {
-        const ItemID item = m_library->Add(NewItem::Solver("Blend").Tags("mix"));
-        m_index.CollectTags(item, gApplicationTagsKey);
+        m_index.SetTags(0, "mix");
+        QCOMPARE(int(m_index.FindItems("mix").size()), 1);
         m_index.Clear();
-        QVERIFY(!m_index.FindTags(item));
-        QVERIFY(!m_index.FindItems("mix"));
+        QVERIFY(!m_index.HasTags(0));
+        QVERIFY(m_index.GetItems("mix").empty());
+        QVERIFY(m_index.FindItems("mix").empty());
+    }
+
+    void aWordIsFoundInEachTagWhateverTheCase()
+    {
+        m_index.SetTags(0, "Mixing;remix");
+        m_index.SetTags(1, "MIX");
+        m_index.SetTags(2, "colour");
+        QCOMPARE(FindSet("mIx"), (std::set<std::uint32_t>{0, 1}));
+        QCOMPARE(FindSet("colours"), std::set<std::uint32_t>());
+    }
+
+    void newTagsAreFoundAfterASearch()
+    {
+        m_index.SetTags(0, "mix");
+        QVERIFY(FindSet("noise").empty());
+        m_index.SetTags(1, "noise");
+        QCOMPARE(FindSet("noise"), (std::set<std::uint32_t>{1}));
+    }
+
+    void theCaseIsThatOfTheProgramsLocale()
+    {
+        m_index.SetTags(0, "box");
+        QVERIFY(FindSet("boq").empty());
+        const std::locale before = std::locale::global(std::locale(std::locale(), new StrangeCase));
+        const std::set<std::uint32_t> found = FindSet("boq");
+        std::locale::global(before);
+        QCOMPARE(found, (std::set<std::uint32_t>{0}));
+        QVERIFY(FindSet("boq").empty());
+    }
+
+    void agreesWithASearchTagByTag()
+    {
+        std::mt19937 random(5u);
+        std::uniform_int_distribution<std::size_t> pick(0, 7);
+        const auto text = [&](std::size_t in_letters) {
+            std::string made;
+            for (std::size_t left = in_letters; left > 0; --left)
+                made += "abABx\xE4\xC4\xB5"[pick(random)];
+            return made;
+        };
+        std::vector<std::set<std::string>> tags(20);
+        for (int change = 0; change < 3000; ++change)
+        {
+            const std::uint32_t item = static_cast<std::uint32_t>(random() % tags.size());
+            const std::string first = text(1 + pick(random));
+            const std::string second = text(1 + pick(random));
+            m_index.Remove(item);
+            m_index.SetTags(item, first + ";" + second);
+            tags[item] = {first, second};
+            const std::string word = text(1 + pick(random) % 3);
+            std::set<std::uint32_t> expected;
+            for (std::uint32_t i = 0; i < tags.size(); ++i)
+                for (const std::string& tag : tags[i])
+                    if (!boost::algorithm::ifind_first(tag, word).empty())
+                        expected.insert(i);
+            QCOMPARE(FindSet(word), expected);
+            QCOMPARE(m_index.GetTags(item), tags[item]);
+        }
     }
 
 private:
-    memorymodel::DataLayer m_layer;
-    memorymodel::Library* m_library = nullptr;
+    std::set<std::uint32_t> FindSet(const std::string& in_word) const
+    {
+        std::set<std::uint32_t> found;
+        for (const TagIndex::Numbers* const items : m_index.FindItems(in_word))
+            found.insert(items->begin(), items->end());
+        return found;
+    }
+
     TagIndex m_index;
 };
 

@@ -1,0 +1,86 @@
+#include "nodebrowser/nameorder.h"
+#include "tests/support/testmain.h"
+
+#include <algorithm>
+#include <random>
+
+class TestNameOrder : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ordersNames_data()
+    {
+        QTest::addColumn<QString>("names");
+        QTest::addColumn<QString>("ordered");
+        QTest::newRow("one") << QString::fromLatin1("a") << QString::fromLatin1("a");
+        QTest::newRow("case does not matter") << QString::fromLatin1("b,A,C") << QString::fromLatin1("A,b,C");
+        QTest::newRow("beginnings first") << QString::fromLatin1("Blend2,Blend") << QString::fromLatin1("Blend,Blend2");
+        QTest::newRow("equal but for case, in the order given")
+            << QString::fromLatin1("ab,AB,aB") << QString::fromLatin1("ab,AB,aB");
+        QTest::newRow("underscore before letters, as lower case is compared")
+            << QString::fromLatin1("Za,_a,aa") << QString::fromLatin1("_a,aa,Za");
+        QTest::newRow("letters beyond ASCII keep their case and come last")
+            << QString::fromLatin1("\xE4,\xC4,z") << QString::fromLatin1("z,\xC4,\xE4");
+        QTest::newRow("different only after many characters")
+            << QString::fromLatin1("NoiseTextureB,noisetextureA,NoiseTexture")
+            << QString::fromLatin1("NoiseTexture,noisetextureA,NoiseTextureB");
+        QTest::newRow("as long as the part compared first")
+            << QString::fromLatin1("abcdefgh,abcdefg,abcdefghi") << QString::fromLatin1("abcdefg,abcdefgh,abcdefghi");
+    }
+
+    void ordersNames()
+    {
+        QFETCH(QString, names);
+        QFETCH(QString, ordered);
+        const QStringList given = names.split(QLatin1Char(','));
+        std::vector<std::string> texts;
+        for (const QString& name : given)
+            texts.push_back(name.toLatin1().constData());
+        QStringList result;
+        for (const std::uint32_t number : SortByName(texts))
+            result << given.at(static_cast<int>(number));
+        QCOMPARE(result.join(QLatin1String(",")), ordered);
+    }
+
+    void noNamesHaveAnOrderToo() { QVERIFY(SortByName(std::vector<std::string>()).empty()); }
+
+    void aZeroByteIsMoreThanTheEnd()
+    {
+        const std::vector<std::string> names = {std::string("a\0", 2), "a", std::string("a\0b", 3)};
+        const std::vector<std::uint32_t> order = {1, 0, 2};
+        QVERIFY(SortByName(names) == order);
+    }
+
+    void agreesWithAStableSortOfFoldedNames()
+    {
+        std::mt19937 random(11u);
+        std::uniform_int_distribution<int> length(0, 20);
+        std::uniform_int_distribution<std::size_t> pick(0, 7);
+        for (int round = 0; round < 300; ++round)
+        {
+            std::vector<std::string> names;
+            for (int left = round; left > 0; --left)
+            {
+                names.emplace_back();
+                for (int letters = length(random); letters > 0; --letters)
+                    names.back() += "aaaAbB_\xC4"[pick(random)];
+            }
+            std::vector<std::pair<std::string, std::uint32_t>> folded;
+            for (const std::string& name : names)
+            {
+                folded.emplace_back(name, static_cast<std::uint32_t>(folded.size()));
+                std::replace(folded.back().first.begin(), folded.back().first.end(), 'A', 'a');
+                std::replace(folded.back().first.begin(), folded.back().first.end(), 'B', 'b');
+            }
+            std::sort(folded.begin(), folded.end());
+            std::vector<std::uint32_t> expected;
+            for (const auto& entry : folded)
+                expected.push_back(entry.second);
+            QVERIFY(SortByName(names) == expected);
+        }
+    }
+};
+
+NODEBROWSER_TEST_MAIN(TestNameOrder)
+#include "test_nameorder.moc"

@@ -1,0 +1,119 @@
+#include "nodebrowser/textblock.h"
+#include "tests/support/testmain.h"
+
+#include <random>
+
+namespace
+{
+
+/// Where a word is found, as "number" or "number^" for a text that starts with it.
+QString Found(const std::vector<std::string>& in_texts, const std::string& in_word)
+{
+    TextBlock block;
+    for (const std::string& text : in_texts)
+        block.Add(text);
+    QStringList found;
+    block.Find(in_word, [&found](std::size_t in_number, bool in_atStart) {
+        found << QString::number(in_number) + QString::fromLatin1(in_atStart ? "^" : "");
+    });
+    return found.join(QLatin1String(" "));
+}
+
+/// The same, text by text.
+QString PlainFound(const std::vector<std::string>& in_texts, const std::string& in_word)
+{
+    QStringList found;
+    for (std::size_t number = 0; number < in_texts.size(); ++number)
+    {
+        const std::size_t place = in_texts[number].find(in_word);
+        if (place != std::string::npos)
+            found << QString::number(number) + QString::fromLatin1(place == 0 ? "^" : "");
+    }
+    return found.join(QLatin1String(" "));
+}
+
+} // namespace
+
+class TestTextBlock : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsAWordInEachTextOnce_data()
+    {
+        QTest::addColumn<QStringList>("texts");
+        QTest::addColumn<QByteArray>("word");
+        QTest::addColumn<QString>("found");
+        const QStringList names = QString::fromLatin1("blend,,able,b,tab,abba").split(QLatin1Char(','));
+        QTest::newRow("no texts") << QStringList() << QByteArray("a") << QString();
+        QTest::newRow("nowhere") << names << QByteArray("x") << QString();
+        QTest::newRow("at starts and inside") << names << QByteArray("b") << QString::fromLatin1("0^ 2 3^ 4 5");
+        QTest::newRow("several letters") << names << QByteArray("ab") << QString::fromLatin1("2^ 4 5^");
+        QTest::newRow("a whole text") << names << QByteArray("blend") << QString::fromLatin1("0^");
+        QTest::newRow("longer than any text") << names << QByteArray("blends") << QString();
+        QTest::newRow("not across two texts") << names << QByteArray("btab") << QString();
+        QTest::newRow("the last text") << names << QByteArray("bba") << QString::fromLatin1("5");
+        QTest::newRow("the empty word") << names << QByteArray("") << QString::fromLatin1("0^ 1^ 2^ 3^ 4^ 5^");
+        QTest::newRow("the empty word among no texts") << QStringList() << QByteArray("") << QString();
+    }
+
+    void findsAWordInEachTextOnce()
+    {
+        QFETCH(QStringList, texts);
+        QFETCH(QByteArray, word);
+        QFETCH(QString, found);
+        std::vector<std::string> given;
+        for (const QString& text : texts)
+            given.push_back(text.toLatin1().constData());
+        QCOMPARE(Found(given, word.constData()), found);
+    }
+
+    void textsMayHoldLineFeedsAndZeroes()
+    {
+        const std::vector<std::string> texts = {"a\nb", std::string("c\0d", 3), "\n", "b"};
+        QCOMPARE(Found(texts, "b"), QString::fromLatin1("0 3^"));
+        QCOMPARE(Found(texts, std::string("\0d", 2)), QString::fromLatin1("1"));
+        QCOMPARE(Found(texts, "ab"), QString());
+    }
+
+    void clearingForgetsEverything()
+    {
+        TextBlock block;
+        block.Add("a");
+        block.Clear();
+        QCOMPARE(int(block.Size()), 0);
+        block.Add("ba");
+        int found = 0;
+        block.Find("a", [&found](std::size_t in_number, bool in_atStart) {
+            ++found;
+            QCOMPARE(int(in_number), 0);
+            QVERIFY(!in_atStart);
+        });
+        QCOMPARE(found, 1);
+    }
+
+    void agreesWithASearchTextByText()
+    {
+        std::mt19937 random(7u);
+        std::uniform_int_distribution<int> length(0, 12);
+        std::uniform_int_distribution<int> letter('a', 'c');
+        const auto text = [&](int in_longest) {
+            std::string made;
+            for (int left = length(random) % (in_longest + 1); left > 0; --left)
+                made += static_cast<char>(letter(random));
+            return made;
+        };
+        for (int block = 0; block < 2000; ++block)
+        {
+            std::vector<std::string> texts;
+            // Long runs of texts without the word between two hits, too.
+            for (int left = block % 60; left > 0; --left)
+                texts.push_back(left % 7 ? "x" : text(12));
+            const std::string word = text(4);
+            QCOMPARE(Found(texts, word), PlainFound(texts, word));
+        }
+    }
+};
+
+NODEBROWSER_TEST_MAIN(TestTextBlock)
+#include "test_textblock.moc"
