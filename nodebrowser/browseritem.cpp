@@ -45,10 +45,11 @@ BrowserItem::BrowserItem(const vireo::datamodel::ItemAccessor& in_item, unsigned
 void BrowserItem::ReadDataSource()
 {
     nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
-    if (!helper || !HasUID(GetItemID()))
+    DbObjectId id;
+    if (!helper || !GetObjectId(GetItemID(), id))
         return;
     const FactoryObjects& factoryObjects = GetFactoryObjects(*helper);
-    const NEXAHandle<IDbObject> object = FindDbObject(*helper, GetItemID());
+    const NEXAHandle<IDbObject> object = helper->FindObject(id);
     if (!object.IsValid())
         return;
 

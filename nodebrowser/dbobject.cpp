@@ -7,16 +7,18 @@ nexa4::IRevisionControlUIHelper* FindRevisionControlHelper()
     return hmxGetService<nexa4::IRevisionControlUIHelper>("RevisionControlUIHelper");
 }
 
-bool HasUID(const vireo::datamodel::ItemID& in_item)
+bool GetObjectId(const vireo::datamodel::ItemID& in_item, nexa4::DbObjectId& out_id)
 {
-    return nexa4::DbObjectId::IsUID(vireo::datamodel::ItemIDUnlock::GetItemIDUID(in_item));
+    const char* const text = vireo::datamodel::ItemIDUnlock::GetItemIDUID(in_item);
+    if (!nexa4::DbObjectId::IsUID(text))
+        return false;
+    out_id = nexa4::DbObjectId(text);
+    return true;
 }
 
 nexa4::NEXAHandle<nexa4::IDbObject> FindDbObject(nexa4::IRevisionControlUIHelper& in_helper,
                                                  const vireo::datamodel::ItemID& in_item)
 {
-    const char* const uid = vireo::datamodel::ItemIDUnlock::GetItemIDUID(in_item);
-    if (!nexa4::DbObjectId::IsUID(uid))
-        return nexa4::NEXAHandle<nexa4::IDbObject>();
-    return in_helper.FindObject(nexa4::DbObjectId(uid));
+    nexa4::DbObjectId id;
+    return GetObjectId(in_item, id) ? in_helper.FindObject(id) : nexa4::NEXAHandle<nexa4::IDbObject>();
 }

@@ -8,8 +8,9 @@
 /// The revision-control service of the host; null when it has none. Looked up anew for each use.
 nexa4::IRevisionControlUIHelper* FindRevisionControlHelper();
 
-/// Whether an item's identity text is that of a database object at all. Asks only the data layer, no service.
-bool HasUID(const vireo::datamodel::ItemID& in_item);
+/// The identity of an item's database object: false when the item's identity text is none at all. Asks only the data
+/// layer, no service.
+bool GetObjectId(const vireo::datamodel::ItemID& in_item, nexa4::DbObjectId& out_id);
 
 /// The database object of an item: an invalid handle when the item's identity text is no UID or the service knows no
 /// such object.

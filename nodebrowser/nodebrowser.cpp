@@ -236,12 +236,12 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles)
         if (item.GetValue(vireo::datamodel::gParentKey).IsValid() ||
             item.GetValue(vireo::datamodel::gSpecializesKey).IsValid())
             continue;
-        const ItemID id = item.GetItemID();
         m_items.emplace_back(item, vireo::datamodel::eAccessStateUnknown, versioningShown, *m_icons);
-        if (helper && m_items.back().IsSourceControlled() && HasUID(id))
+        nexa4::DbObjectId objectId;
+        if (helper && m_items.back().IsSourceControlled() && GetObjectId(item.GetItemID(), objectId))
         {
             m_items.back().SetAccessState(vireo::datamodel::eAccessStateRequested, versioningShown, *m_icons);
-            out_handles->push_back(FindDbObject(*helper, id));
+            out_handles->push_back(helper->FindObject(objectId));
         }
     }
 }

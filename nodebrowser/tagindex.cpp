@@ -1,12 +1,12 @@
 #include "nodebrowser/tagindex.h"
 
-#include <boost/algorithm/string/classification.hpp>
-#include <boost/algorithm/string/split.hpp>
-
 #include <algorithm>
 
 namespace
 {
+
+/// As many tags as most items have, that of the type included, for which one allocation is made.
+const std::size_t gUsualTags = 4;
 
 std::string UpperCase(std::string in_text, const std::locale& in_locale)
 {
@@ -31,10 +31,13 @@ void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined)
     if (in_joined.empty())
         return;
     Remove(in_item);
-    std::vector<std::string> tags;
-    boost::split(tags, in_joined, boost::is_any_of(";"));
-    for (const std::string& tag : tags)
-        Insert(in_item, tag);
+    std::size_t begin = 0;
+    for (std::size_t end = in_joined.find(';'); end != std::string::npos; end = in_joined.find(';', begin))
+    {
+        Insert(in_item, in_joined.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    Insert(in_item, in_joined.substr(begin));
 }
 
 void TagIndex::AddTag(std::uint32_t in_item, const std::string& in_tag)
@@ -48,6 +51,8 @@ void TagIndex::Insert(std::uint32_t in_item, const std::string& in_tag)
     if (in_item >= m_tagsOfItem.size())
         m_tagsOfItem.resize(in_item + std::size_t(1));
     Numbers& tags = m_tagsOfItem[in_item];
+    if (tags.empty())
+        tags.reserve(gUsualTags);
     const std::uint32_t tag = NumberOf(in_tag);
     if (std::find(tags.begin(), tags.end(), tag) != tags.end())
         return;
@@ -55,18 +60,21 @@ void TagIndex::Insert(std::uint32_t in_item, const std::string& in_tag)
     if (in_tag.empty())
         return;
     Numbers& items = m_itemsOfTag[tag];
-    items.insert(std::upper_bound(items.begin(), items.end(), in_item), in_item);
+    if (items.empty() || items.back() < in_item)
+        items.push_back(in_item);
+    else
+        items.insert(std::upper_bound(items.begin(), items.end(), in_item), in_item);
 }
 
 std::uint32_t TagIndex::NumberOf(const std::string& in_tag)
 {
-    const auto entry = m_tagNumbers.emplace(in_tag, static_cast<std::uint32_t>(m_tagTexts.size()));
-    if (entry.second)
-    {
-        m_tagTexts.push_back(&entry.first->first);
-        m_itemsOfTag.emplace_back();
-    }
-    return entry.first->second;
+    const auto known = m_tagNumbers.find(in_tag);
+    if (known != m_tagNumbers.end())
+        return known->second;
+    const std::uint32_t number = static_cast<std::uint32_t>(m_tagTexts.size());
+    m_tagTexts.push_back(&m_tagNumbers.emplace(in_tag, number).first->first);
+    m_itemsOfTag.emplace_back();
+    return number;
 }
 
 void TagIndex::Remove(std::uint32_t in_item)
