@@ -3,9 +3,9 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QEventLoop>
 #include <QWidget>
-
-#include <algorithm>
+#include <QtGlobal>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
@@ -14,40 +14,83 @@
 namespace
 {
 
-/// Notes when a widget is painted.
-class PaintWatch : public QObject
+/// In milliseconds. No step on the largest library takes as long.
+const qint64 gPatience = 600000;
+
+double Milliseconds(const QElapsedTimer& in_timer)
+{
+    return static_cast<double>(in_timer.nsecsElapsed()) / 1e6;
+}
+
+/// Notes when the first frame ends that has the list in it.
+class FrameWatch : public QObject
 {
 public:
-    explicit PaintWatch(QWidget& in_widget) { in_widget.installEventFilter(this); }
-
-    bool eventFilter(QObject*, QEvent* in_event) override
+    FrameWatch(const Panel& in_panel, const QElapsedTimer& in_timer) : m_panel(in_panel), m_timer(in_timer)
     {
-        m_painted = m_painted || in_event->type() == QEvent::Paint;
-        return false;
+        m_panel.m_window->installEventFilter(this);
+        if (m_panel.m_list != m_panel.m_window)
+            m_panel.m_list->installEventFilter(this);
     }
 
+    bool eventFilter(QObject* in_receiver, QEvent* in_event) override
+    {
+        if (in_receiver == m_panel.m_list && in_event->type() == QEvent::Paint)
+            m_painted = true;
+        if (in_receiver != m_panel.m_window || in_event->type() != QEvent::UpdateRequest)
+            return false;
+        // The frame is painted here rather than by the caller, so that its end is seen before anything else happens.
+        in_receiver->event(in_event);
+        if (m_painted && !m_ended)
+        {
+            m_ended = true;
+            m_milliseconds = Milliseconds(m_timer);
+        }
+        return true;
+    }
+
+    bool m_ended = false;
+    double m_milliseconds = 0;
+
+private:
+    const Panel m_panel;
+    const QElapsedTimer& m_timer;
     bool m_painted = false;
 };
 
 } // namespace
 
-double TimeToFrame(QWidget& in_widget, const std::function<void()>& in_step)
+double TimeToFrame(const Panel& in_panel, const std::function<void()>& in_step)
 {
-    PaintWatch watch(in_widget);
+    QElapsedTimer timer;
+    FrameWatch watch(in_panel, timer);
+    timer.start();
+    in_step();
+    while (!watch.m_ended)
+    {
+        QCoreApplication::processEvents();
+        if (timer.hasExpired(gPatience))
+            qFatal("A step has led to no frame.");
+    }
+    return watch.m_milliseconds;
+}
+
+double TimeRepaint(const Panel& in_panel)
+{
+    return TimeToFrame(in_panel, [&in_panel] { in_panel.m_window->update(); });
+}
+
+double Time(const std::function<void()>& in_step)
+{
     QElapsedTimer timer;
     timer.start();
     in_step();
-    do
-        QCoreApplication::processEvents();
-    while (!watch.m_painted);
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    return Milliseconds(timer);
 }
 
-double Median(std::vector<double> in_values)
+void Settle()
 {
-    const auto middle = in_values.begin() + static_cast<std::ptrdiff_t>(in_values.size() / 2);
-    std::nth_element(in_values.begin(), middle, in_values.end());
-    return *middle;
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 60000);
 }
 
 std::size_t HeapBytes()

@@ -37,7 +37,11 @@ std::vector<NamedItem> MakeItems(std::size_t in_count)
         for (std::size_t more = random() % 3; more > 0; --more)
             item.m_name += Pick(gQualities, random);
         item.m_name += std::to_string(items.size());
-        item.m_tags = Pick(gTags, random) + ";" + Pick(gTags, random) + ";" + Pick(gThings, random);
+        const std::string& first = Pick(gTags, random);
+        const std::string* second = &first;
+        while (second == &first)
+            second = &Pick(gTags, random);
+        item.m_tags = first + ";" + *second + ";" + Pick(gThings, random);
         items.push_back(item);
     }
     return items;

@@ -28,7 +28,7 @@ build()
     cmake --build "$root/build/$name" ${1+--target "$@"} >&2
 }
 
-# build_release TARGET: builds one program of build/release, which scripts/run and scripts/bench share.
+# build_release TARGET: builds one program of build/release, which scripts/run and the scripts that measure share.
 build_release()
 {
     pick_qt

@@ -6,6 +6,8 @@ qt6_packages=(qt6-base-dev)
 qt5_packages=(qtbase5-dev)
 test_packages=(xvfb xauth openbox xdotool git)
 lint_packages=(clang-format clang-tidy git)
+count_packages=(valgrind)
+plot_packages=(gnuplot-nox fonts-dejavu-core)
 
 # say TEXT: a line about what the script is doing, or why it cannot.
 say()

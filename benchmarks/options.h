@@ -1,0 +1,22 @@
+/// The command line.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+extern const char* const gUsage;
+
+struct Options
+{
+    std::vector<std::size_t> m_sizes; ///< of libraries with made-up names; none when there is a file
+    std::string m_names;              ///< the file with the names; empty for none
+    QString m_count;                  ///< the step to run once instead of the table; empty for the table
+};
+
+/// \param in_arguments the program's name first
+/// \return false for arguments that are none of the program's
+bool ParseOptions(const QStringList& in_arguments, Options& out_options);

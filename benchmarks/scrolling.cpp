@@ -1,0 +1,48 @@
+#include "scrolling.h"
+
+#include "measure.h"
+#include "subjects.h"
+
+#include <QCoreApplication>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+namespace
+{
+
+const int gSteps = 10 * gRepetitions;
+
+/// Turns the wheel towards the user.
+void TurnWheel(QWidget& in_list)
+{
+    const QPointF place = QRectF(in_list.rect()).center();
+    QWheelEvent event(place, in_list.mapToGlobal(place.toPoint()), QPoint(), QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&in_list, &event);
+}
+
+/// From the top again at the bottom. Nothing for a list that is too short to scroll.
+void TimeWheel(const Panel& in_panel, std::vector<double>& out_times)
+{
+    if (in_panel.m_bar->maximum() == 0)
+        return;
+    if (in_panel.m_bar->value() == in_panel.m_bar->maximum())
+    {
+        in_panel.m_bar->setValue(0);
+        Settle();
+    }
+    out_times.push_back(TimeToFrame(in_panel, [&in_panel] { TurnWheel(*in_panel.m_list); }));
+    Settle();
+}
+
+} // namespace
+
+void MeasureScrolling(const Content& in_content)
+{
+    const Subjects subjects(in_content);
+    Samples samples;
+    for (int step = 0; step < gSteps; ++step)
+        for (const Subject& subject : subjects.m_all)
+            TimeWheel(subject.m_panel, samples[subject.m_column]);
+    PrintRow("scroll", in_content.GetCount(), Medians(samples));
+}

@@ -1,0 +1,7 @@
+/// The metric "scroll".
+#pragma once
+
+#include "content.h"
+
+/// One step of the wheel over the list to the end of the frame, with all items in it.
+void MeasureScrolling(const Content& in_content);

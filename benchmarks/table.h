@@ -1,0 +1,30 @@
+/// The table that is printed: one row per metric and size, medians only.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+enum eColumn : std::size_t
+{
+    eColumnBrowser,
+    eColumnListView,
+    eColumnTreeWidget,
+    eColumnLimit,
+    eColumnCount,
+};
+
+/// What was measured for one row: for each column any number of values, none for a column that does not apply.
+using Samples = std::array<std::vector<double>, eColumnCount>;
+
+/// One row's figures.
+using Figures = std::array<std::optional<double>, eColumnCount>;
+
+Figures Medians(const Samples& in_samples);
+
+/// For each column its largest figure of several rows.
+Figures Largest(const std::vector<Figures>& in_rows);
+
+void PrintHeader();
+void PrintRow(const char* in_metric, std::size_t in_items, const Figures& in_figures);
