@@ -29,31 +29,32 @@ const FactoryObjects& GetFactoryObjects(nexa4::IRevisionControlUIHelper& in_help
 } // namespace
 
 BrowserItem::BrowserItem(const vireo::datamodel::ItemAccessor& in_item, unsigned in_accessState,
-                         bool in_versioningActive, StateIcons& in_icons)
+                         const RecordSurroundings& in_surroundings)
     : m_item(in_item)
 {
-    ReadDataSource();
+    if (in_surroundings.m_helper)
+        ReadDataSource(*in_surroundings.m_helper);
     m_kind = KindOf(m_item);
     if (m_kind == eKindCompound || m_kind == eKindSignature)
     {
         m_accessState = in_accessState;
         m_sourceControlled = !m_readOnlySource;
     }
-    TakeIcon(in_versioningActive, in_icons);
+    TakeIcon(in_surroundings.m_versioningActive, in_surroundings.m_icons);
 }
 
-void BrowserItem::ReadDataSource()
+void BrowserItem::ReadDataSource(nexa4::IRevisionControlUIHelper& in_helper)
 {
-    nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
     DbObjectId id;
-    if (!helper || !GetObjectId(GetItemID(), id))
+    if (!GetObjectId(GetItemID(), id))
         return;
-    const FactoryObjects& factoryObjects = GetFactoryObjects(*helper);
-    const NEXAHandle<IDbObject> object = helper->FindObject(id);
+    const FactoryObjects& factoryObjects = GetFactoryObjects(in_helper);
+    const NEXAHandle<IDbObject> handle = in_helper.FindObject(id);
+    const nexa4::NEXAPtr<IDbObject> object = handle.operator->();
     if (!object.IsValid())
         return;
 
-    const nexa4::NEXAPtr<nexa4::IDataSource> source = object.GetDataSource();
+    const nexa4::NEXAPtr<nexa4::IDataSource> source = object->GetDataSource();
     m_readOnlySource = source->GetState() == nexa4::eDataSourceReadOnly;
     for (const NEXAHandle<IDbObject>& factoryObject : factoryObjects)
         if (!m_factoryItem && factoryObject.IsValid())
@@ -62,7 +63,7 @@ void BrowserItem::ReadDataSource()
         return;
 
     const NEXAHandle<nexa4::ITypeAsset> asset =
-        NEXAHandle<nexa4::ITypeAsset>::AssignCast(object.GetInstance(), object.GetCacheIndex());
+        NEXAHandle<nexa4::ITypeAsset>::AssignCast(handle.GetInstance(), handle.GetCacheIndex());
     if (asset.IsValid() && asset.IsLoaded())
     {
         // What is built in is both closed to changes and the product's own: the same question is asked for each flag.

@@ -3,11 +3,20 @@
 
 #include "datamodel/item.h"
 #include "datamodel/notifications.h"
+#include "datamodel/revisioncontrol.h"
 #include "nodebrowser/itemkind.h"
 
 #include <QPixmap>
 
 class StateIcons;
+
+/// What the records of a list have in common while it is built.
+struct RecordSurroundings
+{
+    nexa4::IRevisionControlUIHelper* m_helper; ///< null when there is none
+    StateIcons& m_icons;                       ///< where records that look alike find their icon
+    bool m_versioningActive;                   ///< whether badges are shown
+};
 
 /// An item with the pictures and flags that painting needs, so that a frame asks the data layer for nothing but names
 /// and dirty marks. Records are replaced by fresh ones at every rebuild of the list; only the access state changes in
@@ -17,10 +26,8 @@ class BrowserItem
 public:
     /// Reads what the record needs of the item. Costs the look-ups of its database object.
     /// \param in_accessState of a compound; other items start with eAccessStateUnknown
-    /// \param in_versioningActive whether badges are shown
-    /// \param in_icons where the record's icon is found among those of the other records
-    BrowserItem(const vireo::datamodel::ItemAccessor& in_item, unsigned in_accessState, bool in_versioningActive,
-                StateIcons& in_icons);
+    BrowserItem(const vireo::datamodel::ItemAccessor& in_item, unsigned in_accessState,
+                const RecordSurroundings& in_surroundings);
 
     const vireo::datamodel::ItemAccessor& GetItem() const { return m_item; }
     vireo::datamodel::ItemID GetItemID() const { return m_item.GetItemID(); }
@@ -39,7 +46,7 @@ public:
     bool SetAccessState(unsigned in_state, bool in_versioningActive, StateIcons& in_icons);
 
 private:
-    void ReadDataSource();
+    void ReadDataSource(nexa4::IRevisionControlUIHelper& in_helper);
     void TakeIcon(bool in_versioningActive, StateIcons& in_icons);
 
     vireo::datamodel::ItemAccessor m_item;

@@ -1,18 +1,24 @@
 #include "nodebrowser/nameorder.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace
 {
 
-/// A name's first bytes as one number that compares as they do, so that most comparisons touch no name.
+/// Some characters of a name as one number, which compares as they do.
 struct SortKey
 {
-    std::uint64_t m_start;
+    std::uint64_t m_characters;
+    std::uint32_t m_count; ///< how many there are, or one more than fit when the name goes on
     std::uint32_t m_number;
 };
 
-const std::size_t gStartBytes = 8;
+using Keys = std::vector<SortKey>;
+
+const std::size_t gKeyLength = 8;
+/// Names that are the same for longer than this are compared as a whole, so that no name makes the sort too deep.
+const std::size_t gDeepest = 20 * gKeyLength;
 
 unsigned char FoldAsciiCase(char in_character)
 {
@@ -20,37 +26,65 @@ unsigned char FoldAsciiCase(char in_character)
     return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte - 'A' + 'a') : byte;
 }
 
-std::uint64_t FoldStart(const std::string& in_name)
+void ReadKey(const TextBlock& in_names, std::size_t in_from, SortKey& out_key)
 {
-    std::uint64_t start = 0;
-    for (std::size_t i = 0; i < gStartBytes; ++i)
-        start = start << 8 | (i < in_name.size() ? FoldAsciiCase(in_name[i]) : 0u);
-    return start;
+    const char* const name = in_names.Begin(out_key.m_number) + in_from;
+    const std::size_t left = in_names.Length(out_key.m_number) - in_from;
+    out_key.m_characters = 0;
+    for (std::size_t i = 0; i < gKeyLength; ++i)
+        out_key.m_characters = out_key.m_characters << 8 | (i < left ? FoldAsciiCase(name[i]) : 0u);
+    out_key.m_count = static_cast<std::uint32_t>(std::min(left, gKeyLength + 1));
 }
 
-bool IsFoldedLess(const std::string& in_left, const std::string& in_right)
+bool IsLess(const SortKey& in_left, const SortKey& in_right)
 {
-    return std::lexicographical_compare(in_left.begin(), in_left.end(), in_right.begin(), in_right.end(),
-                                        [](char in_a, char in_b) { return FoldAsciiCase(in_a) < FoldAsciiCase(in_b); });
+    return std::tie(in_left.m_characters, in_left.m_count, in_left.m_number) <
+           std::tie(in_right.m_characters, in_right.m_count, in_right.m_number);
+}
+
+bool IsLessAsAWhole(const TextBlock& in_names, std::uint32_t in_left, std::uint32_t in_right)
+{
+    const auto less = [&in_names](std::uint32_t in_a, std::uint32_t in_b) {
+        return std::lexicographical_compare(
+            in_names.Begin(in_a), in_names.Begin(in_a) + in_names.Length(in_a), in_names.Begin(in_b),
+            in_names.Begin(in_b) + in_names.Length(in_b),
+            [](char in_first, char in_second) { return FoldAsciiCase(in_first) < FoldAsciiCase(in_second); });
+    };
+    return less(in_left, in_right) || (in_left < in_right && !less(in_right, in_left));
+}
+
+/// Sorts names that are the same up to a place.
+void Sort(const TextBlock& in_names, std::size_t in_from, Keys::iterator in_begin, Keys::iterator in_end)
+{
+    if (in_from > gDeepest)
+    {
+        std::sort(in_begin, in_end, [&in_names](const SortKey& in_left, const SortKey& in_right) {
+            return IsLessAsAWhole(in_names, in_left.m_number, in_right.m_number);
+        });
+        return;
+    }
+    for (auto key = in_begin; key != in_end; ++key)
+        ReadKey(in_names, in_from, *key);
+    std::sort(in_begin, in_end, IsLess);
+    for (auto first = in_begin; first != in_end;)
+    {
+        const auto next = std::find_if(first, in_end, [first](const SortKey& in_key) {
+            return in_key.m_characters != first->m_characters || in_key.m_count != first->m_count;
+        });
+        if (first->m_count > gKeyLength && next - first > 1)
+            Sort(in_names, in_from + gKeyLength, first, next);
+        first = next;
+    }
 }
 
 } // namespace
 
-std::vector<std::uint32_t> SortByName(const std::vector<std::string>& in_names)
+std::vector<std::uint32_t> SortByName(const TextBlock& in_names)
 {
-    std::vector<SortKey> keys;
-    keys.reserve(in_names.size());
-    for (const std::string& name : in_names)
-        keys.push_back({FoldStart(name), static_cast<std::uint32_t>(keys.size())});
-    std::sort(keys.begin(), keys.end(), [&in_names](const SortKey& in_left, const SortKey& in_right) {
-        if (in_left.m_start != in_right.m_start)
-            return in_left.m_start < in_right.m_start;
-        const std::string& left = in_names[in_left.m_number];
-        const std::string& right = in_names[in_right.m_number];
-        if (IsFoldedLess(left, right))
-            return true;
-        return !IsFoldedLess(right, left) && in_left.m_number < in_right.m_number;
-    });
+    Keys keys(in_names.Size());
+    for (std::size_t number = 0; number < keys.size(); ++number)
+        keys[number].m_number = static_cast<std::uint32_t>(number);
+    Sort(in_names, 0, keys.begin(), keys.end());
     std::vector<std::uint32_t> order;
     order.reserve(keys.size());
     for (const SortKey& key : keys)

@@ -17,6 +17,7 @@
 #include "nodebrowser/searchscore.h"
 #include "nodebrowser/stateicon.h"
 #include "nodebrowser/tagindex.h"
+#include "nodebrowser/textblock.h"
 #include "nodebrowser/vireodialog.h"
 
 #include <QAction>
@@ -212,21 +213,20 @@ void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
         m_relayoutNeeded = true;
         return;
     }
-    AppendItems(VireoType::gPolymorphicSolver, out_handles);
-    AppendItems(VireoType::gCompound, out_handles);
-    AppendItems(VireoType::gGlobalConstant, out_handles);
-    AppendItems(VireoType::gSolver, out_handles);
-    AppendItems(LibType::gType, out_handles);
-    SortItems();
-    IndexItems();
+    TextBlock names;
+    AppendItems(VireoType::gPolymorphicSolver, out_handles, names);
+    AppendItems(VireoType::gCompound, out_handles, names);
+    AppendItems(VireoType::gGlobalConstant, out_handles, names);
+    AppendItems(VireoType::gSolver, out_handles, names);
+    AppendItems(LibType::gType, out_handles, names);
+    SortItems(names);
     m_relayoutNeeded = true;
     update();
 }
 
-void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles)
+void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles, TextBlock& out_names)
 {
-    nexa4::IRevisionControlUIHelper* const helper = out_handles ? FindRevisionControlHelper() : nullptr;
-    const bool versioningShown = IsVersioningShown();
+    const RecordSurroundings surroundings = {FindRevisionControlHelper(), *m_icons, IsVersioningShown()};
     for (ItemIterator iterator = m_toc.IterateItems(in_type); !iterator.IsAtEnd(); iterator.Next())
     {
         ItemAccessor item = iterator.GetItem();
@@ -236,48 +236,52 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles)
         if (item.GetValue(vireo::datamodel::gParentKey).IsValid() ||
             item.GetValue(vireo::datamodel::gSpecializesKey).IsValid())
             continue;
-        m_items.emplace_back(item, vireo::datamodel::eAccessStateUnknown, versioningShown, *m_icons);
-        nexa4::DbObjectId objectId;
-        if (helper && m_items.back().IsSourceControlled() && GetObjectId(item.GetItemID(), objectId))
-        {
-            m_items.back().SetAccessState(vireo::datamodel::eAccessStateRequested, versioningShown, *m_icons);
-            out_handles->push_back(helper->FindObject(objectId));
-        }
+        const ItemID id = item.GetItemID();
+        const std::uint32_t number = static_cast<std::uint32_t>(m_items.size());
+        m_items.emplace_back(item, vireo::datamodel::eAccessStateUnknown, surroundings);
+        out_names.Add(m_library.GetItemName(id, true, nullptr));
+        IndexTags(number, id);
+        m_itemNumbers.emplace_back(id, number);
+        if (out_handles && surroundings.m_helper && m_items.back().IsSourceControlled())
+            RequestState(m_items.back(), surroundings, *out_handles);
     }
 }
 
-void CNodeBrowser::SortItems()
+/// Marks a record as waiting for the state of its database object, which is added to those that are asked for.
+void CNodeBrowser::RequestState(BrowserItem& out_item, const RecordSurroundings& in_surroundings,
+                                ObjectHandles& out_handles)
 {
-    std::vector<std::string> names;
-    names.reserve(m_items.size());
-    for (const BrowserItem& item : m_items)
-        names.push_back(m_library.GetItemName(item.GetItemID(), true, nullptr));
+    nexa4::DbObjectId object;
+    if (!GetObjectId(out_item.GetItemID(), object))
+        return;
+    out_item.SetAccessState(vireo::datamodel::eAccessStateRequested, in_surroundings.m_versioningActive, *m_icons);
+    out_handles.push_back(in_surroundings.m_helper->FindObject(object));
+}
 
+void CNodeBrowser::SortItems(const TextBlock& in_names)
+{
+    const std::vector<std::uint32_t> order = SortByName(in_names);
     std::vector<BrowserItem> sorted;
     sorted.reserve(m_items.size());
-    for (const std::uint32_t number : SortByName(names))
+    std::vector<std::uint32_t> newNumbers(order.size());
+    for (const std::uint32_t number : order)
     {
-        m_searchIndex->Add(LowerName(std::move(names[number])), m_items[number].GetKind());
+        newNumbers[number] = static_cast<std::uint32_t>(sorted.size());
+        m_searchIndex->Add(LowerName(std::string(in_names.Begin(number), in_names.Length(number))),
+                           m_items[number].GetKind());
         sorted.push_back(std::move(m_items[number]));
     }
     m_items.swap(sorted);
-}
-
-void CNodeBrowser::IndexItems()
-{
-    m_itemNumbers.reserve(m_items.size());
-    for (const BrowserItem& item : m_items)
-        m_itemNumbers.emplace_back(item.GetItemID(), static_cast<std::uint32_t>(m_itemNumbers.size()));
+    m_tagIndex->Renumber(order);
+    for (auto& entry : m_itemNumbers)
+        entry.second = newNumbers[entry.second];
     std::sort(m_itemNumbers.begin(), m_itemNumbers.end());
-    for (std::uint32_t number = 0; number < m_items.size(); ++number)
-        IndexTags(number);
 }
 
-void CNodeBrowser::IndexTags(std::uint32_t in_number)
+void CNodeBrowser::IndexTags(std::uint32_t in_number, const ItemID& in_item)
 {
-    const ItemID id = m_items[in_number].GetItemID();
-    m_tagIndex->SetTags(in_number, m_library.GetItemTags(id, gApplicationTagsKey));
-    m_tagIndex->AddTag(in_number, id.IsValid() ? id.GetType() : "");
+    m_tagIndex->SetTags(in_number, m_library.GetItemTags(in_item, gApplicationTagsKey));
+    m_tagIndex->AddTag(in_number, in_item.IsValid() ? in_item.GetType() : "");
 }
 
 /// Where an item stands in the list: false when it is not in it.
@@ -331,7 +335,7 @@ void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor&, const ItemID& in_item, 
         return;
     m_tagIndex->Remove(number);
     // No relayout on purpose: rows do not jump away while tags are edited. Whatever lays them out next sees the new tags.
-    IndexTags(number);
+    IndexTags(number, in_item);
 }
 
 void CNodeBrowser::ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID& in_item, long in_state)

@@ -33,6 +33,8 @@ class ScsTask;
 class SearchIndex;
 class StateIcons;
 class TagIndex;
+class TextBlock;
+struct RecordSurroundings;
 struct RowLayout;
 
 /// Which of its two forms a browser takes.
@@ -188,10 +190,10 @@ private:
     void RequestRebuild();
     void RefreshItems();
     void BuildAllItemList(ObjectHandles* out_handles);
-    void AppendItems(const char* in_type, ObjectHandles* out_handles);
-    void SortItems();
-    void IndexItems();
-    void IndexTags(std::uint32_t in_number);
+    void AppendItems(const char* in_type, ObjectHandles* out_handles, TextBlock& out_names);
+    void RequestState(BrowserItem& out_item, const RecordSurroundings& in_surroundings, ObjectHandles& out_handles);
+    void SortItems(const TextBlock& in_names);
+    void IndexTags(std::uint32_t in_number, const vireo::datamodel::ItemID& in_item);
     bool FindNumber(const vireo::datamodel::ItemID& in_item, std::uint32_t& out_number) const;
 
     void SetSourceControlEnabled(bool in_enabled);

@@ -91,6 +91,23 @@ void TagIndex::Remove(std::uint32_t in_item)
     m_tagsOfItem[in_item].clear();
 }
 
+void TagIndex::Renumber(const std::vector<std::uint32_t>& in_order)
+{
+    m_tagsOfItem.resize(in_order.size());
+    std::vector<Numbers> tagsOfItem;
+    tagsOfItem.reserve(in_order.size());
+    for (Numbers& items : m_itemsOfTag)
+        items.clear();
+    for (const std::uint32_t item : in_order)
+    {
+        for (const std::uint32_t tag : m_tagsOfItem[item])
+            if (!m_tagTexts[tag]->empty())
+                m_itemsOfTag[tag].push_back(static_cast<std::uint32_t>(tagsOfItem.size()));
+        tagsOfItem.push_back(std::move(m_tagsOfItem[item]));
+    }
+    m_tagsOfItem.swap(tagsOfItem);
+}
+
 TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item) const
 {
     Tags tags;

@@ -36,6 +36,9 @@ public:
     /// Forgets an item's tags. Costs, per tag, a move of the numbers behind it.
     void Remove(std::uint32_t in_item);
 
+    /// Gives the items other numbers: the one at place n of the order becomes n. The order holds each number once.
+    void Renumber(const std::vector<std::uint32_t>& in_order);
+
     /// Whether the index has an entry for an item.
     bool HasTags(std::uint32_t in_item) const
     {

@@ -15,6 +15,13 @@ public:
     void Add(const std::string& in_text);
     std::size_t Size() const { return m_ends.size(); }
 
+    /// The characters of a text; they move when a text is added.
+    const char* Begin(std::size_t in_number) const { return m_texts.data() + (in_number ? m_ends[in_number - 1] : 0); }
+    std::size_t Length(std::size_t in_number) const
+    {
+        return m_ends[in_number] - 1 - (in_number ? m_ends[in_number - 1] : 0);
+    }
+
     /// Calls in_found(number, whether the text starts with the word) for each text that a word is found in, in the order
     /// of the numbers.
     /// \param in_word holds no line feed: one stands between any two texts
