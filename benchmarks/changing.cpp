@@ -16,14 +16,6 @@ namespace
 
 const std::size_t gBurst = 10000;
 
-std::unique_ptr<CNodeBrowser> ShowLibrary(const Content& in_content)
-{
-    std::unique_ptr<CNodeBrowser> browser = ShowBrowser();
-    TimeToFrame(GetPanel(*browser), [&] { browser->SetItemLibrary(in_content.m_library.GetAccessor()); });
-    Settle();
-    return browser;
-}
-
 void SetSourceControl(memorymodel::SourceControl& out_sourceControl, bool in_on)
 {
     out_sourceControl.SetVersionControlActive(in_on);
@@ -62,30 +54,12 @@ void TellBurst(CNodeBrowser& in_browser, ItemLibraryAccessor& in_library, std::v
 
 } // namespace
 
-void MeasureRenaming(const Content& in_content, std::optional<double> in_openTime)
-{
-    const std::unique_ptr<CNodeBrowser> browser = ShowLibrary(in_content);
-    const ItemID item = in_content.m_library.GetItems()[in_content.GetCount() / 2];
-    const std::string name = in_content.m_library.GetAccessor().GetItemName(item, true, nullptr);
-    Samples samples;
-    for (int round = 0; round < gRepetitions; ++round)
-    {
-        const std::string newName = round % 2 ? name : "Renamed" + name;
-        samples[eColumnBrowser].push_back(
-            TimeToFrame(GetPanel(*browser), [&] { in_content.m_library.Rename(item, newName); }));
-        Settle();
-    }
-    Figures figures = Medians(samples);
-    figures[eColumnLimit] = in_openTime;
-    PrintRow("rename", in_content.GetCount(), figures);
-}
-
 void MeasureStates(Content& io_content)
 {
-    const std::unique_ptr<CNodeBrowser> browser = ShowLibrary(io_content);
+    ItemLibraryAccessor library = io_content.m_library.GetAccessor();
+    const std::unique_ptr<CNodeBrowser> browser = ShowBrowser(library);
     SetSourceControl(io_content.m_layer.GetSourceControl(), true);
     const std::vector<ItemID> items = io_content.m_library.GetItems();
-    ItemLibraryAccessor library = io_content.m_library.GetAccessor();
     Samples samples;
     for (int round = 0; round < gRepetitions; ++round)
     {
@@ -102,8 +76,8 @@ void MeasureStates(Content& io_content)
 
 void MeasureBurst(const Content& in_content)
 {
-    const std::unique_ptr<CNodeBrowser> browser = ShowLibrary(in_content);
     ItemLibraryAccessor library = in_content.m_library.GetAccessor();
+    const std::unique_ptr<CNodeBrowser> browser = ShowBrowser(library);
     std::vector<ItemAccessor> items = PickForBurst(library);
     Samples samples;
     for (int round = 0; round < gRepetitions; ++round)

@@ -1,17 +1,10 @@
-/// The metrics "rename", "states" and "burst": what the library tells the browser, to the end of the frame.
+/// The metrics "states" and "burst": many calls of the observers' interfaces, to the end of the frame that follows.
 #pragma once
 
 #include "content.h"
 
-#include <optional>
-
-/// One item of the library gets another name.
-/// \param in_openTime the limit: how long attaching the library takes
-void MeasureRenaming(const Content& in_content, std::optional<double> in_openTime);
-
-/// One state for each item, told through the observer's interface right after the list was built, with source control
-/// on while it lasts.
+/// One state for each item, right after the list was built. Source control is on while it lasts.
 void MeasureStates(Content& io_content);
 
-/// 10,000 additions and as many changes of tags, told through the observers' interfaces.
+/// 10,000 additions and as many changes of tags.
 void MeasureBurst(const Content& in_content);

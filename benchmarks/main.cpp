@@ -27,8 +27,7 @@ bool Measure(const std::vector<NamedItem>& in_items)
     if (!MeasureKeys(content, in_items))
         return false;
     MeasureScrolling(content);
-    const std::optional<double> openTime = MeasureOpening(content);
-    MeasureRenaming(content, openTime);
+    MeasureOpening(content);
     MeasureStates(content);
     MeasureBurst(content);
     MeasureMemory(content);

@@ -6,6 +6,7 @@
 #include "table.h"
 #include "treepeer.h"
 
+using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemLibraryAccessor;
 
 namespace
@@ -38,25 +39,38 @@ double TimeLimit(const ItemLibraryAccessor& in_library)
     });
 }
 
+double TimeRenaming(CNodeBrowser& in_browser, memorymodel::Library& in_library, const ItemID& in_item)
+{
+    const std::string name = in_library.GetAccessor().GetItemName(in_item, true, nullptr);
+    const std::string newName = name.compare(0, 1, "X") == 0 ? name.substr(1) : 'X' + name;
+    const double time = TimeToFrame(GetPanel(in_browser), [&] { in_library.Rename(in_item, newName); });
+    Settle();
+    return time;
+}
+
 } // namespace
 
-std::optional<double> MeasureOpening(const Content& in_content)
+void MeasureOpening(const Content& in_content)
 {
     const ItemLibraryAccessor library = in_content.m_library.GetAccessor();
-    Samples samples;
+    const std::unique_ptr<CNodeBrowser> renaming = ShowBrowser(library);
+    const ItemID item = in_content.m_library.GetItems()[in_content.GetCount() / 2];
+    Samples opens;
+    Samples renames;
     for (int round = 0; round < gRepetitions; ++round)
     {
-        samples[eColumnBrowser].push_back(TimeBrowser(library));
+        opens[eColumnBrowser].push_back(TimeBrowser(library));
         if (in_content.HasPeers())
         {
-            samples[eColumnListView].push_back(TimePeer(ListPeer(), library));
-            samples[eColumnTreeWidget].push_back(TimePeer(TreePeer(), library));
+            opens[eColumnListView].push_back(TimePeer(ListPeer(), library));
+            opens[eColumnTreeWidget].push_back(TimePeer(TreePeer(), library));
         }
-        samples[eColumnLimit].push_back(TimeLimit(library));
+        opens[eColumnLimit].push_back(TimeLimit(library));
+        renames[eColumnBrowser].push_back(TimeRenaming(*renaming, in_content.m_library, item));
     }
-    const Figures medians = Medians(samples);
-    PrintRow("open", in_content.GetCount(), medians);
-    return medians[eColumnBrowser];
+    renames[eColumnLimit] = opens[eColumnBrowser];
+    PrintRow("open", in_content.GetCount(), Medians(opens));
+    PrintRow("rename", in_content.GetCount(), Medians(renames));
 }
 
 void MeasureMemory(const Content& in_content)

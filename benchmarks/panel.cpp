@@ -21,6 +21,14 @@ std::unique_ptr<CNodeBrowser> ShowBrowser()
     return browser;
 }
 
+std::unique_ptr<CNodeBrowser> ShowBrowser(const vireo::datamodel::ItemLibraryAccessor& in_library)
+{
+    std::unique_ptr<CNodeBrowser> browser = ShowBrowser();
+    browser->SetItemLibrary(in_library);
+    Settle();
+    return browser;
+}
+
 Panel GetPanel(CNodeBrowser& in_browser)
 {
     return {&in_browser, &in_browser, in_browser.findChild<QLineEdit*>(), in_browser.findChild<QScrollBar*>()};

@@ -27,6 +27,9 @@ struct Panel
 /// A browser with the tab "All" and without a library, painted once.
 std::unique_ptr<CNodeBrowser> ShowBrowser();
 
+/// The same with a library.
+std::unique_ptr<CNodeBrowser> ShowBrowser(const vireo::datamodel::ItemLibraryAccessor& in_library);
+
 Panel GetPanel(CNodeBrowser& in_browser);
 
 /// Gives a window its size and paints it for the first time.

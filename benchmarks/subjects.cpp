@@ -2,10 +2,8 @@
 
 #include "measure.h"
 
-Subjects::Subjects(const Content& in_content) : m_browser(ShowBrowser())
+Subjects::Subjects(const Content& in_content) : m_browser(ShowBrowser(in_content.m_library.GetAccessor()))
 {
-    const vireo::datamodel::ItemLibraryAccessor library = in_content.m_library.GetAccessor();
-    m_browser->SetItemLibrary(library);
     m_all.push_back({eColumnBrowser, GetPanel(*m_browser)});
     if (in_content.HasPeers())
     {
@@ -15,6 +13,7 @@ Subjects::Subjects(const Content& in_content) : m_browser(ShowBrowser())
         m_all.push_back({eColumnTreeWidget, m_tree->GetPanel()});
         ShowPanel(m_list->GetPanel());
         ShowPanel(m_tree->GetPanel());
+        const vireo::datamodel::ItemLibraryAccessor library = in_content.m_library.GetAccessor();
         m_list->Open(library);
         m_tree->Open(library);
     }
