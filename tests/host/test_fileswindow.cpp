@@ -3,7 +3,7 @@
 #include "host/librarybrowser.h"
 #include "host/mainwindow.h"
 #include "memorymodel/datalayer.h"
-#include "tests/host/modal.h"
+#include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
@@ -146,13 +146,14 @@ private:
         m_window->grab();
         const QString entry = QStringLiteral("Show Files for ") + QLatin1String(in_name);
         bool clicked = false;
-        QTimer::singleShot(0, [&clicked, &entry] {
-            QMenu* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            clicked = menu && ClickEntry(*menu, entry);
+        ModalUser person;
+        person.WhenPopupOpens([&clicked, &entry](QMenu& in_menu) {
+            clicked = ClickEntry(in_menu, entry);
             CloseMenus();
         });
         QTest::mouseClick(&m_window->GetBrowser(), Qt::RightButton, Qt::NoModifier,
                           QPoint(100, gListTop + gRowHeight / 2));
+        QVERIFY(person.IsDone());
         QVERIFY(clicked);
     }
 

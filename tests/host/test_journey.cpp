@@ -7,7 +7,7 @@
 #include "host/text.h"
 #include "memorymodel/datalayer.h"
 #include "tests/host/journey.h"
-#include "tests/host/modal.h"
+#include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
 
 #include <QAbstractItemView>

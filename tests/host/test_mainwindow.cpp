@@ -9,7 +9,7 @@
 #include "host/samplelibrary.h"
 #include "memorymodel/datalayer.h"
 #include "tests/host/dropping.h"
-#include "tests/host/modal.h"
+#include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
 
 #include <QDockWidget>
@@ -231,11 +231,13 @@ private Q_SLOTS:
         Library* const library = &m_window->GetLibrary();
 
         QString message;
-        AtModal person([&message](QWidget& in_box) {
+        ModalUser person;
+        person.WhenWindowOpens([&message](QWidget& in_box) {
             message = in_box.property("text").toString();
-            QTest::keyClick(&in_box, Qt::Key_Return);
+            Press(in_box, Qt::Key_Return);
         });
         QVERIFY(!m_window->Open(folder.path()));
+        QVERIFY(person.IsDone());
         QVERIFY2(message.contains(folder.filePath(QStringLiteral("b.mtlx")) + QStringLiteral(":3: ")),
                  qPrintable(message));
         QCOMPARE(&m_window->GetLibrary(), library);

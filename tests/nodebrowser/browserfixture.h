@@ -3,7 +3,8 @@
 
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/nodebrowser.h"
-#include "nodebrowser/qtcompat.h"
+#include "tests/support/platformwarnings.h"
+#include "tests/support/waiting.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -79,30 +80,12 @@ inline void Settle()
 /// Shows a browser in a size and waits until it has been painted.
 inline void ShowBrowser(ProbedBrowser& in_browser, int in_width = 300, int in_height = 400)
 {
-    // A blinking cursor in the search field repaints the browser below it.
-    QApplication::setCursorFlashTime(0);
     QApplication::setCursorFlashTime(0); // a blinking cursor repaints what lies below the search field
     in_browser.resize(in_width, in_height);
     in_browser.show();
     for (int wait = 0; wait < 100 && in_browser.m_paints == 0; ++wait)
         QTest::qWait(10);
     Settle();
-}
-
-/// Waits until a condition holds, for two seconds at most unless told otherwise.
-/// \return whether it came to hold
-template <class Condition> bool WaitFor(Condition in_condition, int in_milliseconds = 2000)
-{
-    for (int waited = 0; waited < in_milliseconds && !in_condition(); waited += 10)
-        QTest::qWait(10);
-    return in_condition();
-}
-
-/// Announces the warning that comes with each window that asks to be in front, a tool tip for example.
-inline void ExpectRaisedWindow()
-{
-    if (!qtcompat::CanRaiseWindows())
-        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
 }
 
 /// How many repaints a step leads to, counted once everything has settled.

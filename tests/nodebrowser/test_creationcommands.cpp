@@ -1,7 +1,7 @@
 #include "datamodel/helpers.h"
 #include "tests/nodebrowser/commandbrowser.h"
 #include "tests/nodebrowser/commandlayer.h"
-#include "tests/nodebrowser/modaluser.h"
+#include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
 
 #include <QComboBox>

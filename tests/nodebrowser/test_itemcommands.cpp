@@ -1,6 +1,6 @@
 #include "tests/nodebrowser/commandbrowser.h"
 #include "tests/nodebrowser/commandlayer.h"
-#include "tests/nodebrowser/modaluser.h"
+#include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
 
 #include <QDialogButtonBox>

@@ -1,6 +1,7 @@
+#include "nodebrowser/qtcompat.h"
 #include "tests/nodebrowser/commandbrowser.h"
-#include "tests/nodebrowser/modaluser.h"
 #include "tests/nodebrowser/pictures.h"
+#include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
 
 #include <QDialogButtonBox>

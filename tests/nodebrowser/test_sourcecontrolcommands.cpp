@@ -1,8 +1,9 @@
+#include "nodebrowser/qtcompat.h"
 #include "tests/nodebrowser/commandbrowser.h"
 #include "tests/nodebrowser/commandlayer.h"
-#include "tests/nodebrowser/modaluser.h"
 #include "tests/nodebrowser/pictures.h"
 #include "tests/nodebrowser/spylayer.h"
+#include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
 
 #include <QTimer>

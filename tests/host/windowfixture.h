@@ -1,48 +1,14 @@
-/// What tests of the window share: people at modal boxes and in menus, a platform that is quiet, and settings that are nobody's.
+/// What tests of the window share: its menus, a platform that is quiet, and settings that are nobody's.
 #pragma once
+
+#include "tests/support/modaluser.h"
 
 #include <QApplication>
 #include <QMainWindow>
-#include <QMenu>
 #include <QMenuBar>
-#include <QPointer>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
-
-#include <functional>
-#include <utility>
-
-/// Does something with each modal window that opens while this lives, from the event loop of that window.
-class AtModal : public QObject
-{
-public:
-    explicit AtModal(std::function<void(QWidget&)> in_answer) : m_answer(std::move(in_answer))
-    {
-        m_poll = startTimer(0);
-    }
-
-    /// How many windows opened.
-    int GetCount() const { return m_count; }
-
-protected:
-    void timerEvent(QTimerEvent*) override
-    {
-        QWidget* const window = QApplication::activeModalWidget();
-        if (!window || window == m_answered)
-            return;
-        m_answered = window;
-        ++m_count;
-        m_answer(*window);
-    }
-
-private:
-    std::function<void(QWidget&)> m_answer;
-    QPointer<QWidget> m_answered;
-    int m_poll = 0;
-    int m_count = 0;
-};
 
 /// The test's own handler of messages, which gets all that SilencePlatform() lets through.
 inline QtMessageHandler& TestMessageHandler()
@@ -62,14 +28,6 @@ inline void PassUnlessPlatform(QtMsgType in_type, const QMessageLogContext& in_c
 inline void SilencePlatform()
 {
     TestMessageHandler() = qInstallMessageHandler(PassUnlessPlatform);
-}
-
-inline QAction* FindEntry(const QMenu& in_menu, const QString& in_text)
-{
-    for (QAction* const action : in_menu.actions())
-        if (action->text() == in_text)
-            return action;
-    return nullptr;
 }
 
 /// Opens a menu of the menu bar with the mouse.
@@ -94,23 +52,6 @@ inline QMenu* OpenSubmenu(QMenu& in_menu, const QString& in_title)
     QTest::keyClick(&in_menu, Qt::Key_Right);
     QMenu* const open = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     return open == entry->menu() ? open : nullptr;
-}
-
-/// Clicks an entry of an open menu.
-/// \return whether there is such an entry
-inline bool ClickEntry(QMenu& in_menu, const QString& in_text)
-{
-    QAction* const entry = FindEntry(in_menu, in_text);
-    if (entry)
-        QTest::mouseClick(&in_menu, Qt::LeftButton, Qt::NoModifier, in_menu.actionGeometry(entry).center());
-    return entry != nullptr;
-}
-
-/// Closes the menus that are open, as Escape does.
-inline void CloseMenus()
-{
-    while (QWidget* const open = QApplication::activePopupWidget())
-        QTest::keyClick(open, Qt::Key_Escape);
 }
 
 /// Keeps the settings of a test program away from the user's. Make one before anything reads settings.
