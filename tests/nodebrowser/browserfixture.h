@@ -17,6 +17,9 @@
 
 #include <vector>
 
+/// A type name that reads like the one of compounds and is another one: types are told apart by address.
+const char gOtherCompound[] = "Compound";
+
 /// A browser that opens its protected side to tests and counts what happens to it.
 class ProbedBrowser : public CNodeBrowser
 {
@@ -86,6 +89,34 @@ inline void ShowBrowser(ProbedBrowser& in_browser, int in_width = 300, int in_he
     for (int wait = 0; wait < 100 && in_browser.m_paints == 0; ++wait)
         QTest::qWait(10);
     Settle();
+}
+
+/// Attaches a library to a browser and shows it.
+inline void ShowLibrary(ProbedBrowser& in_browser, const vireo::datamodel::ItemLibraryAccessor& in_library,
+                        int in_width = 300, int in_height = 400)
+{
+    in_browser.SetItemLibrary(in_library);
+    ShowBrowser(in_browser, in_width, in_height);
+}
+
+/// Shows all kinds of items of a library.
+inline void ShowAll(ProbedBrowser& in_browser, const vireo::datamodel::ItemLibraryAccessor& in_library)
+{
+    in_browser.TabBar()->setCurrentIndex(2);
+    ShowLibrary(in_browser, in_library);
+}
+
+/// Adds an item of each kind, in the order of their names "1" to "7": the compounds first, the type last.
+inline void AddEveryKind(memorymodel::Library& in_library)
+{
+    using memorymodel::NewItem;
+    in_library.Add(NewItem::Compound("1"));
+    in_library.Add(NewItem::Signature("2"));
+    in_library.Add(NewItem::LoopCompound("3"));
+    in_library.Add(NewItem::Solver("4"));
+    in_library.Add(NewItem::PolymorphicSolver("5"));
+    in_library.Add(NewItem::GlobalConstant("6"));
+    in_library.Add(NewItem::Type("7"));
 }
 
 /// How many repaints a step leads to, counted once everything has settled.

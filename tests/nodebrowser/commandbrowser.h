@@ -37,11 +37,3 @@ public:
 private:
     QSignalSpy m_signals;
 };
-
-/// Shows all kinds of items of a library.
-inline void ShowAll(CommandBrowser& in_browser, const vireo::datamodel::ItemLibraryAccessor& in_library)
-{
-    in_browser.TabBar()->setCurrentIndex(2);
-    in_browser.SetItemLibrary(in_library);
-    ShowBrowser(in_browser);
-}

@@ -201,8 +201,7 @@ private Q_SLOTS:
     {
         m_library->Add(NewItem::Type("Colour"));
         ProbedBrowser browser(static_cast<eConfigType>(2));
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QVERIFY(!browser.TabBar());
         QCOMPARE(browser.RowNames(m_library->GetAccessor()).join(QLatin1String(",")), QString::fromLatin1("Colour"));
     }
@@ -257,8 +256,7 @@ private Q_SLOTS:
     void makingTheTabsAsksForNothing()
     {
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         // A tab bar that was connected before it had tabs would have told of its first one.
         QCOMPARE(browser.GetRowCount(), std::size_t(2));
     }
@@ -303,8 +301,7 @@ private Q_SLOTS:
         m_library->Add(NewItem::Type("Colour"));
         m_library->Add(NewItem::Type("Vector"));
         ProbedBrowser browser(eConfigTypeSelector);
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QCOMPARE(browser.RowNames(m_library->GetAccessor()).join(QLatin1String(",")),
                  QString::fromLatin1("Colour,Vector"));
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 23));
@@ -318,8 +315,7 @@ private Q_SLOTS:
     void theFullBrowsersListBeginsAtPixel43()
     {
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, 43));
         QVERIFY(!browser.GetSelection().IsValid());
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, 44));
@@ -330,8 +326,7 @@ private Q_SLOTS:
     {
         SpyLayer spy;
         ProbedBrowser browser;
-        browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        ShowBrowser(browser);
+        ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
         QCOMPARE(spy.m_taskNames.join(QLatin1String(",")), QString::fromLatin1("NodeBrowser"));
     }
 
@@ -372,8 +367,7 @@ private Q_SLOTS:
             m_layer.reset();
         {
             ProbedBrowser browser;
-            browser.SetItemLibrary(library);
-            ShowBrowser(browser);
+            ShowLibrary(browser, library);
             QCOMPARE(browser.GetRowCount(), std::size_t(withoutLayer ? 0 : 2));
         }
     }
@@ -392,8 +386,7 @@ private Q_SLOTS:
     {
         SpyLayer spy;
         ProbedBrowser browser;
-        browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        ShowBrowser(browser);
+        ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
         spy.Forget();
         QSignalSpy selections(&browser, SIGNAL(SelectionChanged()));
         hmx::fwk::ICommandManager* const commands = &m_layer->GetCommandManager();
@@ -435,8 +428,7 @@ private Q_SLOTS:
         SpyLayer spy;
         const ItemLibraryAccessor library = spy.Watch(m_library->GetAccessor());
         ProbedBrowser browser;
-        browser.SetItemLibrary(library);
-        ShowBrowser(browser);
+        ShowLibrary(browser, library);
         spy.Forget();
         browser.SetItemLibrary(library);
         QCOMPARE(QStringList(spy.m_log.mid(0, 5)).join(QLatin1String("|")),
@@ -467,8 +459,7 @@ private Q_SLOTS:
     {
         SpyLayer spy;
         ProbedBrowser browser;
-        browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        ShowBrowser(browser);
+        ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
         spy.Forget();
         QCOMPARE(CountPaints(browser, [&] { browser.SetItemLibrary(ItemLibraryAccessor()); }), 0);
         QCOMPARE(spy.m_log.join(QLatin1String("|")), QString::fromLatin1("toc-39 A|library-40 A"));
@@ -488,8 +479,7 @@ private Q_SLOTS:
         for (int i = 0; i < 50; ++i)
             m_library->Add(NewItem::Solver("Solver"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QVERIFY(browser.ScrollBar().isVisible());
         const int maximum = browser.ScrollBar().maximum();
         browser.SetItemLibrary(ItemLibraryAccessor());
@@ -517,8 +507,7 @@ private Q_SLOTS:
         other.Add(NewItem::Solver("First"));
         other.Add(NewItem::Solver("Second"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(1));
         QVERIFY(browser.GetSelection() == m_library->FindByName("Blend"));
         browser.SetItemLibrary(other.GetAccessor());
@@ -532,8 +521,7 @@ private Q_SLOTS:
         other.Add(NewItem::Solver("Addition"));
         other.Add(NewItem::Solver("Second"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QTest::keyClicks(&browser.SearchField(), QString::fromLatin1("add"));
         browser.SetItemLibrary(other.GetAccessor());
         Settle();
@@ -545,8 +533,7 @@ private Q_SLOTS:
         for (int i = 0; i < 50; ++i)
             m_library->Add(NewItem::Solver(QString::fromLatin1("S%1").arg(i + 10).toLatin1().constData()));
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QMetaObject::invokeMethod(&browser, "SliderValueChanged", Q_ARG(int, 240));
         Settle();
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 60));
@@ -609,8 +596,7 @@ private Q_SLOTS:
         SpyLayer spy;
         {
             ProbedBrowser browser;
-            browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-            ShowBrowser(browser);
+            ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
             m_library->Close();
             Settle();
             spy.Forget();
@@ -622,8 +608,7 @@ private Q_SLOTS:
     {
         {
             ProbedBrowser browser;
-            browser.SetItemLibrary(m_library->GetAccessor());
-            ShowBrowser(browser);
+            ShowLibrary(browser, m_library->GetAccessor());
         }
         m_layer->GetSourceControl().SetEnabled(true);
         m_layer->GetSourceControl().SetState(m_library->FindByName("Blend"), memorymodel::eCheckedOut);
@@ -652,12 +637,10 @@ private Q_SLOTS:
     void browsersOnOneLibraryDoNotMindEachOther()
     {
         ProbedBrowser first;
-        first.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(first);
+        ShowLibrary(first, m_library->GetAccessor());
         {
             ProbedBrowser second;
-            second.SetItemLibrary(m_library->GetAccessor());
-            ShowBrowser(second);
+            ShowLibrary(second, m_library->GetAccessor());
             m_library->Add(NewItem::Solver("Clamp"));
             Settle();
             QCOMPARE(second.GetRowCount(), std::size_t(3));

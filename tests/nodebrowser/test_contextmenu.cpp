@@ -2,6 +2,7 @@
 #include "tests/nodebrowser/commandlayer.h"
 #include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
+#include "tests/support/text.h"
 
 #include <QPointer>
 #include <QTranslator>
@@ -19,14 +20,6 @@ using vireo::datamodel::VireoType;
 
 namespace
 {
-
-/// A type name that reads like the one of compounds and is another one.
-const char gOtherCompound[] = "Compound";
-
-QString Text(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
 
 /// What a person can see and do about the entries of a menu.
 struct MenuLook
@@ -129,8 +122,7 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Solver("a"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         ModalUser user;
         browser.PopContexMenu(QPoint(50, 50), 2);
         QVERIFY(user.IsDone());
@@ -149,8 +141,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.Add(VireoType::gSolver, "a");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         browser.Select(0);
         QVERIFY(browser.GetSelection().IsValid());
         browser.PopContexMenu(QPoint(50, 50), 1);
@@ -162,8 +153,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.Add(VireoType::gSolver, "a");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         ModalUser user;
         browser.RightPress(1);
         QVERIFY(user.IsDone());
@@ -236,8 +226,7 @@ private Q_SLOTS:
         RecordedCompound& compound = layer.AddCompound("X");
         layer.GiveObject(compound, lack != eUnknown);
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         if (lack == eNoSystem)
             layer.SetSystemPresent(false);
         layer.m_helperPresent = lack != eNoHelper && lack != eOtherService;
@@ -301,8 +290,7 @@ private Q_SLOTS:
         compound.m_readOnly = readOnly;
         compound.m_modifiable = modifiable;
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         bool done = false;
         const MenuLook look = LookAtMenu(browser, 0, &done);
         QVERIFY(done);
@@ -318,8 +306,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.Add(VireoType::gCompound, "X"); // its model is no compound
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         bool done = false;
         const MenuLook look = LookAtMenu(browser, 0, &done);
         QVERIFY(done);
@@ -334,8 +321,7 @@ private Q_SLOTS:
         item.m_readOnly = true;
         layer.GiveObject(item);
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         bool done = false;
         const MenuLook look = LookAtMenu(browser, 0, &done);
         QVERIFY(done);
@@ -375,8 +361,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.GiveObject(layer.AddCompound(name.constData()));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         bool done = false;
         const MenuLook look = LookAtMenu(browser, 0, &done);
         QVERIFY(done);
@@ -392,8 +377,7 @@ private Q_SLOTS:
         layer.AddCompound("a");
         layer.AddCompound("b");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         const QPoint position(83, 61);
         QPoint menuPosition;
         ItemID selection;
@@ -416,8 +400,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.AddCompound("a");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         bool marked = true;
         ModalUser user;
         user.WhenMenuOpens([&](QMenu& in_menu) {
@@ -434,8 +417,7 @@ private Q_SLOTS:
         CommandLayer layer;
         RecordedCompound& compound = layer.AddCompound("Old");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         bool done = false;
         QCOMPARE(LookAtMenu(browser, 0, &done).m_entries,
                  QStringList() << Text("Rename Old") << Text("Delete Old (off)") << Text("Edit Tags for Old"));
@@ -455,8 +437,7 @@ private Q_SLOTS:
         layer.GiveObject(layer.AddCompound("X"));
         layer.AddResource("Local", "//local", layer.MakeSource("//local"));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         QPointer<QMenu> menu;
         QPointer<QMenu> submenu;
         QPointer<QAction> entry;
@@ -490,8 +471,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.GiveObject(layer.AddCompound("X"));
         ListeningBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         const QStringList wanted = QStringList() << call << Text("menu closed") << Text("selection changed");
         ModalUser user;
         user.WhenMenuOpens([&entry](QMenu& in_menu) { Choose(in_menu, entry.constData()); });
@@ -554,8 +534,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.AddCompound("X");
         ListeningBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([](QMenu& in_menu) {
             FindEntry(in_menu, "Delete X")->setEnabled(true);
@@ -598,8 +577,7 @@ private Q_SLOTS:
         const auto there = layer.AddResource("There", "//there/%1", layer.MakeSource("//there"));
         const auto fixed = layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         layer.m_log.clear();
         MenuLook look;
         QStringList tips;
@@ -645,8 +623,7 @@ private Q_SLOTS:
         layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         ListeningBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([](QMenu& in_menu) {
             if (GoTo(in_menu, "Compound source"))
@@ -665,8 +642,7 @@ private Q_SLOTS:
         layer.GiveObject(layer.AddCompound("X"));
         layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         ListeningBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         bool there = false;
         ModalUser user;
         user.WhenMenuOpens([](QMenu& in_menu) {
@@ -693,8 +669,7 @@ private Q_SLOTS:
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         MenuLook look;
         ModalUser user;
         user.WhenMenuOpens([&](QMenu& in_menu) {
@@ -715,8 +690,7 @@ private Q_SLOTS:
         layer.GiveObject(compound);
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         MenuLook look;
         ModalUser user;
         user.WhenMenuOpens([&](QMenu& in_menu) {
@@ -743,8 +717,7 @@ private Q_SLOTS:
         if (matches)
             layer.AddResource("Nowhere", "//nowhere", nullptr);
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         bool found = false;
         bool empty = false;
         bool visible = false;
@@ -780,8 +753,7 @@ private Q_SLOTS:
         const auto object = layer.GiveObject(layer.AddCompound("X"));
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         ListeningBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         if (hole == 0)
             object->m_manager.reset();
         else if (hole == 1)
@@ -895,8 +867,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.GiveObject(layer.AddCompound("name %1"));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         Shouting translator;
         QApplication::installTranslator(&translator);
         bool done = false;
@@ -922,8 +893,7 @@ private Q_SLOTS:
         std::vector<ItemID> shown;
         layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID& in_item) { shown.push_back(in_item); });
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([&](QMenu& in_menu) {
             library.Remove(a);
@@ -963,9 +933,8 @@ private Q_SLOTS:
         int shown = 0;
         layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
         GuardedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         const nexa4::DisableErrorReportingGuard quiet;
         ModalUser user;
         const std::function<void(QMenu&)> choose = [&](QMenu& in_menu) {
@@ -1002,8 +971,7 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Solver("a"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([&](QMenu& in_menu) {
             layer.RemoveLibrary(library);
@@ -1021,8 +989,7 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Compound("a"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         layer.RemoveLibrary(library);
         bool done = false;
         const MenuLook look = LookAtMenu(browser, 0, &done);
@@ -1049,8 +1016,7 @@ private Q_SLOTS:
         int shown = 0;
         layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
-        browser->SetItemLibrary(library.GetAccessor());
-        ShowBrowser(*browser);
+        ShowLibrary(*browser, library.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([&](QMenu& in_menu) {
             browser.reset();

@@ -3,6 +3,7 @@
 #include "tests/nodebrowser/commandlayer.h"
 #include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
+#include "tests/support/text.h"
 
 #include <QComboBox>
 #include <QUndoStack>
@@ -20,11 +21,6 @@ using vireo::datamodel::VireoType;
 
 namespace
 {
-
-QString Text(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
 
 /// The line edit of a dialog in a row: 0 for the name, 1 for the category.
 QLineEdit& Field(QDialog& in_dialog, int in_row)
@@ -380,9 +376,8 @@ private Q_SLOTS:
         int targets = 0;
         layer.SetCompoundTargetHandler([&targets] { ++targets; });
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         ModalUser user;
         user.WhenDialogOpens(gCreations[kind].m_title, [&](QDialog& in_dialog) {
             if (destroyed)
@@ -479,8 +474,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.m_library->m_refusing = failing;
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         const int windows = CountVisibleWindows();
         ModalUser user;
         const int paints = CountPaints(browser, [&] { Trigger(browser, CNodeBrowser::eSaveGraphLibrary); });

@@ -2,6 +2,7 @@
 #include "tests/nodebrowser/commandlayer.h"
 #include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
+#include "tests/support/text.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -22,11 +23,6 @@ namespace
 {
 
 const char gTagsTitle[] = "Edit Item Tags";
-
-QString Text(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
 
 QLineEdit& Field(QDialog& in_dialog)
 {
@@ -56,9 +52,8 @@ struct OneCompound
     {
         m_compound.m_tags = "color;mix";
         m_layer.GiveObject(m_compound);
-        m_browser.SetItemLibrary(m_layer.GetAccessor());
         m_browser.SetCommandManager(&m_layer.m_commands);
-        ShowBrowser(m_browser);
+        ShowLibrary(m_browser, m_layer.GetAccessor());
         m_browser.Select(0);
         m_layer.m_log.clear();
     }
@@ -236,8 +231,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.Add(VireoType::gSolver, "Solver");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         browser.Select(0);
         QString text;
         ModalUser user;
@@ -258,9 +252,8 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         const ItemID item = library.Add(NewItem::Compound("Blend").ReadOnly());
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.Select(0);
         ModalUser user;
         user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
@@ -279,9 +272,8 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         const ItemID item = library.Add(NewItem::Compound("Blend"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.Select(0);
         ModalUser user;
         user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) { FillIn(in_dialog, "BLEND"); });
@@ -311,9 +303,8 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Compound("Blend"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.Select(0);
         browser.OnDeleteItem();
         QCOMPARE(library.GetItemCount(), std::size_t(1));
@@ -425,9 +416,8 @@ private Q_SLOTS:
         library.Add(NewItem::Compound("Blend").Tags("old"));
         library.Add(NewItem::Compound("Mix"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.Select(0);
         ModalUser user;
         user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "fresh"); });
@@ -490,13 +480,7 @@ private Q_SLOTS:
         QFETCH(int, row);
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
-        library.Add(NewItem::Compound("1"));
-        library.Add(NewItem::Signature("2"));
-        library.Add(NewItem::LoopCompound("3"));
-        library.Add(NewItem::Solver("4"));
-        library.Add(NewItem::PolymorphicSolver("5"));
-        library.Add(NewItem::GlobalConstant("6"));
-        library.Add(NewItem::Type("7"));
+        AddEveryKind(library);
         std::vector<ItemID> shown;
         layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID& in_item) { shown.push_back(in_item); });
         CommandBrowser browser;
@@ -527,9 +511,8 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         const ItemID item = library.Add(NewItem::Compound("Blend"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.Select(0);
         ModalUser user;
         WhenOneOpens(user, tags, [&](QDialog& in_dialog) {
@@ -571,9 +554,8 @@ private Q_SLOTS:
         Library& other = layer.AddLibrary("Others");
         const ItemID foreign = other.Add(NewItem::Compound("Alpha"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.Select(0);
         ItemID first;
         ModalUser user;
@@ -609,9 +591,8 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.AddCompound("Blend");
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
-        browser->SetItemLibrary(layer.GetAccessor());
         browser->SetCommandManager(&layer.m_commands);
-        ShowBrowser(*browser);
+        ShowLibrary(*browser, layer.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([tags](QMenu& in_menu) { Choose(in_menu, tags ? "Edit Tags for Blend" : "Rename Blend"); });
         WhenOneOpens(user, tags, [&](QDialog& in_dialog) {
@@ -633,9 +614,8 @@ private Q_SLOTS:
         int shown = 0;
         layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.Select(0);
         layer.RemoveLibrary(library);
         ModalUser user;

@@ -2,6 +2,7 @@
 #include "tests/nodebrowser/browserfixture.h"
 #include "tests/nodebrowser/fakelibrary.h"
 #include "tests/nodebrowser/pictures.h"
+#include "tests/nodebrowser/plaindisplay.h"
 #include "tests/support/testmain.h"
 
 #include <cstring>
@@ -19,38 +20,10 @@ const int gWidth = 300;
 const int gHeight = 400;
 const int gTop = 43;
 
-/// A type name that reads like the one of compounds and is another one.
-const char gOtherCompound[] = "Compound";
-
 QPixmap Icon(const char* in_name)
 {
     return QPixmap(QString::fromLatin1(in_name));
 }
-
-/// Shows the icons that the browser hands in as they are, so that their pixels can be found again.
-class PlainBadges : public ISourceControlDisplay
-{
-public:
-    PlainBadges()
-    {
-        Provider provider = InstallProvider(Provider());
-        m_before = provider;
-        provider.m_sourceControl = this;
-        InstallProvider(provider);
-    }
-    ~PlainBadges() override { InstallProvider(m_before); }
-    PlainBadges(const PlainBadges&) = delete;
-    PlainBadges& operator=(const PlainBadges&) = delete;
-
-    void RequestObjectStates(const ScsTask&, const std::list<nexa4::NEXAHandle<nexa4::IDbObject>>&) override {}
-    void TaskEnded(const ScsTask&) override {}
-    bool IsFileVersionControlActive() override { return true; }
-    QPixmap GetAssetStateIcon(const QPixmap& in_base, unsigned, bool, bool) override { return in_base; }
-    QString GetToolTip(const nexa4::NEXAHandle<nexa4::IDbObject>&, const QString&) override { return QString(); }
-
-private:
-    Provider m_before;
-};
 
 /// A browser in plain colours, and its picture while it shows nothing.
 class PlainBrowser : public ProbedBrowser
@@ -531,7 +504,7 @@ private Q_SLOTS:
 
     void aFactoryItemStandsAt2WhetherOrNotSourceControlIsOn()
     {
-        const PlainBadges badges;
+        const PlainDisplay display;
         const ItemID item = m_factory.Add(NewItem::Compound("").In(m_factorySource));
         {
             PlainBrowser browser;
@@ -567,7 +540,7 @@ private Q_SLOTS:
 
     void aSourceControlledItemMovesFrom9To2WhenSourceControlIsSwitchedOn()
     {
-        const PlainBadges badges;
+        const PlainDisplay display;
         memorymodel::Library& library = m_layer.AddLibrary("Controlled");
         library.Add(NewItem::Compound(""));
         library.Add(NewItem::Solver(""));
@@ -590,7 +563,7 @@ private Q_SLOTS:
 
     void aCompoundOfAReadOnlySourceStaysAt9()
     {
-        const PlainBadges badges;
+        const PlainDisplay display;
         memorymodel::Library& library = m_layer.AddLibrary("Closed");
         library.AddDataSource("Closed", memorymodel::eReadOnlySource);
         library.Add(NewItem::Compound(""));

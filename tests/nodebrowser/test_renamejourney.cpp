@@ -3,6 +3,7 @@
 #include "tests/nodebrowser/pictures.h"
 #include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
+#include "tests/support/text.h"
 
 #include <QDialogButtonBox>
 #include <QToolTip>
@@ -15,11 +16,6 @@ using vireo::datamodel::ItemID;
 
 namespace
 {
-
-QString Text(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
 
 QStringList Names(const char* in_first, const char* in_second, const char* in_third)
 {
@@ -54,9 +50,8 @@ struct Scene
         m_library.Add(NewItem::Solver("Alpha"));
         m_compound = m_library.Add(NewItem::Compound(in_compoundName).Tags("colour"));
         m_library.Add(NewItem::Solver("Mix"));
-        m_browser.SetItemLibrary(m_library.GetAccessor());
         m_browser.SetCommandManager(&m_layer.GetCommandManager());
-        ShowBrowser(m_browser);
+        ShowLibrary(m_browser, m_library.GetAccessor());
     }
 
     QStringList RowNames() { return m_browser.RowNames(m_library.GetAccessor()); }

@@ -2,9 +2,11 @@
 #include "tests/nodebrowser/commandbrowser.h"
 #include "tests/nodebrowser/commandlayer.h"
 #include "tests/nodebrowser/pictures.h"
+#include "tests/nodebrowser/plaindisplay.h"
 #include "tests/nodebrowser/spylayer.h"
 #include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
+#include "tests/support/text.h"
 
 #include <QTimer>
 #include <QUndoStack>
@@ -18,11 +20,6 @@ using vireo::datamodel::VireoType;
 
 namespace
 {
-
-QString Text(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
 
 /// Chooses an entry of the submenu "Compound source" with the keyboard.
 void ChooseSource(ModalUser& out_user, const char* in_text)
@@ -62,38 +59,6 @@ protected:
     }
 };
 
-/// A source-control display that counts how often it is asked whether there is any.
-class CountingDisplay : private ISourceControlDisplay
-{
-public:
-    CountingDisplay()
-    {
-        m_before = InstallProvider(Provider());
-        Provider provider = m_before;
-        provider.m_sourceControl = this;
-        InstallProvider(provider);
-    }
-    ~CountingDisplay() override { InstallProvider(m_before); }
-    CountingDisplay(const CountingDisplay&) = delete;
-    CountingDisplay& operator=(const CountingDisplay&) = delete;
-
-    bool m_active = true;
-    int m_activeQueries = 0;
-
-private:
-    void RequestObjectStates(const ScsTask&, const std::list<nexa4::NEXAHandle<nexa4::IDbObject>>&) override {}
-    void TaskEnded(const ScsTask&) override {}
-    bool IsFileVersionControlActive() override
-    {
-        ++m_activeQueries;
-        return m_active;
-    }
-    QPixmap GetAssetStateIcon(const QPixmap& in_base, unsigned, bool, bool) override { return in_base; }
-    QString GetToolTip(const nexa4::NEXAHandle<nexa4::IDbObject>&, const QString&) override { return QString(); }
-
-    Provider m_before;
-};
-
 class TestSourceControlCommands : public QObject
 {
     Q_OBJECT
@@ -105,8 +70,7 @@ private Q_SLOTS:
         RecordedCompound& compound = layer.AddCompound("Blend");
         layer.GiveObject(compound);
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         browser.Select(0);
         layer.m_log.clear();
         const int paints = CountPaints(browser, [&browser] {
@@ -136,8 +100,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.GiveObject(layer.Add(VireoType::gSolver, "Solver"));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         browser.Select(0);
         QVERIFY(QMetaObject::invokeMethod(&browser, slot.constData()));
         QCOMPARE(layer.Lines(line.constData()).size(), 1);
@@ -164,8 +127,7 @@ private Q_SLOTS:
         RecordedCompound& compound = layer.AddCompound("Blend");
         layer.GiveObject(compound);
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         browser.Select(lack == 0 ? 1 : 0);
         ModalUser user;
         if (lack == 1)
@@ -196,8 +158,7 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         const ItemID item = library.Add(NewItem::Compound("Blend"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.Select(0);
         QCOMPARE(CountPaints(browser, [&browser] { browser.OnCheckOutItem(); }), 1);
         QCOMPARE(layer.GetSourceControl().GetState(item), unsigned(memorymodel::eCheckedOut));
@@ -212,8 +173,7 @@ private Q_SLOTS:
         layer.GiveObject(compound);
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         layer.m_log.clear();
         ModalUser user;
         ChooseSource(user, "There");
@@ -234,8 +194,7 @@ private Q_SLOTS:
         layer.GiveObject(compound);
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([&browser](QMenu& in_menu) {
             browser.Select(1); // nothing is selected any more
@@ -258,8 +217,7 @@ private Q_SLOTS:
         const auto there = layer.MakeSource("//there");
         layer.AddResource("There", "//there", there);
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([&](QMenu& in_menu) {
             if (GoTo(in_menu, "Compound source"))
@@ -289,8 +247,7 @@ private Q_SLOTS:
         layer.GiveObject(layer.AddCompound("Blend"));
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         MovingBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([](QMenu& in_menu) {
             if (GoTo(in_menu, "Compound source"))
@@ -325,8 +282,7 @@ private Q_SLOTS:
         const auto resource = layer.AddResource("There", "//there", layer.MakeSource("//there"));
         const QString objectId = Text(object->m_id.GetStr().c_str());
         MovingBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         const nexa4::DisableErrorReportingGuard quiet;
         ModalUser user;
         user.WhenMenuOpens([](QMenu& in_menu) {
@@ -351,8 +307,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.GiveObject(layer.AddCompound("Blend"));
         MovingBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         browser.Select(0);
         layer.m_log.clear();
         browser.CallFromOutside();
@@ -373,9 +328,8 @@ private Q_SLOTS:
         DataSource& there = library.AddDataSource("There");
         const ItemID item = library.Add(NewItem::Compound("Blend").In(here));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         ModalUser user;
         ChooseSource(user, "There");
         browser.RightPress(0);
@@ -401,8 +355,7 @@ private Q_SLOTS:
         FakePropertiesManager manager(m_log);
         layer.SetService("RevisionControlPropertiesMgr", &manager);
         CommandBrowser browser;
-        browser.SetItemLibrary(spy.Watch(library.GetAccessor()));
-        ShowBrowser(browser);
+        ShowLibrary(browser, spy.Watch(library.GetAccessor()));
         spy.Forget();
         manager.m_enabled = true;
         QVERIFY(CountPaints(browser, [&manager] { manager.Tell(&manager); }) > 0);
@@ -423,8 +376,7 @@ private Q_SLOTS:
         const ItemID blend = library.Add(NewItem::Compound("Blend"));
         library.Add(NewItem::Compound("Mix"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         layer.GetSourceControl().SetState(blend, memorymodel::eCheckedOut);
         Settle();
         const QImage badged = qtcompat::ScreenPicture(browser).toImage();
@@ -436,8 +388,7 @@ private Q_SLOTS:
         QVERIFY(plain != badged);
 
         CommandBrowser fresh;
-        fresh.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(fresh);
+        ShowLibrary(fresh, library.GetAccessor());
         QVERIFY(PictureWithoutChildren(browser) == PictureWithoutChildren(fresh));
     }
 
@@ -487,8 +438,7 @@ private Q_SLOTS:
         manager.m_enabled = true;
         layer.SetService("RevisionControlPropertiesMgr", &manager);
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         manager.m_has = change != 1;
         manager.m_enabled = change != 2;
         layer.GetSourceControl().SetVersionControlActive(change != 3);
@@ -512,7 +462,7 @@ private Q_SLOTS:
         FakePropertiesManager manager(m_log);
         layer.SetService("RevisionControlPropertiesMgr", &manager);
         CommandBrowser browser;
-        CountingDisplay display;
+        PlainDisplay display;
         manager.Tell(nullptr);
         manager.Tell(&manager);
         manager.m_enabled = true;

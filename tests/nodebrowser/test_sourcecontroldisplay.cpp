@@ -333,11 +333,7 @@ private Q_SLOTS:
     }
 
 private:
-    void Show()
-    {
-        m_browser->SetItemLibrary(m_accessor);
-        ShowBrowser(*m_browser);
-    }
+    void Show() { ShowLibrary(*m_browser, m_accessor); }
 
     void Enable(bool in_enabled)
     {

@@ -70,8 +70,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(100);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.ScrollBar().setValue(300);
         Settle();
         QVERIFY(Turn(browser, gOverList, delta, static_cast<Qt::Orientation>(orientation)));
@@ -84,8 +83,7 @@ private Q_SLOTS:
         library.AddNodes(100);
         ProbedBrowser browser;
         UsePlainColours(browser);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         const QImage before = PictureWithoutChildren(browser);
         QCOMPARE(CountPaints(browser, [&browser] { Turn(browser, gOverList, -120); }), 1);
         const QImage after = PictureWithoutChildren(browser);
@@ -98,8 +96,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(20);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         const int maximum = 20 * 24 - 357;
         QVERIFY(Turn(browser, gOverList, 120));
         QCOMPARE(browser.ScrollBar().value(), 0);
@@ -132,8 +129,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(100);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QCOMPARE(Turn(browser, position, -120), inside);
         QCOMPARE(browser.ScrollBar().value(), inside ? 72 : 0);
     }
@@ -144,8 +140,7 @@ private Q_SLOTS:
         for (int i = 0; i < 40; ++i)
             library.Add(vireo::datamodel::LibType::gType, "Type");
         ProbedBrowser browser(eConfigTypeSelector);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(!Turn(browser, QPoint(100, 22), -120));
         QCOMPARE(browser.ScrollBar().value(), 0);
         QVERIFY(Turn(browser, QPoint(100, 23), -120));
@@ -197,8 +192,7 @@ private Q_SLOTS:
         library.AddNodes(3);
         ProbedBrowser browser;
         UsePlainColours(browser);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(!browser.ScrollBar().isVisible());
         const QImage before = PictureWithoutChildren(browser);
         const int expected[] = {72, 99, 99};
@@ -223,8 +217,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(20);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QCOMPARE(browser.ScrollBar().maximum(), 123);
         browser.SearchField().setText(QString::fromLatin1("001"));
         Settle();
@@ -253,8 +246,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(100);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(Turn(browser, gOverList, -120));
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, 43 + 12));
         QTest::mouseRelease(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, 43 + 12));
