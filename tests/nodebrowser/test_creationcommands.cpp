@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QUndoStack>
 
+#include <functional>
 #include <memory>
 
 using memorymodel::DataLayer;
@@ -71,11 +72,33 @@ void Trigger(CommandBrowser& in_browser, CNodeBrowser::eMenuCommand in_command)
     menu.actions().at(0)->trigger();
 }
 
+/// Triggers a command, and does something in the dialog that it opens.
+void Create(CommandBrowser& in_browser, const Creation& in_creation, const std::function<void(QDialog&)>& in_action)
+{
+    ModalUser user;
+    user.WhenDialogOpens(in_creation.m_title, in_action);
+    Trigger(in_browser, in_creation.m_command);
+    QVERIFY(user.IsDone());
+}
+
+/// Triggers a command and confirms its dialog as it is.
+void Create(CommandBrowser& in_browser, const Creation& in_creation)
+{
+    Create(in_browser, in_creation, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
+}
+
 void AddCreationRows()
 {
     QTest::addColumn<int>("kind");
     for (int i = 0; i < 3; ++i)
         QTest::newRow(gCreations[i].m_defaultName) << i;
+}
+
+/// The command of the row that is being tested.
+const Creation& FetchCreation()
+{
+    QFETCH(int, kind);
+    return gCreations[kind];
 }
 
 } // namespace
@@ -89,22 +112,18 @@ private Q_SLOTS:
 
     void confirmingTheDefaultNameCreatesAndMakesItTheTarget()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         browser.SetCommandManager(&layer.m_commands);
         QString name;
         int combos = -1;
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [&](QDialog& in_dialog) {
+        Create(browser, creation, [&](QDialog& in_dialog) {
             name = Field(in_dialog, 0).text();
             combos = static_cast<int>(in_dialog.findChildren<QComboBox*>().size());
             Press(in_dialog, Qt::Key_Return);
         });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(name, Text(creation.m_defaultName));
         // Only a signature has no signature to build on.
         QCOMPARE(combos, creation.m_command == CNodeBrowser::eNewSignature ? 0 : 1);
@@ -116,16 +135,11 @@ private Q_SLOTS:
 
     void nameAndCategoryArriveAsTyped()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title,
-                             [](QDialog& in_dialog) { FillIn(in_dialog, "my node-\xE4", "a / b \xF6 "); });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
+        Create(browser, creation, [](QDialog& in_dialog) { FillIn(in_dialog, "my node-\xE4", "a / b \xF6 "); });
         QCOMPARE(layer.m_log.size(), 2);
         QVERIFY(layer.m_log.at(0).contains(Text("'my_node_\xE4'")));
         QVERIFY(layer.m_log.at(0).contains(Text("category: 'a / b \xF6 '")));
@@ -135,15 +149,11 @@ private Q_SLOTS:
 
     void aMissingCommandManagerIsPassedOnAsItIs()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
+        Create(browser, creation);
         QCOMPARE(layer.m_log.size(), 2);
         QVERIFY(layer.m_log.at(0).endsWith(Text(", no manager")));
     }
@@ -160,14 +170,12 @@ private Q_SLOTS:
 
     void leavingTheDialogCreatesNothing()
     {
-        QFETCH(int, kind);
         QFETCH(int, way);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [way](QDialog& in_dialog) {
+        Create(browser, creation, [way](QDialog& in_dialog) {
             Retype(Field(in_dialog, 0), "typed");
             if (way == 0)
                 ClickButton(in_dialog, "Cancel");
@@ -176,8 +184,6 @@ private Q_SLOTS:
             else
                 in_dialog.close();
         });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(layer.m_log, QStringList());
     }
 
@@ -185,8 +191,7 @@ private Q_SLOTS:
 
     void anEmptyNameIsRefusedAndThenLeft()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
@@ -229,8 +234,7 @@ private Q_SLOTS:
 
     void theChosenSignatureBecomesTheBaseClass()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         RecordedCompound& second = layer.AddCompound("b");
         second.m_signature = true;
@@ -242,15 +246,12 @@ private Q_SLOTS:
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         layer.m_log.clear();
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) {
+        Create(browser, creation, [](QDialog& in_dialog) {
             QComboBox& combo = *in_dialog.findChild<QComboBox*>();
             Press(combo, Qt::Key_Down);
             Press(combo, Qt::Key_Down);
             ClickButton(in_dialog, "Ok");
         });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(layer.m_log.size(), 2);
         QVERIFY(layer.m_log.at(0).contains(Text("base class: '%1'").arg(Text(second.m_uid.c_str()))));
     }
@@ -259,17 +260,13 @@ private Q_SLOTS:
 
     void aRefusedCreationLeavesTheTarget()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         layer.m_library->m_refusing = true;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         browser.SetCommandManager(&layer.m_commands);
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
+        Create(browser, creation);
         QCOMPARE(layer.m_log, QStringList(Text(creation.m_log)));
     }
 
@@ -277,14 +274,10 @@ private Q_SLOTS:
 
     void withoutALibraryTheDialogOpensAndNothingIsMade()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
+        Create(browser, creation);
         QCOMPARE(layer.m_log, QStringList());
     }
 
@@ -302,14 +295,11 @@ private Q_SLOTS:
         browser.SetCommandManager(&layer.GetCommandManager());
         ShowAll(browser, library.GetAccessor());
         browser.Select(0);
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) {
+        Create(browser, creation, [](QDialog& in_dialog) {
             if (QComboBox* const combo = in_dialog.findChild<QComboBox*>())
                 Press(*combo, Qt::Key_Down);
             FillIn(in_dialog, "Middle", "Maths");
         });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(browser.GetRowCount(), std::size_t(2)); // only the next paint knows of it
         Settle();
         const QStringList two = QStringList() << Text("Shape") << Text("Zoo");
@@ -346,10 +336,7 @@ private Q_SLOTS:
         CommandBrowser browser;
         browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ModalUser user;
-        user.WhenDialogOpens("Create compound", [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        Trigger(browser, CNodeBrowser::eNewCompound);
-        QVERIFY(user.IsDone());
+        Create(browser, gCreations[CNodeBrowser::eNewCompound]);
         QCOMPARE(library.GetItemCount(), std::size_t(1));
         QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
         QCOMPARE(targets, 0);
@@ -368,7 +355,6 @@ private Q_SLOTS:
 
     void creatingInALibraryThatIsGoneByThenMakesNothing()
     {
-        QFETCH(int, kind);
         QFETCH(bool, destroyed);
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
@@ -378,8 +364,7 @@ private Q_SLOTS:
         CommandBrowser browser;
         browser.SetCommandManager(&layer.GetCommandManager());
         ShowLibrary(browser, library.GetAccessor());
-        ModalUser user;
-        user.WhenDialogOpens(gCreations[kind].m_title, [&](QDialog& in_dialog) {
+        Create(browser, FetchCreation(), [&](QDialog& in_dialog) {
             if (destroyed)
                 layer.RemoveLibrary(library);
             else
@@ -387,8 +372,6 @@ private Q_SLOTS:
             Settle();
             Press(in_dialog, Qt::Key_Return);
         });
-        Trigger(browser, gCreations[kind].m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
         QCOMPARE(targets, 0);
     }
@@ -397,20 +380,16 @@ private Q_SLOTS:
 
     void aNewItemGoesToTheLibraryThatItWasAskedForIn()
     {
-        QFETCH(int, kind);
         DataLayer layer;
         Library& first = layer.AddLibrary("First");
         Library& second = layer.AddLibrary("Second");
         CommandBrowser browser;
         browser.SetItemLibrary(first.GetAccessor());
-        ModalUser user;
-        user.WhenDialogOpens(gCreations[kind].m_title, [&](QDialog& in_dialog) {
+        Create(browser, FetchCreation(), [&](QDialog& in_dialog) {
             browser.SetItemLibrary(second.GetAccessor());
             browser.SetCommandManager(&layer.GetCommandManager());
             Press(in_dialog, Qt::Key_Return);
         });
-        Trigger(browser, gCreations[kind].m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(first.GetItemCount(), std::size_t(1));
         QCOMPARE(second.GetItemCount(), std::size_t(0));
         // The command manager is the one there is at the end: another one may be gone by then.
@@ -421,18 +400,14 @@ private Q_SLOTS:
 
     void aBrowserDestroyedWhileItsDialogIsOpenMakesNothing()
     {
-        QFETCH(int, kind);
         CommandLayer layer;
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
         browser->SetItemLibrary(layer.GetAccessor());
         browser->SetCommandManager(&layer.m_commands);
-        ModalUser user;
-        user.WhenDialogOpens(gCreations[kind].m_title, [&browser](QDialog& in_dialog) {
+        Create(*browser, FetchCreation(), [&browser](QDialog& in_dialog) {
             browser.reset();
             Press(in_dialog, Qt::Key_Return);
         });
-        Trigger(*browser, gCreations[kind].m_command);
-        QVERIFY(user.IsDone());
         QVERIFY(!browser);
         QCOMPARE(layer.m_log, QStringList());
     }
@@ -441,7 +416,6 @@ private Q_SLOTS:
 
     void aBrowserMayBeDestroyedByWhatItCreates()
     {
-        QFETCH(int, kind);
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
@@ -451,11 +425,8 @@ private Q_SLOTS:
         ItemLibraryAccessor accessor = library.GetAccessor();
         const vireo::datamodel::ItemTOCAccessor toc = GetTOC(accessor);
         toc.AddObserver(&destroyer, vireo::datamodel::eItemTOCNotificationKind, toc.GetContext());
-        ModalUser user;
-        user.WhenDialogOpens(gCreations[kind].m_title, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        Trigger(*browser, gCreations[kind].m_command);
+        Create(*browser, FetchCreation());
         toc.RemoveObserver(&destroyer, vireo::datamodel::eItemTOCNotificationKind, toc.GetContext());
-        QVERIFY(user.IsDone());
         QVERIFY(!browser);
         QCOMPARE(library.GetItemCount(), std::size_t(1));
         QVERIFY(layer.GetCompoundTarget() == library.GetItems().front());

@@ -36,13 +36,33 @@ void FillIn(QDialog& in_dialog, const char* in_text)
     Press(Field(in_dialog), Qt::Key_Return);
 }
 
-/// Waits for one of the two dialogs on the compound "Blend".
-void WhenOneOpens(ModalUser& out_user, bool in_tags, const std::function<void(QDialog&)>& in_action)
+using InDialog = std::function<void(QDialog&)>;
+
+/// Gives the command that renames, and does something in the dialog that it opens.
+void Rename(CommandBrowser& in_browser, const InDialog& in_action, const char* in_title = "Rename Blend")
+{
+    ModalUser user;
+    user.WhenLaidOutDialogOpens(in_title, in_action);
+    in_browser.OnRenameItem();
+    QVERIFY(user.IsDone());
+}
+
+/// The same for the command that edits tags.
+void EditTags(CommandBrowser& in_browser, const InDialog& in_action)
+{
+    ModalUser user;
+    user.WhenDialogOpens(gTagsTitle, in_action);
+    in_browser.OnEditItemTags();
+    QVERIFY(user.IsDone());
+}
+
+/// The one or the other.
+void RenameOrEditTags(CommandBrowser& in_browser, bool in_tags, const InDialog& in_action)
 {
     if (in_tags)
-        out_user.WhenDialogOpens(gTagsTitle, in_action);
+        EditTags(in_browser, in_action);
     else
-        out_user.WhenLaidOutDialogOpens("Rename Blend", in_action);
+        Rename(in_browser, in_action);
 }
 
 /// A browser on a library of one compound "Blend" that has an object, its row selected.
@@ -60,6 +80,29 @@ struct OneCompound
 
     CommandLayer m_layer;
     RecordedCompound& m_compound;
+    CommandBrowser m_browser;
+};
+
+/// The same on a library that does what it is asked for.
+struct RealCompound
+{
+    explicit RealCompound(const NewItem& in_compound = NewItem::Compound("Blend"))
+        : m_library(m_layer.AddLibrary("Nodes")),
+          m_item(m_library.Add(in_compound)),
+          m_stack(m_layer.GetCommandManager().GetStack())
+    {
+        m_browser.SetCommandManager(&m_layer.GetCommandManager());
+        ShowLibrary(m_browser, m_library.GetAccessor());
+        m_browser.Select(0);
+    }
+
+    std::string GetName() const { return m_library.GetAccessor().GetItemName(m_item, true, nullptr); }
+    std::string GetTags() const { return m_library.GetAccessor().GetItemTags(m_item, "ApplicationTags"); }
+
+    DataLayer m_layer;
+    Library& m_library;
+    const ItemID m_item;
+    QUndoStack& m_stack;
     CommandBrowser m_browser;
 };
 
@@ -100,14 +143,11 @@ private Q_SLOTS:
         OneCompound one;
         QString text;
         QString selected;
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [&](QDialog& in_dialog) {
+        Rename(one.m_browser, [&](QDialog& in_dialog) {
             text = Field(in_dialog).text();
             selected = Field(in_dialog).selectedText();
             Press(in_dialog, Qt::Key_Escape);
         });
-        one.m_browser.OnRenameItem();
-        QVERIFY(user.IsDone());
         QCOMPARE(text, Text("Blend"));
         QCOMPARE(selected, Text("Blend"));
         QCOMPARE(one.m_layer.m_log, QStringList());
@@ -134,23 +174,16 @@ private Q_SLOTS:
         QFETCH(QByteArray, typed);
         QFETCH(QStringList, log);
         OneCompound one;
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend",
-                                    [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
-        one.m_browser.OnRenameItem();
-        QVERIFY(user.IsDone());
+        Rename(one.m_browser, [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
         QCOMPARE(one.m_layer.m_log, log);
     }
 
     void confirmingTheNameUntouchedWritesNothing()
     {
         OneCompound one;
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) {
+        Rename(one.m_browser, [](QDialog& in_dialog) {
             QTest::mouseClick(in_dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
         });
-        one.m_browser.OnRenameItem();
-        QVERIFY(user.IsDone());
         QCOMPARE(one.m_layer.m_log, QStringList());
     }
 
@@ -166,8 +199,7 @@ private Q_SLOTS:
     {
         QFETCH(int, way);
         OneCompound one;
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [way](QDialog& in_dialog) {
+        Rename(one.m_browser, [way](QDialog& in_dialog) {
             Retype(Field(in_dialog), "Mix");
             if (way == 0)
                 QTest::mouseClick(in_dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel),
@@ -177,8 +209,6 @@ private Q_SLOTS:
             else
                 in_dialog.close();
         });
-        one.m_browser.OnRenameItem();
-        QVERIFY(user.IsDone());
         QCOMPARE(one.m_layer.m_log, QStringList());
     }
 
@@ -186,12 +216,8 @@ private Q_SLOTS:
     {
         OneCompound one;
         one.m_browser.SetCommandManager(nullptr);
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
-        one.m_browser.OnRenameItem();
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
+        Rename(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
+        EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         QCOMPARE(one.m_layer.m_log, QStringList() << Text("rename Blend to 'Mix', no manager")
                                                   << Text("tag Blend under 'ApplicationTags' with 'x', no manager"));
     }
@@ -200,13 +226,10 @@ private Q_SLOTS:
     {
         OneCompound one;
         NamedManager other("another manager");
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [&](QDialog& in_dialog) {
+        Rename(one.m_browser, [&](QDialog& in_dialog) {
             one.m_browser.SetCommandManager(&other);
             FillIn(in_dialog, "Mix");
         });
-        one.m_browser.OnRenameItem();
-        QVERIFY(user.IsDone());
         QCOMPARE(one.m_layer.m_log, QStringList(Text("rename Blend to 'Mix', another manager")));
     }
 
@@ -215,12 +238,8 @@ private Q_SLOTS:
         OneCompound one;
         one.m_compound.m_readOnly = true;
         one.m_compound.m_modifiable = false;
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
-        one.m_browser.OnRenameItem();
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
+        Rename(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
+        EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         // Asked and left to the data layer; whether it may be changed is not even asked.
         QCOMPARE(one.m_layer.m_log, QStringList() << Text("rename Blend to 'Mix', the manager")
                                                   << Text("tag Blend under 'ApplicationTags' with 'x', the manager"));
@@ -234,55 +253,36 @@ private Q_SLOTS:
         ShowLibrary(browser, layer.GetAccessor());
         browser.Select(0);
         QString text;
-        ModalUser user;
         // The title comes from the compound, which there is none of.
-        user.WhenLaidOutDialogOpens("Rename ", [&text](QDialog& in_dialog) {
-            text = Field(in_dialog).text();
-            FillIn(in_dialog, "Mix");
-        });
-        browser.OnRenameItem();
-        QVERIFY(user.IsDone());
+        Rename(
+            browser,
+            [&text](QDialog& in_dialog) {
+                text = Field(in_dialog).text();
+                FillIn(in_dialog, "Mix");
+            },
+            "Rename ");
         QCOMPARE(text, Text("Solver"));
         QCOMPARE(layer.m_log, QStringList());
     }
 
     void aRefusedRenameIsSilent()
     {
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        const ItemID item = library.Add(NewItem::Compound("Blend").ReadOnly());
-        CommandBrowser browser;
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowLibrary(browser, library.GetAccessor());
-        browser.Select(0);
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
-        browser.OnRenameItem();
-        browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
-        QVERIFY(library.GetAccessor().GetItemName(item, true, nullptr) == "Blend");
-        QVERIFY(library.GetAccessor().GetItemTags(item, "ApplicationTags").empty());
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
+        RealCompound real(NewItem::Compound("Blend").ReadOnly());
+        Rename(real.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
+        EditTags(real.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
+        QVERIFY(real.GetName() == "Blend");
+        QVERIFY(real.GetTags().empty());
+        QCOMPARE(real.m_stack.count(), 0);
     }
 
     void aChangeOfCaseAloneIsOneStepToUndo()
     {
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        const ItemID item = library.Add(NewItem::Compound("Blend"));
-        CommandBrowser browser;
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowLibrary(browser, library.GetAccessor());
-        browser.Select(0);
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) { FillIn(in_dialog, "BLEND"); });
-        browser.OnRenameItem();
-        QVERIFY(user.IsDone());
-        QVERIFY(library.GetAccessor().GetItemName(item, true, nullptr) == "BLEND");
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 1);
-        layer.GetCommandManager().GetStack().undo();
-        QVERIFY(library.GetAccessor().GetItemName(item, true, nullptr) == "Blend");
+        RealCompound real;
+        Rename(real.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "BLEND"); });
+        QVERIFY(real.GetName() == "BLEND");
+        QCOMPARE(real.m_stack.count(), 1);
+        real.m_stack.undo();
+        QVERIFY(real.GetName() == "Blend");
     }
 
     void deletingDoesNothing()
@@ -299,16 +299,10 @@ private Q_SLOTS:
 
     void deletingLeavesTheItemAndTheUndoStack()
     {
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        library.Add(NewItem::Compound("Blend"));
-        CommandBrowser browser;
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowLibrary(browser, library.GetAccessor());
-        browser.Select(0);
-        browser.OnDeleteItem();
-        QCOMPARE(library.GetItemCount(), std::size_t(1));
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
+        RealCompound real;
+        real.m_browser.OnDeleteItem();
+        QCOMPARE(real.m_library.GetItemCount(), std::size_t(1));
+        QCOMPARE(real.m_stack.count(), 0);
     }
 
     void tagsAreAskedForWithTheNameAndTheOldTags()
@@ -316,16 +310,13 @@ private Q_SLOTS:
         OneCompound one;
         QString tags;
         bool named = false;
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [&](QDialog& in_dialog) {
+        EditTags(one.m_browser, [&](QDialog& in_dialog) {
             tags = Field(in_dialog).text();
             const QList<QLabel*> labels = in_dialog.findChildren<QLabel*>();
             for (int i = 0; i < labels.size(); ++i)
                 named = named || labels.at(i)->text() == Text("Blend");
             Press(in_dialog, Qt::Key_Escape);
         });
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
         QCOMPARE(tags, Text("color;mix"));
         QVERIFY(named);
         QCOMPARE(one.m_layer.m_log, QStringList());
@@ -354,10 +345,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, written);
         OneCompound one;
         one.m_compound.m_tags = old.constData();
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
+        EditTags(one.m_browser, [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
         const QStringList wanted(
             Text("tag Blend under 'ApplicationTags' with '%1', the manager").arg(Text(written.constData())));
         QCOMPARE(one.m_layer.m_log, written == "-" ? QStringList() : wanted);
@@ -378,23 +366,17 @@ private Q_SLOTS:
         QFETCH(QStringList, log);
         OneCompound one;
         one.m_compound.m_tags = old.constData();
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
+        EditTags(one.m_browser, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
         QCOMPARE(one.m_layer.m_log, log);
     }
 
     void leavingTheTagsDialogWritesNothing()
     {
         OneCompound one;
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) {
+        EditTags(one.m_browser, [](QDialog& in_dialog) {
             Retype(Field(in_dialog), "x");
             Press(in_dialog, Qt::Key_Escape);
         });
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
         QCOMPARE(one.m_layer.m_log, QStringList());
     }
 
@@ -402,33 +384,21 @@ private Q_SLOTS:
     {
         OneCompound one;
         one.m_layer.m_library->m_refusing = true;
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
+        EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         QCOMPARE(one.m_layer.Lines("tag").size(), 1);
     }
 
     void newTagsAreOneStepThatTheNextSearchSees()
     {
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        library.Add(NewItem::Compound("Blend").Tags("old"));
-        library.Add(NewItem::Compound("Mix"));
-        CommandBrowser browser;
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowLibrary(browser, library.GetAccessor());
-        browser.Select(0);
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "fresh"); });
-        browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 1);
-        browser.SearchField().setText(Text("fresh"));
+        RealCompound real(NewItem::Compound("Blend").Tags("old"));
+        real.m_library.Add(NewItem::Compound("Mix"));
+        EditTags(real.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "fresh"); });
+        QCOMPARE(real.m_stack.count(), 1);
+        real.m_browser.SearchField().setText(Text("fresh"));
         Settle();
-        QCOMPARE(browser.RowNames(library.GetAccessor()), QStringList(Text("Blend")));
-        layer.GetCommandManager().GetStack().undo();
-        QVERIFY(library.GetAccessor().GetItemTags(library.FindByName("Blend"), "ApplicationTags") == "old");
+        QCOMPARE(real.m_browser.RowNames(real.m_library.GetAccessor()), QStringList(Text("Blend")));
+        real.m_stack.undo();
+        QVERIFY(real.GetTags() == "old");
     }
 
     void filesAreShownThroughTheHelper()
@@ -507,31 +477,19 @@ private Q_SLOTS:
     {
         QFETCH(bool, tags);
         QFETCH(int, change);
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        const ItemID item = library.Add(NewItem::Compound("Blend"));
-        CommandBrowser browser;
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowLibrary(browser, library.GetAccessor());
-        browser.Select(0);
-        ModalUser user;
-        WhenOneOpens(user, tags, [&](QDialog& in_dialog) {
+        RealCompound real;
+        RenameOrEditTags(real.m_browser, tags, [&](QDialog& in_dialog) {
             if (change == 0)
-                library.Remove(item);
+                real.m_library.Remove(real.m_item);
             else if (change == 1)
-                library.Close();
+                real.m_library.Close();
             else
-                layer.RemoveLibrary(library);
+                real.m_layer.RemoveLibrary(real.m_library);
             Settle();
             FillIn(in_dialog, "x");
         });
-        if (tags)
-            browser.OnEditItemTags();
-        else
-            browser.OnRenameItem();
-        QVERIFY(user.IsDone());
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
-        QVERIFY(!browser.GetSelection().IsValid());
+        QCOMPARE(real.m_stack.count(), 0);
+        QVERIFY(!real.m_browser.GetSelection().IsValid());
     }
 
     void aDialogKeepsToTheItemThatItWasOpenedFor_data()
@@ -548,34 +506,20 @@ private Q_SLOTS:
     {
         QFETCH(bool, tags);
         QFETCH(bool, otherLibrary);
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        const ItemID item = library.Add(NewItem::Compound("Blend"));
-        Library& other = layer.AddLibrary("Others");
+        RealCompound real;
+        Library& other = real.m_layer.AddLibrary("Others");
         const ItemID foreign = other.Add(NewItem::Compound("Alpha"));
-        CommandBrowser browser;
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowLibrary(browser, library.GetAccessor());
-        browser.Select(0);
         ItemID first;
-        ModalUser user;
-        WhenOneOpens(user, tags, [&](QDialog& in_dialog) {
-            first = library.Add(NewItem::Compound("Alpha"));
+        RenameOrEditTags(real.m_browser, tags, [&](QDialog& in_dialog) {
+            first = real.m_library.Add(NewItem::Compound("Alpha"));
             if (otherLibrary)
-                browser.SetItemLibrary(other.GetAccessor());
+                real.m_browser.SetItemLibrary(other.GetAccessor());
             Settle();
             FillIn(in_dialog, "x");
         });
-        if (tags)
-            browser.OnEditItemTags();
-        else
-            browser.OnRenameItem();
-        QVERIFY(user.IsDone());
-        QVERIFY(browser.GetSelection() == (otherLibrary ? foreign : first));
-        const ItemLibraryAccessor accessor = library.GetAccessor();
-        QVERIFY((tags ? accessor.GetItemTags(item, "ApplicationTags") : accessor.GetItemName(item, true, nullptr)) ==
-                "x");
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 1);
+        QVERIFY(real.m_browser.GetSelection() == (otherLibrary ? foreign : first));
+        QVERIFY((tags ? real.GetTags() : real.GetName()) == "x");
+        QCOMPARE(real.m_stack.count(), 1);
     }
 
     void aBrowserDestroyedWhileItsDialogIsOpenWritesNothing_data()
@@ -595,11 +539,15 @@ private Q_SLOTS:
         ShowLibrary(*browser, layer.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([tags](QMenu& in_menu) { Choose(in_menu, tags ? "Edit Tags for Blend" : "Rename Blend"); });
-        WhenOneOpens(user, tags, [&](QDialog& in_dialog) {
+        const InDialog destroy = [&](QDialog& in_dialog) {
             layer.m_log.clear();
             browser.reset();
             FillIn(in_dialog, "x");
-        });
+        };
+        if (tags)
+            user.WhenDialogOpens(gTagsTitle, destroy);
+        else
+            user.WhenLaidOutDialogOpens("Rename Blend", destroy);
         browser->RightPress(0);
         QVERIFY(user.IsDone());
         QVERIFY(!browser);
@@ -608,28 +556,22 @@ private Q_SLOTS:
 
     void rowsWhoseItemsAreGoneSinceTheLastPaintAreHarmless()
     {
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        library.Add(NewItem::Compound("Blend"));
+        RealCompound real;
         int shown = 0;
-        layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
-        CommandBrowser browser;
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowLibrary(browser, library.GetAccessor());
-        browser.Select(0);
-        layer.RemoveLibrary(library);
+        real.m_layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
+        real.m_layer.RemoveLibrary(real.m_library);
         ModalUser user;
         user.WhenLaidOutDialogOpens("Rename ", [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         // The rows are still those of the last paint, and hold nothing any more.
-        QCOMPARE(browser.GetRowCount(), std::size_t(1));
-        browser.OnShowItemFiles();
-        browser.OnRenameItem();
+        QCOMPARE(real.m_browser.GetRowCount(), std::size_t(1));
+        real.m_browser.OnShowItemFiles();
+        real.m_browser.OnRenameItem();
         // The dialog's event loop has painted the browser, which has no rows by now.
-        QCOMPARE(browser.GetRowCount(), std::size_t(0));
-        browser.OnEditItemTags();
+        QCOMPARE(real.m_browser.GetRowCount(), std::size_t(0));
+        real.m_browser.OnEditItemTags();
         QVERIFY(user.IsDone());
         QCOMPARE(shown, 0);
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
+        QCOMPARE(real.m_stack.count(), 0);
     }
 };
 
