@@ -1,6 +1,5 @@
 #include "tests/nodebrowser/commandbrowser.h"
 #include "tests/nodebrowser/commandlayer.h"
-#include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
 #include "tests/support/text.h"
 
@@ -30,6 +29,28 @@ struct MenuLook
     bool m_topLevel = false;
     QPoint m_position;
 
+    /// Looks at the context menu of a row, which is opened with the right button and left with Escape.
+    MenuLook(CommandBrowser& in_browser, int in_row)
+    {
+        UseMenu(in_browser, in_row, [this](QMenu& in_menu) {
+            Take(in_menu);
+            Press(in_menu, Qt::Key_Escape);
+        });
+    }
+
+    /// The same for the data sources in the context menu.
+    static MenuLook OfSources(CommandBrowser& in_browser, int in_row)
+    {
+        MenuLook look;
+        UseMenu(in_browser, in_row, [&look](QMenu& in_menu) {
+            look.Take(*FindEntry(in_menu, "Compound source")->menu());
+            Press(in_menu, Qt::Key_Escape);
+        });
+        return look;
+    }
+
+    MenuLook() = default;
+
     void Take(const QMenu& in_menu)
     {
         m_topLevel = !in_menu.parent();
@@ -45,20 +66,6 @@ struct MenuLook
         }
     }
 };
-
-/// Opens the context menu of a row with the right button, looks at it and leaves it with Escape.
-MenuLook LookAtMenu(CommandBrowser& in_browser, int in_row, bool* out_done)
-{
-    MenuLook look;
-    ModalUser user;
-    user.WhenMenuOpens([&look](QMenu& in_menu) {
-        look.Take(in_menu);
-        Press(in_menu, Qt::Key_Escape);
-    });
-    in_browser.RightPress(in_row);
-    *out_done = user.IsDone();
-    return look;
-}
 
 /// Changes every text that is meant for translation.
 class Shouting : public QTranslator
@@ -197,9 +204,7 @@ private Q_SLOTS:
         CommandBrowser browser;
         ShowAll(browser, layer.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(1));
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries, entries);
         QVERIFY(look.m_plain);
         QVERIFY(look.m_owned);
@@ -235,9 +240,7 @@ private Q_SLOTS:
         if (lack == eNoUid)
             compound.m_uid = "12345";
         layer.m_log.clear();
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries.contains(Text("Show Files for X")), lack == eNothing);
         QCOMPARE(look.m_entries.contains(Text("Compound source")), lack == eNothing);
         QVERIFY(look.m_entries.contains(Text("Rename X")));
@@ -265,9 +268,7 @@ private Q_SLOTS:
         AddKind(layer, type).m_readOnly = readOnly;
         CommandBrowser browser;
         ShowAll(browser, layer.GetAccessor());
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries, QStringList(Text(readOnly ? "Edit Tags for X (off)" : "Edit Tags for X")));
     }
 
@@ -291,9 +292,7 @@ private Q_SLOTS:
         compound.m_modifiable = modifiable;
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         const QStringList on = QStringList() << Text("Rename X") << Text("Delete X (off)") << Text("Edit Tags for X");
         const QStringList off = QStringList()
                                 << Text("Rename X (off)") << Text("Delete X (off)") << Text("Edit Tags for X (off)");
@@ -307,9 +306,7 @@ private Q_SLOTS:
         layer.Add(VireoType::gCompound, "X"); // its model is no compound
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries,
                  QStringList() << Text("Rename X (off)") << Text("Delete X (off)") << Text("Edit Tags for X (off)"));
     }
@@ -322,9 +319,7 @@ private Q_SLOTS:
         layer.GiveObject(item);
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries, QStringList() << Text("Show Files for X") << Text("Edit Tags for X (off)"));
     }
 
@@ -336,9 +331,7 @@ private Q_SLOTS:
         ShowAll(browser, layer.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(1));
         QVERIFY(std::string(gOtherCompound) == VireoType::gCompound);
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries, QStringList());
     }
 
@@ -362,9 +355,7 @@ private Q_SLOTS:
         layer.GiveObject(layer.AddCompound(name.constData()));
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         const QString shown = Text(name.constData());
         QCOMPARE(look.m_entries, QStringList() << Text("Show Files for ") + shown << Text("Rename ") + shown
                                                << Text("Delete ") + shown + Text(" (off)") << Text("Compound source")
@@ -402,13 +393,10 @@ private Q_SLOTS:
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
         bool marked = true;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             marked = in_menu.activeAction() != nullptr;
             Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(!marked);
     }
 
@@ -418,17 +406,14 @@ private Q_SLOTS:
         RecordedCompound& compound = layer.AddCompound("Old");
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
-        bool done = false;
-        QCOMPARE(LookAtMenu(browser, 0, &done).m_entries,
+        QCOMPARE(MenuLook(browser, 0).m_entries,
                  QStringList() << Text("Rename Old") << Text("Delete Old (off)") << Text("Edit Tags for Old"));
-        QVERIFY(done);
         compound.m_name = "New";
         compound.m_modifiable = false;
         layer.GiveObject(compound);
-        QCOMPARE(LookAtMenu(browser, 0, &done).m_entries,
-                 QStringList() << Text("Show Files for New") << Text("Rename New (off)") << Text("Delete New (off)")
-                               << Text("Compound source") << Text("Edit Tags for New (off)"));
-        QVERIFY(done);
+        QCOMPARE(MenuLook(browser, 0).m_entries, QStringList() << Text("Show Files for New") << Text("Rename New (off)")
+                                                               << Text("Delete New (off)") << Text("Compound source")
+                                                               << Text("Edit Tags for New (off)"));
     }
 
     void nothingIsLeftOfAMenuThatWasClosed()
@@ -473,16 +458,11 @@ private Q_SLOTS:
         ListeningBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
         const QStringList wanted = QStringList() << call << Text("menu closed") << Text("selection changed");
-        ModalUser user;
-        user.WhenMenuOpens([&entry](QMenu& in_menu) { Choose(in_menu, entry.constData()); });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        UseMenu(browser, 0, [&entry](QMenu& in_menu) { Choose(in_menu, entry.constData()); });
         QCOMPARE(browser.m_calls, wanted);
 
         browser.m_calls.clear();
-        user.WhenMenuOpens([&entry](QMenu& in_menu) { ClickEntry(in_menu, entry.constData()); });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        UseMenu(browser, 0, [&entry](QMenu& in_menu) { ClickEntry(in_menu, entry.constData()); });
         QCOMPARE(browser.m_calls, wanted);
     }
 
@@ -510,8 +490,7 @@ private Q_SLOTS:
         ShowAll(browser, layer.GetAccessor());
         bool there = false;
         bool enabled = true;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             const QAction* const entry = FindEntry(in_menu, "Delete X");
             there = entry != nullptr;
             enabled = entry && entry->isEnabled();
@@ -521,8 +500,6 @@ private Q_SLOTS:
             if (in_menu.isVisible())
                 Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(there);
         QVERIFY(!enabled);
         QCOMPARE(browser.m_calls, QStringList() << Text("menu closed") << Text("selection changed"));
@@ -535,13 +512,10 @@ private Q_SLOTS:
         layer.AddCompound("X");
         ListeningBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) {
+        UseMenu(browser, 0, [](QMenu& in_menu) {
             FindEntry(in_menu, "Delete X")->setEnabled(true);
             Choose(in_menu, "Delete X");
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QCOMPARE(browser.m_calls.value(0), Text("delete"));
     }
 
@@ -553,14 +527,11 @@ private Q_SLOTS:
         ShowAll(browser, layer.GetAccessor());
         bool empty = false;
         QStringList callsInMenu(Text("none"));
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             empty = in_menu.actions().isEmpty();
             callsInMenu = browser.m_calls;
             Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(empty);
         // It was modal: nothing went on before it was left.
         QCOMPARE(callsInMenu, QStringList());
@@ -583,8 +554,7 @@ private Q_SLOTS:
         QStringList tips;
         QList<QVariant> data;
         bool entryOn = false;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             const QAction& entry = *FindEntry(in_menu, "Compound source");
             entryOn = entry.isEnabled();
             look.Take(*entry.menu());
@@ -596,8 +566,6 @@ private Q_SLOTS:
             }
             Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(entryOn);
         QCOMPARE(look.m_entries,
                  QStringList() << Text("Here[Current] (off)") << Text("There") << Text("Fixed [Read-Only] (off)"));
@@ -624,14 +592,7 @@ private Q_SLOTS:
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         ListeningBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) {
-            if (GoTo(in_menu, "Compound source"))
-                Press(in_menu, Qt::Key_Right);
-        });
-        user.WhenSubmenuOpens([](QMenu& in_submenu) { Choose(in_submenu, "There"); });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        UseSources(browser, 0, [](QMenu& in_submenu) { Choose(in_submenu, "There"); });
         QCOMPARE(browser.m_calls, QStringList()
                                       << Text("move to There") << Text("menu closed") << Text("selection changed"));
     }
@@ -644,19 +605,11 @@ private Q_SLOTS:
         ListeningBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
         bool there = false;
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) {
-            if (GoTo(in_menu, "Compound source"))
-                Press(in_menu, Qt::Key_Right);
-        });
-        user.WhenSubmenuOpens([&there](QMenu& in_submenu) {
+        UseSources(browser, 0, [&there](QMenu& in_submenu) {
             there = FindEntry(in_submenu, "Fixed [Read-Only]") != nullptr;
             ClickEntry(in_submenu, "Fixed [Read-Only]");
-            while (QWidget* const open = QApplication::activePopupWidget())
-                Press(*open, Qt::Key_Escape);
+            CloseMenus();
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(there);
         QCOMPARE(browser.m_calls, QStringList() << Text("menu closed") << Text("selection changed"));
     }
@@ -670,14 +623,7 @@ private Q_SLOTS:
         layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
-        MenuLook look;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
-            look.Take(*FindEntry(in_menu, "Compound source")->menu());
-            Press(in_menu, Qt::Key_Escape);
-        });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        const MenuLook look = MenuLook::OfSources(browser, 0);
         QCOMPARE(look.m_entries, QStringList() << Text("Here[Current] [Read-Only] (off)") << Text("There (off)")
                                                << Text("Fixed [Read-Only] (off)"));
     }
@@ -691,14 +637,7 @@ private Q_SLOTS:
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
-        MenuLook look;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
-            look.Take(*FindEntry(in_menu, "Compound source")->menu());
-            Press(in_menu, Qt::Key_Escape);
-        });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        const MenuLook look = MenuLook::OfSources(browser, 0);
         QCOMPARE(look.m_entries, QStringList(Text("There")));
     }
 
@@ -721,8 +660,7 @@ private Q_SLOTS:
         bool found = false;
         bool empty = false;
         bool visible = false;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             const QAction* const entry = FindEntry(in_menu, "Compound source");
             found = entry && entry->menu() && entry->isEnabled();
             empty = found && entry->menu()->actions().isEmpty();
@@ -730,8 +668,6 @@ private Q_SLOTS:
                       in_menu.actionGeometry(FindEntry(in_menu, "Compound source")).height() > 0;
             Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(found);
         QVERIFY(empty);
         QVERIFY(visible);
@@ -870,13 +806,11 @@ private Q_SLOTS:
         ShowLibrary(browser, layer.GetAccessor());
         Shouting translator;
         QApplication::installTranslator(&translator);
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
+        const MenuLook look(browser, 0);
         QMenu menu;
         for (int command = 0; command < 4; ++command)
             browser.CreateMenuCommand(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
         QApplication::removeTranslator(&translator);
-        QVERIFY(done);
         QCOMPARE(look.m_entries, QStringList() << Text("SHOW FILES FOR name %1") << Text("RENAME name %1")
                                                << Text("DELETE name %1 (off)") << Text("COMPOUND SOURCE")
                                                << Text("EDIT TAGS FOR name %1"));
@@ -894,14 +828,11 @@ private Q_SLOTS:
         layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID& in_item) { shown.push_back(in_item); });
         CommandBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             library.Remove(a);
             Settle(); // the rows are laid out anew while the menu is open
             Choose(in_menu, "Show Files for a");
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QCOMPARE(shown.size(), std::size_t(1));
         QVERIFY(shown[0] == b);
         QVERIFY(browser.GetSelection() == b);
@@ -936,26 +867,15 @@ private Q_SLOTS:
         browser.SetCommandManager(&layer.GetCommandManager());
         ShowLibrary(browser, library.GetAccessor());
         const nexa4::DisableErrorReportingGuard quiet;
-        ModalUser user;
         const std::function<void(QMenu&)> choose = [&](QMenu& in_menu) {
             TakeRowAway(change, layer, library, browser);
             Settle(); // the rows are laid out anew while the menu is open
             Choose(in_menu, entry.constData());
         };
         if (entry == "There")
-        {
-            user.WhenMenuOpens([](QMenu& in_menu) {
-                if (GoTo(in_menu, "Compound source"))
-                    Press(in_menu, Qt::Key_Right);
-            });
-            user.WhenSubmenuOpens(choose);
-        }
+            UseSources(browser, 0, choose);
         else
-        {
-            user.WhenMenuOpens(choose);
-        }
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+            UseMenu(browser, 0, choose);
         QCOMPARE(shown, 0);
         // A move knows its compound by itself; it goes by what the database still has.
         const bool stillThere = change == eNoLibrary || change == eEmptyLibrary;
@@ -972,13 +892,10 @@ private Q_SLOTS:
         library.Add(NewItem::Solver("a"));
         CommandBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             layer.RemoveLibrary(library);
             Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QCOMPARE(browser.SignalCount(), 1);
         QVERIFY(!browser.GetSelection().IsValid());
     }
@@ -991,9 +908,7 @@ private Q_SLOTS:
         CommandBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         layer.RemoveLibrary(library);
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries, QStringList());
         QCOMPARE(browser.SignalCount(), 1);
     }
@@ -1017,16 +932,13 @@ private Q_SLOTS:
         layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
         ShowLibrary(*browser, library.GetAccessor());
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(*browser, 0, [&](QMenu& in_menu) {
             browser.reset();
             if (entry.isEmpty())
                 Press(in_menu, Qt::Key_Escape);
             else
                 Choose(in_menu, entry.constData());
         });
-        browser->RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(!browser);
         QCOMPARE(shown, 0);
     }
@@ -1053,26 +965,6 @@ private:
 
     struct NotTheHelper : public hmx::IBase
     {
-    };
-
-    /// Keeps what a move throws away from the toolkit.
-    class GuardedBrowser : public CommandBrowser
-    {
-    public:
-        bool m_threw = false;
-
-    protected:
-        void OnDatasourceChange() override
-        {
-            try
-            {
-                CNodeBrowser::OnDatasourceChange();
-            }
-            catch (const nexa4::ExBase::NullPtr&)
-            {
-                m_threw = true;
-            }
-        }
     };
 
     static RecordedItem& AddKind(CommandLayer& out_layer, const QByteArray& in_kind)

@@ -1,8 +1,5 @@
-#include "tests/nodebrowser/commandbrowser.h"
-#include "tests/nodebrowser/commandlayer.h"
-#include "tests/support/modaluser.h"
+#include "tests/nodebrowser/onecompound.h"
 #include "tests/support/testmain.h"
-#include "tests/support/text.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -65,25 +62,7 @@ void RenameOrEditTags(CommandBrowser& in_browser, bool in_tags, const InDialog& 
         Rename(in_browser, in_action);
 }
 
-/// A browser on a library of one compound "Blend" that has an object, its row selected.
-struct OneCompound
-{
-    OneCompound() : m_compound(m_layer.AddCompound("Blend"))
-    {
-        m_compound.m_tags = "color;mix";
-        m_layer.GiveObject(m_compound);
-        m_browser.SetCommandManager(&m_layer.m_commands);
-        ShowLibrary(m_browser, m_layer.GetAccessor());
-        m_browser.Select(0);
-        m_layer.m_log.clear();
-    }
-
-    CommandLayer m_layer;
-    RecordedCompound& m_compound;
-    CommandBrowser m_browser;
-};
-
-/// The same on a library that does what it is asked for.
+/// A browser on a library that does what it is asked for. It has one compound "Blend", whose row is selected.
 struct RealCompound
 {
     explicit RealCompound(const NewItem& in_compound = NewItem::Compound("Blend"))
@@ -124,7 +103,7 @@ private Q_SLOTS:
     void commandsWithoutASelectedRowDoNothing()
     {
         QFETCH(int, row);
-        OneCompound one;
+        OneCompound<> one;
         ModalUser user;
         if (row < 0)
             one.m_browser.Select(1);
@@ -140,7 +119,7 @@ private Q_SLOTS:
 
     void renamingAsksWithThePresentNameSelected()
     {
-        OneCompound one;
+        OneCompound<> one;
         QString text;
         QString selected;
         Rename(one.m_browser, [&](QDialog& in_dialog) {
@@ -173,14 +152,14 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, typed);
         QFETCH(QStringList, log);
-        OneCompound one;
+        OneCompound<> one;
         Rename(one.m_browser, [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
         QCOMPARE(one.m_layer.m_log, log);
     }
 
     void confirmingTheNameUntouchedWritesNothing()
     {
-        OneCompound one;
+        OneCompound<> one;
         Rename(one.m_browser, [](QDialog& in_dialog) {
             QTest::mouseClick(in_dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
         });
@@ -198,7 +177,7 @@ private Q_SLOTS:
     void leavingTheRenameDialogWritesNothing()
     {
         QFETCH(int, way);
-        OneCompound one;
+        OneCompound<> one;
         Rename(one.m_browser, [way](QDialog& in_dialog) {
             Retype(Field(in_dialog), "Mix");
             if (way == 0)
@@ -214,7 +193,7 @@ private Q_SLOTS:
 
     void writesPassOnAMissingCommandManager()
     {
-        OneCompound one;
+        OneCompound<> one;
         one.m_browser.SetCommandManager(nullptr);
         Rename(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
         EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
@@ -224,7 +203,7 @@ private Q_SLOTS:
 
     void writesGoToTheCommandManagerOfTheMoment()
     {
-        OneCompound one;
+        OneCompound<> one;
         NamedManager other("another manager");
         Rename(one.m_browser, [&](QDialog& in_dialog) {
             one.m_browser.SetCommandManager(&other);
@@ -235,7 +214,7 @@ private Q_SLOTS:
 
     void writeAccessIsNotTheBusinessOfTheCommands()
     {
-        OneCompound one;
+        OneCompound<> one;
         one.m_compound.m_readOnly = true;
         one.m_compound.m_modifiable = false;
         Rename(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
@@ -287,7 +266,7 @@ private Q_SLOTS:
 
     void deletingDoesNothing()
     {
-        OneCompound one;
+        OneCompound<> one;
         ModalUser user;
         const int paints = CountPaints(one.m_browser, [&] { one.m_browser.OnDeleteItem(); });
         QVERIFY(user.IsDone());
@@ -307,7 +286,7 @@ private Q_SLOTS:
 
     void tagsAreAskedForWithTheNameAndTheOldTags()
     {
-        OneCompound one;
+        OneCompound<> one;
         QString tags;
         bool named = false;
         EditTags(one.m_browser, [&](QDialog& in_dialog) {
@@ -343,7 +322,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, old);
         QFETCH(QByteArray, typed);
         QFETCH(QByteArray, written);
-        OneCompound one;
+        OneCompound<> one;
         one.m_compound.m_tags = old.constData();
         EditTags(one.m_browser, [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
         const QStringList wanted(
@@ -364,7 +343,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, old);
         QFETCH(QStringList, log);
-        OneCompound one;
+        OneCompound<> one;
         one.m_compound.m_tags = old.constData();
         EditTags(one.m_browser, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
         QCOMPARE(one.m_layer.m_log, log);
@@ -372,7 +351,7 @@ private Q_SLOTS:
 
     void leavingTheTagsDialogWritesNothing()
     {
-        OneCompound one;
+        OneCompound<> one;
         EditTags(one.m_browser, [](QDialog& in_dialog) {
             Retype(Field(in_dialog), "x");
             Press(in_dialog, Qt::Key_Escape);
@@ -382,7 +361,7 @@ private Q_SLOTS:
 
     void aRefusedTagWriteIsSilent()
     {
-        OneCompound one;
+        OneCompound<> one;
         one.m_layer.m_library->m_refusing = true;
         EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         QCOMPARE(one.m_layer.Lines("tag").size(), 1);
@@ -403,9 +382,9 @@ private Q_SLOTS:
 
     void filesAreShownThroughTheHelper()
     {
-        OneCompound one;
+        OneCompound<> one;
         one.m_browser.OnShowItemFiles();
-        const QString uid = Text(one.m_compound.m_uid.c_str());
+        const QString uid = one.Uid();
         QCOMPARE(one.m_layer.m_log, QStringList()
                                         << Text("find ") + uid << Text("show files %1, options: null").arg(uid));
     }
@@ -424,7 +403,7 @@ private Q_SLOTS:
     {
         QFETCH(int, lack);
         QFETCH(bool, asked);
-        OneCompound one;
+        OneCompound<> one;
         if (lack == 0)
             one.m_layer.SetSystemPresent(false);
         else if (lack == 1)
@@ -434,8 +413,7 @@ private Q_SLOTS:
         else
             one.m_compound.m_uid = "C0DE0000-0000-0000-0000-0000DEADDEAD";
         one.m_browser.OnShowItemFiles();
-        QCOMPARE(one.m_layer.m_log,
-                 asked ? QStringList(Text("find ") + Text(one.m_compound.m_uid.c_str())) : QStringList());
+        QCOMPARE(one.m_layer.m_log, asked ? QStringList(Text("find ") + one.Uid()) : QStringList());
     }
 
     void filesOfEveryKindOfItemCanBeShown_data()
