@@ -27,7 +27,6 @@ struct MenuLook
     bool m_plain = true;   ///< no icon, shortcut, separator or check mark anywhere
     bool m_owned = true;   ///< every entry is the menu's own
     bool m_topLevel = false;
-    QPoint m_position;
 
     /// Looks at the context menu of a row, which is opened with the right button and left with Escape.
     MenuLook(CommandBrowser& in_browser, int in_row)
@@ -54,7 +53,6 @@ struct MenuLook
     void Take(const QMenu& in_menu)
     {
         m_topLevel = !in_menu.parent();
-        m_position = in_menu.pos();
         const QList<QAction*> actions = in_menu.actions();
         for (int i = 0; i < actions.size(); ++i)
         {
@@ -471,8 +469,15 @@ private Q_SLOTS:
         QTest::addColumn<bool>("signature");
         QTest::addColumn<bool>("modifiable");
         QTest::addColumn<bool>("known");
+        const char* const kinds[] = {"compound", "signature"};
+        const char* const changes[] = {"refuses changes", "takes changes"};
+        const char* const objects[] = {"no object", "an object"};
         for (int i = 0; i < 8; ++i)
-            QTest::newRow(QByteArray::number(i).constData()) << ((i & 1) != 0) << ((i & 2) != 0) << ((i & 4) != 0);
+        {
+            const bool signature = (i & 1) != 0, modifiable = (i & 2) != 0, known = (i & 4) != 0;
+            const std::string tag = std::string(kinds[signature]) + ", " + changes[modifiable] + ", " + objects[known];
+            QTest::newRow(tag.c_str()) << signature << modifiable << known;
+        }
     }
 
     void deletingIsAlwaysShownAndNeverOffered()
