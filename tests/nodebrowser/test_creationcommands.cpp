@@ -185,6 +185,48 @@ private Q_SLOTS:
         QCOMPARE(layer.m_log, QStringList());
     }
 
+    void theNameAloneDecidesNotTheDialogsResult_data() { AddCreationRows(); }
+
+    void theNameAloneDecidesNotTheDialogsResult()
+    {
+        QFETCH(int, kind);
+        const Creation& creation = gCreations[kind];
+        CommandLayer layer;
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        browser.SetCommandManager(&layer.m_commands);
+        ModalUser user;
+        user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) {
+            Press(in_dialog, Qt::Key_Return);
+            in_dialog.setResult(QDialog::Rejected);
+        });
+        Trigger(browser, creation.m_command);
+        QVERIFY(user.IsDone());
+        QCOMPARE(layer.Lines("create"), QStringList(Text(creation.m_log)));
+        QCOMPARE(layer.Lines("target").size(), 1);
+    }
+
+    void theListIsLeftToTheNotifications_data() { AddCreationRows(); }
+
+    void theListIsLeftToTheNotifications()
+    {
+        QFETCH(int, kind);
+        CommandLayer layer;
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        ModalUser user;
+        user.WhenDialogOpens(gCreations[kind].m_title, [&layer](QDialog& in_dialog) {
+            layer.m_library->m_walks = 0; // the dialog has walked the compounds for its signatures
+            Press(in_dialog, Qt::Key_Return);
+        });
+        Trigger(browser, gCreations[kind].m_command);
+        QVERIFY(user.IsDone());
+        Settle();
+        QCOMPARE(layer.Lines("create").size(), 1);
+        QCOMPARE(layer.m_library->m_walks, 0);
+    }
+
     void anEmptyNameIsRefusedAndThenLeft_data() { AddCreationRows(); }
 
     void anEmptyNameIsRefusedAndThenLeft()

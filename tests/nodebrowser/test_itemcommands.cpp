@@ -5,6 +5,7 @@
 
 #include <QDialogButtonBox>
 #include <QLabel>
+#include <QPushButton>
 #include <QUndoStack>
 
 #include <functional>
@@ -68,7 +69,32 @@ struct OneCompound
     CommandBrowser m_browser;
 };
 
+void ClickCancel(QDialog& in_dialog)
+{
+    for (QPushButton* const button : in_dialog.findChildren<QPushButton*>())
+        if (button->text().remove(QLatin1Char('&')) == QString::fromLatin1("Cancel"))
+            QTest::mouseClick(button, Qt::LeftButton);
+}
+
 } // namespace
+
+/// Destroys a browser as soon as an item changes.
+class Destroyer : public vireo::datamodel::IItemLibraryNotification
+{
+public:
+    explicit Destroyer(std::unique_ptr<CommandBrowser>& in_browser) : m_browser(in_browser) {}
+    void OnBeginChanges(ItemLibraryAccessor&) override {}
+    void OnEndChanges(ItemLibraryAccessor&) override {}
+    void LibraryInvalidated(ItemLibraryAccessor&) override {}
+    void ItemNameChanged(ItemLibraryAccessor&, const ItemID&) override { m_browser.reset(); }
+    void ItemTagsChanged(ItemLibraryAccessor&, const ItemID&, const char*) override { m_browser.reset(); }
+    void ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID&, long) override {}
+    void OnPreCommit(ItemLibraryAccessor&, bool*) override { m_browser.reset(); }
+    void OnPostCommit(ItemLibraryAccessor&) override {}
+
+private:
+    std::unique_ptr<CommandBrowser>& m_browser;
+};
 
 class TestItemCommands : public QObject
 {
@@ -159,30 +185,41 @@ private Q_SLOTS:
         QCOMPARE(one.m_layer.m_log, QStringList());
     }
 
-    void leavingTheRenameDialogWritesNothing_data()
+    void leavingADialogWritesNothing_data()
     {
+        QTest::addColumn<bool>("tags");
         QTest::addColumn<int>("way");
-        QTest::newRow("Cancel") << 0;
-        QTest::newRow("Escape") << 1;
-        QTest::newRow("closing the window") << 2;
+        QTest::newRow("Cancel, name") << false << 0;
+        QTest::newRow("Escape, name") << false << 1;
+        QTest::newRow("closing the window, name") << false << 2;
+        QTest::newRow("Cancel, tags") << true << 0;
+        QTest::newRow("Escape, tags") << true << 1;
+        QTest::newRow("closing the window, tags") << true << 2;
     }
 
-    void leavingTheRenameDialogWritesNothing()
+    void leavingADialogWritesNothing()
     {
+        QFETCH(bool, tags);
         QFETCH(int, way);
         OneCompound one;
         ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [way](QDialog& in_dialog) {
+        const auto leave = [way](QDialog& in_dialog) {
             Retype(Field(in_dialog), "Mix");
             if (way == 0)
-                QTest::mouseClick(in_dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel),
-                                  Qt::LeftButton);
+                ClickCancel(in_dialog);
             else if (way == 1)
                 Press(in_dialog, Qt::Key_Escape);
             else
                 in_dialog.close();
-        });
-        one.m_browser.OnRenameItem();
+        };
+        if (tags)
+            user.WhenDialogOpens(gTagsTitle, leave);
+        else
+            user.WhenLaidOutDialogOpens("Rename Blend", leave);
+        if (tags)
+            one.m_browser.OnEditItemTags();
+        else
+            one.m_browser.OnRenameItem();
         QVERIFY(user.IsDone());
         QCOMPARE(one.m_layer.m_log, QStringList());
     }
@@ -394,17 +431,82 @@ private Q_SLOTS:
         QCOMPARE(one.m_layer.m_log, log);
     }
 
-    void leavingTheTagsDialogWritesNothing()
+    void aTagsDialogThatIsNotAcceptedWritesNothing()
     {
         OneCompound one;
         ModalUser user;
         user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) {
-            Retype(Field(in_dialog), "x");
-            Press(in_dialog, Qt::Key_Escape);
+            FillIn(in_dialog, "x");
+            in_dialog.setResult(QDialog::Rejected);
         });
         one.m_browser.OnEditItemTags();
         QVERIFY(user.IsDone());
         QCOMPARE(one.m_layer.m_log, QStringList());
+    }
+
+    void everyResultButZeroAccepts()
+    {
+        OneCompound one;
+        ModalUser user;
+        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) {
+            Retype(Field(in_dialog), "Mix");
+            in_dialog.done(2);
+        });
+        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) {
+            FillIn(in_dialog, "x");
+            in_dialog.setResult(2);
+        });
+        one.m_browser.OnRenameItem();
+        one.m_browser.OnEditItemTags();
+        QVERIFY(user.IsDone());
+        QCOMPARE(one.m_layer.Lines("rename").size(), 1);
+        QCOMPARE(one.m_layer.Lines("tag").size(), 1);
+    }
+
+    void theListIsLeftToTheNotifications()
+    {
+        OneCompound one;
+        one.m_layer.m_library->m_walks = 0;
+        ModalUser user;
+        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
+        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
+        one.m_browser.OnRenameItem();
+        one.m_browser.OnEditItemTags();
+        one.m_browser.OnShowItemFiles();
+        QVERIFY(user.IsDone());
+        Settle();
+        QCOMPARE(one.m_layer.m_library->m_walks, 0);
+    }
+
+    void aBrowserMayBeDestroyedByWhatItWrites_data()
+    {
+        QTest::addColumn<bool>("tags");
+        QTest::newRow("renaming") << false;
+        QTest::newRow("tags") << true;
+    }
+
+    void aBrowserMayBeDestroyedByWhatItWrites()
+    {
+        QFETCH(bool, tags);
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Compound("Blend"));
+        std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
+        browser->SetItemLibrary(library.GetAccessor());
+        ShowBrowser(*browser);
+        Destroyer destroyer(browser);
+        const ItemLibraryAccessor accessor = library.GetAccessor();
+        accessor.AddObserver(&destroyer, vireo::datamodel::eItemLibraryNotificationKind, accessor.GetContext());
+        ModalUser user;
+        user.WhenMenuOpens([tags](QMenu& in_menu) { Choose(in_menu, tags ? "Edit Tags for Blend" : "Rename Blend"); });
+        WhenOneOpens(user, tags, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
+        browser->RightPress(0);
+        accessor.RemoveObserver(&destroyer, vireo::datamodel::eItemLibraryNotificationKind, accessor.GetContext());
+        QVERIFY(user.IsDone());
+        QVERIFY(!browser);
+        const ItemID item = library.GetItems().front();
+        QVERIFY((tags ? accessor.GetItemTags(item, "ApplicationTags") : accessor.GetItemName(item, true, nullptr)) ==
+                "x");
     }
 
     void aRefusedTagWriteIsSilent()

@@ -249,6 +249,24 @@ private Q_SLOTS:
                  QStringList(Text("move %1 to '//there', with content: yes").arg(Text(compound.m_uid.c_str()))));
     }
 
+    void aMoveLeavesTheListToTheNotifications()
+    {
+        CommandLayer layer;
+        layer.GiveObject(layer.AddCompound("Blend"));
+        layer.AddResource("There", "//there", layer.MakeSource("//there"));
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        layer.m_library->m_walks = 0;
+        ModalUser user;
+        ChooseSource(user, "There");
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        Settle();
+        QCOMPARE(layer.Lines("move").size(), 1);
+        QCOMPARE(layer.m_library->m_walks, 0);
+    }
+
     void aMoveDoesNotAskAgainWhatTheMenuAsked()
     {
         CommandLayer layer;
@@ -272,6 +290,33 @@ private Q_SLOTS:
         browser.RightPress(0);
         QVERIFY(user.IsDone());
         QCOMPARE(layer.Lines("move").size(), 1);
+    }
+
+    void aRefusedMoveOrCheckOutIsLeftAtThat()
+    {
+        CommandLayer layer;
+        layer.GiveObject(layer.AddCompound("Blend"));
+        layer.AddResource("There", "//there", layer.MakeSource("//there"));
+        layer.m_database->m_refusing = true;
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        ShowBrowser(browser);
+        browser.Select(0);
+        layer.m_log.clear();
+        QCOMPARE(CountPaints(browser, [&browser] { browser.OnCheckOutItem(); }), 0);
+        QCOMPARE(layer.m_log.filter(Text("check out ")).size(), 1);
+
+        ModalUser user;
+        user.WhenMenuOpens([](QMenu& in_menu) {
+            if (GoTo(in_menu, "Compound source"))
+                Press(in_menu, Qt::Key_Right);
+        });
+        user.WhenSubmenuOpens([](QMenu& in_submenu) { Choose(in_submenu, "There"); });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        QCOMPARE(layer.m_log.filter(Text("move ")).size(), 1);
+        QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(CountPaints(browser, [] {}), 0);
     }
 
     void aMoveWithoutAHelperDoesNothing_data()
@@ -300,6 +345,9 @@ private Q_SLOTS:
                 layer.m_helperPresent = false;
             else
                 layer.SetSystemPresent(false);
+            // Without a helper nobody looks at what the entry would move where.
+            for (QAction* const action : in_submenu.actions())
+                action->setData(QVariant());
             layer.m_log.clear();
             Choose(in_submenu, "There");
         });
