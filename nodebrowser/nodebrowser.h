@@ -142,6 +142,8 @@ protected:
     vireo::datamodel::ItemAccessor GetRowItem(std::uint64_t in_row) const;
     /// The tags of an item as the search sees them: its own and the name of its type.
     std::set<std::string> GetSearchTags(const vireo::datamodel::ItemID& in_item) const;
+    /// The items that have a tag, as the search sees them; none for the empty tag.
+    std::set<vireo::datamodel::ItemID> GetTaggedItems(const std::string& in_tag) const;
 
     /// Whether an item passes the tab and the search text, and how relevant it is: the lower the score, the more.
     /// \param out_score written only when the item passes

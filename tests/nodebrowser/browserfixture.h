@@ -30,6 +30,7 @@ public:
     using CNodeBrowser::GetRowCount;
     using CNodeBrowser::GetRowItem;
     using CNodeBrowser::GetSearchTags;
+    using CNodeBrowser::GetTaggedItems;
 
     QLineEdit& SearchField() { return *findChild<QLineEdit*>(); }
     QPushButton& ClearingButton() { return *findChild<QPushButton*>(); }

@@ -17,6 +17,7 @@
 #include <QWidget>
 
 #include <cstring>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -214,6 +215,17 @@ public:
     {
         const std::map<ItemID, Tags>::const_iterator found = m_tags.find(in_item);
         return found == m_tags.end() ? Tags() : found->second;
+    }
+
+    /// The items of every tag, for both ways of the index: no item is found by the empty tag.
+    std::map<std::string, std::set<ItemID>> GetItemsByTag() const
+    {
+        std::map<std::string, std::set<ItemID>> items;
+        for (const std::pair<const ItemID, Tags>& entry : m_tags)
+            for (const std::string& tag : entry.second)
+                if (!tag.empty())
+                    items[tag].insert(entry.first);
+        return items;
     }
 
     /// The items whose states were asked for by the last paint that asked.

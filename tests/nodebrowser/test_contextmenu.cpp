@@ -153,6 +153,42 @@ private Q_SLOTS:
         QVERIFY(!browser.GetSelection().IsValid());
     }
 
+    void aRowNumberIsNotNarrowed()
+    {
+        if (sizeof(std::size_t) <= 4)
+            return;
+        CommandLayer layer;
+        layer.Add(VireoType::gSolver, "a");
+        CommandBrowser browser;
+        ShowLibrary(browser, layer.GetAccessor());
+        ModalUser user;
+        browser.PopContexMenu(QPoint(50, 50), static_cast<std::size_t>(Q_UINT64_C(0x100000000)));
+        QVERIFY(user.IsDone());
+        QVERIFY(!browser.GetSelection().IsValid());
+    }
+
+    void aRowThatTheListIsTooShortForOpensNoMenu()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Compound("a"));
+        library.Add(NewItem::Compound("b"));
+        Library& smaller = layer.AddLibrary("Small");
+        const ItemID only = smaller.Add(NewItem::Compound("c"));
+        CommandBrowser browser;
+        ShowLibrary(browser, library.GetAccessor());
+        browser.SetItemLibrary(smaller.GetAccessor());
+        QCOMPARE(browser.GetRowCount(), std::size_t(2));
+        ModalUser user;
+        browser.PopContexMenu(QPoint(50, 50), 1);
+        QVERIFY(user.IsDone());
+        QVERIFY(!browser.GetSelection().IsValid());
+        const ItemID second = smaller.Add(NewItem::Compound("d"));
+        browser.repaint();
+        QVERIFY(browser.GetSelection() == second);
+        QVERIFY(only != second);
+    }
+
     void aRightPressBelowTheLastRowOpensNoMenu()
     {
         CommandLayer layer;

@@ -187,6 +187,39 @@ private Q_SLOTS:
         QCOMPARE(layer.m_log, QStringList());
     }
 
+    void theNameAloneDecidesNotTheDialogsResult_data() { AddCreationRows(); }
+
+    void theNameAloneDecidesNotTheDialogsResult()
+    {
+        const Creation& creation = FetchCreation();
+        CommandLayer layer;
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        browser.SetCommandManager(&layer.m_commands);
+        Create(browser, creation, [](QDialog& in_dialog) {
+            Press(in_dialog, Qt::Key_Return);
+            in_dialog.setResult(QDialog::Rejected);
+        });
+        QCOMPARE(layer.Lines("create"), QStringList(Text(creation.m_log)));
+        QCOMPARE(layer.Lines("target").size(), 1);
+    }
+
+    void theListIsLeftToTheNotifications_data() { AddCreationRows(); }
+
+    void theListIsLeftToTheNotifications()
+    {
+        CommandLayer layer;
+        CommandBrowser browser;
+        ShowLibrary(browser, layer.GetAccessor());
+        Create(browser, FetchCreation(), [&layer](QDialog& in_dialog) {
+            layer.m_library->m_walks = 0; // the dialog has walked the compounds for its signatures
+            Press(in_dialog, Qt::Key_Return);
+        });
+        Settle();
+        QCOMPARE(layer.Lines("create").size(), 1);
+        QCOMPARE(layer.m_library->m_walks, 0);
+    }
+
     void anEmptyNameIsRefusedAndThenLeft_data() { AddCreationRows(); }
 
     void anEmptyNameIsRefusedAndThenLeft()

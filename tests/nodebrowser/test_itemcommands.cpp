@@ -3,6 +3,7 @@
 
 #include <QDialogButtonBox>
 #include <QLabel>
+#include <QPushButton>
 #include <QUndoStack>
 
 #include <functional>
@@ -35,31 +36,35 @@ void FillIn(QDialog& in_dialog, const char* in_text)
 
 using InDialog = std::function<void(QDialog&)>;
 
-/// Gives the command that renames, and does something in the dialog that it opens.
-void Rename(CommandBrowser& in_browser, const InDialog& in_action, const char* in_title = "Rename Blend")
-{
-    ModalUser user;
-    user.WhenLaidOutDialogOpens(in_title, in_action);
-    in_browser.OnRenameItem();
-    QVERIFY(user.IsDone());
-}
-
-/// The same for the command that edits tags.
-void EditTags(CommandBrowser& in_browser, const InDialog& in_action)
-{
-    ModalUser user;
-    user.WhenDialogOpens(gTagsTitle, in_action);
-    in_browser.OnEditItemTags();
-    QVERIFY(user.IsDone());
-}
-
-/// The one or the other.
-void RenameOrEditTags(CommandBrowser& in_browser, bool in_tags, const InDialog& in_action)
+/// Waits for one of the two dialogs on the compound "Blend".
+void WhenOneOpens(ModalUser& out_user, bool in_tags, const InDialog& in_action)
 {
     if (in_tags)
-        EditTags(in_browser, in_action);
+        out_user.WhenDialogOpens(gTagsTitle, in_action);
     else
-        Rename(in_browser, in_action);
+        out_user.WhenLaidOutDialogOpens("Rename Blend", in_action);
+}
+
+/// Gives one of the two commands, and does something in the dialog that it opens.
+void RenameOrEditTags(CommandBrowser& in_browser, bool in_tags, const InDialog& in_action)
+{
+    ModalUser user;
+    WhenOneOpens(user, in_tags, in_action);
+    if (in_tags)
+        in_browser.OnEditItemTags();
+    else
+        in_browser.OnRenameItem();
+    QVERIFY(user.IsDone());
+}
+
+void Rename(CommandBrowser& in_browser, const InDialog& in_action)
+{
+    RenameOrEditTags(in_browser, false, in_action);
+}
+
+void EditTags(CommandBrowser& in_browser, const InDialog& in_action)
+{
+    RenameOrEditTags(in_browser, true, in_action);
 }
 
 /// A browser on a library that does what it is asked for. It has one compound "Blend", whose row is selected.
@@ -85,7 +90,32 @@ struct RealCompound
     CommandBrowser m_browser;
 };
 
+void ClickCancel(QDialog& in_dialog)
+{
+    for (QPushButton* const button : in_dialog.findChildren<QPushButton*>())
+        if (button->text().remove(QLatin1Char('&')) == QString::fromLatin1("Cancel"))
+            QTest::mouseClick(button, Qt::LeftButton);
+}
+
 } // namespace
+
+/// Destroys a browser as soon as an item changes.
+class Destroyer : public vireo::datamodel::IItemLibraryNotification
+{
+public:
+    explicit Destroyer(std::unique_ptr<CommandBrowser>& in_browser) : m_browser(in_browser) {}
+    void OnBeginChanges(ItemLibraryAccessor&) override {}
+    void OnEndChanges(ItemLibraryAccessor&) override {}
+    void LibraryInvalidated(ItemLibraryAccessor&) override {}
+    void ItemNameChanged(ItemLibraryAccessor&, const ItemID&) override { m_browser.reset(); }
+    void ItemTagsChanged(ItemLibraryAccessor&, const ItemID&, const char*) override { m_browser.reset(); }
+    void ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID&, long) override {}
+    void OnPreCommit(ItemLibraryAccessor&, bool*) override { m_browser.reset(); }
+    void OnPostCommit(ItemLibraryAccessor&) override {}
+
+private:
+    std::unique_ptr<CommandBrowser>& m_browser;
+};
 
 class TestItemCommands : public QObject
 {
@@ -166,23 +196,27 @@ private Q_SLOTS:
         QCOMPARE(one.m_layer.m_log, QStringList());
     }
 
-    void leavingTheRenameDialogWritesNothing_data()
+    void leavingADialogWritesNothing_data()
     {
+        QTest::addColumn<bool>("tags");
         QTest::addColumn<int>("way");
-        QTest::newRow("Cancel") << 0;
-        QTest::newRow("Escape") << 1;
-        QTest::newRow("closing the window") << 2;
+        QTest::newRow("Cancel, name") << false << 0;
+        QTest::newRow("Escape, name") << false << 1;
+        QTest::newRow("closing the window, name") << false << 2;
+        QTest::newRow("Cancel, tags") << true << 0;
+        QTest::newRow("Escape, tags") << true << 1;
+        QTest::newRow("closing the window, tags") << true << 2;
     }
 
-    void leavingTheRenameDialogWritesNothing()
+    void leavingADialogWritesNothing()
     {
+        QFETCH(bool, tags);
         QFETCH(int, way);
         OneCompound<> one;
-        Rename(one.m_browser, [way](QDialog& in_dialog) {
+        RenameOrEditTags(one.m_browser, tags, [way](QDialog& in_dialog) {
             Retype(Field(in_dialog), "Mix");
             if (way == 0)
-                QTest::mouseClick(in_dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel),
-                                  Qt::LeftButton);
+                ClickCancel(in_dialog);
             else if (way == 1)
                 Press(in_dialog, Qt::Key_Escape);
             else
@@ -232,14 +266,14 @@ private Q_SLOTS:
         ShowLibrary(browser, layer.GetAccessor());
         browser.Select(0);
         QString text;
+        ModalUser user;
         // The title comes from the compound, which there is none of.
-        Rename(
-            browser,
-            [&text](QDialog& in_dialog) {
-                text = Field(in_dialog).text();
-                FillIn(in_dialog, "Mix");
-            },
-            "Rename ");
+        user.WhenLaidOutDialogOpens("Rename ", [&text](QDialog& in_dialog) {
+            text = Field(in_dialog).text();
+            FillIn(in_dialog, "Mix");
+        });
+        browser.OnRenameItem();
+        QVERIFY(user.IsDone());
         QCOMPARE(text, Text("Solver"));
         QCOMPARE(layer.m_log, QStringList());
     }
@@ -349,14 +383,70 @@ private Q_SLOTS:
         QCOMPARE(one.m_layer.m_log, log);
     }
 
-    void leavingTheTagsDialogWritesNothing()
+    void aTagsDialogThatIsNotAcceptedWritesNothing()
     {
         OneCompound<> one;
         EditTags(one.m_browser, [](QDialog& in_dialog) {
-            Retype(Field(in_dialog), "x");
-            Press(in_dialog, Qt::Key_Escape);
+            FillIn(in_dialog, "x");
+            in_dialog.setResult(QDialog::Rejected);
         });
         QCOMPARE(one.m_layer.m_log, QStringList());
+    }
+
+    void everyResultButZeroAccepts()
+    {
+        OneCompound<> one;
+        Rename(one.m_browser, [](QDialog& in_dialog) {
+            Retype(Field(in_dialog), "Mix");
+            in_dialog.done(2);
+        });
+        EditTags(one.m_browser, [](QDialog& in_dialog) {
+            FillIn(in_dialog, "x");
+            in_dialog.setResult(2);
+        });
+        QCOMPARE(one.m_layer.Lines("rename").size(), 1);
+        QCOMPARE(one.m_layer.Lines("tag").size(), 1);
+    }
+
+    void theListIsLeftToTheNotifications()
+    {
+        OneCompound<> one;
+        one.m_layer.m_library->m_walks = 0;
+        Rename(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
+        EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
+        one.m_browser.OnShowItemFiles();
+        Settle();
+        QCOMPARE(one.m_layer.m_library->m_walks, 0);
+    }
+
+    void aBrowserMayBeDestroyedByWhatItWrites_data()
+    {
+        QTest::addColumn<bool>("tags");
+        QTest::newRow("renaming") << false;
+        QTest::newRow("tags") << true;
+    }
+
+    void aBrowserMayBeDestroyedByWhatItWrites()
+    {
+        QFETCH(bool, tags);
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Compound("Blend"));
+        std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
+        ShowLibrary(*browser, library.GetAccessor());
+        Destroyer destroyer(browser);
+        const ItemLibraryAccessor accessor = library.GetAccessor();
+        accessor.AddObserver(&destroyer, vireo::datamodel::eItemLibraryNotificationKind, accessor.GetContext());
+        ModalUser user;
+        user.WhenMenuOpens([tags](QMenu& in_menu) { Choose(in_menu, tags ? "Edit Tags for Blend" : "Rename Blend"); });
+        WhenOneOpens(user, tags, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
+        browser->RightPress(0);
+        accessor.RemoveObserver(&destroyer, vireo::datamodel::eItemLibraryNotificationKind, accessor.GetContext());
+        QVERIFY(user.IsDone());
+        QVERIFY(!browser);
+        const ItemID item = library.GetItems().front();
+        QVERIFY((tags ? accessor.GetItemTags(item, "ApplicationTags") : accessor.GetItemName(item, true, nullptr)) ==
+                "x");
     }
 
     void aRefusedTagWriteIsSilent()
@@ -522,15 +612,11 @@ private Q_SLOTS:
         ShowLibrary(*browser, layer.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([tags](QMenu& in_menu) { Choose(in_menu, tags ? "Edit Tags for Blend" : "Rename Blend"); });
-        const InDialog destroy = [&](QDialog& in_dialog) {
+        WhenOneOpens(user, tags, [&](QDialog& in_dialog) {
             layer.m_log.clear();
             browser.reset();
             FillIn(in_dialog, "x");
-        };
-        if (tags)
-            user.WhenDialogOpens(gTagsTitle, destroy);
-        else
-            user.WhenLaidOutDialogOpens("Rename Blend", destroy);
+        });
         browser->RightPress(0);
         QVERIFY(user.IsDone());
         QVERIFY(!browser);

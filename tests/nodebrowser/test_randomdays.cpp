@@ -600,6 +600,16 @@ private:
             if (m_browser->GetSearchTags(item) != model.GetTags(item))
                 m_browser->Fail(Say("the tags of ") + QString::fromLatin1(record.m_name.c_str()));
         }
+        const std::map<std::string, std::set<ItemID>> itemsByTag = model.GetItemsByTag();
+        for (const std::pair<const std::string, std::set<ItemID>>& entry : itemsByTag)
+        {
+            if (m_browser->GetTaggedItems(entry.first) != entry.second)
+                m_browser->Fail(Say("the items of the tag ") + QString::fromLatin1(entry.first.c_str()));
+            m_tagsSeen.insert(entry.first);
+        }
+        for (const std::string& tag : m_tagsSeen)
+            if (itemsByTag.count(tag) == 0 && !m_browser->GetTaggedItems(tag).empty())
+                m_browser->Fail(Say("items of a tag that nobody has any more: ") + QString::fromLatin1(tag.c_str()));
         const ItemID stranger = m_world.AnyItem();
         if (m_browser->GetSearchTags(stranger) != model.GetTags(stranger))
             m_browser->Fail(Say("the tags of an item that is not listed"));
@@ -646,6 +656,7 @@ private:
     const unsigned m_seed;
     Chance m_chance;
     World m_world;
+    std::set<std::string> m_tagsSeen; // every tag that an item of the list had on this day
     Person m_person;
     WarningAnnouncer m_announcer;
     std::unique_ptr<DayBrowser> m_browser;

@@ -163,6 +163,17 @@ private Q_SLOTS:
                  QStringList(Text("move %1 to '//there', with content: yes").arg(one.Uid())));
     }
 
+    void aMoveLeavesTheListToTheNotifications()
+    {
+        OneCompound<> one;
+        one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
+        one.m_layer.m_library->m_walks = 0;
+        MoveTo(one.m_browser, "There");
+        Settle();
+        QCOMPARE(one.m_layer.Lines("move").size(), 1);
+        QCOMPARE(one.m_layer.m_library->m_walks, 0);
+    }
+
     void aMoveDoesNotAskAgainWhatTheMenuAsked()
     {
         OneCompound<> one;
@@ -174,6 +185,20 @@ private Q_SLOTS:
             Choose(in_submenu, "There");
         });
         QCOMPARE(one.m_layer.Lines("move").size(), 1);
+    }
+
+    void aRefusedMoveOrCheckOutIsLeftAtThat()
+    {
+        OneCompound<> one;
+        one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
+        one.m_layer.m_database->m_refusing = true;
+        QCOMPARE(CountPaints(one.m_browser, [&one] { one.m_browser.OnCheckOutItem(); }), 0);
+        QCOMPARE(one.m_layer.m_log.filter(Text("check out ")).size(), 1);
+
+        MoveTo(one.m_browser, "There");
+        QCOMPARE(one.m_layer.m_log.filter(Text("move ")).size(), 1);
+        QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(CountPaints(one.m_browser, [] {}), 0);
     }
 
     void aMoveWithoutAHelperDoesNothing_data()
@@ -193,6 +218,9 @@ private Q_SLOTS:
                 one.m_layer.m_helperPresent = false;
             else
                 one.m_layer.SetSystemPresent(false);
+            // Without a helper nobody looks at what the entry would move where.
+            for (QAction* const action : in_submenu.actions())
+                action->setData(QVariant());
             one.m_layer.m_log.clear();
             Choose(in_submenu, "There");
         });
