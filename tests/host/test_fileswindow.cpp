@@ -20,9 +20,6 @@ using vireo::datamodel::ItemID;
 namespace
 {
 
-const int gListTop = 43;
-const int gRowHeight = 24;
-
 QStringList FilesIn(const FilesWindow& in_window)
 {
     const QListWidget* const list = in_window.findChild<QListWidget*>();
@@ -48,19 +45,10 @@ private Q_SLOTS:
         m_blend = library.Add(NewItem::Compound("Blend"));
         m_mix = library.Add(NewItem::Compound("Mix"));
         m_window.reset(new MainWindow(m_layer, library));
-        m_window->resize(900, 600);
-        m_window->setMinimumSize(1, 1); // a platform without windows complains of any other least size
-        m_window->show();
-        m_window->grab();
+        ShowMainWindow(*m_window);
     }
 
-    void cleanup()
-    {
-        Library& library = m_window->GetLibrary();
-        m_window.reset();
-        m_layer.GetCommandManager().GetStack().clear();
-        m_layer.RemoveLibrary(library);
-    }
+    void cleanup() { RemoveMainWindow(m_window, m_layer); }
 
     void theFilesOfAnItemAreListed()
     {
@@ -151,8 +139,7 @@ private:
             clicked = ClickEntry(in_menu, entry);
             CloseMenus();
         });
-        QTest::mouseClick(&m_window->GetBrowser(), Qt::RightButton, Qt::NoModifier,
-                          QPoint(100, gListTop + gRowHeight / 2));
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::RightButton, Qt::NoModifier, RowCentre(0));
         QVERIFY(person.IsDone());
         QVERIFY(clicked);
     }

@@ -28,8 +28,6 @@ using vireo::datamodel::ItemID;
 namespace
 {
 
-const int gListTop = 43;
-const int gRowHeight = 24;
 const QPoint gWhereDropped(250, 200); // in the canvas
 
 QString Same(const QString& in_actual, const QString& in_wanted)
@@ -199,10 +197,7 @@ private:
     }
 
     /// The middle of a row on the screen.
-    QPoint Row(int in_row) const
-    {
-        return m_window->GetBrowser().mapToGlobal(QPoint(100, gListTop + gRowHeight * in_row + gRowHeight / 2));
-    }
+    QPoint Row(int in_row) const { return m_window->GetBrowser().mapToGlobal(RowCentre(in_row)); }
 
     QString NameOf(const ItemID& in_item) const
     {

@@ -63,17 +63,10 @@ private Q_SLOTS:
             return std::string();
         });
         m_window.reset(new MainWindow(m_layer, library));
-        m_window->setMinimumSize(1, 1); // a platform without windows complains of any other least size
-        m_window->show();
+        ShowMainWindow(*m_window);
     }
 
-    void cleanup()
-    {
-        Library& library = m_window->GetLibrary();
-        m_window.reset();
-        m_layer.GetCommandManager().GetStack().clear();
-        m_layer.RemoveLibrary(library);
-    }
+    void cleanup() { RemoveMainWindow(m_window, m_layer); }
 
     void nothingIsAskedWithoutChanges_data() { AddWays(); }
 

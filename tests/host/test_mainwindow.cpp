@@ -31,9 +31,6 @@ using vireo::datamodel::ItemID;
 namespace
 {
 
-const int gListTop = 43;
-const int gRowHeight = 24;
-
 void WriteFile(const QString& in_path, const QByteArray& in_content)
 {
     QFile file(in_path);
@@ -76,19 +73,10 @@ private Q_SLOTS:
     void init()
     {
         m_window.reset(new MainWindow(m_layer, host::AddSampleLibrary(m_layer)));
-        m_window->resize(1100, 720);
-        m_window->setMinimumSize(1, 1); // a platform without windows complains of any other least size
-        m_window->show();
-        m_window->grab();
+        ShowMainWindow(*m_window, 1100, 720);
     }
 
-    void cleanup()
-    {
-        Library& library = m_window->GetLibrary();
-        m_window.reset();
-        m_layer.GetCommandManager().GetStack().clear();
-        m_layer.RemoveLibrary(library);
-    }
+    void cleanup() { RemoveMainWindow(m_window, m_layer); }
 
     void theBrowserIsInADockBesideTheGraph()
     {
@@ -294,20 +282,18 @@ private Q_SLOTS:
 private:
     GraphCanvas* Canvas() { return m_window->findChild<GraphCanvas*>(); }
 
-    QPoint FirstRow() { return QPoint(100, gListTop + gRowHeight / 2); }
-
     void ClickFirstRowOf(const QString& in_search, int in_tab)
     {
         m_window->GetBrowser().SelectTab(in_tab);
         m_window->GetBrowser().Search(in_search);
         m_window->grab();
-        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, FirstRow());
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(0));
     }
 
     void DoubleClickFirstRowOf(const QString& in_search)
     {
         ClickFirstRowOf(in_search, 0);
-        QTest::mouseDClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, FirstRow());
+        QTest::mouseDClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(0));
     }
 
     /// The pixels to the left of the type icon.

@@ -19,9 +19,6 @@ using vireo::datamodel::ItemID;
 namespace
 {
 
-const int gListTop = 43;
-const int gRowHeight = 24;
-
 /// Types a name into the dialog that makes a compound, and confirms it.
 void NameCompound(QWidget& in_dialog, const QString& in_name)
 {
@@ -67,18 +64,13 @@ private Q_SLOTS:
         m_layer.GetSourceControl().SetVersionControlActive(true);
         m_layer.GetSourceControl().SetEnabled(true);
         m_window.reset(new MainWindow(m_layer, *m_library));
-        m_window->resize(900, 600);
-        m_window->setMinimumSize(1, 1); // a platform without windows complains of any other least size
-        m_window->show();
-        m_window->grab();
+        ShowMainWindow(*m_window);
     }
 
     void cleanup()
     {
         CloseMenus();
-        m_window.reset();
-        m_layer.GetCommandManager().GetStack().clear();
-        m_layer.RemoveLibrary(*m_library);
+        RemoveMainWindow(m_window, m_layer);
     }
 
     void theMenuBarHasAllMenus()
@@ -314,8 +306,7 @@ private:
     {
         m_window->GetBrowser().Search(QLatin1String(in_search));
         m_window->grab();
-        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier,
-                          QPoint(100, gListTop + gRowHeight / 2));
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(0));
     }
 
     void ChooseType()

@@ -61,8 +61,7 @@ private Q_SLOTS:
         const QString path = WriteLibrary(QStringLiteral("here & now.mtlx"));
         memorymodel::DataLayer layer;
         MainWindow window(layer, layer.AddLibrary("Nodes"));
-        window.setMinimumSize(1, 1); // a platform without windows complains of any other least size
-        window.show();
+        ShowMainWindow(window);
 
         QMenu* recent = OpenRecent(window);
         QVERIFY(recent);

@@ -1,6 +1,10 @@
-/// What tests of the window share: its menus, a platform that is quiet, and settings that are nobody's.
+/// What tests of the window share: how it is shown and closed, its rows and menus, a platform that is quiet, and settings
+/// that are nobody's.
 #pragma once
 
+#include "host/librarybrowser.h"
+#include "host/mainwindow.h"
+#include "memorymodel/datalayer.h"
 #include "tests/support/modaluser.h"
 
 #include <QApplication>
@@ -9,6 +13,17 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <memory>
+
+const int gListTop = 43;
+const int gRowHeight = 24;
+
+/// The middle of a row of the browser's list, as high as it is scrolled.
+inline QPoint RowCentre(int in_row)
+{
+    return QPoint(100, gListTop + gRowHeight * in_row + gRowHeight / 2);
+}
 
 /// The test's own handler of messages, which gets all that SilencePlatform() lets through.
 inline QtMessageHandler& TestMessageHandler()
@@ -28,6 +43,23 @@ inline void PassUnlessPlatform(QtMsgType in_type, const QMessageLogContext& in_c
 inline void SilencePlatform()
 {
     TestMessageHandler() = qInstallMessageHandler(PassUnlessPlatform);
+}
+
+inline void ShowMainWindow(host::MainWindow& in_window, int in_width = 900, int in_height = 600)
+{
+    in_window.resize(in_width, in_height);
+    in_window.setMinimumSize(1, 1); // a platform without windows complains of any other least size
+    in_window.show();
+    in_window.grab();
+}
+
+/// Takes a window away, its library, and what could be undone in it.
+inline void RemoveMainWindow(std::unique_ptr<host::MainWindow>& in_window, memorymodel::DataLayer& in_layer)
+{
+    memorymodel::Library& library = in_window->GetLibrary();
+    in_window.reset();
+    in_layer.GetCommandManager().GetStack().clear();
+    in_layer.RemoveLibrary(library);
 }
 
 /// Opens a menu of the menu bar with the mouse.

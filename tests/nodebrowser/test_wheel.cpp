@@ -41,6 +41,25 @@ public:
     int m_count = 0;
 };
 
+/// A browser of some nodes that fills another window.
+struct Embedded
+{
+    explicit Embedded(int in_nodes)
+    {
+        m_library.AddNodes(in_nodes);
+        m_browser.setParent(&m_window);
+        m_browser.SetItemLibrary(m_library.GetAccessor());
+        m_window.resize(300, 400);
+        m_window.show();
+        ShowBrowser(m_browser);
+    }
+    ~Embedded() { m_browser.setParent(nullptr); }
+
+    FakeLibrary m_library;
+    QWidget m_window;
+    ProbedBrowser m_browser;
+};
+
 class TestWheel : public QObject
 {
     Q_OBJECT
@@ -149,41 +168,23 @@ private Q_SLOTS:
 
     void aTurnOverTheHeaderGoesOnToTheParent()
     {
-        FakeLibrary library;
-        library.AddNodes(100);
-        QWidget window;
-        ProbedBrowser browser;
-        browser.setParent(&window);
-        browser.SetItemLibrary(library.GetAccessor());
-        window.resize(300, 400);
-        window.show();
-        ShowBrowser(browser);
-        QVERIFY(browser.m_paints > 0);
-        const WheelCounter counter(window);
-        QVERIFY(!Turn(browser, QPoint(290, 30), -120));
+        Embedded embedded(100);
+        QVERIFY(embedded.m_browser.m_paints > 0);
+        const WheelCounter counter(embedded.m_window);
+        QVERIFY(!Turn(embedded.m_browser, QPoint(290, 30), -120));
         QCOMPARE(counter.m_count, 1);
-        QCOMPARE(browser.ScrollBar().value(), 0);
-        QVERIFY(Turn(browser, gOverList, -120));
+        QCOMPARE(embedded.m_browser.ScrollBar().value(), 0);
+        QVERIFY(Turn(embedded.m_browser, gOverList, -120));
         QCOMPARE(counter.m_count, 1);
-        QCOMPARE(browser.ScrollBar().value(), 72);
-        browser.setParent(nullptr);
+        QCOMPARE(embedded.m_browser.ScrollBar().value(), 72);
     }
 
     void aTurnAtTheEndOfTheListStillStaysHere()
     {
-        FakeLibrary library;
-        library.AddNodes(3);
-        QWidget window;
-        ProbedBrowser browser;
-        browser.setParent(&window);
-        browser.SetItemLibrary(library.GetAccessor());
-        window.resize(300, 400);
-        window.show();
-        ShowBrowser(browser);
-        const WheelCounter counter(window);
-        QVERIFY(Turn(browser, gOverList, 120));
+        Embedded embedded(3);
+        const WheelCounter counter(embedded.m_window);
+        QVERIFY(Turn(embedded.m_browser, gOverList, 120));
         QCOMPARE(counter.m_count, 0);
-        browser.setParent(nullptr);
     }
 
     void aScrollBarThatWasNeverShownMovesTheRowsUpTo99()
