@@ -25,7 +25,6 @@ using host::GraphBox;
 using host::GraphCanvas;
 using host::MainWindow;
 using memorymodel::Library;
-using memorymodel::NewItem;
 using vireo::datamodel::ItemID;
 
 namespace
