@@ -835,11 +835,12 @@ void CNodeBrowser::OnNewLoopCompound()
 
 void CNodeBrowser::OnSaveGraphLibrary()
 {
-    View<LowLevelItemLibraryAccessor>(m_library).PreCommit();
+    const ItemLibraryAccessor library = m_library;
+    View<LowLevelItemLibraryAccessor>(library).PreCommit();
     bool written = false;
     std::list<std::string> messages;
     // Saving is silent either way, on purpose.
-    View<ItemLibraryModifierAccessor>(m_library).CommitToDisk(written, &messages, false, nexa4::UID_Null());
+    View<ItemLibraryModifierAccessor>(library).CommitToDisk(written, &messages, false, nexa4::UID_Null());
 }
 
 void CNodeBrowser::OnRenameItem()
@@ -921,11 +922,11 @@ void CNodeBrowser::OnShowItemFiles()
 void CNodeBrowser::OnDatasourceChange()
 {
     const QAction* const action = qobject_cast<QAction*>(sender());
-    if (!action)
+    nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
+    if (!action || !helper)
         return;
     const QStringList identities = action->data().toStringList();
     const nexa4::DbObjectId compound(identities.at(0).toUtf8().constData());
     const nexa4::DbObjectId resource(identities.at(1).toUtf8().constData());
-    if (nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper())
-        MoveToDataSource(helper->FindObject(compound), resource);
+    MoveToDataSource(helper->FindObject(compound), resource);
 }

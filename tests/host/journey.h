@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QEventLoop>
 #include <QPixmap>
 #include <QPoint>
 #include <QProcess>
@@ -21,7 +20,8 @@
 /// What a person does, step by step, from the event loop: from a nested one too, while a menu, a dialog or a drag is open.
 ///
 /// A step is what is asked of the tool "xdotool", and a check that says what is still missing. It is over when the tool
-/// has ended and the check finds nothing missing in two rounds in a row; then a picture of the screen is saved.
+/// has ended and the check finds nothing missing in two rounds in a row; then a picture of the screen is saved. With the
+/// last step the program has to leave by itself, as it does when its last window closes.
 class Journey : public QObject
 {
 public:
@@ -78,14 +78,16 @@ public:
         m_steps.push_back({in_name, std::move(in_action), std::move(in_check)});
     }
 
-    /// Takes all steps, or those up to one that fails.
+    /// Runs the program and takes all steps, or those up to one that fails.
     /// \return the step that failed and what was missing, else empty
     QString Run()
     {
         Begin();
         const int timer = startTimer(gRoundTime);
-        m_loop.exec();
+        QApplication::exec();
         killTimer(timer);
+        if (m_fault.isEmpty())
+            CheckEnd();
         return m_fault;
     }
 
@@ -127,12 +129,28 @@ private:
         }
         else if (!m_settled)
             m_settled = true; // what was asked to be painted has been painted by the next round
+        else if (m_step + 1 == m_steps.size())
+            Wait(QStringLiteral("the program has not left"));
         else if (!SavePicture())
             Fail(QStringLiteral("the picture of the screen cannot be saved in ") + m_folder.path());
-        else if (++m_step == m_steps.size())
-            m_loop.quit();
         else
+        {
+            ++m_step;
             Begin();
+        }
+    }
+
+    /// The program has left: was it time to, and is all as it should be?
+    void CheckEnd()
+    {
+        m_tool.waitForFinished();
+        const QString missing = m_steps[m_step].m_check();
+        if (m_step + 1 != m_steps.size())
+            Fail(QStringLiteral("the program left"));
+        else if (!missing.isEmpty())
+            Fail(missing);
+        else if (!SavePicture())
+            Fail(QStringLiteral("the picture of the screen cannot be saved in ") + m_folder.path());
     }
 
     void Wait(const QString& in_missing)
@@ -153,7 +171,7 @@ private:
                      {QStringLiteral("mouseup"), QStringLiteral("1"), QStringLiteral("key"), QStringLiteral("Escape")});
     }
 
-    /// A loop that runs inside of another one has to end before the other can.
+    /// A loop that runs inside of another one has to end before the other can. The program then ends without a question.
     void CloseWhatIsOpen()
     {
         if (QWidget* const popup = QApplication::activePopupWidget())
@@ -161,7 +179,7 @@ private:
         else if (QWidget* const dialog = QApplication::activeModalWidget())
             dialog->close();
         else
-            m_loop.quit();
+            QApplication::exit(1);
     }
 
     bool SavePicture()
@@ -181,7 +199,6 @@ private:
     int m_rounds = 0;
     bool m_settled = false;
     QString m_fault;
-    QEventLoop m_loop;
     QProcess m_tool;
     QProcess m_windowManager;
 };

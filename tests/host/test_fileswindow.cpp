@@ -3,7 +3,7 @@
 #include "host/librarybrowser.h"
 #include "host/mainwindow.h"
 #include "memorymodel/datalayer.h"
-#include "tests/host/modal.h"
+#include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
@@ -19,9 +19,6 @@ using vireo::datamodel::ItemID;
 
 namespace
 {
-
-const int gListTop = 43;
-const int gRowHeight = 24;
 
 QStringList FilesIn(const FilesWindow& in_window)
 {
@@ -48,19 +45,10 @@ private Q_SLOTS:
         m_blend = library.Add(NewItem::Compound("Blend"));
         m_mix = library.Add(NewItem::Compound("Mix"));
         m_window.reset(new MainWindow(m_layer, library));
-        m_window->resize(900, 600);
-        m_window->setMinimumSize(1, 1); // a platform without windows complains of any other least size
-        m_window->show();
-        m_window->grab();
+        ShowMainWindow(*m_window);
     }
 
-    void cleanup()
-    {
-        Library& library = m_window->GetLibrary();
-        m_window.reset();
-        m_layer.GetCommandManager().GetStack().clear();
-        m_layer.RemoveLibrary(library);
-    }
+    void cleanup() { RemoveMainWindow(m_window, m_layer); }
 
     void theFilesOfAnItemAreListed()
     {
@@ -146,13 +134,13 @@ private:
         m_window->grab();
         const QString entry = QStringLiteral("Show Files for ") + QLatin1String(in_name);
         bool clicked = false;
-        QTimer::singleShot(0, [&clicked, &entry] {
-            QMenu* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            clicked = menu && ClickEntry(*menu, entry);
+        ModalUser person;
+        person.WhenPopupOpens([&clicked, &entry](QMenu& in_menu) {
+            clicked = ClickEntry(in_menu, entry);
             CloseMenus();
         });
-        QTest::mouseClick(&m_window->GetBrowser(), Qt::RightButton, Qt::NoModifier,
-                          QPoint(100, gListTop + gRowHeight / 2));
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::RightButton, Qt::NoModifier, RowCentre(0));
+        QVERIFY(person.IsDone());
         QVERIFY(clicked);
     }
 

@@ -1,4 +1,5 @@
 #include "datamodel/helpers.h"
+#include "host/fileswindow.h"
 #include "host/graphbox.h"
 #include "host/graphcanvas.h"
 #include "host/librarybrowser.h"
@@ -7,7 +8,7 @@
 #include "host/text.h"
 #include "memorymodel/datalayer.h"
 #include "tests/host/journey.h"
-#include "tests/host/modal.h"
+#include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
 
 #include <QAbstractItemView>
@@ -16,9 +17,12 @@
 #include <QDrag>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
 
+using host::FilesWindow;
 using host::GraphBox;
 using host::GraphCanvas;
 using host::MainWindow;
@@ -28,8 +32,6 @@ using vireo::datamodel::ItemID;
 namespace
 {
 
-const int gListTop = 43;
-const int gRowHeight = 24;
 const QPoint gWhereDropped(250, 200); // in the canvas
 
 QString Same(const QString& in_actual, const QString& in_wanted)
@@ -71,7 +73,13 @@ QPoint CentreOfEntry(const QString& in_text)
     return menu->mapToGlobal(menu->actionGeometry(EntryInFront(in_text)).center());
 }
 
-/// What the data model holds of all that the journey changes; the undo steps and the compound that is edited too.
+QPoint CentreOfAnswer(QMessageBox::StandardButton in_answer)
+{
+    return CentreOf(*qobject_cast<QMessageBox*>(QApplication::activeModalWidget())->button(in_answer));
+}
+
+/// What the data model holds of all that the journey changes; the undo steps, the compound that is edited and how often
+/// the person was asked something too.
 struct Facts
 {
     QString m_blend = QStringLiteral("Blend");
@@ -84,13 +92,14 @@ struct Facts
     int m_items = 0;
     int m_undoIndex = 0;
     int m_undoCount = 0;
+    int m_questions = 0;
 
     QString ToText() const
     {
         return QStringLiteral("Blend: %1 (%2); Bricks in %3; new: %4 of %5; edited: %6; unsaved: %7; %8 items; ")
                    .arg(m_blend, m_tags, m_bricksSource, m_created, m_base, m_target, m_unsaved)
                    .arg(m_items) +
-               QStringLiteral("%1 of %2 steps done").arg(m_undoIndex).arg(m_undoCount);
+               QStringLiteral("%1 of %2 steps done; asked %3 times").arg(m_undoIndex).arg(m_undoCount).arg(m_questions);
     }
 };
 
@@ -104,6 +113,21 @@ protected:
     bool eventFilter(QObject*, QEvent* in_event) override
     {
         m_entered = m_entered || in_event->type() == QEvent::DragMove;
+        return false;
+    }
+};
+
+/// Counts the boxes that ask or tell something.
+class QuestionCounter : public QObject
+{
+public:
+    int m_count = 0;
+
+protected:
+    bool eventFilter(QObject* in_object, QEvent* in_event) override
+    {
+        if (in_event->type() == QEvent::Show && !in_event->spontaneous() && qobject_cast<QMessageBox*>(in_object))
+            ++m_count;
         return false;
     }
 };
@@ -125,7 +149,10 @@ private:
     void AddMove();
     void AddCreation();
     void AddUndoAndRedo();
-    void AddSaveAndQuit();
+    void AddSave();
+    void AddFiles();
+    void AddLateChange();
+    void AddQuit();
 
     /// A step that leaves the data model as the facts are at this point of the script, and that needs what the check says.
     void Step(const QString& in_name, Journey::Action in_action, Journey::Check in_check)
@@ -167,6 +194,53 @@ private:
             in_entry, [in_entry] { return ClickAt(CentreOfEntry(in_entry)); }, std::move(in_check));
     }
 
+    /// Opens a menu of the menu bar with the mouse.
+    void OpenInMenuBar(const QString& in_title, const QString& in_entry)
+    {
+        Step(
+            QStringLiteral("open the %1 menu").arg(QString(in_title).remove(QLatin1Char('&'))),
+            [this, in_title] {
+                const QMenuBar& bar = *m_window->menuBar();
+                for (QAction* const action : bar.actions())
+                    if (action->text() == in_title)
+                        return ClickAt(bar.mapToGlobal(bar.actionGeometry(action).center()));
+                return QStringList();
+            },
+            [in_entry] { return Needs(EntryInFront(in_entry), qPrintable(in_entry)); });
+    }
+
+    /// Brings Bricks to another source with the mouse.
+    void MoveBricks(const QString& in_source, const QString& in_unsaved)
+    {
+        ChooseInContextMenu(QStringLiteral("Compound source"),
+                            [in_source] { return Needs(EntryInFront(in_source), "the sources"); });
+        BeginChange();
+        m_facts.m_bricksSource = in_source;
+        m_facts.m_unsaved = in_unsaved;
+        Step(
+            QStringLiteral("move to ") + in_source, [in_source] { return ClickAt(CentreOfEntry(in_source)); },
+            [this, in_source] {
+                return Both(Needs(!OpenPopup(), "the end of the menus"),
+                            Same(StatusText(), QStringLiteral("Bricks \u2013 compound, ") + in_source));
+            });
+    }
+
+    /// Asks to leave, and needs the question about the changes that are not saved.
+    void AskToQuit(const QString& in_name, Journey::Action in_action)
+    {
+        ++m_facts.m_questions;
+        Step(in_name, std::move(in_action), [this] { return FaultOfQuestion(); });
+    }
+
+    /// Answers the question so that all stays, and needs the window in front again.
+    void Stay(const QString& in_name, Journey::Action in_action)
+    {
+        Step(in_name, std::move(in_action), [this] {
+            return Both(Needs(!QApplication::activeModalWidget(), "the end of the question"),
+                        Needs(m_window->isVisible() && m_window->isActiveWindow(), "the window in front"));
+        });
+    }
+
     /// Types into the search field in the place of what it holds.
     void SearchFor(const QString& in_text, const QStringList& in_rows)
     {
@@ -185,6 +259,7 @@ private:
     }
 
     QString ReadFacts() const;
+    QString FaultOfQuestion() const;
 
     QLineEdit* SearchField() const { return m_window->GetBrowser().findChild<QLineEdit*>(); }
     GraphCanvas* Canvas() const { return m_window->findChild<GraphCanvas*>(); }
@@ -199,10 +274,7 @@ private:
     }
 
     /// The middle of a row on the screen.
-    QPoint Row(int in_row) const
-    {
-        return m_window->GetBrowser().mapToGlobal(QPoint(100, gListTop + gRowHeight * in_row + gRowHeight / 2));
-    }
+    QPoint Row(int in_row) const { return m_window->GetBrowser().mapToGlobal(RowCentre(in_row)); }
 
     QString NameOf(const ItemID& in_item) const
     {
@@ -216,6 +288,7 @@ private:
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<Journey> m_journey;
     DragWatcher m_dragWatcher;
+    QuestionCounter m_questions;
     ItemID m_blend;
     ItemID m_bricks;
     Facts m_facts;
@@ -244,7 +317,24 @@ QString TestJourney::ReadFacts() const
     const QUndoStack& stack = const_cast<memorymodel::DataLayer&>(m_layer).GetCommandManager().GetStack();
     facts.m_undoIndex = stack.index();
     facts.m_undoCount = stack.count();
+    facts.m_questions = m_questions.m_count;
     return facts.ToText();
+}
+
+/// What is wrong with the question about the one change that is not saved, else empty.
+QString TestJourney::FaultOfQuestion() const
+{
+    const QMessageBox* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (!box)
+        return Needs(false, "the question");
+    QString fault =
+        Both(Same(box->text(), QStringLiteral("An item of the library Sample has changes that are not saved.")),
+             Same(box->informativeText(), QStringLiteral("Bricks")));
+    fault = Both(fault, Needs(box->isActiveWindow() && m_window->isVisible(), "the question before the window"));
+    fault =
+        Both(fault, Needs(box->standardButtons() == (QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel),
+                          "three answers"));
+    return Both(fault, Needs(box->button(QMessageBox::Save)->hasFocus(), "the focus on the answer that loses nothing"));
 }
 
 void TestJourney::AddSearch()
@@ -370,28 +460,12 @@ void TestJourney::AddTags()
 void TestJourney::AddMove()
 {
     SearchFor(QStringLiteral("bricks"), {QStringLiteral("Bricks")});
-    ChooseInContextMenu(QStringLiteral("Compound source"),
-                        [] { return Needs(EntryInFront(QStringLiteral("Local")), "the sources"); });
-    BeginChange();
-    m_facts.m_bricksSource = QStringLiteral("Local");
-    m_facts.m_unsaved = QStringLiteral("Bricks,Varnish Coat");
-    Step(
-        QStringLiteral("move to another source"), [] { return ClickAt(CentreOfEntry(QStringLiteral("Local"))); },
-        [this] {
-            return Both(Needs(!OpenPopup(), "the end of the menus"),
-                        Same(StatusText(), QStringLiteral("Bricks \u2013 compound, Local")));
-        });
+    MoveBricks(QStringLiteral("Local"), QStringLiteral("Bricks,Varnish Coat"));
 }
 
 void TestJourney::AddCreation()
 {
-    Step(
-        QStringLiteral("open the Library menu"),
-        [this] {
-            QMenuBar* const bar = m_window->menuBar();
-            return ClickAt(bar->mapToGlobal(bar->actionGeometry(bar->actions().at(2)).center()));
-        },
-        [] { return Needs(EntryInFront(QStringLiteral("&New")), "the Library menu"); });
+    OpenInMenuBar(QStringLiteral("&Library"), QStringLiteral("&New"));
     Step(
         QStringLiteral("open its submenu"), [] { return ClickAt(CentreOfEntry(QStringLiteral("&New"))); },
         [] { return Needs(EntryInFront(QStringLiteral("Public compound")), "the submenu"); });
@@ -460,17 +534,53 @@ void TestJourney::AddUndoAndRedo()
         GoTo(state, QStringLiteral("redo %1").arg(state), "ctrl+shift+z");
 }
 
-void TestJourney::AddSaveAndQuit()
+void TestJourney::AddSave()
 {
     m_facts.m_unsaved.clear();
     Step(
         QStringLiteral("save"), [] { return PressKeys({QStringLiteral("ctrl+s")}); },
         [this] { return Same(m_window->statusBar()->currentMessage(), QStringLiteral("Sample is saved")); });
+}
+
+void TestJourney::AddFiles()
+{
+    SearchFor(QStringLiteral("bricks"), {QStringLiteral("Bricks")});
+    ChooseInContextMenu(QStringLiteral("Show Files for Bricks"), [this] {
+        const FilesWindow* const window = m_window->findChild<FilesWindow*>();
+        if (!window || !window->isActiveWindow())
+            return Needs(false, "the window of files in front");
+        return Both(Same(window->windowTitle(), QStringLiteral("Files of Bricks")),
+                    Needs(window->findChild<QListWidget*>()->count() == 2, "the place of Bricks and its file"));
+    });
     Step(
-        QStringLiteral("quit"), [] { return PressKeys({QStringLiteral("ctrl+q")}); },
+        QStringLiteral("Escape closes the files"), [] { return PressKeys({QStringLiteral("Escape")}); },
+        [this] {
+            return Both(Needs(!m_window->findChild<FilesWindow*>(), "the end of the window of files"),
+                        Needs(m_window->isActiveWindow(), "the window in front"));
+        });
+}
+
+void TestJourney::AddLateChange()
+{
+    MoveBricks(QStringLiteral("Studio"), QStringLiteral("Bricks"));
+}
+
+void TestJourney::AddQuit()
+{
+    OpenInMenuBar(QStringLiteral("&File"), QStringLiteral("&Quit"));
+    AskToQuit(QStringLiteral("choose Quit"), [] { return ClickAt(CentreOfEntry(QStringLiteral("&Quit"))); });
+    Stay(QStringLiteral("Escape stays"), [] { return PressKeys({QStringLiteral("Escape")}); });
+
+    AskToQuit(QStringLiteral("close the window"), [] { return PressKeys({QStringLiteral("alt+F4")}); });
+    Stay(QStringLiteral("Cancel stays"), [] { return ClickAt(CentreOfAnswer(QMessageBox::Cancel)); });
+
+    AskToQuit(QStringLiteral("press the keys for Quit"), [] { return PressKeys({QStringLiteral("ctrl+q")}); });
+    m_facts.m_unsaved.clear();
+    Step(
+        QStringLiteral("Save leaves"), [] { return ClickAt(CentreOfAnswer(QMessageBox::Save)); },
         [this] {
             return Both(Needs(!m_window->isVisible(), "the end of the window"),
-                        Needs(!QApplication::activeModalWidget(), "an end without a question"));
+                        Needs(!QApplication::activeModalWidget(), "an end without another question"));
         });
 }
 
@@ -488,6 +598,7 @@ void TestJourney::aPersonsDay()
     m_window->move(60, 60);
     Canvas()->installEventFilter(&m_dragWatcher);
     m_window->show();
+    qApp->installEventFilter(&m_questions);
 
     AddSearch();
     AddDrag();
@@ -496,7 +607,10 @@ void TestJourney::aPersonsDay()
     AddMove();
     AddCreation();
     AddUndoAndRedo();
-    AddSaveAndQuit();
+    AddSave();
+    AddFiles();
+    AddLateChange();
+    AddQuit();
     const QString missing = m_journey->Run();
     QVERIFY2(missing.isEmpty(), qPrintable(missing));
     m_window.reset();

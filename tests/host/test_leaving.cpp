@@ -1,6 +1,6 @@
 #include "host/mainwindow.h"
 #include "memorymodel/datalayer.h"
-#include "tests/host/modal.h"
+#include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
 
 #include <QFile>
@@ -15,21 +15,19 @@ using vireo::datamodel::ItemID;
 namespace
 {
 
-/// A person who presses one button of each message.
-class Presser : public AtModal
+/// A person who presses a button of each message that comes.
+class Presser : public ModalUser
 {
 public:
-    explicit Presser(QMessageBox::StandardButton in_button)
-        : AtModal([this, in_button](QWidget& in_box) {
-              const QMessageBox* const box = qobject_cast<QMessageBox*>(&in_box);
-              QVERIFY(box);
-              m_texts << box->text();
-              m_details << box->informativeText();
-              QAbstractButton* const button = box->button(in_button);
-              // What cannot be saved is told in a box with one button.
-              QTest::mouseClick(button ? button : box->button(QMessageBox::Ok), Qt::LeftButton);
-          })
+    void Expect(QMessageBox::StandardButton in_button)
     {
+        WhenWindowOpens([this, in_button](QWidget& in_box) {
+            const QMessageBox* const box = qobject_cast<QMessageBox*>(&in_box);
+            QVERIFY(box);
+            m_texts << box->text();
+            m_details << box->informativeText();
+            QTest::mouseClick(box->button(in_button), Qt::LeftButton);
+        });
     }
 
     QStringList m_texts;
@@ -65,25 +63,18 @@ private Q_SLOTS:
             return std::string();
         });
         m_window.reset(new MainWindow(m_layer, library));
-        m_window->setMinimumSize(1, 1); // a platform without windows complains of any other least size
-        m_window->show();
+        ShowMainWindow(*m_window);
     }
 
-    void cleanup()
-    {
-        Library& library = m_window->GetLibrary();
-        m_window.reset();
-        m_layer.GetCommandManager().GetStack().clear();
-        m_layer.RemoveLibrary(library);
-    }
+    void cleanup() { RemoveMainWindow(m_window, m_layer); }
 
     void nothingIsAskedWithoutChanges_data() { AddWays(); }
 
     void nothingIsAskedWithoutChanges()
     {
-        Presser person(QMessageBox::Cancel);
+        Presser person;
         QVERIFY(Leave());
-        QCOMPARE(person.GetCount(), 0);
+        QVERIFY(person.IsDone());
         QVERIFY(m_saved.empty());
     }
 
@@ -92,9 +83,10 @@ private Q_SLOTS:
     void cancelKeepsEverything()
     {
         Change();
-        Presser person(QMessageBox::Cancel);
+        Presser person;
+        person.Expect(QMessageBox::Cancel);
         QVERIFY(!Leave());
-        QCOMPARE(person.GetCount(), 1);
+        QVERIFY(person.IsDone());
         QVERIFY(m_window->isVisible());
         QVERIFY(m_window->GetLibrary().GetAccessor().ItemIsDirty(m_blend));
         QVERIFY(m_layer.GetCommandManager().GetStack().canUndo());
@@ -106,9 +98,10 @@ private Q_SLOTS:
     void discardLeavesWithoutSaving()
     {
         Change();
-        Presser person(QMessageBox::Discard);
+        Presser person;
+        person.Expect(QMessageBox::Discard);
         QVERIFY(Leave());
-        QCOMPARE(person.GetCount(), 1);
+        QVERIFY(person.IsDone());
         QVERIFY(m_saved.empty());
     }
 
@@ -117,9 +110,10 @@ private Q_SLOTS:
     void saveSavesOnceAndLeaves()
     {
         Change();
-        Presser person(QMessageBox::Save);
+        Presser person;
+        person.Expect(QMessageBox::Save);
         QVERIFY(Leave());
-        QCOMPARE(person.GetCount(), 1);
+        QVERIFY(person.IsDone());
         QCOMPARE(m_saved.size(), std::size_t(1));
         QVERIFY(m_saved.front() == m_blend);
     }
@@ -130,9 +124,11 @@ private Q_SLOTS:
     {
         Change();
         m_window->GetLibrary().SetWriter([](const ItemID&) { return std::string("The disk is full."); });
-        Presser person(QMessageBox::Save);
+        Presser person;
+        person.Expect(QMessageBox::Save);
+        person.Expect(QMessageBox::Ok);
         QVERIFY(!Leave());
-        QCOMPARE(person.GetCount(), 2);
+        QVERIFY(person.IsDone());
         QCOMPARE(person.m_texts.last(), QStringLiteral("The library could not be saved."));
         QCOMPARE(person.m_details.last(), QStringLiteral("The disk is full."));
         QVERIFY(m_window->isVisible());
@@ -142,8 +138,10 @@ private Q_SLOTS:
     void theChangesAreNamed()
     {
         Change();
-        Presser person(QMessageBox::Cancel);
+        Presser person;
+        person.Expect(QMessageBox::Cancel);
         QVERIFY(!m_window->close());
+        person.Expect(QMessageBox::Cancel);
         m_window->GetLibrary().Rename(m_mix, "<i>Mix", nullptr);
         QVERIFY(!m_window->close());
         QCOMPARE(person.m_texts,
@@ -156,7 +154,8 @@ private Q_SLOTS:
     {
         for (const char* const name : {"C", "B", "A", "D", "G", "E", "F"})
             m_window->GetLibrary().SetTags(m_window->GetLibrary().Add(NewItem::Compound(name)), "changed");
-        Presser person(QMessageBox::Cancel);
+        Presser person;
+        person.Expect(QMessageBox::Cancel);
         QVERIFY(!m_window->close());
         QCOMPARE(person.m_details, QStringList() << QStringLiteral("A, B, C, D, E, and 2 more"));
     }
@@ -174,9 +173,10 @@ private Q_SLOTS:
         QFETCH(int, key);
         QFETCH(bool, left);
         Change();
-        AtModal person([key](QWidget& in_box) { QTest::keyClick(&in_box, static_cast<Qt::Key>(key)); });
+        ModalUser person;
+        person.WhenWindowOpens([key](QWidget& in_box) { Press(in_box, static_cast<Qt::Key>(key)); });
         QCOMPARE(m_window->close(), left);
-        QCOMPARE(person.GetCount(), 1);
+        QVERIFY(person.IsDone());
         QCOMPARE(m_saved.size(), std::size_t(left ? 1 : 0));
     }
 

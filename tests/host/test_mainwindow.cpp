@@ -9,7 +9,7 @@
 #include "host/samplelibrary.h"
 #include "memorymodel/datalayer.h"
 #include "tests/host/dropping.h"
-#include "tests/host/modal.h"
+#include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
 
 #include <QDockWidget>
@@ -25,14 +25,10 @@ using host::GraphBox;
 using host::GraphCanvas;
 using host::MainWindow;
 using memorymodel::Library;
-using memorymodel::NewItem;
 using vireo::datamodel::ItemID;
 
 namespace
 {
-
-const int gListTop = 43;
-const int gRowHeight = 24;
 
 void WriteFile(const QString& in_path, const QByteArray& in_content)
 {
@@ -76,19 +72,10 @@ private Q_SLOTS:
     void init()
     {
         m_window.reset(new MainWindow(m_layer, host::AddSampleLibrary(m_layer)));
-        m_window->resize(1100, 720);
-        m_window->setMinimumSize(1, 1); // a platform without windows complains of any other least size
-        m_window->show();
-        m_window->grab();
+        ShowMainWindow(*m_window, 1100, 720);
     }
 
-    void cleanup()
-    {
-        Library& library = m_window->GetLibrary();
-        m_window.reset();
-        m_layer.GetCommandManager().GetStack().clear();
-        m_layer.RemoveLibrary(library);
-    }
+    void cleanup() { RemoveMainWindow(m_window, m_layer); }
 
     void theBrowserIsInADockBesideTheGraph()
     {
@@ -231,11 +218,13 @@ private Q_SLOTS:
         Library* const library = &m_window->GetLibrary();
 
         QString message;
-        AtModal person([&message](QWidget& in_box) {
+        ModalUser person;
+        person.WhenWindowOpens([&message](QWidget& in_box) {
             message = in_box.property("text").toString();
-            QTest::keyClick(&in_box, Qt::Key_Return);
+            Press(in_box, Qt::Key_Return);
         });
         QVERIFY(!m_window->Open(folder.path()));
+        QVERIFY(person.IsDone());
         QVERIFY2(message.contains(folder.filePath(QStringLiteral("b.mtlx")) + QStringLiteral(":3: ")),
                  qPrintable(message));
         QCOMPARE(&m_window->GetLibrary(), library);
@@ -292,20 +281,18 @@ private Q_SLOTS:
 private:
     GraphCanvas* Canvas() { return m_window->findChild<GraphCanvas*>(); }
 
-    QPoint FirstRow() { return QPoint(100, gListTop + gRowHeight / 2); }
-
     void ClickFirstRowOf(const QString& in_search, int in_tab)
     {
         m_window->GetBrowser().SelectTab(in_tab);
         m_window->GetBrowser().Search(in_search);
         m_window->grab();
-        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, FirstRow());
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(0));
     }
 
     void DoubleClickFirstRowOf(const QString& in_search)
     {
         ClickFirstRowOf(in_search, 0);
-        QTest::mouseDClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, FirstRow());
+        QTest::mouseDClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(0));
     }
 
     /// The pixels to the left of the type icon.

@@ -5,7 +5,7 @@
 #include "host/mainwindow.h"
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/typeselector.h"
-#include "tests/host/modal.h"
+#include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
 
 #include <QLineEdit>
@@ -18,9 +18,6 @@ using vireo::datamodel::ItemID;
 
 namespace
 {
-
-const int gListTop = 43;
-const int gRowHeight = 24;
 
 /// Types a name into the dialog that makes a compound, and confirms it.
 void NameCompound(QWidget& in_dialog, const QString& in_name)
@@ -67,27 +64,20 @@ private Q_SLOTS:
         m_layer.GetSourceControl().SetVersionControlActive(true);
         m_layer.GetSourceControl().SetEnabled(true);
         m_window.reset(new MainWindow(m_layer, *m_library));
-        m_window->resize(900, 600);
-        m_window->setMinimumSize(1, 1); // a platform without windows complains of any other least size
-        m_window->show();
-        m_window->grab();
+        ShowMainWindow(*m_window);
     }
 
     void cleanup()
     {
         CloseMenus();
-        m_window.reset();
-        m_layer.GetCommandManager().GetStack().clear();
-        m_layer.RemoveLibrary(*m_library);
+        RemoveMainWindow(m_window, m_layer);
     }
 
     void theMenuBarHasAllMenus()
     {
-        QStringList titles;
-        for (const QAction* const action : m_window->menuBar()->actions())
-            titles << action->text();
-        QCOMPARE(titles, QStringList() << QStringLiteral("&File") << QStringLiteral("&Edit")
-                                       << QStringLiteral("&Library") << QStringLiteral("&Source control"));
+        QCOMPARE(Texts(*m_window->menuBar()), QStringList()
+                                                  << QStringLiteral("&File") << QStringLiteral("&Edit")
+                                                  << QStringLiteral("&Library") << QStringLiteral("&Source control"));
     }
 
     void theLibraryMenuHasTheBrowsersCommands()
@@ -98,12 +88,9 @@ private Q_SLOTS:
         QVERIFY(FindEntry(*menu, QStringLiteral("Choose &type\u2026")));
         QMenu* const newItem = OpenSubmenu(*menu, QStringLiteral("&New"));
         QVERIFY(newItem);
-        QStringList entries;
-        for (const QAction* const action : newItem->actions())
-            entries << action->text();
-        QCOMPARE(entries, QStringList() << QStringLiteral("Public compound")
-                                        << QStringLiteral("Public looping compound")
-                                        << QStringLiteral("Compound signature"));
+        QCOMPARE(Texts(*newItem), QStringList()
+                                      << QStringLiteral("Public compound") << QStringLiteral("Public looping compound")
+                                      << QStringLiteral("Compound signature"));
     }
 
     void aNewItemIsMadeAndCanBeUndone_data()
@@ -119,13 +106,14 @@ private Q_SLOTS:
     {
         QFETCH(bool, loop);
         QFETCH(bool, signature);
-        AtModal person([](QWidget& in_dialog) { NameCompound(in_dialog, QStringLiteral("Mine")); });
+        ModalUser person;
+        person.WhenWindowOpens([](QWidget& in_dialog) { NameCompound(in_dialog, QStringLiteral("Mine")); });
         QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Library"));
         QVERIFY(menu);
         QMenu* const newItem = OpenSubmenu(*menu, QStringLiteral("&New"));
         QVERIFY(newItem);
         QVERIFY(ClickEntry(*newItem, QLatin1String(QTest::currentDataTag())));
-        QCOMPARE(person.GetCount(), 1);
+        QVERIFY(person.IsDone());
 
         const ItemID item = m_library->FindByName("Mine");
         QVERIFY(item.IsValid());
@@ -283,18 +271,20 @@ private Q_SLOTS:
 
     void noTypeChosenIsNotMentioned()
     {
-        AtModal person([](QWidget& in_dialog) {
+        ModalUser person;
+        person.WhenWindowOpens([](QWidget& in_dialog) {
             QVERIFY(qobject_cast<CTypeSelector*>(&in_dialog));
-            QTest::keyClick(&in_dialog, Qt::Key_Escape);
+            Press(in_dialog, Qt::Key_Escape);
         });
         ChooseType();
-        QCOMPARE(person.GetCount(), 1);
+        QVERIFY(person.IsDone());
         QCOMPARE(m_window->statusBar()->currentMessage(), QString());
     }
 
     void aChosenTypeIsNamedInTheStatusBar()
     {
-        AtModal person([](QWidget& in_dialog) {
+        ModalUser person;
+        person.WhenWindowOpens([](QWidget& in_dialog) {
             QTest::keyClicks(in_dialog.findChild<QLineEdit*>(), QStringLiteral("flo"));
             in_dialog.grab();
             CNodeBrowser* const browser = in_dialog.findChild<CNodeBrowser*>();
@@ -302,10 +292,10 @@ private Q_SLOTS:
             const int below = search->mapTo(browser, QPoint(0, search->height())).y();
             QTest::mouseClick(browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, below + gRowHeight));
             if (in_dialog.isVisible())
-                QTest::keyClick(&in_dialog, Qt::Key_Escape);
+                Press(in_dialog, Qt::Key_Escape);
         });
         ChooseType();
-        QCOMPARE(person.GetCount(), 1);
+        QVERIFY(person.IsDone());
         QCOMPARE(m_window->statusBar()->currentMessage(), QStringLiteral("Type chosen: Float"));
     }
 
@@ -316,8 +306,7 @@ private:
     {
         m_window->GetBrowser().Search(QLatin1String(in_search));
         m_window->grab();
-        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier,
-                          QPoint(100, gListTop + gRowHeight / 2));
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(0));
     }
 
     void ChooseType()

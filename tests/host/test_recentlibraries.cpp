@@ -2,7 +2,7 @@
 
 #include "host/mainwindow.h"
 #include "memorymodel/datalayer.h"
-#include "tests/host/modal.h"
+#include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
@@ -61,8 +61,7 @@ private Q_SLOTS:
         const QString path = WriteLibrary(QStringLiteral("here & now.mtlx"));
         memorymodel::DataLayer layer;
         MainWindow window(layer, layer.AddLibrary("Nodes"));
-        window.setMinimumSize(1, 1); // a platform without windows complains of any other least size
-        window.show();
+        ShowMainWindow(window);
 
         QMenu* recent = OpenRecent(window);
         QVERIFY(recent);
@@ -97,9 +96,10 @@ private Q_SLOTS:
     {
         memorymodel::DataLayer layer;
         MainWindow window(layer, layer.AddLibrary("Nodes"));
-        AtModal person([](QWidget& in_box) { QTest::keyClick(&in_box, Qt::Key_Return); });
+        ModalUser person;
+        person.WhenWindowOpens([](QWidget& in_box) { Press(in_box, Qt::Key_Return); });
         QVERIFY(!window.Open(QStringLiteral("/gone/away.mtlx")));
-        QCOMPARE(person.GetCount(), 1);
+        QVERIFY(person.IsDone());
         QVERIFY(GetRecentLibraries().isEmpty());
     }
 

@@ -14,7 +14,6 @@ using host::SampleItem;
 using host::SampleKind;
 using memorymodel::DataSource;
 using memorymodel::Library;
-using vireo::datamodel::gApplicationTagsKey;
 using vireo::datamodel::ItemID;
 
 namespace

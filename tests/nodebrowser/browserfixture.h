@@ -3,7 +3,8 @@
 
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/nodebrowser.h"
-#include "nodebrowser/qtcompat.h"
+#include "tests/support/platformwarnings.h"
+#include "tests/support/waiting.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -15,6 +16,9 @@
 #include <QtTest>
 
 #include <vector>
+
+/// A type name that reads like the one of compounds and is another one: types are told apart by address.
+const char gOtherCompound[] = "Compound";
 
 /// A browser that opens its protected side to tests and counts what happens to it.
 class ProbedBrowser : public CNodeBrowser
@@ -80,8 +84,7 @@ inline void Settle()
 /// Shows a browser in a size and waits until it has been painted.
 inline void ShowBrowser(ProbedBrowser& in_browser, int in_width = 300, int in_height = 400)
 {
-    // A blinking cursor in the search field repaints the browser below it.
-    QApplication::setCursorFlashTime(0);
+    QApplication::setCursorFlashTime(0); // a blinking cursor repaints what lies below the search field
     in_browser.resize(in_width, in_height);
     in_browser.show();
     for (int wait = 0; wait < 100 && in_browser.m_paints == 0; ++wait)
@@ -89,20 +92,32 @@ inline void ShowBrowser(ProbedBrowser& in_browser, int in_width = 300, int in_he
     Settle();
 }
 
-/// Waits until a condition holds, for two seconds at most unless told otherwise.
-/// \return whether it came to hold
-template <class Condition> bool WaitFor(Condition in_condition, int in_milliseconds = 2000)
+/// Attaches a library to a browser and shows it.
+inline void ShowLibrary(ProbedBrowser& in_browser, const vireo::datamodel::ItemLibraryAccessor& in_library,
+                        int in_width = 300, int in_height = 400)
 {
-    for (int waited = 0; waited < in_milliseconds && !in_condition(); waited += 10)
-        QTest::qWait(10);
-    return in_condition();
+    in_browser.SetItemLibrary(in_library);
+    ShowBrowser(in_browser, in_width, in_height);
 }
 
-/// Announces the warning that comes with each window that asks to be in front, a tool tip for example.
-inline void ExpectRaisedWindow()
+/// Shows all kinds of items of a library.
+inline void ShowAll(ProbedBrowser& in_browser, const vireo::datamodel::ItemLibraryAccessor& in_library)
 {
-    if (!qtcompat::CanRaiseWindows())
-        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+    in_browser.TabBar()->setCurrentIndex(2);
+    ShowLibrary(in_browser, in_library);
+}
+
+/// Adds an item of each kind, in the order of their names "1" to "7": the compounds first, the type last.
+inline void AddEveryKind(memorymodel::Library& in_library)
+{
+    using memorymodel::NewItem;
+    in_library.Add(NewItem::Compound("1"));
+    in_library.Add(NewItem::Signature("2"));
+    in_library.Add(NewItem::LoopCompound("3"));
+    in_library.Add(NewItem::Solver("4"));
+    in_library.Add(NewItem::PolymorphicSolver("5"));
+    in_library.Add(NewItem::GlobalConstant("6"));
+    in_library.Add(NewItem::Type("7"));
 }
 
 /// How many repaints a step leads to, counted once everything has settled.

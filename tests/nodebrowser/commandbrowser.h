@@ -2,8 +2,12 @@
 #pragma once
 
 #include "tests/nodebrowser/browserfixture.h"
+#include "tests/support/modaluser.h"
 
+#include <QMenu>
 #include <QSignalSpy>
+
+#include <functional>
 
 /// Counts the signal and opens the commands to tests.
 class CommandBrowser : public ProbedBrowser
@@ -38,10 +42,44 @@ private:
     QSignalSpy m_signals;
 };
 
-/// Shows all kinds of items of a library.
-inline void ShowAll(CommandBrowser& in_browser, const vireo::datamodel::ItemLibraryAccessor& in_library)
+/// Keeps what the move to another data source throws away from the toolkit.
+class GuardedBrowser : public CommandBrowser
 {
-    in_browser.TabBar()->setCurrentIndex(2);
-    in_browser.SetItemLibrary(in_library);
-    ShowBrowser(in_browser);
+public:
+    bool m_threw = false;
+
+protected:
+    void OnDatasourceChange() override
+    {
+        try
+        {
+            CNodeBrowser::OnDatasourceChange();
+        }
+        catch (const nexa4::ExBase::NullPtr&)
+        {
+            m_threw = true;
+        }
+    }
+};
+
+/// Opens the context menu of a row with the right button, and does something in it.
+inline void UseMenu(CommandBrowser& in_browser, int in_row, const std::function<void(QMenu&)>& in_action)
+{
+    ModalUser user;
+    user.WhenMenuOpens(in_action);
+    in_browser.RightPress(in_row);
+    QVERIFY(user.IsDone());
+}
+
+/// The same in the menu of the data sources that a compound can be moved to.
+inline void UseSources(CommandBrowser& in_browser, int in_row, const std::function<void(QMenu&)>& in_action)
+{
+    ModalUser user;
+    user.WhenMenuOpens([](QMenu& in_menu) {
+        if (GoTo(in_menu, "Compound source"))
+            Press(in_menu, Qt::Key_Right);
+    });
+    user.WhenSubmenuOpens(in_action);
+    in_browser.RightPress(in_row);
+    QVERIFY(user.IsDone());
 }

@@ -126,8 +126,10 @@ struct RecordedLibrary : public vireo::datamodel::IContext,
     }
 
     bool IsAlive() const override { return m_alive; }
-    std::string GetItemName(const ItemID& in_item, bool, const char*) const override
+    std::string GetItemName(const ItemID& in_item, bool in_displayName, const char* in_scope) const override
     {
+        if (!in_displayName || in_scope)
+            m_log << QString::fromLatin1("asked for another name than the display name");
         const RecordedItem* const item = Find(in_item);
         return item ? item->m_name : std::string();
     }
@@ -156,6 +158,7 @@ struct RecordedLibrary : public vireo::datamodel::IContext,
 
     std::unique_ptr<vireo::datamodel::IItemIterator> IterateItems(const char* in_type) const override
     {
+        ++m_walks;
         std::vector<std::shared_ptr<RecordedItem>> items;
         for (const std::shared_ptr<RecordedItem>& item : m_items)
             if (item->m_listedAs == in_type)
@@ -230,6 +233,7 @@ struct RecordedLibrary : public vireo::datamodel::IContext,
     std::vector<std::shared_ptr<RecordedItem>> m_items;
     bool m_alive = true;
     bool m_refusing = false; ///< fails every command
+    mutable int m_walks = 0; ///< how often one of the lists was walked; each rebuild walks all five
 };
 
 struct RecordedSource : public nexa4::IDataSource
@@ -327,7 +331,7 @@ public:
                                               : QString::fromLatin1("nothing"))
                      .arg(target ? Quoted(target->m_uri.c_str()) : QString::fromLatin1("no source"))
                      .arg(YesOrNo(in_withContent));
-        return target != nullptr;
+        return target != nullptr && !m_refusing;
     }
 
     std::shared_ptr<nexa4::IDbObject> GetObjectAt(int in_instance, int in_cacheIndex) override
@@ -370,6 +374,7 @@ public:
     const nexa4::DbObjectId m_resourceType{"0FACE000-1111-2222-3333-444455556666"};
     std::vector<std::shared_ptr<nexa4::IDbObject>> m_objects;
     std::vector<nexa4::DbObjectId> m_matches; ///< what a query finds
+    bool m_refusing = false;                  ///< moves and check-outs fail
     bool m_reachable = true;                  ///< whether the manager has a database
     bool m_helped = true;                     ///< whether the database has a helper
 };
@@ -554,6 +559,8 @@ private:
                      .arg(Id(in_object))
                      .arg(YesOrNo(out_result != nullptr))
                      .arg(YesOrNo(in_interactive));
+        if (out_result)
+            *out_result = !m_database->m_refusing;
     }
     void MakeWritable(const Handle& in_object, bool in_interactive) override
     {

@@ -1,5 +1,8 @@
-/// What the tests of the dialogs share: a person who waits for a window that runs modally and then works in it.
+/// What the tests of the dialogs share: a person who works in a dialog, and finds the parts of it.
 #pragma once
+
+#include "tests/support/modaluser.h"
+#include "tests/support/waiting.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -7,10 +10,8 @@
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
-#include <QPointer>
 #include <QPushButton>
 #include <QString>
-#include <QTimer>
 #include <QWidget>
 #include <QtTest>
 
@@ -21,71 +22,13 @@ inline QString Latin(const char* in_text)
     return QString::fromLatin1(in_text);
 }
 
-/// Waits until a condition holds, for two seconds at most.
-/// \return whether it came to hold
-template <class Condition> bool WaitUntil(Condition in_condition)
-{
-    for (int waited = 0; waited < 2000 && !in_condition(); waited += 10)
-        QTest::qWait(10);
-    return in_condition();
-}
-
 /// Makes a window the one that what is typed arrives in, as a window manager would: there may be none.
 /// \return whether it worked
 inline bool Activate(QWidget& in_window)
 {
     in_window.activateWindow();
-    return WaitUntil(
-        [&in_window] { return QApplication::activeWindow() == &in_window && QApplication::focusWidget(); });
+    return WaitFor([&in_window] { return QApplication::activeWindow() == &in_window && QApplication::focusWidget(); });
 }
-
-/// Waits for the next modal window to become active, does something with it, and expects it to be closed then. A window
-/// that stays open fails the test and is closed, so that nothing hangs.
-class Person : public QObject
-{
-    Q_OBJECT
-
-public:
-    using Work = std::function<void(QWidget&)>;
-
-    explicit Person(Work in_work) : m_work(std::move(in_work)), m_before(QApplication::activeModalWidget())
-    {
-        QTimer::singleShot(0, this, SLOT(Act()));
-    }
-
-    /// Whether there was a window.
-    bool HasActed() const { return m_acted; }
-
-public Q_SLOTS:
-    void Act()
-    {
-        WaitUntil([this] { return FindWindow(); });
-        const QPointer<QWidget> window = FindWindow();
-        const bool active = window && Activate(*window);
-        if (active)
-        {
-            m_acted = true;
-            m_work(*window);
-        }
-        if (window && window->isVisible())
-        {
-            window->close();
-            QVERIFY2(!active, "The window stayed open.");
-            QVERIFY2(active, "The window did not become active.");
-        }
-    }
-
-private:
-    QWidget* FindWindow() const
-    {
-        QWidget* const window = QApplication::activeModalWidget();
-        return window == m_before ? nullptr : window;
-    }
-
-    Work m_work;
-    QWidget* m_before;
-    bool m_acted = false;
-};
 
 /// Fixes what a dialog's layout makes of its size before there is a window: the platform without a screen warns when a
 /// window's limits change.
@@ -95,21 +38,21 @@ inline void SettleLayout(const QWidget& in_window)
         in_window.layout()->activate();
 }
 
-/// Announces the warning of the platform without a screen, if this is the one, when a tool tip or a message appears.
-inline void ExpectPlatformWarning(const char* in_warning)
-{
-    if (qApp->property("platformName").toString() == Latin("offscreen"))
-        QTest::ignoreMessage(QtWarningMsg, in_warning);
-}
-
-/// Runs a dialog modally with a person in front of it.
-/// \return the dialog's result; -1 when it went away before the person could do anything
-inline int RunDialog(QDialog& in_dialog, Person::Work in_work)
+/// Runs a dialog modally with a person in front of it, who is expected to close it.
+/// \return the dialog's result; -1 when it never became the active window
+inline int RunDialog(QDialog& in_dialog, const std::function<void(QWidget&)>& in_work)
 {
     SettleLayout(in_dialog);
-    const Person person(std::move(in_work));
+    bool active = false;
+    ModalUser user;
+    user.WhenWindowOpens([&](QWidget& in_window) {
+        active = Activate(in_window);
+        if (active)
+            in_work(in_window);
+    });
     const int result = in_dialog.exec();
-    return person.HasActed() ? result : -1;
+    QTest::qVerify(user.IsDone(), "user.IsDone()", "The dialog stayed open or was never active.", __FILE__, __LINE__);
+    return active ? result : -1;
 }
 
 /// Presses a key in the widget that has the focus, as the keyboard does.

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "nodebrowser/qtcompat.h"
-#include "tests/nodebrowser/modaluser.h"
 #include "tests/nodebrowser/randomdays_world.h"
+#include "tests/support/modaluser.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,6 +1,7 @@
 #include "tests/nodebrowser/browserfixture.h"
 #include "tests/nodebrowser/spylayer.h"
 #include "tests/support/testmain.h"
+#include "tests/support/text.h"
 
 #include <QIcon>
 #include <QImage>
@@ -110,8 +111,8 @@ private Q_SLOTS:
     void theMetaObjectListsOneSignalAndSixteenSlotsInTheirOrder()
     {
         const QMetaObject& meta = CNodeBrowser::staticMetaObject;
-        QCOMPARE(QString::fromLatin1(meta.className()), QString::fromLatin1("CNodeBrowser"));
-        QCOMPARE(QString::fromLatin1(meta.superClass()->className()), QString::fromLatin1("QWidget"));
+        QCOMPARE(QString::fromLatin1(meta.className()), Text("CNodeBrowser"));
+        QCOMPARE(QString::fromLatin1(meta.superClass()->className()), Text("QWidget"));
         QCOMPARE(meta.methodCount() - meta.methodOffset(), gMethodCount);
         for (int i = 0; i < gMethodCount; ++i)
         {
@@ -186,14 +187,13 @@ private Q_SLOTS:
     {
         ProbedBrowser browser(eConfigNodeBrowser);
         QCOMPARE(ChildKinds(browser).join(QLatin1String(", ")),
-                 QString::fromLatin1("scroll bar, search field, clear button, tab bar"));
+                 Text("scroll bar, search field, clear button, tab bar"));
     }
 
     void theTypeSelectorHasNoTabBar()
     {
         ProbedBrowser browser(eConfigTypeSelector);
-        QCOMPARE(ChildKinds(browser).join(QLatin1String(", ")),
-                 QString::fromLatin1("scroll bar, search field, clear button"));
+        QCOMPARE(ChildKinds(browser).join(QLatin1String(", ")), Text("scroll bar, search field, clear button"));
         QVERIFY(!browser.TabBar());
     }
 
@@ -201,10 +201,9 @@ private Q_SLOTS:
     {
         m_library->Add(NewItem::Type("Colour"));
         ProbedBrowser browser(static_cast<eConfigType>(2));
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QVERIFY(!browser.TabBar());
-        QCOMPARE(browser.RowNames(m_library->GetAccessor()).join(QLatin1String(",")), QString::fromLatin1("Colour"));
+        QCOMPARE(browser.RowNames(m_library->GetAccessor()).join(QLatin1String(",")), Text("Colour"));
     }
 
     void theScrollBarIsVerticalHiddenAndAsTheToolkitMakesIt()
@@ -248,39 +247,37 @@ private Q_SLOTS:
         ProbedBrowser browser;
         QTabBar& tabs = *browser.TabBar();
         QCOMPARE(tabs.count(), 3);
-        QCOMPARE(tabs.tabText(0), QString::fromLatin1("Nodes"));
-        QCOMPARE(tabs.tabText(1), QString::fromLatin1("Types"));
-        QCOMPARE(tabs.tabText(2), QString::fromLatin1("All"));
+        QCOMPARE(tabs.tabText(0), Text("Nodes"));
+        QCOMPARE(tabs.tabText(1), Text("Types"));
+        QCOMPARE(tabs.tabText(2), Text("All"));
         QCOMPARE(tabs.currentIndex(), 0);
     }
 
     void makingTheTabsAsksForNothing()
     {
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         // A tab bar that was connected before it had tabs would have told of its first one.
         QCOMPARE(browser.GetRowCount(), std::size_t(2));
     }
 
-    void everyChildIsConnectedOnceToItsSlot()
+    void everyChildIsConnectedOnceToItsSlot_data()
     {
-        ProbedBrowser browser;
-        QVERIFY(TakeConnection(browser.ScrollBar(), SIGNAL(valueChanged(int)), browser, SLOT(SliderValueChanged(int))));
-        QVERIFY(TakeConnection(browser.SearchField(), SIGNAL(textChanged(const QString&)), browser,
-                               SLOT(SearchTextChange(const QString&))));
-        QVERIFY(TakeConnection(browser.SearchField(), SIGNAL(returnPressed()), browser, SLOT(EnterPressed())));
-        QVERIFY(TakeConnection(*browser.TabBar(), SIGNAL(currentChanged(int)), browser, SLOT(TabChanged(int))));
-        QVERIFY(TakeConnection(browser.ClearingButton(), SIGNAL(clicked(bool)), browser, SLOT(ClearButton(bool))));
+        QTest::addColumn<int>("config");
+        QTest::newRow("full browser") << int(eConfigNodeBrowser);
+        QTest::newRow("type selector") << int(eConfigTypeSelector);
     }
 
-    void theTypeSelectorsChildrenAreConnectedAlike()
+    void everyChildIsConnectedOnceToItsSlot()
     {
-        ProbedBrowser browser(eConfigTypeSelector);
+        QFETCH(int, config);
+        ProbedBrowser browser(static_cast<eConfigType>(config));
         QVERIFY(TakeConnection(browser.ScrollBar(), SIGNAL(valueChanged(int)), browser, SLOT(SliderValueChanged(int))));
         QVERIFY(TakeConnection(browser.SearchField(), SIGNAL(textChanged(const QString&)), browser,
                                SLOT(SearchTextChange(const QString&))));
         QVERIFY(TakeConnection(browser.SearchField(), SIGNAL(returnPressed()), browser, SLOT(EnterPressed())));
+        if (config == eConfigNodeBrowser)
+            QVERIFY(TakeConnection(*browser.TabBar(), SIGNAL(currentChanged(int)), browser, SLOT(TabChanged(int))));
         QVERIFY(TakeConnection(browser.ClearingButton(), SIGNAL(clicked(bool)), browser, SLOT(ClearButton(bool))));
     }
 
@@ -303,10 +300,8 @@ private Q_SLOTS:
         m_library->Add(NewItem::Type("Colour"));
         m_library->Add(NewItem::Type("Vector"));
         ProbedBrowser browser(eConfigTypeSelector);
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
-        QCOMPARE(browser.RowNames(m_library->GetAccessor()).join(QLatin1String(",")),
-                 QString::fromLatin1("Colour,Vector"));
+        ShowLibrary(browser, m_library->GetAccessor());
+        QCOMPARE(browser.RowNames(m_library->GetAccessor()).join(QLatin1String(",")), Text("Colour,Vector"));
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 23));
         QVERIFY(!browser.GetSelection().IsValid());
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 24));
@@ -318,8 +313,7 @@ private Q_SLOTS:
     void theFullBrowsersListBeginsAtPixel43()
     {
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, 43));
         QVERIFY(!browser.GetSelection().IsValid());
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, 44));
@@ -330,9 +324,8 @@ private Q_SLOTS:
     {
         SpyLayer spy;
         ProbedBrowser browser;
-        browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        ShowBrowser(browser);
-        QCOMPARE(spy.m_taskNames.join(QLatin1String(",")), QString::fromLatin1("NodeBrowser"));
+        ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
+        QCOMPARE(spy.m_taskNames.join(QLatin1String(",")), Text("NodeBrowser"));
     }
 
     void thePropertiesManagerIsConnectedAndThenAskedOnce()
@@ -342,18 +335,18 @@ private Q_SLOTS:
         m_layer->SetService("RevisionControlPropertiesMgr", &manager);
         {
             ProbedBrowser browser;
-            QCOMPARE(log.join(QLatin1String(",")), QString::fromLatin1("connect,has,read"));
+            QCOMPARE(log.join(QLatin1String(",")), Text("connect,has,read"));
         }
-        QCOMPARE(log.join(QLatin1String(",")), QString::fromLatin1("connect,has,read,disconnect"));
+        QCOMPARE(log.join(QLatin1String(",")), Text("connect,has,read,disconnect"));
     }
 
     void aBrowserWithoutPropertiesManagerWorks_data()
     {
         QTest::addColumn<QString>("missing");
-        QTest::newRow("no service") << QString::fromLatin1("service");
-        QTest::newRow("a service of another kind") << QString::fromLatin1("kind");
-        QTest::newRow("no system") << QString::fromLatin1("system");
-        QTest::newRow("no data layer at all") << QString::fromLatin1("layer");
+        QTest::newRow("no service") << Text("service");
+        QTest::newRow("a service of another kind") << Text("kind");
+        QTest::newRow("no system") << Text("system");
+        QTest::newRow("no data layer at all") << Text("layer");
     }
 
     void aBrowserWithoutPropertiesManagerWorks()
@@ -372,8 +365,7 @@ private Q_SLOTS:
             m_layer.reset();
         {
             ProbedBrowser browser;
-            browser.SetItemLibrary(library);
-            ShowBrowser(browser);
+            ShowLibrary(browser, library);
             QCOMPARE(browser.GetRowCount(), std::size_t(withoutLayer ? 0 : 2));
         }
     }
@@ -392,8 +384,7 @@ private Q_SLOTS:
     {
         SpyLayer spy;
         ProbedBrowser browser;
-        browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        ShowBrowser(browser);
+        ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
         spy.Forget();
         QSignalSpy selections(&browser, SIGNAL(SelectionChanged()));
         hmx::fwk::ICommandManager* const commands = &m_layer->GetCommandManager();
@@ -411,8 +402,8 @@ private Q_SLOTS:
         ProbedBrowser browser;
         browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
         QCOMPARE(Without(spy.m_log, "valid").join(QLatin1String("|")),
-                 QString::fromLatin1("library+40 A|toc of A|toc+39 A|iterate PolymorphicSolver|iterate Compound|"
-                                     "iterate GlobalConstant|iterate Solver|iterate Type"));
+                 Text("library+40 A|toc of A|toc+39 A|iterate PolymorphicSolver|iterate Compound|"
+                      "iterate GlobalConstant|iterate Solver|iterate Type"));
         QCOMPARE(spy.m_requests.size(), std::size_t(0));
         QCOMPARE(browser.GetRowCount(), std::size_t(0));
     }
@@ -426,7 +417,7 @@ private Q_SLOTS:
         spy.Forget();
         browser.SetItemLibrary(spy.Watch(other.GetAccessor(), "B"));
         QCOMPARE(QStringList(spy.m_log.mid(0, 5)).join(QLatin1String("|")),
-                 QString::fromLatin1("toc-39 A|library-40 A|library+40 B|toc of B|toc+39 B"));
+                 Text("toc-39 A|library-40 A|library+40 B|toc of B|toc+39 B"));
         QCOMPARE(spy.CountRebuilds(), 1);
     }
 
@@ -435,12 +426,11 @@ private Q_SLOTS:
         SpyLayer spy;
         const ItemLibraryAccessor library = spy.Watch(m_library->GetAccessor());
         ProbedBrowser browser;
-        browser.SetItemLibrary(library);
-        ShowBrowser(browser);
+        ShowLibrary(browser, library);
         spy.Forget();
         browser.SetItemLibrary(library);
         QCOMPARE(QStringList(spy.m_log.mid(0, 5)).join(QLatin1String("|")),
-                 QString::fromLatin1("toc-39 A|library-40 A|library+40 A|toc of A|toc+39 A"));
+                 Text("toc-39 A|library-40 A|library+40 A|toc of A|toc+39 A"));
         QCOMPARE(spy.CountRebuilds(), 1);
         Settle();
         QCOMPARE(browser.GetRowCount(), std::size_t(2));
@@ -459,19 +449,17 @@ private Q_SLOTS:
         m_library->Close();
         spy.Forget();
         browser.SetItemLibrary(spy.Watch(m_layer->AddLibrary("B").GetAccessor(), "B"));
-        QCOMPARE(QStringList(spy.m_log.mid(0, 3)).join(QLatin1String("|")),
-                 QString::fromLatin1("library+40 B|toc of B|toc+39 B"));
+        QCOMPARE(QStringList(spy.m_log.mid(0, 3)).join(QLatin1String("|")), Text("library+40 B|toc of B|toc+39 B"));
     }
 
     void attachingAnInvalidLibraryLeavesTheOldOneAndShowsNothingAtTheNextPaint()
     {
         SpyLayer spy;
         ProbedBrowser browser;
-        browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        ShowBrowser(browser);
+        ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
         spy.Forget();
         QCOMPARE(CountPaints(browser, [&] { browser.SetItemLibrary(ItemLibraryAccessor()); }), 0);
-        QCOMPARE(spy.m_log.join(QLatin1String("|")), QString::fromLatin1("toc-39 A|library-40 A"));
+        QCOMPARE(spy.m_log.join(QLatin1String("|")), Text("toc-39 A|library-40 A"));
         QCOMPARE(browser.GetRowCount(), std::size_t(2));
         QVERIFY(!browser.GetRowItem(0).IsValid());
         browser.update();
@@ -488,8 +476,7 @@ private Q_SLOTS:
         for (int i = 0; i < 50; ++i)
             m_library->Add(NewItem::Solver("Solver"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QVERIFY(browser.ScrollBar().isVisible());
         const int maximum = browser.ScrollBar().maximum();
         browser.SetItemLibrary(ItemLibraryAccessor());
@@ -517,8 +504,7 @@ private Q_SLOTS:
         other.Add(NewItem::Solver("First"));
         other.Add(NewItem::Solver("Second"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(1));
         QVERIFY(browser.GetSelection() == m_library->FindByName("Blend"));
         browser.SetItemLibrary(other.GetAccessor());
@@ -532,21 +518,19 @@ private Q_SLOTS:
         other.Add(NewItem::Solver("Addition"));
         other.Add(NewItem::Solver("Second"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
-        QTest::keyClicks(&browser.SearchField(), QString::fromLatin1("add"));
+        ShowLibrary(browser, m_library->GetAccessor());
+        QTest::keyClicks(&browser.SearchField(), Text("add"));
         browser.SetItemLibrary(other.GetAccessor());
         Settle();
-        QCOMPARE(browser.RowNames(other.GetAccessor()).join(QLatin1String(",")), QString::fromLatin1("Addition"));
+        QCOMPARE(browser.RowNames(other.GetAccessor()).join(QLatin1String(",")), Text("Addition"));
     }
 
     void theScrollSlotReadsTheBarAndNotItsArgument()
     {
         for (int i = 0; i < 50; ++i)
-            m_library->Add(NewItem::Solver(QString::fromLatin1("S%1").arg(i + 10).toLatin1().constData()));
+            m_library->Add(NewItem::Solver(Text("S%1").arg(i + 10).toLatin1().constData()));
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QMetaObject::invokeMethod(&browser, "SliderValueChanged", Q_ARG(int, 240));
         Settle();
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 60));
@@ -575,8 +559,8 @@ private Q_SLOTS:
         spy.m_log.clear();
         browser.reset();
         QCOMPARE(spy.m_log.join(QLatin1String("|")),
-                 QString::fromLatin1("toc-39 A|library-40 A|scroll bar|tab bar|search field|clear button|"
-                                     "task ended NodeBrowser|disconnect|browser"));
+                 Text("toc-39 A|library-40 A|scroll bar|tab bar|search field|clear button|"
+                      "task ended NodeBrowser|disconnect|browser"));
     }
 
     void aTypeSelectorDiesInOrder()
@@ -590,7 +574,7 @@ private Q_SLOTS:
         spy.m_log.clear();
         browser.reset();
         QCOMPARE(spy.m_log.join(QLatin1String("|")),
-                 QString::fromLatin1("scroll bar|search field|clear button|task ended NodeBrowser"));
+                 Text("scroll bar|search field|clear button|task ended NodeBrowser"));
     }
 
     void aBrowserWithoutLibraryLeavesNothing()
@@ -601,7 +585,7 @@ private Q_SLOTS:
             ShowBrowser(browser);
             spy.Forget();
         }
-        QCOMPARE(spy.m_log.join(QLatin1String("|")), QString::fromLatin1("task ended NodeBrowser"));
+        QCOMPARE(spy.m_log.join(QLatin1String("|")), Text("task ended NodeBrowser"));
     }
 
     void aLibraryThatWasClosedIsNotLeftByADyingBrowser()
@@ -609,21 +593,19 @@ private Q_SLOTS:
         SpyLayer spy;
         {
             ProbedBrowser browser;
-            browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-            ShowBrowser(browser);
+            ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
             m_library->Close();
             Settle();
             spy.Forget();
         }
-        QCOMPARE(spy.m_log.join(QLatin1String("|")), QString::fromLatin1("task ended NodeBrowser"));
+        QCOMPARE(spy.m_log.join(QLatin1String("|")), Text("task ended NodeBrowser"));
     }
 
     void nobodyCallsABrowserThatIsGone()
     {
         {
             ProbedBrowser browser;
-            browser.SetItemLibrary(m_library->GetAccessor());
-            ShowBrowser(browser);
+            ShowLibrary(browser, m_library->GetAccessor());
         }
         m_layer->GetSourceControl().SetEnabled(true);
         m_layer->GetSourceControl().SetState(m_library->FindByName("Blend"), memorymodel::eCheckedOut);
@@ -652,12 +634,10 @@ private Q_SLOTS:
     void browsersOnOneLibraryDoNotMindEachOther()
     {
         ProbedBrowser first;
-        first.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(first);
+        ShowLibrary(first, m_library->GetAccessor());
         {
             ProbedBrowser second;
-            second.SetItemLibrary(m_library->GetAccessor());
-            ShowBrowser(second);
+            ShowLibrary(second, m_library->GetAccessor());
             m_library->Add(NewItem::Solver("Clamp"));
             Settle();
             QCOMPARE(second.GetRowCount(), std::size_t(3));

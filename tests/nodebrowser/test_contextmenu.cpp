@@ -1,7 +1,7 @@
 #include "tests/nodebrowser/commandbrowser.h"
 #include "tests/nodebrowser/commandlayer.h"
-#include "tests/nodebrowser/modaluser.h"
 #include "tests/support/testmain.h"
+#include "tests/support/text.h"
 
 #include <QPointer>
 #include <QTranslator>
@@ -20,14 +20,6 @@ using vireo::datamodel::VireoType;
 namespace
 {
 
-/// A type name that reads like the one of compounds and is another one.
-const char gOtherCompound[] = "Compound";
-
-QString Text(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
-
 /// What a person can see and do about the entries of a menu.
 struct MenuLook
 {
@@ -35,12 +27,32 @@ struct MenuLook
     bool m_plain = true;   ///< no icon, shortcut, separator or check mark anywhere
     bool m_owned = true;   ///< every entry is the menu's own
     bool m_topLevel = false;
-    QPoint m_position;
+
+    /// Looks at the context menu of a row, which is opened with the right button and left with Escape.
+    MenuLook(CommandBrowser& in_browser, int in_row)
+    {
+        UseMenu(in_browser, in_row, [this](QMenu& in_menu) {
+            Take(in_menu);
+            Press(in_menu, Qt::Key_Escape);
+        });
+    }
+
+    /// The same for the data sources in the context menu.
+    static MenuLook OfSources(CommandBrowser& in_browser, int in_row)
+    {
+        MenuLook look;
+        UseMenu(in_browser, in_row, [&look](QMenu& in_menu) {
+            look.Take(*FindEntry(in_menu, "Compound source")->menu());
+            Press(in_menu, Qt::Key_Escape);
+        });
+        return look;
+    }
+
+    MenuLook() = default;
 
     void Take(const QMenu& in_menu)
     {
         m_topLevel = !in_menu.parent();
-        m_position = in_menu.pos();
         const QList<QAction*> actions = in_menu.actions();
         for (int i = 0; i < actions.size(); ++i)
         {
@@ -52,20 +64,6 @@ struct MenuLook
         }
     }
 };
-
-/// Opens the context menu of a row with the right button, looks at it and leaves it with Escape.
-MenuLook LookAtMenu(CommandBrowser& in_browser, int in_row, bool* out_done)
-{
-    MenuLook look;
-    ModalUser user;
-    user.WhenMenuOpens([&look](QMenu& in_menu) {
-        look.Take(in_menu);
-        Press(in_menu, Qt::Key_Escape);
-    });
-    in_browser.RightPress(in_row);
-    *out_done = user.IsDone();
-    return look;
-}
 
 /// Changes every text that is meant for translation.
 class Shouting : public QTranslator
@@ -129,8 +127,7 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Solver("a"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         ModalUser user;
         browser.PopContexMenu(QPoint(50, 50), 2);
         QVERIFY(user.IsDone());
@@ -149,12 +146,47 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.Add(VireoType::gSolver, "a");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         browser.Select(0);
         QVERIFY(browser.GetSelection().IsValid());
         browser.PopContexMenu(QPoint(50, 50), 1);
         QVERIFY(!browser.GetSelection().IsValid());
+    }
+
+    void aRowNumberIsNotNarrowed()
+    {
+        if (sizeof(std::size_t) <= 4)
+            return;
+        CommandLayer layer;
+        layer.Add(VireoType::gSolver, "a");
+        CommandBrowser browser;
+        ShowLibrary(browser, layer.GetAccessor());
+        ModalUser user;
+        browser.PopContexMenu(QPoint(50, 50), static_cast<std::size_t>(Q_UINT64_C(0x100000000)));
+        QVERIFY(user.IsDone());
+        QVERIFY(!browser.GetSelection().IsValid());
+    }
+
+    void aRowThatTheListIsTooShortForOpensNoMenu()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Compound("a"));
+        library.Add(NewItem::Compound("b"));
+        Library& smaller = layer.AddLibrary("Small");
+        const ItemID only = smaller.Add(NewItem::Compound("c"));
+        CommandBrowser browser;
+        ShowLibrary(browser, library.GetAccessor());
+        browser.SetItemLibrary(smaller.GetAccessor());
+        QCOMPARE(browser.GetRowCount(), std::size_t(2));
+        ModalUser user;
+        browser.PopContexMenu(QPoint(50, 50), 1);
+        QVERIFY(user.IsDone());
+        QVERIFY(!browser.GetSelection().IsValid());
+        const ItemID second = smaller.Add(NewItem::Compound("d"));
+        browser.repaint();
+        QVERIFY(browser.GetSelection() == second);
+        QVERIFY(only != second);
     }
 
     void aRightPressBelowTheLastRowOpensNoMenu()
@@ -162,8 +194,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.Add(VireoType::gSolver, "a");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         ModalUser user;
         browser.RightPress(1);
         QVERIFY(user.IsDone());
@@ -207,9 +238,7 @@ private Q_SLOTS:
         CommandBrowser browser;
         ShowAll(browser, layer.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(1));
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries, entries);
         QVERIFY(look.m_plain);
         QVERIFY(look.m_owned);
@@ -236,8 +265,7 @@ private Q_SLOTS:
         RecordedCompound& compound = layer.AddCompound("X");
         layer.GiveObject(compound, lack != eUnknown);
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         if (lack == eNoSystem)
             layer.SetSystemPresent(false);
         layer.m_helperPresent = lack != eNoHelper && lack != eOtherService;
@@ -246,9 +274,7 @@ private Q_SLOTS:
         if (lack == eNoUid)
             compound.m_uid = "12345";
         layer.m_log.clear();
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries.contains(Text("Show Files for X")), lack == eNothing);
         QCOMPARE(look.m_entries.contains(Text("Compound source")), lack == eNothing);
         QVERIFY(look.m_entries.contains(Text("Rename X")));
@@ -276,9 +302,7 @@ private Q_SLOTS:
         AddKind(layer, type).m_readOnly = readOnly;
         CommandBrowser browser;
         ShowAll(browser, layer.GetAccessor());
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries, QStringList(Text(readOnly ? "Edit Tags for X (off)" : "Edit Tags for X")));
     }
 
@@ -301,11 +325,8 @@ private Q_SLOTS:
         compound.m_readOnly = readOnly;
         compound.m_modifiable = modifiable;
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        ShowLibrary(browser, layer.GetAccessor());
+        const MenuLook look(browser, 0);
         const QStringList on = QStringList() << Text("Rename X") << Text("Delete X (off)") << Text("Edit Tags for X");
         const QStringList off = QStringList()
                                 << Text("Rename X (off)") << Text("Delete X (off)") << Text("Edit Tags for X (off)");
@@ -318,11 +339,8 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.Add(VireoType::gCompound, "X"); // its model is no compound
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        ShowLibrary(browser, layer.GetAccessor());
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries,
                  QStringList() << Text("Rename X (off)") << Text("Delete X (off)") << Text("Edit Tags for X (off)"));
     }
@@ -334,11 +352,8 @@ private Q_SLOTS:
         item.m_readOnly = true;
         layer.GiveObject(item);
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        ShowLibrary(browser, layer.GetAccessor());
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries, QStringList() << Text("Show Files for X") << Text("Edit Tags for X (off)"));
     }
 
@@ -350,9 +365,7 @@ private Q_SLOTS:
         ShowAll(browser, layer.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(1));
         QVERIFY(std::string(gOtherCompound) == VireoType::gCompound);
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries, QStringList());
     }
 
@@ -375,11 +388,8 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.GiveObject(layer.AddCompound(name.constData()));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        ShowLibrary(browser, layer.GetAccessor());
+        const MenuLook look(browser, 0);
         const QString shown = Text(name.constData());
         QCOMPARE(look.m_entries, QStringList() << Text("Show Files for ") + shown << Text("Rename ") + shown
                                                << Text("Delete ") + shown + Text(" (off)") << Text("Compound source")
@@ -392,8 +402,7 @@ private Q_SLOTS:
         layer.AddCompound("a");
         layer.AddCompound("b");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         const QPoint position(83, 61);
         QPoint menuPosition;
         ItemID selection;
@@ -416,16 +425,12 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.AddCompound("a");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         bool marked = true;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             marked = in_menu.activeAction() != nullptr;
             Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(!marked);
     }
 
@@ -434,19 +439,15 @@ private Q_SLOTS:
         CommandLayer layer;
         RecordedCompound& compound = layer.AddCompound("Old");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        bool done = false;
-        QCOMPARE(LookAtMenu(browser, 0, &done).m_entries,
+        ShowLibrary(browser, layer.GetAccessor());
+        QCOMPARE(MenuLook(browser, 0).m_entries,
                  QStringList() << Text("Rename Old") << Text("Delete Old (off)") << Text("Edit Tags for Old"));
-        QVERIFY(done);
         compound.m_name = "New";
         compound.m_modifiable = false;
         layer.GiveObject(compound);
-        QCOMPARE(LookAtMenu(browser, 0, &done).m_entries,
-                 QStringList() << Text("Show Files for New") << Text("Rename New (off)") << Text("Delete New (off)")
-                               << Text("Compound source") << Text("Edit Tags for New (off)"));
-        QVERIFY(done);
+        QCOMPARE(MenuLook(browser, 0).m_entries, QStringList() << Text("Show Files for New") << Text("Rename New (off)")
+                                                               << Text("Delete New (off)") << Text("Compound source")
+                                                               << Text("Edit Tags for New (off)"));
     }
 
     void nothingIsLeftOfAMenuThatWasClosed()
@@ -455,8 +456,7 @@ private Q_SLOTS:
         layer.GiveObject(layer.AddCompound("X"));
         layer.AddResource("Local", "//local", layer.MakeSource("//local"));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         QPointer<QMenu> menu;
         QPointer<QMenu> submenu;
         QPointer<QAction> entry;
@@ -490,19 +490,13 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.GiveObject(layer.AddCompound("X"));
         ListeningBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         const QStringList wanted = QStringList() << call << Text("menu closed") << Text("selection changed");
-        ModalUser user;
-        user.WhenMenuOpens([&entry](QMenu& in_menu) { Choose(in_menu, entry.constData()); });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        UseMenu(browser, 0, [&entry](QMenu& in_menu) { Choose(in_menu, entry.constData()); });
         QCOMPARE(browser.m_calls, wanted);
 
         browser.m_calls.clear();
-        user.WhenMenuOpens([&entry](QMenu& in_menu) { ClickEntry(in_menu, entry.constData()); });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        UseMenu(browser, 0, [&entry](QMenu& in_menu) { ClickEntry(in_menu, entry.constData()); });
         QCOMPARE(browser.m_calls, wanted);
     }
 
@@ -511,8 +505,15 @@ private Q_SLOTS:
         QTest::addColumn<bool>("signature");
         QTest::addColumn<bool>("modifiable");
         QTest::addColumn<bool>("known");
+        const char* const kinds[] = {"compound", "signature"};
+        const char* const changes[] = {"refuses changes", "takes changes"};
+        const char* const objects[] = {"no object", "an object"};
         for (int i = 0; i < 8; ++i)
-            QTest::newRow(QByteArray::number(i).constData()) << ((i & 1) != 0) << ((i & 2) != 0) << ((i & 4) != 0);
+        {
+            const bool signature = (i & 1) != 0, modifiable = (i & 2) != 0, known = (i & 4) != 0;
+            const std::string tag = std::string(kinds[signature]) + ", " + changes[modifiable] + ", " + objects[known];
+            QTest::newRow(tag.c_str()) << signature << modifiable << known;
+        }
     }
 
     void deletingIsAlwaysShownAndNeverOffered()
@@ -530,8 +531,7 @@ private Q_SLOTS:
         ShowAll(browser, layer.GetAccessor());
         bool there = false;
         bool enabled = true;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             const QAction* const entry = FindEntry(in_menu, "Delete X");
             there = entry != nullptr;
             enabled = entry && entry->isEnabled();
@@ -541,8 +541,6 @@ private Q_SLOTS:
             if (in_menu.isVisible())
                 Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(there);
         QVERIFY(!enabled);
         QCOMPARE(browser.m_calls, QStringList() << Text("menu closed") << Text("selection changed"));
@@ -554,15 +552,11 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.AddCompound("X");
         ListeningBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) {
+        ShowLibrary(browser, layer.GetAccessor());
+        UseMenu(browser, 0, [](QMenu& in_menu) {
             FindEntry(in_menu, "Delete X")->setEnabled(true);
             Choose(in_menu, "Delete X");
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QCOMPARE(browser.m_calls.value(0), Text("delete"));
     }
 
@@ -574,14 +568,11 @@ private Q_SLOTS:
         ShowAll(browser, layer.GetAccessor());
         bool empty = false;
         QStringList callsInMenu(Text("none"));
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             empty = in_menu.actions().isEmpty();
             callsInMenu = browser.m_calls;
             Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(empty);
         // It was modal: nothing went on before it was left.
         QCOMPARE(callsInMenu, QStringList());
@@ -598,15 +589,13 @@ private Q_SLOTS:
         const auto there = layer.AddResource("There", "//there/%1", layer.MakeSource("//there"));
         const auto fixed = layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         layer.m_log.clear();
         MenuLook look;
         QStringList tips;
         QList<QVariant> data;
         bool entryOn = false;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             const QAction& entry = *FindEntry(in_menu, "Compound source");
             entryOn = entry.isEnabled();
             look.Take(*entry.menu());
@@ -618,8 +607,6 @@ private Q_SLOTS:
             }
             Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(entryOn);
         QCOMPARE(look.m_entries,
                  QStringList() << Text("Here[Current] (off)") << Text("There") << Text("Fixed [Read-Only] (off)"));
@@ -645,16 +632,8 @@ private Q_SLOTS:
         layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         ListeningBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) {
-            if (GoTo(in_menu, "Compound source"))
-                Press(in_menu, Qt::Key_Right);
-        });
-        user.WhenSubmenuOpens([](QMenu& in_submenu) { Choose(in_submenu, "There"); });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        ShowLibrary(browser, layer.GetAccessor());
+        UseSources(browser, 0, [](QMenu& in_submenu) { Choose(in_submenu, "There"); });
         QCOMPARE(browser.m_calls, QStringList()
                                       << Text("move to There") << Text("menu closed") << Text("selection changed"));
     }
@@ -665,22 +644,13 @@ private Q_SLOTS:
         layer.GiveObject(layer.AddCompound("X"));
         layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         ListeningBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         bool there = false;
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) {
-            if (GoTo(in_menu, "Compound source"))
-                Press(in_menu, Qt::Key_Right);
-        });
-        user.WhenSubmenuOpens([&there](QMenu& in_submenu) {
+        UseSources(browser, 0, [&there](QMenu& in_submenu) {
             there = FindEntry(in_submenu, "Fixed [Read-Only]") != nullptr;
             ClickEntry(in_submenu, "Fixed [Read-Only]");
-            while (QWidget* const open = QApplication::activePopupWidget())
-                Press(*open, Qt::Key_Escape);
+            CloseMenus();
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(there);
         QCOMPARE(browser.m_calls, QStringList() << Text("menu closed") << Text("selection changed"));
     }
@@ -693,16 +663,8 @@ private Q_SLOTS:
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        MenuLook look;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
-            look.Take(*FindEntry(in_menu, "Compound source")->menu());
-            Press(in_menu, Qt::Key_Escape);
-        });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        ShowLibrary(browser, layer.GetAccessor());
+        const MenuLook look = MenuLook::OfSources(browser, 0);
         QCOMPARE(look.m_entries, QStringList() << Text("Here[Current] [Read-Only] (off)") << Text("There (off)")
                                                << Text("Fixed [Read-Only] (off)"));
     }
@@ -715,16 +677,8 @@ private Q_SLOTS:
         layer.GiveObject(compound);
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        MenuLook look;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
-            look.Take(*FindEntry(in_menu, "Compound source")->menu());
-            Press(in_menu, Qt::Key_Escape);
-        });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        ShowLibrary(browser, layer.GetAccessor());
+        const MenuLook look = MenuLook::OfSources(browser, 0);
         QCOMPARE(look.m_entries, QStringList(Text("There")));
     }
 
@@ -743,13 +697,11 @@ private Q_SLOTS:
         if (matches)
             layer.AddResource("Nowhere", "//nowhere", nullptr);
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         bool found = false;
         bool empty = false;
         bool visible = false;
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             const QAction* const entry = FindEntry(in_menu, "Compound source");
             found = entry && entry->menu() && entry->isEnabled();
             empty = found && entry->menu()->actions().isEmpty();
@@ -757,8 +709,6 @@ private Q_SLOTS:
                       in_menu.actionGeometry(FindEntry(in_menu, "Compound source")).height() > 0;
             Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(found);
         QVERIFY(empty);
         QVERIFY(visible);
@@ -780,8 +730,7 @@ private Q_SLOTS:
         const auto object = layer.GiveObject(layer.AddCompound("X"));
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         ListeningBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         if (hole == 0)
             object->m_manager.reset();
         else if (hole == 1)
@@ -895,17 +844,14 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.GiveObject(layer.AddCompound("name %1"));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         Shouting translator;
         QApplication::installTranslator(&translator);
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
+        const MenuLook look(browser, 0);
         QMenu menu;
         for (int command = 0; command < 4; ++command)
             browser.CreateMenuCommand(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
         QApplication::removeTranslator(&translator);
-        QVERIFY(done);
         QCOMPARE(look.m_entries, QStringList() << Text("SHOW FILES FOR name %1") << Text("RENAME name %1")
                                                << Text("DELETE name %1 (off)") << Text("COMPOUND SOURCE")
                                                << Text("EDIT TAGS FOR name %1"));
@@ -922,16 +868,12 @@ private Q_SLOTS:
         std::vector<ItemID> shown;
         layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID& in_item) { shown.push_back(in_item); });
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        ShowLibrary(browser, library.GetAccessor());
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             library.Remove(a);
             Settle(); // the rows are laid out anew while the menu is open
             Choose(in_menu, "Show Files for a");
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QCOMPARE(shown.size(), std::size_t(1));
         QVERIFY(shown[0] == b);
         QVERIFY(browser.GetSelection() == b);
@@ -963,30 +905,18 @@ private Q_SLOTS:
         int shown = 0;
         layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
         GuardedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         const nexa4::DisableErrorReportingGuard quiet;
-        ModalUser user;
         const std::function<void(QMenu&)> choose = [&](QMenu& in_menu) {
             TakeRowAway(change, layer, library, browser);
             Settle(); // the rows are laid out anew while the menu is open
             Choose(in_menu, entry.constData());
         };
         if (entry == "There")
-        {
-            user.WhenMenuOpens([](QMenu& in_menu) {
-                if (GoTo(in_menu, "Compound source"))
-                    Press(in_menu, Qt::Key_Right);
-            });
-            user.WhenSubmenuOpens(choose);
-        }
+            UseSources(browser, 0, choose);
         else
-        {
-            user.WhenMenuOpens(choose);
-        }
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+            UseMenu(browser, 0, choose);
         QCOMPARE(shown, 0);
         // A move knows its compound by itself; it goes by what the database still has.
         const bool stillThere = change == eNoLibrary || change == eEmptyLibrary;
@@ -1002,15 +932,11 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Solver("a"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        ShowLibrary(browser, library.GetAccessor());
+        UseMenu(browser, 0, [&](QMenu& in_menu) {
             layer.RemoveLibrary(library);
             Press(in_menu, Qt::Key_Escape);
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
         QCOMPARE(browser.SignalCount(), 1);
         QVERIFY(!browser.GetSelection().IsValid());
     }
@@ -1021,12 +947,9 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Compound("a"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         layer.RemoveLibrary(library);
-        bool done = false;
-        const MenuLook look = LookAtMenu(browser, 0, &done);
-        QVERIFY(done);
+        const MenuLook look(browser, 0);
         QCOMPARE(look.m_entries, QStringList());
         QCOMPARE(browser.SignalCount(), 1);
     }
@@ -1049,18 +972,14 @@ private Q_SLOTS:
         int shown = 0;
         layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
-        browser->SetItemLibrary(library.GetAccessor());
-        ShowBrowser(*browser);
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
+        ShowLibrary(*browser, library.GetAccessor());
+        UseMenu(*browser, 0, [&](QMenu& in_menu) {
             browser.reset();
             if (entry.isEmpty())
                 Press(in_menu, Qt::Key_Escape);
             else
                 Choose(in_menu, entry.constData());
         });
-        browser->RightPress(0);
-        QVERIFY(user.IsDone());
         QVERIFY(!browser);
         QCOMPARE(shown, 0);
     }
@@ -1087,26 +1006,6 @@ private:
 
     struct NotTheHelper : public hmx::IBase
     {
-    };
-
-    /// Keeps what a move throws away from the toolkit.
-    class GuardedBrowser : public CommandBrowser
-    {
-    public:
-        bool m_threw = false;
-
-    protected:
-        void OnDatasourceChange() override
-        {
-            try
-            {
-                CNodeBrowser::OnDatasourceChange();
-            }
-            catch (const nexa4::ExBase::NullPtr&)
-            {
-                m_threw = true;
-            }
-        }
     };
 
     static RecordedItem& AddKind(CommandLayer& out_layer, const QByteArray& in_kind)

@@ -68,17 +68,18 @@ int Confirm(QDialog& in_dialog)
 
 /// Confirms an empty name, and answers the message that this brings up with a key.
 /// \param in_look what to do with the message before
-void ConfirmEmptyName(QWidget& in_window, const Person::Work& in_look = Person::Work())
+void ConfirmEmptyName(QWidget& in_window, const std::function<void(QWidget&)>& in_look = nullptr)
 {
+    ModalUser reader;
     // The toolkit fixes the size of a message that has a window already.
-    ExpectPlatformWarning("This plugin does not support propagateSizeHints()");
-    const Person reader([&in_look](QWidget& in_message) {
+    reader.WhenLaidOutDialogOpens("Invalid Name", [&in_look](QDialog& in_message) {
+        QVERIFY(Activate(in_message));
         if (in_look)
             in_look(in_message);
         PressKey(Qt::Key_Return);
     });
     Click(*FindButton(in_window, "Ok"));
-    QVERIFY(reader.HasActed());
+    QVERIFY(reader.IsDone());
     QVERIFY(Activate(in_window));
 }
 
@@ -305,7 +306,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         CVireoCompoundCreateDialog dialog(ItemLibraryAccessor(), kindWord.constData(), "", false);
         bool stayedOpen = false;
-        const Person::Work readMessage = [&text](QWidget& in_window) {
+        const std::function<void(QWidget&)> readMessage = [&text](QWidget& in_window) {
             QMessageBox* const box = qobject_cast<QMessageBox*>(&in_window);
             QVERIFY(box);
             QCOMPARE(box->icon(), QMessageBox::Critical);

@@ -1,12 +1,14 @@
 #include "datamodel/helpers.h"
 #include "tests/nodebrowser/commandbrowser.h"
 #include "tests/nodebrowser/commandlayer.h"
-#include "tests/nodebrowser/modaluser.h"
+#include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
+#include "tests/support/text.h"
 
 #include <QComboBox>
 #include <QUndoStack>
 
+#include <functional>
 #include <memory>
 
 using memorymodel::DataLayer;
@@ -20,11 +22,6 @@ using vireo::datamodel::VireoType;
 
 namespace
 {
-
-QString Text(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
 
 /// The line edit of a dialog in a row: 0 for the name, 1 for the category.
 QLineEdit& Field(QDialog& in_dialog, int in_row)
@@ -75,11 +72,33 @@ void Trigger(CommandBrowser& in_browser, CNodeBrowser::eMenuCommand in_command)
     menu.actions().at(0)->trigger();
 }
 
+/// Triggers a command, and does something in the dialog that it opens.
+void Create(CommandBrowser& in_browser, const Creation& in_creation, const std::function<void(QDialog&)>& in_action)
+{
+    ModalUser user;
+    user.WhenDialogOpens(in_creation.m_title, in_action);
+    Trigger(in_browser, in_creation.m_command);
+    QVERIFY(user.IsDone());
+}
+
+/// Triggers a command and confirms its dialog as it is.
+void Create(CommandBrowser& in_browser, const Creation& in_creation)
+{
+    Create(in_browser, in_creation, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
+}
+
 void AddCreationRows()
 {
     QTest::addColumn<int>("kind");
     for (int i = 0; i < 3; ++i)
         QTest::newRow(gCreations[i].m_defaultName) << i;
+}
+
+/// The command of the row that is being tested.
+const Creation& FetchCreation()
+{
+    QFETCH(int, kind);
+    return gCreations[kind];
 }
 
 } // namespace
@@ -93,22 +112,18 @@ private Q_SLOTS:
 
     void confirmingTheDefaultNameCreatesAndMakesItTheTarget()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         browser.SetCommandManager(&layer.m_commands);
         QString name;
         int combos = -1;
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [&](QDialog& in_dialog) {
+        Create(browser, creation, [&](QDialog& in_dialog) {
             name = Field(in_dialog, 0).text();
             combos = static_cast<int>(in_dialog.findChildren<QComboBox*>().size());
             Press(in_dialog, Qt::Key_Return);
         });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(name, Text(creation.m_defaultName));
         // Only a signature has no signature to build on.
         QCOMPARE(combos, creation.m_command == CNodeBrowser::eNewSignature ? 0 : 1);
@@ -120,16 +135,11 @@ private Q_SLOTS:
 
     void nameAndCategoryArriveAsTyped()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title,
-                             [](QDialog& in_dialog) { FillIn(in_dialog, "my node-\xE4", "a / b \xF6 "); });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
+        Create(browser, creation, [](QDialog& in_dialog) { FillIn(in_dialog, "my node-\xE4", "a / b \xF6 "); });
         QCOMPARE(layer.m_log.size(), 2);
         QVERIFY(layer.m_log.at(0).contains(Text("'my_node_\xE4'")));
         QVERIFY(layer.m_log.at(0).contains(Text("category: 'a / b \xF6 '")));
@@ -139,15 +149,11 @@ private Q_SLOTS:
 
     void aMissingCommandManagerIsPassedOnAsItIs()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
+        Create(browser, creation);
         QCOMPARE(layer.m_log.size(), 2);
         QVERIFY(layer.m_log.at(0).endsWith(Text(", no manager")));
     }
@@ -164,14 +170,12 @@ private Q_SLOTS:
 
     void leavingTheDialogCreatesNothing()
     {
-        QFETCH(int, kind);
         QFETCH(int, way);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [way](QDialog& in_dialog) {
+        Create(browser, creation, [way](QDialog& in_dialog) {
             Retype(Field(in_dialog, 0), "typed");
             if (way == 0)
                 ClickButton(in_dialog, "Cancel");
@@ -180,17 +184,47 @@ private Q_SLOTS:
             else
                 in_dialog.close();
         });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(layer.m_log, QStringList());
+    }
+
+    void theNameAloneDecidesNotTheDialogsResult_data() { AddCreationRows(); }
+
+    void theNameAloneDecidesNotTheDialogsResult()
+    {
+        const Creation& creation = FetchCreation();
+        CommandLayer layer;
+        CommandBrowser browser;
+        browser.SetItemLibrary(layer.GetAccessor());
+        browser.SetCommandManager(&layer.m_commands);
+        Create(browser, creation, [](QDialog& in_dialog) {
+            Press(in_dialog, Qt::Key_Return);
+            in_dialog.setResult(QDialog::Rejected);
+        });
+        QCOMPARE(layer.Lines("create"), QStringList(Text(creation.m_log)));
+        QCOMPARE(layer.Lines("target").size(), 1);
+    }
+
+    void theListIsLeftToTheNotifications_data() { AddCreationRows(); }
+
+    void theListIsLeftToTheNotifications()
+    {
+        CommandLayer layer;
+        CommandBrowser browser;
+        ShowLibrary(browser, layer.GetAccessor());
+        Create(browser, FetchCreation(), [&layer](QDialog& in_dialog) {
+            layer.m_library->m_walks = 0; // the dialog has walked the compounds for its signatures
+            Press(in_dialog, Qt::Key_Return);
+        });
+        Settle();
+        QCOMPARE(layer.Lines("create").size(), 1);
+        QCOMPARE(layer.m_library->m_walks, 0);
     }
 
     void anEmptyNameIsRefusedAndThenLeft_data() { AddCreationRows(); }
 
     void anEmptyNameIsRefusedAndThenLeft()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
@@ -233,8 +267,7 @@ private Q_SLOTS:
 
     void theChosenSignatureBecomesTheBaseClass()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         RecordedCompound& second = layer.AddCompound("b");
         second.m_signature = true;
@@ -246,15 +279,12 @@ private Q_SLOTS:
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         layer.m_log.clear();
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) {
+        Create(browser, creation, [](QDialog& in_dialog) {
             QComboBox& combo = *in_dialog.findChild<QComboBox*>();
             Press(combo, Qt::Key_Down);
             Press(combo, Qt::Key_Down);
             ClickButton(in_dialog, "Ok");
         });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(layer.m_log.size(), 2);
         QVERIFY(layer.m_log.at(0).contains(Text("base class: '%1'").arg(Text(second.m_uid.c_str()))));
     }
@@ -263,17 +293,13 @@ private Q_SLOTS:
 
     void aRefusedCreationLeavesTheTarget()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         layer.m_library->m_refusing = true;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         browser.SetCommandManager(&layer.m_commands);
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
+        Create(browser, creation);
         QCOMPARE(layer.m_log, QStringList(Text(creation.m_log)));
     }
 
@@ -281,14 +307,10 @@ private Q_SLOTS:
 
     void withoutALibraryTheDialogOpensAndNothingIsMade()
     {
-        QFETCH(int, kind);
-        const Creation& creation = gCreations[kind];
+        const Creation& creation = FetchCreation();
         CommandLayer layer;
         CommandBrowser browser;
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
+        Create(browser, creation);
         QCOMPARE(layer.m_log, QStringList());
     }
 
@@ -306,14 +328,11 @@ private Q_SLOTS:
         browser.SetCommandManager(&layer.GetCommandManager());
         ShowAll(browser, library.GetAccessor());
         browser.Select(0);
-        ModalUser user;
-        user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) {
+        Create(browser, creation, [](QDialog& in_dialog) {
             if (QComboBox* const combo = in_dialog.findChild<QComboBox*>())
                 Press(*combo, Qt::Key_Down);
             FillIn(in_dialog, "Middle", "Maths");
         });
-        Trigger(browser, creation.m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(browser.GetRowCount(), std::size_t(2)); // only the next paint knows of it
         Settle();
         const QStringList two = QStringList() << Text("Shape") << Text("Zoo");
@@ -350,10 +369,7 @@ private Q_SLOTS:
         CommandBrowser browser;
         browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ModalUser user;
-        user.WhenDialogOpens("Create compound", [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        Trigger(browser, CNodeBrowser::eNewCompound);
-        QVERIFY(user.IsDone());
+        Create(browser, gCreations[CNodeBrowser::eNewCompound]);
         QCOMPARE(library.GetItemCount(), std::size_t(1));
         QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
         QCOMPARE(targets, 0);
@@ -372,7 +388,6 @@ private Q_SLOTS:
 
     void creatingInALibraryThatIsGoneByThenMakesNothing()
     {
-        QFETCH(int, kind);
         QFETCH(bool, destroyed);
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
@@ -380,11 +395,9 @@ private Q_SLOTS:
         int targets = 0;
         layer.SetCompoundTargetHandler([&targets] { ++targets; });
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
-        ModalUser user;
-        user.WhenDialogOpens(gCreations[kind].m_title, [&](QDialog& in_dialog) {
+        ShowLibrary(browser, library.GetAccessor());
+        Create(browser, FetchCreation(), [&](QDialog& in_dialog) {
             if (destroyed)
                 layer.RemoveLibrary(library);
             else
@@ -392,8 +405,6 @@ private Q_SLOTS:
             Settle();
             Press(in_dialog, Qt::Key_Return);
         });
-        Trigger(browser, gCreations[kind].m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
         QCOMPARE(targets, 0);
     }
@@ -402,20 +413,16 @@ private Q_SLOTS:
 
     void aNewItemGoesToTheLibraryThatItWasAskedForIn()
     {
-        QFETCH(int, kind);
         DataLayer layer;
         Library& first = layer.AddLibrary("First");
         Library& second = layer.AddLibrary("Second");
         CommandBrowser browser;
         browser.SetItemLibrary(first.GetAccessor());
-        ModalUser user;
-        user.WhenDialogOpens(gCreations[kind].m_title, [&](QDialog& in_dialog) {
+        Create(browser, FetchCreation(), [&](QDialog& in_dialog) {
             browser.SetItemLibrary(second.GetAccessor());
             browser.SetCommandManager(&layer.GetCommandManager());
             Press(in_dialog, Qt::Key_Return);
         });
-        Trigger(browser, gCreations[kind].m_command);
-        QVERIFY(user.IsDone());
         QCOMPARE(first.GetItemCount(), std::size_t(1));
         QCOMPARE(second.GetItemCount(), std::size_t(0));
         // The command manager is the one there is at the end: another one may be gone by then.
@@ -426,18 +433,14 @@ private Q_SLOTS:
 
     void aBrowserDestroyedWhileItsDialogIsOpenMakesNothing()
     {
-        QFETCH(int, kind);
         CommandLayer layer;
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
         browser->SetItemLibrary(layer.GetAccessor());
         browser->SetCommandManager(&layer.m_commands);
-        ModalUser user;
-        user.WhenDialogOpens(gCreations[kind].m_title, [&browser](QDialog& in_dialog) {
+        Create(*browser, FetchCreation(), [&browser](QDialog& in_dialog) {
             browser.reset();
             Press(in_dialog, Qt::Key_Return);
         });
-        Trigger(*browser, gCreations[kind].m_command);
-        QVERIFY(user.IsDone());
         QVERIFY(!browser);
         QCOMPARE(layer.m_log, QStringList());
     }
@@ -446,7 +449,6 @@ private Q_SLOTS:
 
     void aBrowserMayBeDestroyedByWhatItCreates()
     {
-        QFETCH(int, kind);
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
@@ -456,11 +458,8 @@ private Q_SLOTS:
         ItemLibraryAccessor accessor = library.GetAccessor();
         const vireo::datamodel::ItemTOCAccessor toc = GetTOC(accessor);
         toc.AddObserver(&destroyer, vireo::datamodel::eItemTOCNotificationKind, toc.GetContext());
-        ModalUser user;
-        user.WhenDialogOpens(gCreations[kind].m_title, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        Trigger(*browser, gCreations[kind].m_command);
+        Create(*browser, FetchCreation());
         toc.RemoveObserver(&destroyer, vireo::datamodel::eItemTOCNotificationKind, toc.GetContext());
-        QVERIFY(user.IsDone());
         QVERIFY(!browser);
         QCOMPARE(library.GetItemCount(), std::size_t(1));
         QVERIFY(layer.GetCompoundTarget() == library.GetItems().front());
@@ -479,8 +478,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.m_library->m_refusing = failing;
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         const int windows = CountVisibleWindows();
         ModalUser user;
         const int paints = CountPaints(browser, [&] { Trigger(browser, CNodeBrowser::eSaveGraphLibrary); });

@@ -3,6 +3,7 @@
 #include "nodebrowser/datasourcelist.h"
 #include "tests/nodebrowser/commandlayer.h"
 #include "tests/support/testmain.h"
+#include "tests/support/text.h"
 
 using memorymodel::DataLayer;
 using memorymodel::DataSource;
@@ -17,11 +18,6 @@ using vireo::datamodel::ItemIDUnlock;
 
 namespace
 {
-
-QString Text(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
 
 /// The entries as the menu shows them: " (off)" behind what is disabled.
 QStringList Labels(const std::vector<DataSourceEntry>& in_entries)

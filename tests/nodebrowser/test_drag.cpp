@@ -124,6 +124,12 @@ public:
         m_timer.stop();
     }
 
+    void DragRow(int in_row, const QPoint& in_way, Qt::MouseButtons in_buttons = Qt::LeftButton)
+    {
+        PressRow(in_row);
+        Move(in_way, in_buttons);
+    }
+
     /// Lets go without a drag.
     void Release() { QTest::mouseRelease(&m_browser, Qt::LeftButton, Qt::NoModifier, m_start); }
 
@@ -160,6 +166,24 @@ private:
     int m_steps = 0;
 };
 
+/// A hand on a browser of some nodes, with a window beside it to drop on.
+struct Scene
+{
+    explicit Scene(Hand::eEnd in_end = Hand::eDrop) : m_hand(m_browser, m_target, in_end)
+    {
+        m_library.AddNodes(5);
+        ShowLibrary(m_browser, m_library.GetAccessor());
+    }
+
+    /// The text that stands for the item of a row.
+    QString RowText(int in_row) const { return SerializedText(m_library.GetItem(in_row).m_id); }
+
+    FakeLibrary m_library;
+    ProbedBrowser m_browser;
+    DropTarget m_target;
+    Hand m_hand;
+};
+
 class TestDrag : public QObject
 {
     Q_OBJECT
@@ -185,13 +209,10 @@ private Q_SLOTS:
         items.push_back(library.Add(NewItem::GlobalConstant("3")));
         items.push_back(library.Add(NewItem::Type("4")));
         ProbedBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowAll(browser, library.GetAccessor());
         DropTarget target;
         Hand hand(browser, target);
-        hand.PressRow(row);
-        hand.Move(QPoint(50, 0));
+        hand.DragRow(row, QPoint(50, 0));
         QCOMPARE(hand.m_drags, 1);
         QCOMPARE(target.m_drops, 1);
         const ItemID item = items[static_cast<std::size_t>(row)];
@@ -202,55 +223,34 @@ private Q_SLOTS:
 
     void theDragOffersACopyOfOneFormatAndNothingElse()
     {
-        FakeLibrary library;
-        library.AddNodes(3);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.PressRow(1);
-        hand.Move(QPoint(0, 30));
-        QCOMPARE(target.m_drops, 1);
-        QCOMPARE(target.m_formats, QStringList(gFormat));
-        QCOMPARE(int(target.m_possibleActions), int(Qt::CopyAction));
-        QCOMPARE(int(target.m_proposedAction), int(Qt::CopyAction));
-        QCOMPARE(target.m_source, static_cast<QObject*>(&browser));
+        Scene scene;
+        scene.m_hand.DragRow(1, QPoint(0, 30));
+        QCOMPARE(scene.m_target.m_drops, 1);
+        QCOMPARE(scene.m_target.m_formats, QStringList(gFormat));
+        QCOMPARE(int(scene.m_target.m_possibleActions), int(Qt::CopyAction));
+        QCOMPARE(int(scene.m_target.m_proposedAction), int(Qt::CopyAction));
+        QCOMPARE(scene.m_target.m_source, static_cast<QObject*>(&scene.m_browser));
     }
 
     void theDragIsTheBrowsersOwnAndHasNoPicture()
     {
-        FakeLibrary library;
-        library.AddNodes(3);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.PressRow(1);
-        hand.Move(QPoint(0, 30));
-        const QDrag* const drag = browser.findChild<QDrag*>();
+        Scene scene;
+        scene.m_hand.DragRow(1, QPoint(0, 30));
+        const QDrag* const drag = scene.m_browser.findChild<QDrag*>();
         QVERIFY(drag);
         QVERIFY(drag->pixmap().isNull());
-        const QDrag untouched(&target);
+        const QDrag untouched(&scene.m_target);
         QCOMPARE(drag->hotSpot(), untouched.hotSpot());
-        QVERIFY(drag->source() == &browser);
+        QVERIFY(drag->source() == &scene.m_browser);
         QCOMPARE(drag->mimeData()->formats(), QStringList(gFormat));
-        QCOMPARE(drag->parent(), static_cast<QObject*>(&browser));
+        QCOMPARE(drag->parent(), static_cast<QObject*>(&scene.m_browser));
     }
 
     void thePayloadIsOneTextInBigEndianUtf16()
     {
-        FakeLibrary library;
-        library.AddNodes(1);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.PressRow(0);
-        hand.Move(QPoint(50, 0));
-        const std::string text = library.GetItem(0).m_id.Serialize();
+        Scene scene;
+        scene.m_hand.DragRow(0, QPoint(50, 0));
+        const std::string text = scene.m_library.GetItem(0).m_id.Serialize();
         QVERIFY(!text.empty());
         QByteArray expected;
         const unsigned bytes = static_cast<unsigned>(text.size()) * 2;
@@ -261,63 +261,43 @@ private Q_SLOTS:
             expected.append('\0');
             expected.append(character);
         }
-        QCOMPARE(target.m_payload, expected);
+        QCOMPARE(scene.m_target.m_payload, expected);
     }
 
     void theSelectionIsAsItWasAfterTheDrop()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        QSignalSpy spy(&browser, SIGNAL(SelectionChanged()));
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.PressRow(3);
-        hand.Move(QPoint(50, 0));
-        QCOMPARE(target.m_drops, 1);
-        QVERIFY(browser.GetSelection() == library.GetItem(3).m_id);
+        Scene scene;
+        QSignalSpy spy(&scene.m_browser, SIGNAL(SelectionChanged()));
+        scene.m_hand.DragRow(3, QPoint(50, 0));
+        QCOMPARE(scene.m_target.m_drops, 1);
+        QVERIFY(scene.m_browser.GetSelection() == scene.m_library.GetItem(3).m_id);
         QCOMPARE(static_cast<int>(spy.count()), 1);
     }
 
     void aDragThatIsGivenUpDropsNothing()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target, Hand::eEscape);
-        hand.PressRow(3);
-        hand.Move(QPoint(50, 0));
-        QCOMPARE(hand.m_drags, 1);
-        QCOMPARE(target.m_drops, 0);
-        QVERIFY(browser.GetSelection() == library.GetItem(3).m_id);
+        Scene scene(Hand::eEscape);
+        scene.m_hand.DragRow(3, QPoint(50, 0));
+        QCOMPARE(scene.m_hand.m_drags, 1);
+        QCOMPARE(scene.m_target.m_drops, 0);
+        QVERIFY(scene.m_browser.GetSelection() == scene.m_library.GetItem(3).m_id);
     }
 
     void aSecondDragCarriesTheRowThatIsSelectedThen()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
+        Scene scene;
         for (int row = 4; row >= 3; --row)
         {
             Settle();
-            target.m_enters = 0;
-            Hand hand(browser, target);
-            hand.PressRow(row);
-            hand.Move(QPoint(50, 0));
+            scene.m_target.m_enters = 0;
+            Hand hand(scene.m_browser, scene.m_target);
+            hand.DragRow(row, QPoint(50, 0));
             QCOMPARE(hand.m_drags, 1);
-            QCOMPARE(target.m_enters, 1);
-            QCOMPARE(target.m_drops, 5 - row);
-            QCOMPARE(Decode(target.m_payload), SerializedText(library.GetItem(row).m_id));
+            QCOMPARE(scene.m_target.m_enters, 1);
+            QCOMPARE(scene.m_target.m_drops, 5 - row);
+            QCOMPARE(Decode(scene.m_target.m_payload), scene.RowText(row));
         }
-        QCOMPARE(target.m_drops, 2);
+        QCOMPARE(scene.m_target.m_drops, 2);
     }
 
     void aTypeSelectorCanBeDraggedFromToo()
@@ -325,12 +305,10 @@ private Q_SLOTS:
         FakeLibrary library;
         library.Add(LibType::gType, "Colour");
         ProbedBrowser browser(eConfigTypeSelector);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         DropTarget target;
         Hand hand(browser, target);
-        hand.PressRow(0);
-        hand.Move(QPoint(50, 0));
+        hand.DragRow(0, QPoint(50, 0));
         QCOMPARE(Decode(target.m_payload), SerializedText(library.GetItem(0).m_id));
     }
 
@@ -355,96 +333,64 @@ private Q_SLOTS:
         QFETCH(int, x);
         QFETCH(int, y);
         QFETCH(bool, starts);
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.PressRow(3);
-        hand.Move(QPoint(x, y));
-        QCOMPARE(hand.m_drags, starts ? 1 : 0);
-        QCOMPARE(target.m_drops, starts ? 1 : 0);
-        hand.Release();
+        Scene scene;
+        scene.m_hand.DragRow(3, QPoint(x, y));
+        QCOMPARE(scene.m_hand.m_drags, starts ? 1 : 0);
+        QCOMPARE(scene.m_target.m_drops, starts ? 1 : 0);
+        scene.m_hand.Release();
     }
 
     void theStartDragDistanceIsThatOfTheApplication()
     {
         const int distance = QApplication::startDragDistance();
         QApplication::setStartDragDistance(60);
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.PressRow(3);
-        hand.Move(QPoint(59, 0));
-        QCOMPARE(hand.m_drags, 0);
-        hand.Move(QPoint(60, 0));
+        Scene scene;
+        scene.m_hand.DragRow(3, QPoint(59, 0));
+        QCOMPARE(scene.m_hand.m_drags, 0);
+        scene.m_hand.Move(QPoint(60, 0));
         QApplication::setStartDragDistance(distance);
-        QCOMPARE(hand.m_drags, 1);
-        QCOMPARE(target.m_drops, 1);
+        QCOMPARE(scene.m_hand.m_drags, 1);
+        QCOMPARE(scene.m_target.m_drops, 1);
     }
 
     void theWayIsMeasuredFromThePressAndNotFromTheLastMove()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.PressRow(3);
+        Scene scene;
+        scene.m_hand.PressRow(3);
         const int distance = QApplication::startDragDistance();
         for (int way = 1; way < distance; ++way)
-            hand.Move(QPoint(way, 0));
-        QCOMPARE(hand.m_drags, 0);
-        hand.Move(QPoint(distance, 0));
-        QCOMPARE(hand.m_drags, 1);
+            scene.m_hand.Move(QPoint(way, 0));
+        QCOMPARE(scene.m_hand.m_drags, 0);
+        scene.m_hand.Move(QPoint(distance, 0));
+        QCOMPARE(scene.m_hand.m_drags, 1);
     }
 
     void theWayIsMeasuredFromTheLastPressOnARowWithTheLeftButton()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.PressRow(0);
-        hand.Release();
+        Scene scene;
+        scene.m_hand.PressRow(0);
+        scene.m_hand.Release();
         // Presses elsewhere clear the selection and leave the start point alone; Enter selects the first row again.
-        QTest::mouseClick(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, 390));
-        QTest::mouseClick(&browser, Qt::MiddleButton, Qt::NoModifier, browser.RowCentre(4));
-        QTest::keyClick(&browser.SearchField(), Qt::Key_Return);
-        QVERIFY(browser.GetSelection() == library.GetItem(0).m_id);
-        hand.Move(QPoint(1, 1));
-        QCOMPARE(hand.m_drags, 0);
-        hand.Move(QPoint(0, 96));
-        QCOMPARE(hand.m_drags, 1);
+        QTest::mouseClick(&scene.m_browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, 390));
+        QTest::mouseClick(&scene.m_browser, Qt::MiddleButton, Qt::NoModifier, scene.m_browser.RowCentre(4));
+        QTest::keyClick(&scene.m_browser.SearchField(), Qt::Key_Return);
+        QVERIFY(scene.m_browser.GetSelection() == scene.m_library.GetItem(0).m_id);
+        scene.m_hand.Move(QPoint(1, 1));
+        QCOMPARE(scene.m_hand.m_drags, 0);
+        scene.m_hand.Move(QPoint(0, 96));
+        QCOMPARE(scene.m_hand.m_drags, 1);
     }
 
     void beforeAnyPressTheWayIsMeasuredFromTheCorner()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        QTest::keyClick(&browser.SearchField(), Qt::Key_Return);
-        QVERIFY(browser.GetSelection().IsValid());
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.Move(QPoint(QApplication::startDragDistance() - 1, 0));
-        QCOMPARE(hand.m_drags, 0);
-        hand.Move(QPoint(QApplication::startDragDistance(), 0));
-        QCOMPARE(hand.m_drags, 1);
-        QCOMPARE(Decode(target.m_payload), SerializedText(library.GetItem(0).m_id));
+        Scene scene;
+        QTest::keyClick(&scene.m_browser.SearchField(), Qt::Key_Return);
+        QVERIFY(scene.m_browser.GetSelection().IsValid());
+        scene.m_hand.Move(QPoint(QApplication::startDragDistance() - 1, 0));
+        QCOMPARE(scene.m_hand.m_drags, 0);
+        scene.m_hand.Move(QPoint(QApplication::startDragDistance(), 0));
+        QCOMPARE(scene.m_hand.m_drags, 1);
+        QCOMPARE(Decode(scene.m_target.m_payload), scene.RowText(0));
     }
 
     void onlyTheLeftButtonDrags_data()
@@ -463,18 +409,11 @@ private Q_SLOTS:
     {
         QFETCH(int, buttons);
         QFETCH(bool, starts);
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.PressRow(3);
-        hand.Move(QPoint(50, 0), Qt::MouseButtons(QFlag(buttons)));
-        QCOMPARE(hand.m_drags, starts ? 1 : 0);
-        QCOMPARE(target.m_drops, starts ? 1 : 0);
-        hand.Release();
+        Scene scene;
+        scene.m_hand.DragRow(3, QPoint(50, 0), Qt::MouseButtons(QFlag(buttons)));
+        QCOMPARE(scene.m_hand.m_drags, starts ? 1 : 0);
+        QCOMPARE(scene.m_target.m_drops, starts ? 1 : 0);
+        scene.m_hand.Release();
     }
 
     void aSelectionThatWasClearedSilentlyCannotBeDragged_data()
@@ -490,36 +429,24 @@ private Q_SLOTS:
     {
         QFETCH(int, button);
         QFETCH(QPoint, position);
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.PressRow(3);
-        QTest::mousePress(&browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier, position);
-        hand.Move(QPoint(80, 0));
-        QCOMPARE(hand.m_drags, 0);
-        QTest::mouseRelease(&browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier, position);
-        hand.Release();
+        Scene scene;
+        scene.m_hand.PressRow(3);
+        QTest::mousePress(&scene.m_browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier, position);
+        scene.m_hand.Move(QPoint(80, 0));
+        QCOMPARE(scene.m_hand.m_drags, 0);
+        QTest::mouseRelease(&scene.m_browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier, position);
+        scene.m_hand.Release();
     }
 
     void aSelectionThatTheFilterTookAwayCannotBeDragged()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.PressRow(3);
-        browser.SearchField().setText(QString::fromLatin1("001"));
+        Scene scene;
+        scene.m_hand.PressRow(3);
+        scene.m_browser.SearchField().setText(QString::fromLatin1("001"));
         Settle();
-        hand.Move(QPoint(80, 0));
-        QCOMPARE(hand.m_drags, 0);
-        hand.Release();
+        scene.m_hand.Move(QPoint(80, 0));
+        QCOMPARE(scene.m_hand.m_drags, 0);
+        scene.m_hand.Release();
     }
 
     void aSelectionThatTheLibraryTookAwayCannotBeDragged()
@@ -531,8 +458,7 @@ private Q_SLOTS:
         Library& smaller = layer.AddLibrary("Small");
         smaller.Add(NewItem::Solver("Mix"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         DropTarget target;
         Hand hand(browser, target);
         hand.PressRow(7);
@@ -547,16 +473,10 @@ private Q_SLOTS:
 
     void withoutASelectionNothingIsDragged()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        DropTarget target;
-        Hand hand(browser, target);
-        hand.Move(QPoint(100, 100));
-        QCOMPARE(hand.m_drags, 0);
-        QCOMPARE(target.m_drops, 0);
+        Scene scene;
+        scene.m_hand.Move(QPoint(100, 100));
+        QCOMPARE(scene.m_hand.m_drags, 0);
+        QCOMPARE(scene.m_target.m_drops, 0);
     }
 
     void theMouseIsNotTrackedWithoutAButton()

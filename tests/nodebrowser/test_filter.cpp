@@ -52,8 +52,7 @@ private Q_SLOTS:
         m_library->Add(NewItem::GlobalConstant("Pi"));
         m_library->Add(NewItem::Type("Float"));
         m_browser.reset(new ProbedBrowser);
-        m_browser->SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(*m_browser);
+        ShowLibrary(*m_browser, m_library->GetAccessor());
     }
 
     void cleanup()
@@ -336,8 +335,7 @@ private Q_SLOTS:
     void theTypeSelectorShowsTypesWhateverIsTyped()
     {
         ProbedBrowser selector(eConfigTypeSelector);
-        selector.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(selector);
+        ShowLibrary(selector, m_library->GetAccessor());
         QCOMPARE(selector.RowNames(m_library->GetAccessor()).join(QLatin1String(",")), QString::fromLatin1("Float"));
         QTest::keyClicks(&selector.SearchField(), QString::fromLatin1("loop "));
         Settle();

@@ -32,8 +32,7 @@ private Q_SLOTS:
         for (int i = 0; i < 100; ++i)
             library.Add(NewItem::Solver("Solver " + std::to_string(i)));
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.ScrollBar().setValue(300);
         Swipe(browser, 0, Qt::ScrollBegin);
         QCOMPARE(browser.ScrollBar().value(), 300);

@@ -1,10 +1,9 @@
-#include "tests/nodebrowser/commandbrowser.h"
-#include "tests/nodebrowser/commandlayer.h"
-#include "tests/nodebrowser/modaluser.h"
+#include "tests/nodebrowser/onecompound.h"
 #include "tests/support/testmain.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
+#include <QPushButton>
 #include <QUndoStack>
 
 #include <functional>
@@ -23,11 +22,6 @@ namespace
 
 const char gTagsTitle[] = "Edit Item Tags";
 
-QString Text(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
-
 QLineEdit& Field(QDialog& in_dialog)
 {
     return *in_dialog.findChild<QLineEdit*>();
@@ -40,8 +34,10 @@ void FillIn(QDialog& in_dialog, const char* in_text)
     Press(Field(in_dialog), Qt::Key_Return);
 }
 
+using InDialog = std::function<void(QDialog&)>;
+
 /// Waits for one of the two dialogs on the compound "Blend".
-void WhenOneOpens(ModalUser& out_user, bool in_tags, const std::function<void(QDialog&)>& in_action)
+void WhenOneOpens(ModalUser& out_user, bool in_tags, const InDialog& in_action)
 {
     if (in_tags)
         out_user.WhenDialogOpens(gTagsTitle, in_action);
@@ -49,26 +45,77 @@ void WhenOneOpens(ModalUser& out_user, bool in_tags, const std::function<void(QD
         out_user.WhenLaidOutDialogOpens("Rename Blend", in_action);
 }
 
-/// A browser on a library of one compound "Blend" that has an object, its row selected.
-struct OneCompound
+/// Gives one of the two commands, and does something in the dialog that it opens.
+void RenameOrEditTags(CommandBrowser& in_browser, bool in_tags, const InDialog& in_action)
 {
-    OneCompound() : m_compound(m_layer.AddCompound("Blend"))
+    ModalUser user;
+    WhenOneOpens(user, in_tags, in_action);
+    if (in_tags)
+        in_browser.OnEditItemTags();
+    else
+        in_browser.OnRenameItem();
+    QVERIFY(user.IsDone());
+}
+
+void Rename(CommandBrowser& in_browser, const InDialog& in_action)
+{
+    RenameOrEditTags(in_browser, false, in_action);
+}
+
+void EditTags(CommandBrowser& in_browser, const InDialog& in_action)
+{
+    RenameOrEditTags(in_browser, true, in_action);
+}
+
+/// A browser on a library that does what it is asked for. It has one compound "Blend", whose row is selected.
+struct RealCompound
+{
+    explicit RealCompound(const NewItem& in_compound = NewItem::Compound("Blend"))
+        : m_library(m_layer.AddLibrary("Nodes")),
+          m_item(m_library.Add(in_compound)),
+          m_stack(m_layer.GetCommandManager().GetStack())
     {
-        m_compound.m_tags = "color;mix";
-        m_layer.GiveObject(m_compound);
-        m_browser.SetItemLibrary(m_layer.GetAccessor());
-        m_browser.SetCommandManager(&m_layer.m_commands);
-        ShowBrowser(m_browser);
+        m_browser.SetCommandManager(&m_layer.GetCommandManager());
+        ShowLibrary(m_browser, m_library.GetAccessor());
         m_browser.Select(0);
-        m_layer.m_log.clear();
     }
 
-    CommandLayer m_layer;
-    RecordedCompound& m_compound;
+    std::string GetName() const { return m_library.GetAccessor().GetItemName(m_item, true, nullptr); }
+    std::string GetTags() const { return m_library.GetAccessor().GetItemTags(m_item, "ApplicationTags"); }
+
+    DataLayer m_layer;
+    Library& m_library;
+    const ItemID m_item;
+    QUndoStack& m_stack;
     CommandBrowser m_browser;
 };
 
+void ClickCancel(QDialog& in_dialog)
+{
+    for (QPushButton* const button : in_dialog.findChildren<QPushButton*>())
+        if (button->text().remove(QLatin1Char('&')) == QString::fromLatin1("Cancel"))
+            QTest::mouseClick(button, Qt::LeftButton);
+}
+
 } // namespace
+
+/// Destroys a browser as soon as an item changes.
+class Destroyer : public vireo::datamodel::IItemLibraryNotification
+{
+public:
+    explicit Destroyer(std::unique_ptr<CommandBrowser>& in_browser) : m_browser(in_browser) {}
+    void OnBeginChanges(ItemLibraryAccessor&) override {}
+    void OnEndChanges(ItemLibraryAccessor&) override {}
+    void LibraryInvalidated(ItemLibraryAccessor&) override {}
+    void ItemNameChanged(ItemLibraryAccessor&, const ItemID&) override { m_browser.reset(); }
+    void ItemTagsChanged(ItemLibraryAccessor&, const ItemID&, const char*) override { m_browser.reset(); }
+    void ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID&, long) override {}
+    void OnPreCommit(ItemLibraryAccessor&, bool*) override { m_browser.reset(); }
+    void OnPostCommit(ItemLibraryAccessor&) override {}
+
+private:
+    std::unique_ptr<CommandBrowser>& m_browser;
+};
 
 class TestItemCommands : public QObject
 {
@@ -86,7 +133,7 @@ private Q_SLOTS:
     void commandsWithoutASelectedRowDoNothing()
     {
         QFETCH(int, row);
-        OneCompound one;
+        OneCompound<> one;
         ModalUser user;
         if (row < 0)
             one.m_browser.Select(1);
@@ -102,17 +149,14 @@ private Q_SLOTS:
 
     void renamingAsksWithThePresentNameSelected()
     {
-        OneCompound one;
+        OneCompound<> one;
         QString text;
         QString selected;
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [&](QDialog& in_dialog) {
+        Rename(one.m_browser, [&](QDialog& in_dialog) {
             text = Field(in_dialog).text();
             selected = Field(in_dialog).selectedText();
             Press(in_dialog, Qt::Key_Escape);
         });
-        one.m_browser.OnRenameItem();
-        QVERIFY(user.IsDone());
         QCOMPARE(text, Text("Blend"));
         QCOMPARE(selected, Text("Blend"));
         QCOMPARE(one.m_layer.m_log, QStringList());
@@ -138,94 +182,77 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, typed);
         QFETCH(QStringList, log);
-        OneCompound one;
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend",
-                                    [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
-        one.m_browser.OnRenameItem();
-        QVERIFY(user.IsDone());
+        OneCompound<> one;
+        Rename(one.m_browser, [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
         QCOMPARE(one.m_layer.m_log, log);
     }
 
     void confirmingTheNameUntouchedWritesNothing()
     {
-        OneCompound one;
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) {
+        OneCompound<> one;
+        Rename(one.m_browser, [](QDialog& in_dialog) {
             QTest::mouseClick(in_dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
         });
-        one.m_browser.OnRenameItem();
-        QVERIFY(user.IsDone());
         QCOMPARE(one.m_layer.m_log, QStringList());
     }
 
-    void leavingTheRenameDialogWritesNothing_data()
+    void leavingADialogWritesNothing_data()
     {
+        QTest::addColumn<bool>("tags");
         QTest::addColumn<int>("way");
-        QTest::newRow("Cancel") << 0;
-        QTest::newRow("Escape") << 1;
-        QTest::newRow("closing the window") << 2;
+        QTest::newRow("Cancel, name") << false << 0;
+        QTest::newRow("Escape, name") << false << 1;
+        QTest::newRow("closing the window, name") << false << 2;
+        QTest::newRow("Cancel, tags") << true << 0;
+        QTest::newRow("Escape, tags") << true << 1;
+        QTest::newRow("closing the window, tags") << true << 2;
     }
 
-    void leavingTheRenameDialogWritesNothing()
+    void leavingADialogWritesNothing()
     {
+        QFETCH(bool, tags);
         QFETCH(int, way);
-        OneCompound one;
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [way](QDialog& in_dialog) {
+        OneCompound<> one;
+        RenameOrEditTags(one.m_browser, tags, [way](QDialog& in_dialog) {
             Retype(Field(in_dialog), "Mix");
             if (way == 0)
-                QTest::mouseClick(in_dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel),
-                                  Qt::LeftButton);
+                ClickCancel(in_dialog);
             else if (way == 1)
                 Press(in_dialog, Qt::Key_Escape);
             else
                 in_dialog.close();
         });
-        one.m_browser.OnRenameItem();
-        QVERIFY(user.IsDone());
         QCOMPARE(one.m_layer.m_log, QStringList());
     }
 
     void writesPassOnAMissingCommandManager()
     {
-        OneCompound one;
+        OneCompound<> one;
         one.m_browser.SetCommandManager(nullptr);
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
-        one.m_browser.OnRenameItem();
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
+        Rename(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
+        EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         QCOMPARE(one.m_layer.m_log, QStringList() << Text("rename Blend to 'Mix', no manager")
                                                   << Text("tag Blend under 'ApplicationTags' with 'x', no manager"));
     }
 
     void writesGoToTheCommandManagerOfTheMoment()
     {
-        OneCompound one;
+        OneCompound<> one;
         NamedManager other("another manager");
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [&](QDialog& in_dialog) {
+        Rename(one.m_browser, [&](QDialog& in_dialog) {
             one.m_browser.SetCommandManager(&other);
             FillIn(in_dialog, "Mix");
         });
-        one.m_browser.OnRenameItem();
-        QVERIFY(user.IsDone());
         QCOMPARE(one.m_layer.m_log, QStringList(Text("rename Blend to 'Mix', another manager")));
     }
 
     void writeAccessIsNotTheBusinessOfTheCommands()
     {
-        OneCompound one;
+        OneCompound<> one;
         one.m_compound.m_readOnly = true;
         one.m_compound.m_modifiable = false;
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
-        one.m_browser.OnRenameItem();
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
+        Rename(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
+        EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         // Asked and left to the data layer; whether it may be changed is not even asked.
         QCOMPARE(one.m_layer.m_log, QStringList() << Text("rename Blend to 'Mix', the manager")
                                                   << Text("tag Blend under 'ApplicationTags' with 'x', the manager"));
@@ -236,8 +263,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.Add(VireoType::gSolver, "Solver");
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         browser.Select(0);
         QString text;
         ModalUser user;
@@ -254,48 +280,27 @@ private Q_SLOTS:
 
     void aRefusedRenameIsSilent()
     {
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        const ItemID item = library.Add(NewItem::Compound("Blend").ReadOnly());
-        CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
-        browser.Select(0);
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
-        browser.OnRenameItem();
-        browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
-        QVERIFY(library.GetAccessor().GetItemName(item, true, nullptr) == "Blend");
-        QVERIFY(library.GetAccessor().GetItemTags(item, "ApplicationTags").empty());
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
+        RealCompound real(NewItem::Compound("Blend").ReadOnly());
+        Rename(real.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
+        EditTags(real.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
+        QVERIFY(real.GetName() == "Blend");
+        QVERIFY(real.GetTags().empty());
+        QCOMPARE(real.m_stack.count(), 0);
     }
 
     void aChangeOfCaseAloneIsOneStepToUndo()
     {
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        const ItemID item = library.Add(NewItem::Compound("Blend"));
-        CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
-        browser.Select(0);
-        ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) { FillIn(in_dialog, "BLEND"); });
-        browser.OnRenameItem();
-        QVERIFY(user.IsDone());
-        QVERIFY(library.GetAccessor().GetItemName(item, true, nullptr) == "BLEND");
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 1);
-        layer.GetCommandManager().GetStack().undo();
-        QVERIFY(library.GetAccessor().GetItemName(item, true, nullptr) == "Blend");
+        RealCompound real;
+        Rename(real.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "BLEND"); });
+        QVERIFY(real.GetName() == "BLEND");
+        QCOMPARE(real.m_stack.count(), 1);
+        real.m_stack.undo();
+        QVERIFY(real.GetName() == "Blend");
     }
 
     void deletingDoesNothing()
     {
-        OneCompound one;
+        OneCompound<> one;
         ModalUser user;
         const int paints = CountPaints(one.m_browser, [&] { one.m_browser.OnDeleteItem(); });
         QVERIFY(user.IsDone());
@@ -307,34 +312,24 @@ private Q_SLOTS:
 
     void deletingLeavesTheItemAndTheUndoStack()
     {
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        library.Add(NewItem::Compound("Blend"));
-        CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
-        browser.Select(0);
-        browser.OnDeleteItem();
-        QCOMPARE(library.GetItemCount(), std::size_t(1));
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
+        RealCompound real;
+        real.m_browser.OnDeleteItem();
+        QCOMPARE(real.m_library.GetItemCount(), std::size_t(1));
+        QCOMPARE(real.m_stack.count(), 0);
     }
 
     void tagsAreAskedForWithTheNameAndTheOldTags()
     {
-        OneCompound one;
+        OneCompound<> one;
         QString tags;
         bool named = false;
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [&](QDialog& in_dialog) {
+        EditTags(one.m_browser, [&](QDialog& in_dialog) {
             tags = Field(in_dialog).text();
             const QList<QLabel*> labels = in_dialog.findChildren<QLabel*>();
             for (int i = 0; i < labels.size(); ++i)
                 named = named || labels.at(i)->text() == Text("Blend");
             Press(in_dialog, Qt::Key_Escape);
         });
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
         QCOMPARE(tags, Text("color;mix"));
         QVERIFY(named);
         QCOMPARE(one.m_layer.m_log, QStringList());
@@ -361,12 +356,9 @@ private Q_SLOTS:
         QFETCH(QByteArray, old);
         QFETCH(QByteArray, typed);
         QFETCH(QByteArray, written);
-        OneCompound one;
+        OneCompound<> one;
         one.m_compound.m_tags = old.constData();
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
+        EditTags(one.m_browser, [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
         const QStringList wanted(
             Text("tag Blend under 'ApplicationTags' with '%1', the manager").arg(Text(written.constData())));
         QCOMPARE(one.m_layer.m_log, written == "-" ? QStringList() : wanted);
@@ -385,67 +377,104 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, old);
         QFETCH(QStringList, log);
-        OneCompound one;
+        OneCompound<> one;
         one.m_compound.m_tags = old.constData();
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
+        EditTags(one.m_browser, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
         QCOMPARE(one.m_layer.m_log, log);
     }
 
-    void leavingTheTagsDialogWritesNothing()
+    void aTagsDialogThatIsNotAcceptedWritesNothing()
     {
-        OneCompound one;
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) {
-            Retype(Field(in_dialog), "x");
-            Press(in_dialog, Qt::Key_Escape);
+        OneCompound<> one;
+        EditTags(one.m_browser, [](QDialog& in_dialog) {
+            FillIn(in_dialog, "x");
+            in_dialog.setResult(QDialog::Rejected);
         });
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
         QCOMPARE(one.m_layer.m_log, QStringList());
+    }
+
+    void everyResultButZeroAccepts()
+    {
+        OneCompound<> one;
+        Rename(one.m_browser, [](QDialog& in_dialog) {
+            Retype(Field(in_dialog), "Mix");
+            in_dialog.done(2);
+        });
+        EditTags(one.m_browser, [](QDialog& in_dialog) {
+            FillIn(in_dialog, "x");
+            in_dialog.setResult(2);
+        });
+        QCOMPARE(one.m_layer.Lines("rename").size(), 1);
+        QCOMPARE(one.m_layer.Lines("tag").size(), 1);
+    }
+
+    void theListIsLeftToTheNotifications()
+    {
+        OneCompound<> one;
+        one.m_layer.m_library->m_walks = 0;
+        Rename(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
+        EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
+        one.m_browser.OnShowItemFiles();
+        Settle();
+        QCOMPARE(one.m_layer.m_library->m_walks, 0);
+    }
+
+    void aBrowserMayBeDestroyedByWhatItWrites_data()
+    {
+        QTest::addColumn<bool>("tags");
+        QTest::newRow("renaming") << false;
+        QTest::newRow("tags") << true;
+    }
+
+    void aBrowserMayBeDestroyedByWhatItWrites()
+    {
+        QFETCH(bool, tags);
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Compound("Blend"));
+        std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
+        ShowLibrary(*browser, library.GetAccessor());
+        Destroyer destroyer(browser);
+        const ItemLibraryAccessor accessor = library.GetAccessor();
+        accessor.AddObserver(&destroyer, vireo::datamodel::eItemLibraryNotificationKind, accessor.GetContext());
+        ModalUser user;
+        user.WhenMenuOpens([tags](QMenu& in_menu) { Choose(in_menu, tags ? "Edit Tags for Blend" : "Rename Blend"); });
+        WhenOneOpens(user, tags, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
+        browser->RightPress(0);
+        accessor.RemoveObserver(&destroyer, vireo::datamodel::eItemLibraryNotificationKind, accessor.GetContext());
+        QVERIFY(user.IsDone());
+        QVERIFY(!browser);
+        const ItemID item = library.GetItems().front();
+        QVERIFY((tags ? accessor.GetItemTags(item, "ApplicationTags") : accessor.GetItemName(item, true, nullptr)) ==
+                "x");
     }
 
     void aRefusedTagWriteIsSilent()
     {
-        OneCompound one;
+        OneCompound<> one;
         one.m_layer.m_library->m_refusing = true;
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
-        one.m_browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
+        EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         QCOMPARE(one.m_layer.Lines("tag").size(), 1);
     }
 
     void newTagsAreOneStepThatTheNextSearchSees()
     {
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        library.Add(NewItem::Compound("Blend").Tags("old"));
-        library.Add(NewItem::Compound("Mix"));
-        CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
-        browser.Select(0);
-        ModalUser user;
-        user.WhenDialogOpens(gTagsTitle, [](QDialog& in_dialog) { FillIn(in_dialog, "fresh"); });
-        browser.OnEditItemTags();
-        QVERIFY(user.IsDone());
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 1);
-        browser.SearchField().setText(Text("fresh"));
+        RealCompound real(NewItem::Compound("Blend").Tags("old"));
+        real.m_library.Add(NewItem::Compound("Mix"));
+        EditTags(real.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "fresh"); });
+        QCOMPARE(real.m_stack.count(), 1);
+        real.m_browser.SearchField().setText(Text("fresh"));
         Settle();
-        QCOMPARE(browser.RowNames(library.GetAccessor()), QStringList(Text("Blend")));
-        layer.GetCommandManager().GetStack().undo();
-        QVERIFY(library.GetAccessor().GetItemTags(library.FindByName("Blend"), "ApplicationTags") == "old");
+        QCOMPARE(real.m_browser.RowNames(real.m_library.GetAccessor()), QStringList(Text("Blend")));
+        real.m_stack.undo();
+        QVERIFY(real.GetTags() == "old");
     }
 
     void filesAreShownThroughTheHelper()
     {
-        OneCompound one;
+        OneCompound<> one;
         one.m_browser.OnShowItemFiles();
-        const QString uid = Text(one.m_compound.m_uid.c_str());
+        const QString uid = one.Uid();
         QCOMPARE(one.m_layer.m_log, QStringList()
                                         << Text("find ") + uid << Text("show files %1, options: null").arg(uid));
     }
@@ -464,7 +493,7 @@ private Q_SLOTS:
     {
         QFETCH(int, lack);
         QFETCH(bool, asked);
-        OneCompound one;
+        OneCompound<> one;
         if (lack == 0)
             one.m_layer.SetSystemPresent(false);
         else if (lack == 1)
@@ -474,15 +503,19 @@ private Q_SLOTS:
         else
             one.m_compound.m_uid = "C0DE0000-0000-0000-0000-0000DEADDEAD";
         one.m_browser.OnShowItemFiles();
-        QCOMPARE(one.m_layer.m_log,
-                 asked ? QStringList(Text("find ") + Text(one.m_compound.m_uid.c_str())) : QStringList());
+        QCOMPARE(one.m_layer.m_log, asked ? QStringList(Text("find ") + one.Uid()) : QStringList());
     }
 
     void filesOfEveryKindOfItemCanBeShown_data()
     {
         QTest::addColumn<int>("row");
-        for (int row = 0; row < 7; ++row)
-            QTest::newRow(QByteArray::number(row).constData()) << row;
+        QTest::newRow("compound") << 0;
+        QTest::newRow("signature") << 1;
+        QTest::newRow("loop compound") << 2;
+        QTest::newRow("solver") << 3;
+        QTest::newRow("polymorphic solver") << 4;
+        QTest::newRow("global constant") << 5;
+        QTest::newRow("type") << 6;
     }
 
     void filesOfEveryKindOfItemCanBeShown()
@@ -490,13 +523,7 @@ private Q_SLOTS:
         QFETCH(int, row);
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
-        library.Add(NewItem::Compound("1"));
-        library.Add(NewItem::Signature("2"));
-        library.Add(NewItem::LoopCompound("3"));
-        library.Add(NewItem::Solver("4"));
-        library.Add(NewItem::PolymorphicSolver("5"));
-        library.Add(NewItem::GlobalConstant("6"));
-        library.Add(NewItem::Type("7"));
+        AddEveryKind(library);
         std::vector<ItemID> shown;
         layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID& in_item) { shown.push_back(in_item); });
         CommandBrowser browser;
@@ -523,32 +550,19 @@ private Q_SLOTS:
     {
         QFETCH(bool, tags);
         QFETCH(int, change);
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        const ItemID item = library.Add(NewItem::Compound("Blend"));
-        CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
-        browser.Select(0);
-        ModalUser user;
-        WhenOneOpens(user, tags, [&](QDialog& in_dialog) {
+        RealCompound real;
+        RenameOrEditTags(real.m_browser, tags, [&](QDialog& in_dialog) {
             if (change == 0)
-                library.Remove(item);
+                real.m_library.Remove(real.m_item);
             else if (change == 1)
-                library.Close();
+                real.m_library.Close();
             else
-                layer.RemoveLibrary(library);
+                real.m_layer.RemoveLibrary(real.m_library);
             Settle();
             FillIn(in_dialog, "x");
         });
-        if (tags)
-            browser.OnEditItemTags();
-        else
-            browser.OnRenameItem();
-        QVERIFY(user.IsDone());
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
-        QVERIFY(!browser.GetSelection().IsValid());
+        QCOMPARE(real.m_stack.count(), 0);
+        QVERIFY(!real.m_browser.GetSelection().IsValid());
     }
 
     void aDialogKeepsToTheItemThatItWasOpenedFor_data()
@@ -565,35 +579,20 @@ private Q_SLOTS:
     {
         QFETCH(bool, tags);
         QFETCH(bool, otherLibrary);
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        const ItemID item = library.Add(NewItem::Compound("Blend"));
-        Library& other = layer.AddLibrary("Others");
+        RealCompound real;
+        Library& other = real.m_layer.AddLibrary("Others");
         const ItemID foreign = other.Add(NewItem::Compound("Alpha"));
-        CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
-        browser.Select(0);
         ItemID first;
-        ModalUser user;
-        WhenOneOpens(user, tags, [&](QDialog& in_dialog) {
-            first = library.Add(NewItem::Compound("Alpha"));
+        RenameOrEditTags(real.m_browser, tags, [&](QDialog& in_dialog) {
+            first = real.m_library.Add(NewItem::Compound("Alpha"));
             if (otherLibrary)
-                browser.SetItemLibrary(other.GetAccessor());
+                real.m_browser.SetItemLibrary(other.GetAccessor());
             Settle();
             FillIn(in_dialog, "x");
         });
-        if (tags)
-            browser.OnEditItemTags();
-        else
-            browser.OnRenameItem();
-        QVERIFY(user.IsDone());
-        QVERIFY(browser.GetSelection() == (otherLibrary ? foreign : first));
-        const ItemLibraryAccessor accessor = library.GetAccessor();
-        QVERIFY((tags ? accessor.GetItemTags(item, "ApplicationTags") : accessor.GetItemName(item, true, nullptr)) ==
-                "x");
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 1);
+        QVERIFY(real.m_browser.GetSelection() == (otherLibrary ? foreign : first));
+        QVERIFY((tags ? real.GetTags() : real.GetName()) == "x");
+        QCOMPARE(real.m_stack.count(), 1);
     }
 
     void aBrowserDestroyedWhileItsDialogIsOpenWritesNothing_data()
@@ -609,9 +608,8 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.AddCompound("Blend");
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
-        browser->SetItemLibrary(layer.GetAccessor());
         browser->SetCommandManager(&layer.m_commands);
-        ShowBrowser(*browser);
+        ShowLibrary(*browser, layer.GetAccessor());
         ModalUser user;
         user.WhenMenuOpens([tags](QMenu& in_menu) { Choose(in_menu, tags ? "Edit Tags for Blend" : "Rename Blend"); });
         WhenOneOpens(user, tags, [&](QDialog& in_dialog) {
@@ -627,29 +625,22 @@ private Q_SLOTS:
 
     void rowsWhoseItemsAreGoneSinceTheLastPaintAreHarmless()
     {
-        DataLayer layer;
-        Library& library = layer.AddLibrary("Nodes");
-        library.Add(NewItem::Compound("Blend"));
+        RealCompound real;
         int shown = 0;
-        layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
-        CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
-        browser.Select(0);
-        layer.RemoveLibrary(library);
+        real.m_layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
+        real.m_layer.RemoveLibrary(real.m_library);
         ModalUser user;
         user.WhenLaidOutDialogOpens("Rename ", [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         // The rows are still those of the last paint, and hold nothing any more.
-        QCOMPARE(browser.GetRowCount(), std::size_t(1));
-        browser.OnShowItemFiles();
-        browser.OnRenameItem();
+        QCOMPARE(real.m_browser.GetRowCount(), std::size_t(1));
+        real.m_browser.OnShowItemFiles();
+        real.m_browser.OnRenameItem();
         // The dialog's event loop has painted the browser, which has no rows by now.
-        QCOMPARE(browser.GetRowCount(), std::size_t(0));
-        browser.OnEditItemTags();
+        QCOMPARE(real.m_browser.GetRowCount(), std::size_t(0));
+        real.m_browser.OnEditItemTags();
         QVERIFY(user.IsDone());
         QCOMPARE(shown, 0);
-        QCOMPARE(layer.GetCommandManager().GetStack().count(), 0);
+        QCOMPARE(real.m_stack.count(), 0);
     }
 };
 

@@ -182,8 +182,7 @@ private Q_SLOTS:
         ItemLibraryAccessor closed = m_library->GetAccessor();
         m_library->Close();
         ProbedBrowser browser;
-        browser.SetItemLibrary(closed);
-        ShowBrowser(browser);
+        ShowLibrary(browser, closed);
         QCOMPARE(browser.GetRowCount(), std::size_t(0));
     }
 
@@ -242,8 +241,7 @@ private Q_SLOTS:
         AddAll("a:compound b:type c:solver");
         SpyLayer spy;
         ProbedBrowser browser;
-        browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        ShowBrowser(browser);
+        ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
         QTest::keyClicks(&browser.SearchField(), QString::fromLatin1("a"));
         Settle();
         QVERIFY(spy.m_nameReads > 0);
@@ -288,8 +286,7 @@ private Q_SLOTS:
         m_library->Add(NewItem::Compound("Fade"));
         SpyLayer spy;
         ProbedBrowser browser;
-        browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        ShowBrowser(browser);
+        ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
         QCOMPARE(spy.m_requests.size(), std::size_t(1));
         QCOMPARE(spy.m_requests[0].size(), std::size_t(2));
         QVERIFY(!spy.m_requests[0].front().IsValid());
@@ -302,8 +299,7 @@ private Q_SLOTS:
         m_layer->SetService("RevisionControlUIHelper", nullptr);
         SpyLayer spy;
         ProbedBrowser browser;
-        browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        ShowBrowser(browser);
+        ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
         QCOMPARE(spy.m_requests.size(), std::size_t(1));
         QCOMPARE(spy.m_requests[0].size(), std::size_t(0));
         // Once for the list built at once and once for that of the first paint.
@@ -354,8 +350,7 @@ private Q_SLOTS:
         m_library->Add(NewItem::Compound("Blend"));
         SpyLayer spy;
         ProbedBrowser browser;
-        browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        ShowBrowser(browser);
+        ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
         spy.Forget();
         m_library->Add(NewItem::Compound("Fade"));
         Settle();
@@ -369,8 +364,7 @@ private Q_SLOTS:
         memorymodel::DataSource& local = m_library->AddDataSource("Local");
         m_library->Add(NewItem::Compound("Blend").In(local));
         ProbedBrowser browser;
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         QCOMPARE(m_layer->GetSourceControl().GetLastRequest().size(), std::size_t(1));
         local.SetReadOnly(true);
         browser.SetItemLibrary(m_library->GetAccessor());
@@ -384,8 +378,7 @@ private Q_SLOTS:
         m_library->Add(NewItem::Compound("Blend"));
         ProbedBrowser browser;
         QSignalSpy selections(&browser, SIGNAL(SelectionChanged()));
-        browser.SetItemLibrary(m_library->GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, m_library->GetAccessor());
         m_library->Remove(m_library->FindByName("Blend"));
         Settle();
         QCOMPARE(selections.count(), 0);

@@ -77,8 +77,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(30);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         for (int size = 45; size >= 1; --size)
         {
             browser.resize(size, size);
@@ -159,8 +158,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(10);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser, 300, HeightFor(10));
+        ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
         QCOMPARE(browser.GetRowCount(), std::size_t(10));
         QVERIFY(!browser.ScrollBar().isVisible());
         QCOMPARE(browser.ScrollBar().value(), 0);
@@ -171,8 +169,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(11);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser, 300, HeightFor(10));
+        ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
         QVERIFY(browser.ScrollBar().isVisible());
         QCOMPARE(browser.ScrollBar().minimum(), 0);
         QCOMPARE(browser.ScrollBar().maximum(), 24);
@@ -185,8 +182,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(10);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser, 300, HeightFor(10));
+        ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
         browser.resize(300, HeightFor(10) - 1);
         QVERIFY(browser.ScrollBar().isVisible());
         QCOMPARE(browser.ScrollBar().maximum(), 1);
@@ -201,8 +197,7 @@ private Q_SLOTS:
         for (int i = 0; i < 10; ++i)
             library.Add(LibType::gType, "Type");
         ProbedBrowser browser(eConfigTypeSelector);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser, 300, 23 + 200);
+        ShowLibrary(browser, library.GetAccessor(), 300, 23 + 200);
         QCOMPARE(browser.ScrollBar().maximum(), 40);
         QCOMPARE(browser.ScrollBar().pageStep(), 200);
     }
@@ -212,8 +207,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(40);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.ScrollBar().setValue(500);
         browser.SearchField().setText(QString::fromLatin1("nothing is called this"));
         Settle();
@@ -227,8 +221,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(40);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         const int maximum = browser.ScrollBar().maximum();
         const int pageStep = browser.ScrollBar().pageStep();
         QCOMPARE(maximum, 40 * 24 - 357);
@@ -257,8 +250,7 @@ private Q_SLOTS:
         for (int i = 0; i < 20; ++i)
             library.Add(VireoType::gSolver, "Other");
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.ScrollBar().setValue(browser.ScrollBar().maximum());
         Settle();
         QCOMPARE(browser.ScrollBar().value(), 60 * 24 - 357);
@@ -273,8 +265,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(60);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.ScrollBar().setValue(100);
         browser.SearchField().setText(QString::fromLatin1("node"));
         Settle();
@@ -287,8 +278,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(20);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser, 300, HeightFor(10));
+        ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
         browser.ScrollBar().setValue(240);
         Settle();
         browser.resize(300, HeightFor(15));
@@ -304,8 +294,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(60);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         UsePlainColours(browser);
         const QImage before = PictureWithoutChildren(browser);
         browser.ScrollBar().triggerAction(QAbstractSlider::SliderSingleStepAdd);
@@ -348,8 +337,7 @@ private Q_SLOTS:
             library.Add(config == 0 ? VireoType::gSolver : LibType::gType,
                         std::string(static_cast<std::size_t>(i), 'a'));
         ProbedBrowser browser(static_cast<eConfigType>(config));
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.ScrollBar().setValue(scroll);
         Settle();
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(290, y));
@@ -364,8 +352,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(40);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(browser.ScrollBar().isVisible());
         const int xs[] = {300, 299, 281, 0, -5};
         for (int x : xs)
@@ -389,8 +376,7 @@ private Q_SLOTS:
             library.Add(NewItem::Solver(name));
         library.Add(NewItem::Solver("Tagged").Tags("decoration"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         const ItemLibraryAccessor accessor = library.GetAccessor();
         QCOMPARE(browser.RowNames(accessor).join(QString::fromLatin1("|")),
                  QString::fromLatin1("Aeon|on|Onyx|Tagged|Unrelated|Zoo on"));
@@ -406,8 +392,7 @@ private Q_SLOTS:
         for (int i = 0; i < 100; ++i)
             library.Add(VireoType::gSolver, "Same");
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.SearchField().setText(QString::fromLatin1("same"));
         Settle();
         QCOMPARE(browser.GetRowCount(), std::size_t(100));
@@ -420,8 +405,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(100);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.SearchField().setText(QString::fromLatin1("node"));
         Settle();
         library.ForgetCounts();
@@ -443,8 +427,7 @@ private Q_SLOTS:
         memorymodel::Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Solver("First"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         for (int i = 0; i < 40; ++i)
             library.Add(NewItem::Solver("More"));
         QResizeEvent resize(browser.size(), browser.size());
@@ -461,8 +444,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(40);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.ScrollBar().setValue(100);
         Settle();
         const int maximum = browser.ScrollBar().maximum();
@@ -482,8 +464,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(40);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.SearchField().setText(QString::fromLatin1("003"));
         QCOMPARE(browser.GetRowCount(), std::size_t(40));
         browser.repaint();

@@ -109,8 +109,7 @@ private Q_SLOTS:
         const ItemID first = library.Add(NewItem::Solver(Repeat("a", 1000000)));
         const ItemID middle = library.Add(NewItem::Solver(Repeat("B", 1000000) + "NEEDLD"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(3));
         QVERIFY(browser.GetRowItem(0).GetItemID() == first);
         QVERIFY(browser.GetRowItem(1).GetItemID() == middle);
@@ -129,8 +128,7 @@ private Q_SLOTS:
         library.Add(NewItem::Solver("a"));
         const ItemID unnamed = library.Add(NewItem::Solver(""));
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(2));
         QTest::mouseClick(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(0));
         QVERIFY(browser.GetSelection() == unnamed);
@@ -144,8 +142,7 @@ private:
         for (int i = 0; i < 20; ++i)
             library.Add(VireoType::gSolver, in_name);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QPicture recording;
         browser.render(&recording, QPoint(), QRegion(), QWidget::RenderFlags());
         return recording.size();

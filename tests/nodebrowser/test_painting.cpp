@@ -2,6 +2,7 @@
 #include "tests/nodebrowser/browserfixture.h"
 #include "tests/nodebrowser/fakelibrary.h"
 #include "tests/nodebrowser/pictures.h"
+#include "tests/nodebrowser/plaindisplay.h"
 #include "tests/support/testmain.h"
 
 #include <cstring>
@@ -19,38 +20,10 @@ const int gWidth = 300;
 const int gHeight = 400;
 const int gTop = 43;
 
-/// A type name that reads like the one of compounds and is another one.
-const char gOtherCompound[] = "Compound";
-
 QPixmap Icon(const char* in_name)
 {
     return QPixmap(QString::fromLatin1(in_name));
 }
-
-/// Shows the icons that the browser hands in as they are, so that their pixels can be found again.
-class PlainBadges : public ISourceControlDisplay
-{
-public:
-    PlainBadges()
-    {
-        Provider provider = InstallProvider(Provider());
-        m_before = provider;
-        provider.m_sourceControl = this;
-        InstallProvider(provider);
-    }
-    ~PlainBadges() override { InstallProvider(m_before); }
-    PlainBadges(const PlainBadges&) = delete;
-    PlainBadges& operator=(const PlainBadges&) = delete;
-
-    void RequestObjectStates(const ScsTask&, const std::list<nexa4::NEXAHandle<nexa4::IDbObject>>&) override {}
-    void TaskEnded(const ScsTask&) override {}
-    bool IsFileVersionControlActive() override { return true; }
-    QPixmap GetAssetStateIcon(const QPixmap& in_base, unsigned, bool, bool) override { return in_base; }
-    QString GetToolTip(const nexa4::NEXAHandle<nexa4::IDbObject>&, const QString&) override { return QString(); }
-
-private:
-    Provider m_before;
-};
 
 /// A browser in plain colours, and its picture while it shows nothing.
 class PlainBrowser : public ProbedBrowser
@@ -99,6 +72,21 @@ QImage WithIcon(QImage in_picture, const QPixmap& in_icon, int in_x, int in_y)
     painter.drawPixmap(in_x, in_y, in_icon);
     return in_picture;
 }
+
+/// A browser of items without an icon, so that a row shows its name alone.
+struct IconlessRows
+{
+    explicit IconlessRows(const std::string& in_name, int in_count = 1)
+    {
+        for (int i = 0; i < in_count; ++i)
+            m_library.AddAs(VireoType::gCompound, gOtherCompound, in_name);
+        m_browser.TabBar()->setCurrentIndex(2);
+        m_browser.Show(m_library.GetAccessor());
+    }
+
+    FakeLibrary m_library;
+    PlainBrowser m_browser;
+};
 
 } // namespace
 
@@ -192,25 +180,17 @@ private Q_SLOTS:
 
     void anItemWithoutAnIconStillHasItsNameAt35()
     {
-        FakeLibrary library;
-        library.AddAs(VireoType::gCompound, gOtherCompound, "Mix");
-        PlainBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.Show(library.GetAccessor());
-        QCOMPARE(browser.GetRowCount(), std::size_t(1));
-        const QImage picture = PictureWithoutChildren(browser);
-        QCOMPARE(Difference(picture, browser.Expect(QString::fromLatin1("Mix"), gTop)), QRect());
-        QCOMPARE(Difference(picture, browser.m_empty, QRect(0, 0, 35, gHeight)), QRect());
+        IconlessRows rows("Mix");
+        QCOMPARE(rows.m_browser.GetRowCount(), std::size_t(1));
+        const QImage picture = PictureWithoutChildren(rows.m_browser);
+        QCOMPARE(Difference(picture, rows.m_browser.Expect(QString::fromLatin1("Mix"), gTop)), QRect());
+        QCOMPARE(Difference(picture, rows.m_browser.m_empty, QRect(0, 0, 35, gHeight)), QRect());
     }
 
     void theNameBeginsAt35AndStandsInTheMiddleOfTheRow()
     {
-        FakeLibrary library;
-        library.AddAs(VireoType::gCompound, gOtherCompound, "HHH");
-        PlainBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.Show(library.GetAccessor());
-        const QRect ink = Difference(PictureWithoutChildren(browser), browser.m_empty);
+        IconlessRows rows("HHH");
+        const QRect ink = Difference(PictureWithoutChildren(rows.m_browser), rows.m_browser.m_empty);
         QVERIFY2(ink.left() >= 35 && ink.left() <= 38, qPrintable(QString::number(ink.left())));
         // Capitals stand a little above the middle of a line of text.
         QVERIFY2(ink.top() > gTop && ink.bottom() < gTop + 24, qPrintable(QString::number(ink.top())));
@@ -219,16 +199,13 @@ private Q_SLOTS:
 
     void aDirtyItemHasAStarAfterItsName()
     {
-        FakeLibrary library;
-        library.AddAs(VireoType::gCompound, gOtherCompound, "Mix").m_dirty = true;
-        PlainBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.Show(library.GetAccessor());
-        const QImage dirty = PictureWithoutChildren(browser);
-        QCOMPARE(Difference(dirty, browser.Expect(QString::fromLatin1("Mix*"), gTop)), QRect());
-        library.GetItem(0).m_dirty = false;
-        const QImage clean = PictureWithoutChildren(browser);
-        QCOMPARE(Difference(clean, browser.Expect(QString::fromLatin1("Mix"), gTop)), QRect());
+        IconlessRows rows("Mix");
+        rows.m_library.GetItem(0).m_dirty = true;
+        const QImage dirty = PictureWithoutChildren(rows.m_browser);
+        QCOMPARE(Difference(dirty, rows.m_browser.Expect(QString::fromLatin1("Mix*"), gTop)), QRect());
+        rows.m_library.GetItem(0).m_dirty = false;
+        const QImage clean = PictureWithoutChildren(rows.m_browser);
+        QCOMPARE(Difference(clean, rows.m_browser.Expect(QString::fromLatin1("Mix"), gTop)), QRect());
         QVERIFY(dirty != clean);
     }
 
@@ -262,17 +239,12 @@ private Q_SLOTS:
     void theBandIsOnePixelTallerThanTheRowAndAsWideAsTheWidget()
     {
         QFETCH(int, row);
-        FakeLibrary library;
-        for (int i = 0; i < 10; ++i)
-            library.AddAs(VireoType::gCompound, gOtherCompound, "");
-        PlainBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.Show(library.GetAccessor());
-        browser.Press(row);
-        const QImage picture = PictureWithoutChildren(browser);
+        IconlessRows rows("", 10);
+        rows.m_browser.Press(row);
+        const QImage picture = PictureWithoutChildren(rows.m_browser);
         const QRect band(0, gTop + 24 * row, gWidth, 25);
-        QCOMPARE(Difference(picture, browser.m_empty), band);
-        QCOMPARE(CountPixels(picture, picture.rect(), BandColour(browser).rgb()), gWidth * 25);
+        QCOMPARE(Difference(picture, rows.m_browser.m_empty), band);
+        QCOMPARE(CountPixels(picture, picture.rect(), BandColour(rows.m_browser).rgb()), gWidth * 25);
     }
 
     void theBandHasTheColourOfTheStyleAndNotOfTheWidget()
@@ -290,15 +262,11 @@ private Q_SLOTS:
 
     void theBandKeepsItsActiveColourInADisabledBrowser()
     {
-        FakeLibrary library;
-        library.AddAs(VireoType::gCompound, gOtherCompound, "");
-        PlainBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.Show(library.GetAccessor());
-        browser.Press(0);
-        browser.setEnabled(false);
-        const QImage picture = PictureWithoutChildren(browser);
-        QCOMPARE(CountPixels(picture, QRect(0, gTop, gWidth, 25), BandColour(browser).rgb()), gWidth * 25);
+        IconlessRows rows("");
+        rows.m_browser.Press(0);
+        rows.m_browser.setEnabled(false);
+        const QImage picture = PictureWithoutChildren(rows.m_browser);
+        QCOMPARE(CountPixels(picture, QRect(0, gTop, gWidth, 25), BandColour(rows.m_browser).rgb()), gWidth * 25);
     }
 
     void iconAndNameLieOnTheBand()
@@ -338,22 +306,19 @@ private Q_SLOTS:
 
     void theNameOfTheSelectedRowKeepsTheDefaultPen()
     {
-        FakeLibrary library;
-        library.AddAs(VireoType::gCompound, gOtherCompound, "HHH");
-        PlainBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        QFont font = browser.font();
+        IconlessRows rows("HHH");
+        QFont font = rows.m_browser.font();
         font.setPixelSize(18);
         font.setBold(true);
-        browser.setFont(font);
-        browser.Show(library.GetAccessor());
-        browser.Press(0);
-        const QImage picture = PictureWithoutChildren(browser);
-        QVERIFY(CountPixels(picture, picture.rect(), BandColour(browser).rgb()) > gWidth * 10);
+        rows.m_browser.setFont(font);
+        rows.m_browser.Press(0);
+        const QImage picture = PictureWithoutChildren(rows.m_browser);
+        QVERIFY(CountPixels(picture, picture.rect(), BandColour(rows.m_browser).rgb()) > gWidth * 10);
         QVERIFY(CountPixels(picture, picture.rect(), QColor(Qt::black).rgb()) > 20);
-        const QColor highlighted = browser.palette().color(QPalette::HighlightedText);
+        const QColor highlighted = rows.m_browser.palette().color(QPalette::HighlightedText);
         QCOMPARE(CountPixels(picture, picture.rect(), highlighted.rgb()), 0);
-        const QColor standard = browser.style()->standardPalette().color(QPalette::Active, QPalette::HighlightedText);
+        const QColor standard =
+            rows.m_browser.style()->standardPalette().color(QPalette::Active, QPalette::HighlightedText);
         QCOMPARE(CountPixels(picture, picture.rect(), standard.rgb()), 0);
     }
 
@@ -397,20 +362,15 @@ private Q_SLOTS:
 
     void theRowThatStartsOnePixelAboveTheBottomEdgeIsDrawn()
     {
-        FakeLibrary library;
-        for (int i = 0; i < 40; ++i)
-            library.AddAs(VireoType::gCompound, gOtherCompound, "");
-        PlainBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.Show(library.GetAccessor());
-        browser.resize(gWidth, gTop + 5 * 24 + 1);
+        IconlessRows rows("", 40);
+        rows.m_browser.resize(gWidth, gTop + 5 * 24 + 1);
         Settle();
         const QPoint lastLine(100, gTop + 5 * 24);
-        browser.PressAt(lastLine);
-        QVERIFY(browser.GetSelection() == library.GetItem(5).m_id);
-        const QImage picture = PictureWithoutChildren(browser);
-        QCOMPARE(CountPixels(picture, picture.rect(), BandColour(browser).rgb()), gWidth);
-        QCOMPARE(picture.pixel(lastLine), BandColour(browser).rgb());
+        rows.m_browser.PressAt(lastLine);
+        QVERIFY(rows.m_browser.GetSelection() == rows.m_library.GetItem(5).m_id);
+        const QImage picture = PictureWithoutChildren(rows.m_browser);
+        QCOMPARE(CountPixels(picture, picture.rect(), BandColour(rows.m_browser).rgb()), gWidth);
+        QCOMPARE(picture.pixel(lastLine), BandColour(rows.m_browser).rgb());
     }
 
     void onlyRowsInSightAskTheLibrary_data()
@@ -455,18 +415,13 @@ private Q_SLOTS:
     void aLongNameIsCutAtTheRightEdgeAndNotElided()
     {
         const QString longName(200, QLatin1Char('W'));
-        FakeLibrary library;
-        for (int i = 0; i < 40; ++i)
-            library.AddAs(VireoType::gCompound, gOtherCompound, std::string(200, 'W'));
-        PlainBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.Show(library.GetAccessor());
-        QVERIFY(browser.ScrollBar().isVisible());
-        const QImage picture = PictureWithoutChildren(browser);
+        IconlessRows rows(std::string(200, 'W'), 40);
+        QVERIFY(rows.m_browser.ScrollBar().isVisible());
+        const QImage picture = PictureWithoutChildren(rows.m_browser);
         const QRect row(0, gTop, gWidth, 24);
-        QCOMPARE(Difference(picture, browser.Expect(longName, gTop), row), QRect());
+        QCOMPARE(Difference(picture, rows.m_browser.Expect(longName, gTop), row), QRect());
         // Below the scroll bar too, up to the last letter that begins left of the edge.
-        QVERIFY(Difference(picture, browser.m_empty, QRect(gWidth - 20, gTop, 20, 24)).isValid());
+        QVERIFY(Difference(picture, rows.m_browser.m_empty, QRect(gWidth - 20, gTop, 20, 24)).isValid());
     }
 
     void theScrollBarCoversTheRightEndOfTheRows()
@@ -500,19 +455,14 @@ private Q_SLOTS:
 
     void bytesAbove127AreLatin1Letters()
     {
-        FakeLibrary library;
-        library.AddAs(VireoType::gCompound, gOtherCompound,
-                      "Gr\xF6\xDF"
-                      "e \xE9");
-        PlainBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.Show(library.GetAccessor());
+        IconlessRows rows("Gr\xF6\xDF"
+                          "e \xE9");
         QString name = QString::fromLatin1("Gr");
         name += QChar(0xF6);
         name += QChar(0xDF);
         name += QString::fromLatin1("e ");
         name += QChar(0xE9);
-        QCOMPARE(Difference(PictureWithoutChildren(browser), browser.Expect(name, gTop)), QRect());
+        QCOMPARE(Difference(PictureWithoutChildren(rows.m_browser), rows.m_browser.Expect(name, gTop)), QRect());
     }
 
     void anAmpersandIsALetterLikeAnyOther()
@@ -531,7 +481,7 @@ private Q_SLOTS:
 
     void aFactoryItemStandsAt2WhetherOrNotSourceControlIsOn()
     {
-        const PlainBadges badges;
+        const PlainDisplay display;
         const ItemID item = m_factory.Add(NewItem::Compound("").In(m_factorySource));
         {
             PlainBrowser browser;
@@ -567,7 +517,7 @@ private Q_SLOTS:
 
     void aSourceControlledItemMovesFrom9To2WhenSourceControlIsSwitchedOn()
     {
-        const PlainBadges badges;
+        const PlainDisplay display;
         memorymodel::Library& library = m_layer.AddLibrary("Controlled");
         library.Add(NewItem::Compound(""));
         library.Add(NewItem::Solver(""));
@@ -590,7 +540,7 @@ private Q_SLOTS:
 
     void aCompoundOfAReadOnlySourceStaysAt9()
     {
-        const PlainBadges badges;
+        const PlainDisplay display;
         memorymodel::Library& library = m_layer.AddLibrary("Closed");
         library.AddDataSource("Closed", memorymodel::eReadOnlySource);
         library.Add(NewItem::Compound(""));

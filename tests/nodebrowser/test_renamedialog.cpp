@@ -80,7 +80,7 @@ public:
     bool ShowsNoFault() const
     {
         return Edit().palette() == QPalette() && Edit().toolTip().isEmpty() && Ok().isEnabled() &&
-               WaitUntil([] { return !FindToolTip(); });
+               WaitFor([] { return !FindToolTip(); });
     }
 };
 
@@ -90,12 +90,6 @@ QColor GroundOf(QLineEdit& in_edit)
     QImage picture(in_edit.size(), QImage::Format_RGB32);
     in_edit.render(&picture);
     return QColor(picture.pixel(in_edit.width() - 8, in_edit.height() / 2));
-}
-
-/// A tool tip is going to appear where there was none.
-void ExpectToolTip()
-{
-    ExpectPlatformWarning("This plugin does not support raise()");
 }
 
 /// Types a text in the place of what is selected.
@@ -129,7 +123,7 @@ private Q_SLOTS:
     void cleanup()
     {
         QToolTip::hideText();
-        QVERIFY(WaitUntil([] { return !FindToolTip(); }));
+        QVERIFY(WaitFor([] { return !FindToolTip(); }));
     }
 
     void theTitleNamesTheCompound_data()
@@ -296,7 +290,7 @@ private Q_SLOTS:
         Renaming renaming;
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Clear();
         QVERIFY(dialog.Shows(gEmpty));
         dialog.SetName(Latin("Free"));
@@ -310,7 +304,7 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
         QVERIFY(dialog.ShowsNoFault());
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Clear();
         QVERIFY(dialog.Shows(gEmpty));
         TypeText(Latin("x"));
@@ -325,12 +319,12 @@ private Q_SLOTS:
         QVERIFY(ShowActive(dialog));
         Retype("Ad");
         QVERIFY(dialog.ShowsNoFault());
-        ExpectToolTip();
+        ExpectRaisedWindow();
         TypeText(Latin("d"));
         QVERIFY(dialog.Shows(gUsed));
         TypeText(Latin("2"));
         QVERIFY(dialog.ShowsNoFault());
-        ExpectToolTip();
+        ExpectRaisedWindow();
         PressKey(Qt::Key_Backspace);
         QVERIFY(dialog.Shows(gUsed));
     }
@@ -341,7 +335,7 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver("A"));
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Retype("A");
         QVERIFY(dialog.Shows(gUsed));
         PressKey(Qt::Key_Backspace);
@@ -363,7 +357,7 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         dialog.move(100, 100);
         QVERIFY(ShowActive(dialog));
-        ExpectToolTip();
+        ExpectRaisedWindow();
         if (empty)
             Clear();
         else
@@ -383,11 +377,11 @@ private Q_SLOTS:
         Renaming renaming;
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Clear();
         QVERIFY(FindToolTip());
         TypeText(Latin("x"));
-        QVERIFY(WaitUntil([] { return !FindToolTip(); }));
+        QVERIFY(WaitFor([] { return !FindToolTip(); }));
     }
 
     void theEditIsRedInEveryState()
@@ -398,7 +392,7 @@ private Q_SLOTS:
         const QPalette::ColorRole role = dialog.Edit().backgroundRole();
         QPalette expected;
         expected.setColor(QPalette::All, role, gRed);
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Clear();
         const QPalette::ColorGroup groups[] = {QPalette::Active, QPalette::Inactive, QPalette::Disabled};
         for (const QPalette::ColorGroup group : groups)
@@ -417,7 +411,7 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
         QVERIFY(GroundOf(dialog.Edit()) != gRed);
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Clear();
         QCOMPARE(GroundOf(dialog.Edit()), gRed);
         TypeText(Latin("x"));
@@ -430,7 +424,7 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         bool stayedOpen = false;
         const int result = RunDialog(dialog, [&](QWidget& in_window) {
-            ExpectToolTip();
+            ExpectRaisedWindow();
             Clear();
             PressKey(Qt::Key_Return);
             Click(dialog.Ok());
@@ -474,7 +468,7 @@ private Q_SLOTS:
         const char* const names[] = {"foo", "Foo", "FOO"};
         for (const char* const name : names)
         {
-            ExpectToolTip();
+            ExpectRaisedWindow();
             Clear();
             QVERIFY(dialog.Shows(gEmpty));
             Paste(Latin(name));
@@ -492,7 +486,7 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver(variant));
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Clear();
         Paste(Latin(variant));
         QCOMPARE(dialog.GetName(), Latin(variant));
@@ -518,7 +512,7 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver("foo"));
         Retype("foo");
         QVERIFY(dialog.ShowsNoFault());
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Retype("bar");
         QVERIFY(dialog.Shows(gUsed));
         QCOMPARE(dialog.windowTitle(), Latin("Rename foo"));
@@ -529,7 +523,7 @@ private Q_SLOTS:
         Renaming renaming;
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Clear();
         TypeText(Latin(" -.;%&/\xA0\xD7"));
         QCOMPARE(dialog.GetName(), QString());
@@ -589,7 +583,7 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
         PressKey(Qt::Key_A, Qt::ControlModifier);
-        ExpectToolTip();
+        ExpectRaisedWindow();
         TypeText(QString(QLatin1Char('a')) + QChar(0x6F22));
         QVERIFY(dialog.Shows(gUsed));
     }
@@ -644,7 +638,7 @@ private Q_SLOTS:
         Paste(QString(10000, QLatin1Char('a')));
         QCOMPARE(dialog.GetName().size(), 10000);
         QVERIFY(dialog.ShowsNoFault());
-        ExpectToolTip();
+        ExpectRaisedWindow();
         PressKey(Qt::Key_Backspace);
         QVERIFY(dialog.Shows(gUsed));
     }
@@ -655,13 +649,13 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver("Add"));
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Retype("Add");
         QVERIFY(dialog.Shows(gUsed));
         renaming.m_library.Close();
         Retype("Add");
         QVERIFY(dialog.ShowsNoFault());
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Clear();
         QVERIFY(dialog.Shows(gEmpty));
     }
@@ -687,7 +681,7 @@ private Q_SLOTS:
         CRenameCompoundDialog dialog(renaming.m_library.GetAccessor(), none);
         QCOMPARE(dialog.windowTitle(), Latin("Rename "));
         QVERIFY(ShowActive(dialog));
-        ExpectToolTip();
+        ExpectRaisedWindow();
         Retype("Blend");
         QCOMPARE(QToolTip::text(), Latin(gUsed));
         Clear();

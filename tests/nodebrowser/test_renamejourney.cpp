@@ -1,7 +1,8 @@
+#include "nodebrowser/qtcompat.h"
 #include "tests/nodebrowser/commandbrowser.h"
-#include "tests/nodebrowser/modaluser.h"
 #include "tests/nodebrowser/pictures.h"
 #include "tests/support/testmain.h"
+#include "tests/support/text.h"
 
 #include <QDialogButtonBox>
 #include <QToolTip>
@@ -14,11 +15,6 @@ using vireo::datamodel::ItemID;
 
 namespace
 {
-
-QString Text(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
 
 QStringList Names(const char* in_first, const char* in_second, const char* in_third)
 {
@@ -53,9 +49,21 @@ struct Scene
         m_library.Add(NewItem::Solver("Alpha"));
         m_compound = m_library.Add(NewItem::Compound(in_compoundName).Tags("colour"));
         m_library.Add(NewItem::Solver("Mix"));
-        m_browser.SetItemLibrary(m_library.GetAccessor());
         m_browser.SetCommandManager(&m_layer.GetCommandManager());
-        ShowBrowser(m_browser);
+        ShowLibrary(m_browser, m_library.GetAccessor());
+    }
+
+    /// Renames the compound "Blend" by the context menu of a row and the keyboard.
+    void RenameBlend(int in_row, const char* in_name)
+    {
+        ModalUser user;
+        user.WhenMenuOpens([](QMenu& in_menu) { Choose(in_menu, "Rename Blend"); });
+        user.WhenLaidOutDialogOpens("Rename Blend", [in_name](QDialog& in_dialog) {
+            Retype(Field(in_dialog), in_name);
+            Press(Field(in_dialog), Qt::Key_Return);
+        });
+        m_browser.RightPress(in_row);
+        QVERIFY(user.IsDone());
     }
 
     QStringList RowNames() { return m_browser.RowNames(m_library.GetAccessor()); }
@@ -154,14 +162,7 @@ private Q_SLOTS:
         Scene scene;
         scene.m_browser.Select(1);
         const QImage before = qtcompat::ScreenPicture(scene.m_browser).toImage();
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) { Choose(in_menu, "Rename Blend"); });
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) {
-            Retype(Field(in_dialog), "Zebra");
-            Press(Field(in_dialog), Qt::Key_Return);
-        });
-        scene.m_browser.RightPress(1);
-        QVERIFY(user.IsDone());
+        scene.RenameBlend(1, "Zebra");
         Settle();
         const QRect rows(0, scene.m_browser.ListTop(), 300, 72);
         const QImage after = qtcompat::ScreenPicture(scene.m_browser).toImage();
@@ -178,14 +179,7 @@ private Q_SLOTS:
         scene.m_browser.SearchField().setText(Text("ble"));
         Settle();
         QCOMPARE(scene.RowNames(), QStringList(Text("Blend")));
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) { Choose(in_menu, "Rename Blend"); });
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) {
-            Retype(Field(in_dialog), "Zebra");
-            Press(Field(in_dialog), Qt::Key_Return);
-        });
-        scene.m_browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        scene.RenameBlend(0, "Zebra");
         Settle();
         QCOMPARE(scene.RowNames(), QStringList());
         QVERIFY(!scene.m_browser.GetSelection().IsValid());
@@ -238,14 +232,7 @@ private Q_SLOTS:
     void aChangeOfCaseIsARenameToo()
     {
         Scene scene;
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) { Choose(in_menu, "Rename Blend"); });
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) {
-            Retype(Field(in_dialog), "BLEND");
-            Press(Field(in_dialog), Qt::Key_Return);
-        });
-        scene.m_browser.RightPress(1);
-        QVERIFY(user.IsDone());
+        scene.RenameBlend(1, "BLEND");
         Settle();
         QCOMPARE(scene.RowNames(), Names("Alpha", "BLEND", "Mix"));
         QCOMPARE(scene.m_stack.count(), 1);
@@ -290,14 +277,7 @@ private Q_SLOTS:
     {
         Scene scene;
         scene.m_browser.SetCommandManager(nullptr);
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) { Choose(in_menu, "Rename Blend"); });
-        user.WhenLaidOutDialogOpens("Rename Blend", [](QDialog& in_dialog) {
-            Retype(Field(in_dialog), "Zebra");
-            Press(Field(in_dialog), Qt::Key_Return);
-        });
-        scene.m_browser.RightPress(1);
-        QVERIFY(user.IsDone());
+        scene.RenameBlend(1, "Zebra");
         Settle();
         QCOMPARE(scene.RowNames(), Names("Alpha", "Mix", "Zebra"));
         QCOMPARE(scene.m_stack.count(), 0);

@@ -18,9 +18,6 @@ using vireo::datamodel::VireoType;
 namespace
 {
 
-/// A type name that reads like the one of compounds and is another one.
-const char gOtherCompound[] = "Compound";
-
 /// A point of the browser's header that no child covers.
 const QPoint gHeaderPoint(290, 42);
 
@@ -56,6 +53,11 @@ void Press(QWidget& in_browser, const QPoint& in_position, Qt::MouseButton in_bu
 {
     QTest::mousePress(&in_browser, in_button, Qt::NoModifier, in_position);
     QTest::mouseRelease(&in_browser, in_button, Qt::NoModifier, in_position);
+}
+
+void PressRow(ProbedBrowser& in_browser, int in_row, Qt::MouseButton in_button = Qt::LeftButton)
+{
+    Press(in_browser, in_browser.RowCentre(in_row), in_button);
 }
 
 /// All that a browser gets when a person clicks twice.
@@ -102,6 +104,31 @@ private:
     MenuBrowser& m_browser;
 };
 
+/// A browser of some nodes.
+struct Scene
+{
+    explicit Scene(int in_nodes = 5)
+    {
+        m_library.AddNodes(in_nodes);
+        ShowLibrary(m_browser, m_library.GetAccessor());
+    }
+
+    /// Whether the row of an item, numbered as they were added, is the selected one.
+    bool IsSelected(int in_item) { return m_browser.GetSelection() == m_library.GetItem(in_item).m_id; }
+
+    /// Whether a row has the band on the screen at this moment.
+    bool IsBandOnScreen(int in_row)
+    {
+        return ScreenPixel(m_browser, PointOnBand(in_row)) == BandColour(m_browser).rgb();
+    }
+
+    /// A point of a row that neither its icon nor its name reaches.
+    QPoint PointOnBand(int in_row) { return QPoint(250, m_browser.RowCentre(in_row).y()); }
+
+    FakeLibrary m_library;
+    MenuBrowser m_browser;
+};
+
 class TestSelection : public QObject
 {
     Q_OBJECT
@@ -109,41 +136,29 @@ class TestSelection : public QObject
 private Q_SLOTS:
     void nothingIsSelectedAtFirst()
     {
-        FakeLibrary library;
-        library.AddNodes(3);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        QVERIFY(!browser.GetSelection().IsValid());
-        QVERIFY(!browser.IsSelectionType());
+        Scene scene(3);
+        QVERIFY(!scene.m_browser.GetSelection().IsValid());
+        QVERIFY(!scene.m_browser.IsSelectionType());
     }
 
     void aLeftPressSelectsTheRowAndSaysSoOnce()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(2));
-        QVERIFY(browser.GetSelection() == library.GetItem(2).m_id);
-        QCOMPARE(browser.SignalCount(), 1);
-        QTest::mouseRelease(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(2));
-        QCOMPARE(browser.SignalCount(), 1);
-        QVERIFY(browser.m_menuRows.empty());
+        Scene scene;
+        QTest::mousePress(&scene.m_browser, Qt::LeftButton, Qt::NoModifier, scene.m_browser.RowCentre(2));
+        QVERIFY(scene.IsSelected(2));
+        QCOMPARE(scene.m_browser.SignalCount(), 1);
+        QTest::mouseRelease(&scene.m_browser, Qt::LeftButton, Qt::NoModifier, scene.m_browser.RowCentre(2));
+        QCOMPARE(scene.m_browser.SignalCount(), 1);
+        QVERIFY(scene.m_browser.m_menuRows.empty());
     }
 
     void pressingTheSelectedRowAgainSaysSoAgain()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        Press(browser, browser.RowCentre(2));
-        Press(browser, browser.RowCentre(2));
-        QCOMPARE(browser.SignalCount(), 2);
-        QVERIFY(browser.GetSelection() == library.GetItem(2).m_id);
+        Scene scene;
+        PressRow(scene.m_browser, 2);
+        PressRow(scene.m_browser, 2);
+        QCOMPARE(scene.m_browser.SignalCount(), 2);
+        QVERIFY(scene.IsSelected(2));
     }
 
     void aLeftPressSelectsAtOnceInATypeSelectorToo()
@@ -151,67 +166,52 @@ private Q_SLOTS:
         FakeLibrary library;
         library.Add(LibType::gType, "Colour");
         MenuBrowser browser(eConfigTypeSelector);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        Press(browser, browser.RowCentre(0));
+        ShowLibrary(browser, library.GetAccessor());
+        PressRow(browser, 0);
         QVERIFY(browser.GetSelection() == library.GetItem(0).m_id);
         QCOMPARE(browser.SignalCount(), 1);
     }
 
     void theBandIsOnTheScreenBeforeTheSignal()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        const SelectionListener listener(browser);
-        const QPoint onBand(250, browser.RowCentre(3).y());
-        QVERIFY(ScreenPixel(browser, onBand) != BandColour(browser).rgb());
-        const int before = browser.m_paints;
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(3));
+        Scene scene;
+        const SelectionListener listener(scene.m_browser);
+        QVERIFY(!scene.IsBandOnScreen(3));
+        const int before = scene.m_browser.m_paints;
+        QTest::mousePress(&scene.m_browser, Qt::LeftButton, Qt::NoModifier, scene.m_browser.RowCentre(3));
         QCOMPARE(listener.m_count, 1);
         QCOMPARE(listener.m_paints, before + 1);
-        QCOMPARE(listener.m_screen.pixel(onBand), BandColour(browser).rgb());
-        QVERIFY(listener.m_selection == library.GetItem(3).m_id);
+        QCOMPARE(listener.m_screen.pixel(scene.PointOnBand(3)), BandColour(scene.m_browser).rgb());
+        QVERIFY(listener.m_selection == scene.m_library.GetItem(3).m_id);
         // Nothing is left to be painted later.
-        QCOMPARE(CountPaints(browser, [] {}), 0);
-        QTest::mouseRelease(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(3));
+        QCOMPARE(CountPaints(scene.m_browser, [] {}), 0);
+        QTest::mouseRelease(&scene.m_browser, Qt::LeftButton, Qt::NoModifier, scene.m_browser.RowCentre(3));
     }
 
     void aRightPressSelectsThenOpensTheMenuThenSaysSo()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        const SelectionListener listener(browser);
-        QTest::mousePress(&browser, Qt::RightButton, Qt::NoModifier, browser.RowCentre(4));
-        QCOMPARE(browser.m_menuRows.size(), std::size_t(1));
-        QCOMPARE(browser.m_menuRows[0], std::size_t(4));
-        QCOMPARE(browser.m_menuPositions[0], browser.mapToGlobal(browser.RowCentre(4)));
-        QVERIFY(browser.m_selectionsInMenu[0] == library.GetItem(4).m_id);
-        QCOMPARE(browser.m_signalsBeforeMenu[0], 0);
-        QCOMPARE(browser.SignalCount(), 1);
-        QVERIFY(listener.m_selection == library.GetItem(4).m_id);
-        QTest::mouseRelease(&browser, Qt::RightButton, Qt::NoModifier, browser.RowCentre(4));
-        QCOMPARE(browser.SignalCount(), 1);
+        Scene scene;
+        const SelectionListener listener(scene.m_browser);
+        QTest::mousePress(&scene.m_browser, Qt::RightButton, Qt::NoModifier, scene.m_browser.RowCentre(4));
+        QCOMPARE(scene.m_browser.m_menuRows.size(), std::size_t(1));
+        QCOMPARE(scene.m_browser.m_menuRows[0], std::size_t(4));
+        QCOMPARE(scene.m_browser.m_menuPositions[0], scene.m_browser.mapToGlobal(scene.m_browser.RowCentre(4)));
+        QVERIFY(scene.m_browser.m_selectionsInMenu[0] == scene.m_library.GetItem(4).m_id);
+        QCOMPARE(scene.m_browser.m_signalsBeforeMenu[0], 0);
+        QCOMPARE(scene.m_browser.SignalCount(), 1);
+        QVERIFY(listener.m_selection == scene.m_library.GetItem(4).m_id);
+        QTest::mouseRelease(&scene.m_browser, Qt::RightButton, Qt::NoModifier, scene.m_browser.RowCentre(4));
+        QCOMPARE(scene.m_browser.SignalCount(), 1);
     }
 
     void aRightPressAsksForNoRepaint()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        const QPoint onBand(250, browser.RowCentre(4).y());
-        QCOMPARE(CountPaints(browser, [&] { Press(browser, browser.RowCentre(4), Qt::RightButton); }), 0);
-        QVERIFY(ScreenPixel(browser, onBand) != BandColour(browser).rgb());
-        browser.update();
+        Scene scene;
+        QCOMPARE(CountPaints(scene.m_browser, [&] { PressRow(scene.m_browser, 4, Qt::RightButton); }), 0);
+        QVERIFY(!scene.IsBandOnScreen(4));
+        scene.m_browser.update();
         Settle();
-        QCOMPARE(ScreenPixel(browser, onBand), BandColour(browser).rgb());
+        QVERIFY(scene.IsBandOnScreen(4));
     }
 
     void aRightPressInATypeSelectorClearsTheSelectionAndOpensNothing_data()
@@ -228,11 +228,10 @@ private Q_SLOTS:
         library.Add(LibType::gType, "Colour");
         library.Add(LibType::gType, "Number");
         MenuBrowser browser(static_cast<eConfigType>(config));
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        Press(browser, browser.RowCentre(0));
+        ShowLibrary(browser, library.GetAccessor());
+        PressRow(browser, 0);
         QVERIFY(browser.GetSelection().IsValid());
-        const int paints = CountPaints(browser, [&] { Press(browser, browser.RowCentre(1), Qt::RightButton); });
+        const int paints = CountPaints(browser, [&] { PressRow(browser, 1, Qt::RightButton); });
         QCOMPARE(paints, 0);
         QVERIFY(!browser.GetSelection().IsValid());
         QVERIFY(browser.m_menuRows.empty());
@@ -260,41 +259,32 @@ private Q_SLOTS:
     {
         QFETCH(int, button);
         QFETCH(QPoint, position);
-        FakeLibrary library;
-        library.AddNodes(5);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        Press(browser, browser.RowCentre(3));
-        const QPoint onBand(250, browser.RowCentre(3).y());
-        QCOMPARE(ScreenPixel(browser, onBand), BandColour(browser).rgb());
+        Scene scene;
+        PressRow(scene.m_browser, 3);
+        QVERIFY(scene.IsBandOnScreen(3));
 
-        const int paints =
-            CountPaints(browser, [&] { Press(browser, position, static_cast<Qt::MouseButton>(button)); });
+        const int paints = CountPaints(scene.m_browser,
+                                       [&] { Press(scene.m_browser, position, static_cast<Qt::MouseButton>(button)); });
         QCOMPARE(paints, 0);
-        QCOMPARE(browser.SignalCount(), 1);
-        QVERIFY(!browser.GetSelection().IsValid());
-        QVERIFY(browser.m_menuRows.empty());
+        QCOMPARE(scene.m_browser.SignalCount(), 1);
+        QVERIFY(!scene.m_browser.GetSelection().IsValid());
+        QVERIFY(scene.m_browser.m_menuRows.empty());
         // The band stays on the screen until something else repaints the list.
-        QCOMPARE(ScreenPixel(browser, onBand), BandColour(browser).rgb());
-        browser.update();
+        QVERIFY(scene.IsBandOnScreen(3));
+        scene.m_browser.update();
         Settle();
-        QVERIFY(ScreenPixel(browser, onBand) != BandColour(browser).rgb());
+        QVERIFY(!scene.IsBandOnScreen(3));
     }
 
     void aPressOnRowsThatTheHeaderHidesClears()
     {
-        FakeLibrary library;
-        library.AddNodes(40);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        browser.ScrollBar().setValue(240);
+        Scene scene(40);
+        scene.m_browser.ScrollBar().setValue(240);
         Settle();
-        Press(browser, browser.RowCentre(12));
-        QVERIFY(browser.GetSelection() == library.GetItem(12).m_id);
-        Press(browser, QPoint(270, 30));
-        QVERIFY(!browser.GetSelection().IsValid());
+        PressRow(scene.m_browser, 12);
+        QVERIFY(scene.IsSelected(12));
+        Press(scene.m_browser, QPoint(270, 30));
+        QVERIFY(!scene.m_browser.GetSelection().IsValid());
     }
 
     void aPressInAnEmptyBrowserIsHarmless()
@@ -311,25 +301,21 @@ private Q_SLOTS:
 
     void theSelectionStaysARowNumberWhenTheRowsAreFiltered()
     {
-        FakeLibrary library;
-        library.AddNodes(20);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        Press(browser, browser.RowCentre(2));
-        browser.SearchField().setText(QString::fromLatin1("01"));
-        QVERIFY(browser.GetSelection() == library.GetItem(2).m_id);
+        Scene scene(20);
+        PressRow(scene.m_browser, 2);
+        scene.m_browser.SearchField().setText(QString::fromLatin1("01"));
+        QVERIFY(scene.IsSelected(2));
         Settle();
         // 001, 010, 011 and so on.
-        QCOMPARE(browser.GetRowCount(), std::size_t(11));
-        QVERIFY(browser.GetSelection() == library.GetItem(11).m_id);
-        browser.SearchField().setText(QString::fromLatin1("013"));
+        QCOMPARE(scene.m_browser.GetRowCount(), std::size_t(11));
+        QVERIFY(scene.IsSelected(11));
+        scene.m_browser.SearchField().setText(QString::fromLatin1("013"));
         Settle();
-        QVERIFY(!browser.GetSelection().IsValid());
-        browser.SearchField().clear();
+        QVERIFY(!scene.m_browser.GetSelection().IsValid());
+        scene.m_browser.SearchField().clear();
         Settle();
-        QVERIFY(browser.GetSelection() == library.GetItem(2).m_id);
-        QCOMPARE(browser.SignalCount(), 1);
+        QVERIFY(scene.IsSelected(2));
+        QCOMPARE(scene.m_browser.SignalCount(), 1);
     }
 
     void theSelectionStaysARowNumberWhenItemsComeAndGo()
@@ -339,9 +325,8 @@ private Q_SLOTS:
         const ItemID b = library.Add(NewItem::Solver("b"));
         const ItemID d = library.Add(NewItem::Solver("d"));
         MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        Press(browser, browser.RowCentre(1));
+        ShowLibrary(browser, library.GetAccessor());
+        PressRow(browser, 1);
         QVERIFY(browser.GetSelection() == d);
         const ItemID a = library.Add(NewItem::Solver("a"));
         Settle();
@@ -366,9 +351,8 @@ private Q_SLOTS:
         second.Add(NewItem::Solver("c"));
         const ItemID d = second.Add(NewItem::Solver("d"));
         MenuBrowser browser;
-        browser.SetItemLibrary(first.GetAccessor());
-        ShowBrowser(browser);
-        Press(browser, browser.RowCentre(1));
+        ShowLibrary(browser, first.GetAccessor());
+        PressRow(browser, 1);
         browser.SetItemLibrary(second.GetAccessor());
         Settle();
         QVERIFY(browser.GetSelection() == d);
@@ -376,46 +360,34 @@ private Q_SLOTS:
 
     void enterSelectsTheFirstRowWhenNoneIsSelected()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        QTest::keyClick(&browser.SearchField(), Qt::Key_Return);
-        QCOMPARE(browser.SignalCount(), 1);
-        QVERIFY(browser.GetSelection() == library.GetItem(0).m_id);
+        Scene scene;
+        QTest::keyClick(&scene.m_browser.SearchField(), Qt::Key_Return);
+        QCOMPARE(scene.m_browser.SignalCount(), 1);
+        QVERIFY(scene.IsSelected(0));
     }
 
     void enterAsksForNoRepaint()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        const QPoint onBand(250, browser.RowCentre(0).y());
+        Scene scene;
         // A key stroke makes the search field repaint itself and what is below it, hence the signal alone.
-        const int paints =
-            CountPaints(browser, [&] { QVERIFY(QMetaObject::invokeMethod(&browser.SearchField(), "returnPressed")); });
+        const int paints = CountPaints(scene.m_browser, [&] {
+            QVERIFY(QMetaObject::invokeMethod(&scene.m_browser.SearchField(), "returnPressed"));
+        });
         QCOMPARE(paints, 0);
-        QCOMPARE(browser.SignalCount(), 1);
-        QVERIFY(ScreenPixel(browser, onBand) != BandColour(browser).rgb());
-        browser.update();
+        QCOMPARE(scene.m_browser.SignalCount(), 1);
+        QVERIFY(!scene.IsBandOnScreen(0));
+        scene.m_browser.update();
         Settle();
-        QCOMPARE(ScreenPixel(browser, onBand), BandColour(browser).rgb());
+        QVERIFY(scene.IsBandOnScreen(0));
     }
 
     void enterKeepsTheSelectedRow()
     {
-        FakeLibrary library;
-        library.AddNodes(5);
-        MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        Press(browser, browser.RowCentre(3));
-        QTest::keyClick(&browser.SearchField(), Qt::Key_Return);
-        QCOMPARE(browser.SignalCount(), 2);
-        QVERIFY(browser.GetSelection() == library.GetItem(3).m_id);
+        Scene scene;
+        PressRow(scene.m_browser, 3);
+        QTest::keyClick(&scene.m_browser.SearchField(), Qt::Key_Return);
+        QCOMPARE(scene.m_browser.SignalCount(), 2);
+        QVERIFY(scene.IsSelected(3));
     }
 
     void enterInAnEmptyListSaysSoAndSelectsWhateverComesFirstLater()
@@ -423,8 +395,7 @@ private Q_SLOTS:
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
         MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QTest::keyClick(&browser.SearchField(), Qt::Key_Return);
         QCOMPARE(browser.SignalCount(), 1);
         QVERIFY(!browser.GetSelection().IsValid());
@@ -439,27 +410,19 @@ private Q_SLOTS:
     {
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
-        library.Add(NewItem::Compound("1"));
-        library.Add(NewItem::Signature("2"));
-        library.Add(NewItem::Solver("3"));
-        library.Add(NewItem::PolymorphicSolver("4"));
-        library.Add(NewItem::GlobalConstant("5"));
-        library.Add(NewItem::LoopCompound("6"));
-        library.Add(NewItem::Type("7"));
+        AddEveryKind(library);
         MenuBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowAll(browser, library.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(7));
         for (int row = 0; row < 7; ++row)
         {
-            Press(browser, browser.RowCentre(row));
+            PressRow(browser, row);
             QVERIFY(browser.GetSelection().IsValid());
             QCOMPARE(browser.IsSelectionType(), row == 6);
         }
-        Press(browser, browser.RowCentre(7));
+        PressRow(browser, 7);
         QVERIFY(!browser.IsSelectionType());
-        Press(browser, browser.RowCentre(6));
+        PressRow(browser, 6);
         QVERIFY(browser.IsSelectionType());
         layer.RemoveLibrary(library);
         QVERIFY(!browser.IsSelectionType());
@@ -482,8 +445,7 @@ private Q_SLOTS:
         library.Add(VireoType::gCompound, "Blend");
         library.Add(VireoType::gCompound, "Mix");
         MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QTest::mouseDClick(&browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier, browser.RowCentre(1));
         QCOMPARE(library.m_targets.size(), std::size_t(1));
         QVERIFY(library.m_targets[0].IsValid());
@@ -511,19 +473,11 @@ private Q_SLOTS:
         QFETCH(bool, isTarget);
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
-        library.Add(NewItem::Compound("1"));
-        library.Add(NewItem::Signature("2"));
-        library.Add(NewItem::LoopCompound("3"));
-        library.Add(NewItem::Solver("4"));
-        library.Add(NewItem::PolymorphicSolver("5"));
-        library.Add(NewItem::GlobalConstant("6"));
-        library.Add(NewItem::Type("7"));
+        AddEveryKind(library);
         int calls = 0;
         layer.SetCompoundTargetHandler([&calls] { ++calls; });
         MenuBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowAll(browser, library.GetAccessor());
         QTest::mouseDClick(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(row));
         QCOMPARE(calls, isTarget ? 1 : 0);
         QCOMPARE(layer.GetCompoundTarget().IsValid(), isTarget);
@@ -537,9 +491,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddAs(VireoType::gCompound, gOtherCompound, "Blend");
         MenuBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowAll(browser, library.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(1));
         QVERIFY(std::string(gOtherCompound) == VireoType::gCompound);
         QTest::mouseDClick(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(0));
@@ -560,8 +512,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.Add(VireoType::gCompound, "Blend");
         MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QTest::mouseDClick(&browser, Qt::LeftButton, Qt::NoModifier, position);
         QVERIFY(library.m_targets.empty());
     }
@@ -572,9 +523,8 @@ private Q_SLOTS:
         for (int i = 0; i < 5; ++i)
             library.Add(VireoType::gCompound, "Blend");
         MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
-        Press(browser, browser.RowCentre(1));
+        ShowLibrary(browser, library.GetAccessor());
+        PressRow(browser, 1);
         const int paints = CountPaints(
             browser, [&] { QTest::mouseDClick(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(3)); });
         QCOMPARE(paints, 0);
@@ -589,8 +539,7 @@ private Q_SLOTS:
         for (int i = 0; i < 5; ++i)
             library.Add(VireoType::gCompound, "Blend");
         MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         DoubleClick(browser, browser.RowCentre(2));
         QCOMPARE(browser.SignalCount(), 1);
         QVERIFY(browser.GetSelection() == library.GetItem(2).m_id);
@@ -603,8 +552,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.Add(LibType::gType, "Colour");
         MenuBrowser browser(eConfigTypeSelector);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         DoubleClick(browser, browser.RowCentre(0));
         QVERIFY(library.m_targets.empty());
         QCOMPARE(browser.SignalCount(), 1);
@@ -633,8 +581,7 @@ private Q_SLOTS:
         Library& smaller = layer.AddLibrary("Small");
         smaller.Add(NewItem::Compound("Only"));
         MenuBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         const QPoint position = browser.RowCentre(9);
         Press(browser, position);
         QVERIFY(browser.GetSelection().IsValid());

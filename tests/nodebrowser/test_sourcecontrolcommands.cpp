@@ -1,7 +1,7 @@
-#include "tests/nodebrowser/commandbrowser.h"
-#include "tests/nodebrowser/commandlayer.h"
-#include "tests/nodebrowser/modaluser.h"
+#include "nodebrowser/qtcompat.h"
+#include "tests/nodebrowser/onecompound.h"
 #include "tests/nodebrowser/pictures.h"
+#include "tests/nodebrowser/plaindisplay.h"
 #include "tests/nodebrowser/spylayer.h"
 #include "tests/support/testmain.h"
 
@@ -18,79 +18,21 @@ using vireo::datamodel::VireoType;
 namespace
 {
 
-QString Text(const char* in_text)
+/// Moves the compound of the first row to another data source.
+void MoveTo(CommandBrowser& in_browser, const char* in_source)
 {
-    return QString::fromLatin1(in_text);
-}
-
-/// Chooses an entry of the submenu "Compound source" with the keyboard.
-void ChooseSource(ModalUser& out_user, const char* in_text)
-{
-    const std::string text = in_text;
-    out_user.WhenMenuOpens([](QMenu& in_menu) {
-        if (GoTo(in_menu, "Compound source"))
-            Press(in_menu, Qt::Key_Right);
-    });
-    out_user.WhenSubmenuOpens([text](QMenu& in_submenu) { Choose(in_submenu, text.c_str()); });
+    UseSources(in_browser, 0, [in_source](QMenu& in_submenu) { Choose(in_submenu, in_source); });
 }
 
 } // namespace
 
-/// Keeps what a move throws away from the toolkit.
-class MovingBrowser : public CommandBrowser
+/// A browser that can be told to move something from outside of any menu.
+class MovingBrowser : public GuardedBrowser
 {
     Q_OBJECT
 
-public:
-    bool m_threw = false;
-
 public Q_SLOTS:
     void CallFromOutside() { CNodeBrowser::OnDatasourceChange(); }
-
-protected:
-    void OnDatasourceChange() override
-    {
-        try
-        {
-            CNodeBrowser::OnDatasourceChange();
-        }
-        catch (const nexa4::ExBase::NullPtr&)
-        {
-            m_threw = true;
-        }
-    }
-};
-
-/// A source-control display that counts how often it is asked whether there is any.
-class CountingDisplay : private ISourceControlDisplay
-{
-public:
-    CountingDisplay()
-    {
-        m_before = InstallProvider(Provider());
-        Provider provider = m_before;
-        provider.m_sourceControl = this;
-        InstallProvider(provider);
-    }
-    ~CountingDisplay() override { InstallProvider(m_before); }
-    CountingDisplay(const CountingDisplay&) = delete;
-    CountingDisplay& operator=(const CountingDisplay&) = delete;
-
-    bool m_active = true;
-    int m_activeQueries = 0;
-
-private:
-    void RequestObjectStates(const ScsTask&, const std::list<nexa4::NEXAHandle<nexa4::IDbObject>>&) override {}
-    void TaskEnded(const ScsTask&) override {}
-    bool IsFileVersionControlActive() override
-    {
-        ++m_activeQueries;
-        return m_active;
-    }
-    QPixmap GetAssetStateIcon(const QPixmap& in_base, unsigned, bool, bool) override { return in_base; }
-    QString GetToolTip(const nexa4::NEXAHandle<nexa4::IDbObject>&, const QString&) override { return QString(); }
-
-    Provider m_before;
 };
 
 class TestSourceControlCommands : public QObject
@@ -100,24 +42,17 @@ class TestSourceControlCommands : public QObject
 private Q_SLOTS:
     void checkingOutAndMakingWritableGoThroughTheHelper()
     {
-        CommandLayer layer;
-        RecordedCompound& compound = layer.AddCompound("Blend");
-        layer.GiveObject(compound);
-        CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        browser.Select(0);
-        layer.m_log.clear();
-        const int paints = CountPaints(browser, [&browser] {
-            browser.OnCheckOutItem();
-            browser.OnMakeItemWritable();
+        OneCompound<> one;
+        const int paints = CountPaints(one.m_browser, [&one] {
+            one.m_browser.OnCheckOutItem();
+            one.m_browser.OnMakeItemWritable();
         });
         // The new state comes back by itself or not at all: nothing is refreshed here.
         QCOMPARE(paints, 0);
-        const QString uid = Text(compound.m_uid.c_str());
-        QCOMPARE(layer.m_log, QStringList()
-                                  << Text("find ") + uid << Text("check out %1, result: yes, interactive: yes").arg(uid)
-                                  << Text("find ") + uid << Text("make writable %1, interactive: yes").arg(uid));
+        QCOMPARE(one.m_layer.m_log, QStringList() << Text("find ") + one.Uid()
+                                                  << Text("check out %1, result: yes, interactive: yes").arg(one.Uid())
+                                                  << Text("find ") + one.Uid()
+                                                  << Text("make writable %1, interactive: yes").arg(one.Uid()));
     }
 
     void theyAreCommandsThatAHostCanConnect_data()
@@ -135,8 +70,7 @@ private Q_SLOTS:
         CommandLayer layer;
         layer.GiveObject(layer.Add(VireoType::gSolver, "Solver"));
         CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, layer.GetAccessor());
         browser.Select(0);
         QVERIFY(QMetaObject::invokeMethod(&browser, slot.constData()));
         QCOMPARE(layer.Lines(line.constData()).size(), 1);
@@ -159,32 +93,27 @@ private Q_SLOTS:
     {
         QFETCH(int, lack);
         QFETCH(bool, asked);
-        CommandLayer layer;
-        RecordedCompound& compound = layer.AddCompound("Blend");
-        layer.GiveObject(compound);
-        CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        browser.Select(lack == 0 ? 1 : 0);
+        OneCompound<> one;
+        one.m_browser.Select(lack == 0 ? 1 : 0);
         ModalUser user;
         if (lack == 1)
-            browser.PopContexMenu(QPoint(10, 10), 1);
+            one.m_browser.PopContexMenu(QPoint(10, 10), 1);
         else if (lack == 2)
-            layer.SetSystemPresent(false);
+            one.m_layer.SetSystemPresent(false);
         else if (lack == 3)
-            layer.m_helperPresent = false;
+            one.m_layer.m_helperPresent = false;
         else if (lack == 4)
-            compound.m_uid = "Blend";
+            one.m_compound.m_uid = "Blend";
         else if (lack == 5)
-            compound.m_uid = "C0DE0000-0000-0000-0000-0000DEADDEAD";
+            one.m_compound.m_uid = "C0DE0000-0000-0000-0000-0000DEADDEAD";
         else if (lack == 6)
-            compound.m_alive = false;
-        layer.m_log.clear();
-        browser.OnCheckOutItem();
-        browser.OnMakeItemWritable();
+            one.m_compound.m_alive = false;
+        one.m_layer.m_log.clear();
+        one.m_browser.OnCheckOutItem();
+        one.m_browser.OnMakeItemWritable();
         QVERIFY(user.IsDone());
         const QString find = Text("find C0DE0000-0000-0000-0000-0000DEADDEAD");
-        QCOMPARE(layer.m_log, asked ? QStringList() << find << find : QStringList());
+        QCOMPARE(one.m_layer.m_log, asked ? QStringList() << find << find : QStringList());
     }
 
     void theNewStateComesBackAsANotification()
@@ -195,8 +124,7 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         const ItemID item = library.Add(NewItem::Compound("Blend"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.Select(0);
         QCOMPARE(CountPaints(browser, [&browser] { browser.OnCheckOutItem(); }), 1);
         QCOMPARE(layer.GetSourceControl().GetState(item), unsigned(memorymodel::eCheckedOut));
@@ -206,72 +134,71 @@ private Q_SLOTS:
 
     void aChosenSourceIsMovedToThroughTheHelper()
     {
-        CommandLayer layer;
-        RecordedCompound& compound = layer.AddCompound("Blend");
-        layer.GiveObject(compound);
-        layer.AddResource("There", "//there", layer.MakeSource("//there"));
-        CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        layer.m_log.clear();
-        ModalUser user;
-        ChooseSource(user, "There");
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
-        const QString uid = Text(compound.m_uid.c_str());
-        QCOMPARE(layer.m_log.mid(3), QStringList() << Text("find ") + uid << Text("database helper")
-                                                   << Text("move %1 to '//there', with content: yes").arg(uid));
-        QCOMPARE(layer.m_log.at(0), Text("find ") + uid);
-        QVERIFY(layer.m_log.at(1).startsWith(Text("can modify Blend")));
-        QVERIFY(layer.m_log.at(2).startsWith(Text("query")));
+        OneCompound<> one;
+        one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
+        MoveTo(one.m_browser, "There");
+        QCOMPARE(one.m_layer.m_log.mid(3), QStringList()
+                                               << Text("find ") + one.Uid() << Text("database helper")
+                                               << Text("move %1 to '//there', with content: yes").arg(one.Uid()));
+        QCOMPARE(one.m_layer.m_log.at(0), Text("find ") + one.Uid());
+        QVERIFY(one.m_layer.m_log.at(1).startsWith(Text("can modify Blend")));
+        QVERIFY(one.m_layer.m_log.at(2).startsWith(Text("query")));
     }
 
     void aMoveKnowsItsCompoundByItself()
     {
-        CommandLayer layer;
-        RecordedCompound& compound = layer.AddCompound("Blend");
-        layer.GiveObject(compound);
-        layer.AddResource("There", "//there", layer.MakeSource("//there"));
-        CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        OneCompound<> one;
+        one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
         ModalUser user;
-        user.WhenMenuOpens([&browser](QMenu& in_menu) {
-            browser.Select(1); // nothing is selected any more
+        user.WhenMenuOpens([&one](QMenu& in_menu) {
+            one.m_browser.Select(1); // nothing is selected any more
             if (GoTo(in_menu, "Compound source"))
                 Press(in_menu, Qt::Key_Right);
         });
         user.WhenSubmenuOpens([](QMenu& in_submenu) { Choose(in_submenu, "There"); });
-        browser.RightPress(0);
+        one.m_browser.RightPress(0);
         QVERIFY(user.IsDone());
-        QVERIFY(!browser.GetSelection().IsValid());
-        QCOMPARE(layer.Lines("move"),
-                 QStringList(Text("move %1 to '//there', with content: yes").arg(Text(compound.m_uid.c_str()))));
+        QVERIFY(!one.m_browser.GetSelection().IsValid());
+        QCOMPARE(one.m_layer.Lines("move"),
+                 QStringList(Text("move %1 to '//there', with content: yes").arg(one.Uid())));
+    }
+
+    void aMoveLeavesTheListToTheNotifications()
+    {
+        OneCompound<> one;
+        one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
+        one.m_layer.m_library->m_walks = 0;
+        MoveTo(one.m_browser, "There");
+        Settle();
+        QCOMPARE(one.m_layer.Lines("move").size(), 1);
+        QCOMPARE(one.m_layer.m_library->m_walks, 0);
     }
 
     void aMoveDoesNotAskAgainWhatTheMenuAsked()
     {
-        CommandLayer layer;
-        RecordedCompound& compound = layer.AddCompound("Blend");
-        const auto object = layer.GiveObject(compound);
-        const auto there = layer.MakeSource("//there");
-        layer.AddResource("There", "//there", there);
-        CommandBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        ModalUser user;
-        user.WhenMenuOpens([&](QMenu& in_menu) {
-            if (GoTo(in_menu, "Compound source"))
-                Press(in_menu, Qt::Key_Right);
-        });
-        user.WhenSubmenuOpens([&](QMenu& in_submenu) {
+        OneCompound<> one;
+        const auto there = one.m_layer.MakeSource("//there");
+        one.m_layer.AddResource("There", "//there", there);
+        UseSources(one.m_browser, 0, [&](QMenu& in_submenu) {
             there->m_state = 1;
-            object->m_source->m_state = 1;
+            one.m_object->m_source->m_state = 1;
             Choose(in_submenu, "There");
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
-        QCOMPARE(layer.Lines("move").size(), 1);
+        QCOMPARE(one.m_layer.Lines("move").size(), 1);
+    }
+
+    void aRefusedMoveOrCheckOutIsLeftAtThat()
+    {
+        OneCompound<> one;
+        one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
+        one.m_layer.m_database->m_refusing = true;
+        QCOMPARE(CountPaints(one.m_browser, [&one] { one.m_browser.OnCheckOutItem(); }), 0);
+        QCOMPARE(one.m_layer.m_log.filter(Text("check out ")).size(), 1);
+
+        MoveTo(one.m_browser, "There");
+        QCOMPARE(one.m_layer.m_log.filter(Text("move ")).size(), 1);
+        QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(CountPaints(one.m_browser, [] {}), 0);
     }
 
     void aMoveWithoutAHelperDoesNothing_data()
@@ -284,29 +211,21 @@ private Q_SLOTS:
     void aMoveWithoutAHelperDoesNothing()
     {
         QFETCH(bool, system);
-        CommandLayer layer;
-        layer.GiveObject(layer.AddCompound("Blend"));
-        layer.AddResource("There", "//there", layer.MakeSource("//there"));
-        MovingBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) {
-            if (GoTo(in_menu, "Compound source"))
-                Press(in_menu, Qt::Key_Right);
-        });
-        user.WhenSubmenuOpens([&](QMenu& in_submenu) {
+        OneCompound<MovingBrowser> one;
+        one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
+        UseSources(one.m_browser, 0, [&](QMenu& in_submenu) {
             if (system)
-                layer.m_helperPresent = false;
+                one.m_layer.m_helperPresent = false;
             else
-                layer.SetSystemPresent(false);
-            layer.m_log.clear();
+                one.m_layer.SetSystemPresent(false);
+            // Without a helper nobody looks at what the entry would move where.
+            for (QAction* const action : in_submenu.actions())
+                action->setData(QVariant());
+            one.m_layer.m_log.clear();
             Choose(in_submenu, "There");
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
-        QVERIFY(!browser.m_threw);
-        QCOMPARE(layer.m_log, QStringList());
+        QVERIFY(!one.m_browser.m_threw);
+        QCOMPARE(one.m_layer.m_log, QStringList());
     }
 
     void aMoveOfWhatIsUnknownThrowsAndMovesNothing_data()
@@ -319,49 +238,32 @@ private Q_SLOTS:
     void aMoveOfWhatIsUnknownThrowsAndMovesNothing()
     {
         QFETCH(bool, compound);
-        CommandLayer layer;
-        const auto object = layer.GiveObject(layer.AddCompound("Blend"));
-        const auto resource = layer.AddResource("There", "//there", layer.MakeSource("//there"));
-        const QString objectId = Text(object->m_id.GetStr().c_str());
-        MovingBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
+        OneCompound<MovingBrowser> one;
+        const auto resource = one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
+        const QString uid = one.Uid();
         const nexa4::DisableErrorReportingGuard quiet;
-        ModalUser user;
-        user.WhenMenuOpens([](QMenu& in_menu) {
-            if (GoTo(in_menu, "Compound source"))
-                Press(in_menu, Qt::Key_Right);
-        });
-        user.WhenSubmenuOpens([&](QMenu& in_submenu) {
-            (compound ? object->m_id : resource->m_id) = layer.m_database->MakeId(0xBADu);
-            layer.m_log.clear();
+        UseSources(one.m_browser, 0, [&](QMenu& in_submenu) {
+            (compound ? one.m_object->m_id : resource->m_id) = one.m_layer.m_database->MakeId(0xBADu);
+            one.m_layer.m_log.clear();
             Choose(in_submenu, "There");
         });
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
-        QVERIFY(browser.m_threw);
+        QVERIFY(one.m_browser.m_threw);
         // It looked as far as there was something to be found.
-        QCOMPARE(layer.m_log, compound ? QStringList(Text("find ") + objectId)
-                                       : QStringList() << Text("find ") + objectId << Text("database helper"));
+        QCOMPARE(one.m_layer.m_log, compound ? QStringList(Text("find ") + uid)
+                                             : QStringList() << Text("find ") + uid << Text("database helper"));
     }
 
     void aMoveThatNoEntryAskedForDoesNothing()
     {
-        CommandLayer layer;
-        layer.GiveObject(layer.AddCompound("Blend"));
-        MovingBrowser browser;
-        browser.SetItemLibrary(layer.GetAccessor());
-        ShowBrowser(browser);
-        browser.Select(0);
-        layer.m_log.clear();
-        browser.CallFromOutside();
+        OneCompound<MovingBrowser> one;
+        one.m_browser.CallFromOutside();
         QTimer timer;
         timer.setSingleShot(true);
-        connect(&timer, SIGNAL(timeout()), &browser, SLOT(OnDatasourceChange()));
+        connect(&timer, SIGNAL(timeout()), &one.m_browser, SLOT(OnDatasourceChange()));
         timer.start(0);
         QVERIFY(WaitFor([&timer] { return !timer.isActive(); }));
-        QVERIFY(!browser.m_threw);
-        QCOMPARE(layer.m_log, QStringList());
+        QVERIFY(!one.m_browser.m_threw);
+        QCOMPARE(one.m_layer.m_log, QStringList());
     }
 
     void aMoveIsOneStepToUndoAndShowsInTheNextMenu()
@@ -372,19 +274,13 @@ private Q_SLOTS:
         DataSource& there = library.AddDataSource("There");
         const ItemID item = library.Add(NewItem::Compound("Blend").In(here));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
         browser.SetCommandManager(&layer.GetCommandManager());
-        ShowBrowser(browser);
-        ModalUser user;
-        ChooseSource(user, "There");
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        ShowLibrary(browser, library.GetAccessor());
+        MoveTo(browser, "There");
         QVERIFY(library.GetSourceOf(item) == &there);
         QCOMPARE(layer.GetCommandManager().GetStack().count(), 1);
         Settle();
-        ChooseSource(user, "Here");
-        browser.RightPress(0);
-        QVERIFY(user.IsDone());
+        MoveTo(browser, "Here");
         QVERIFY(library.GetSourceOf(item) == &here);
         layer.GetCommandManager().GetStack().undo();
         QVERIFY(library.GetSourceOf(item) == &there);
@@ -400,8 +296,7 @@ private Q_SLOTS:
         FakePropertiesManager manager(m_log);
         layer.SetService("RevisionControlPropertiesMgr", &manager);
         CommandBrowser browser;
-        browser.SetItemLibrary(spy.Watch(library.GetAccessor()));
-        ShowBrowser(browser);
+        ShowLibrary(browser, spy.Watch(library.GetAccessor()));
         spy.Forget();
         manager.m_enabled = true;
         QVERIFY(CountPaints(browser, [&manager] { manager.Tell(&manager); }) > 0);
@@ -422,8 +317,7 @@ private Q_SLOTS:
         const ItemID blend = library.Add(NewItem::Compound("Blend"));
         library.Add(NewItem::Compound("Mix"));
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         layer.GetSourceControl().SetState(blend, memorymodel::eCheckedOut);
         Settle();
         const QImage badged = qtcompat::ScreenPicture(browser).toImage();
@@ -435,8 +329,7 @@ private Q_SLOTS:
         QVERIFY(plain != badged);
 
         CommandBrowser fresh;
-        fresh.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(fresh);
+        ShowLibrary(fresh, library.GetAccessor());
         QVERIFY(PictureWithoutChildren(browser) == PictureWithoutChildren(fresh));
     }
 
@@ -486,8 +379,7 @@ private Q_SLOTS:
         manager.m_enabled = true;
         layer.SetService("RevisionControlPropertiesMgr", &manager);
         CommandBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         manager.m_has = change != 1;
         manager.m_enabled = change != 2;
         layer.GetSourceControl().SetVersionControlActive(change != 3);
@@ -511,7 +403,7 @@ private Q_SLOTS:
         FakePropertiesManager manager(m_log);
         layer.SetService("RevisionControlPropertiesMgr", &manager);
         CommandBrowser browser;
-        CountingDisplay display;
+        PlainDisplay display;
         manager.Tell(nullptr);
         manager.Tell(&manager);
         manager.m_enabled = true;

@@ -147,6 +147,20 @@ private Q_SLOTS:
         QVERIFY(m_spy->m_icons.empty());
     }
 
+    void disablingTakesTheStatesOfHiddenItemsAwayToo()
+    {
+        Show();
+        Enable(true);
+        m_browser->SearchField().setText(QString::fromLatin1("fade"));
+        Settle();
+        QCOMPARE(m_browser->GetRowCount(), std::size_t(1));
+        TellState(m_blend, 3);
+        TellState(m_fade, 4);
+        m_spy->Forget();
+        Enable(false);
+        QCOMPARE(m_spy->m_icons.size(), std::size_t(2));
+    }
+
     void disablingComposesOnlyIconsThatHaveAState()
     {
         m_library->Add(NewItem::Solver("Without a state"));
@@ -333,11 +347,7 @@ private Q_SLOTS:
     }
 
 private:
-    void Show()
-    {
-        m_browser->SetItemLibrary(m_accessor);
-        ShowBrowser(*m_browser);
-    }
+    void Show() { ShowLibrary(*m_browser, m_accessor); }
 
     void Enable(bool in_enabled)
     {

@@ -1,6 +1,8 @@
 #include "tests/nodebrowser/browserfixture.h"
 #include "tests/nodebrowser/fakelibrary.h"
+#include "tests/nodebrowser/plaindisplay.h"
 #include "tests/support/testmain.h"
+#include "tests/support/text.h"
 
 #include "datamodel/revisioncontrol.h"
 #include "datamodel/sourcecontrol.h"
@@ -18,16 +20,8 @@ using vireo::datamodel::VireoType;
 namespace
 {
 
-/// A type name that reads like the one of compounds and is another one.
-const char gOtherCompound[] = "Compound";
-
 /// How long a tool tip that was told to hide may take to do so, with time to spare.
 const int gHidingTime = 700;
-
-QString Text(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
 
 /// The text that source control has about an item.
 QString DescribeItem(const ItemID& in_item)
@@ -89,24 +83,11 @@ class OtherService : public hmx::IBase
 };
 
 /// Tells what it is asked for a tool tip, and answers with a text of its own.
-class SpokenTips : public ISourceControlDisplay
+class SpokenTips : public PlainDisplay
 {
 public:
-    SpokenTips()
-    {
-        m_before = InstallProvider(Provider());
-        Provider provider = m_before;
-        provider.m_sourceControl = this;
-        InstallProvider(provider);
-    }
-    ~SpokenTips() override { InstallProvider(m_before); }
-    SpokenTips(const SpokenTips&) = delete;
-    SpokenTips& operator=(const SpokenTips&) = delete;
+    SpokenTips() { m_active = false; }
 
-    void RequestObjectStates(const ScsTask&, const std::list<nexa4::NEXAHandle<nexa4::IDbObject>>&) override {}
-    void TaskEnded(const ScsTask&) override {}
-    bool IsFileVersionControlActive() override { return false; }
-    QPixmap GetAssetStateIcon(const QPixmap& in_base, unsigned, bool, bool) override { return in_base; }
     QString GetToolTip(const nexa4::NEXAHandle<nexa4::IDbObject>& in_object, const QString& in_icon) override
     {
         m_objects.push_back(in_object.GetDbObjectId().GetStr());
@@ -117,9 +98,6 @@ public:
     QString m_text;
     std::vector<std::string> m_objects;
     QStringList m_icons;
-
-private:
-    Provider m_before;
 };
 
 } // namespace
@@ -161,9 +139,7 @@ private Q_SLOTS:
         items.push_back(library.Add(NewItem::LoopCompound("2")));
         items.push_back(library.Add(NewItem::Signature("3")));
         ProbedBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowAll(browser, library.GetAccessor());
         const QString expected = DescribeItem(items[static_cast<std::size_t>(row)]);
         QVERIFY(!expected.isEmpty());
         QVERIFY(HoverForTip(browser, browser.RowCentre(row)));
@@ -178,8 +154,7 @@ private Q_SLOTS:
         SpokenTips tips;
         tips.m_text = Text("  <b>bold</b> & plain  ");
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(HoverForTip(browser, browser.RowCentre(0)));
         QCOMPARE(tips.m_icons, QStringList(Text(":compound.png")));
         QCOMPARE(tips.m_objects.size(), std::size_t(1));
@@ -194,8 +169,7 @@ private Q_SLOTS:
         library.Add(NewItem::Compound("Blend"));
         const SpokenTips tips;
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(PutTipUp());
         QVERIFY(Hover(browser, browser.RowCentre(0)));
         QVERIFY(WaitFor([] { return !QToolTip::isVisible(); }));
@@ -209,8 +183,7 @@ private Q_SLOTS:
         SpokenTips tips;
         tips.m_text = Text("a tip");
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         ExpectRaisedWindow();
         QToolTip::showText(browser.mapToGlobal(browser.RowCentre(0)), tips.m_text);
         QVERIFY(FindTip());
@@ -228,8 +201,7 @@ private Q_SLOTS:
         const ItemID first = library.Add(NewItem::Compound("1"));
         const ItemID second = library.Add(NewItem::Compound("2"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(DescribeItem(first) != DescribeItem(second));
         QVERIFY(HoverForTip(browser, browser.RowCentre(0)));
         QCOMPARE(QToolTip::text(), DescribeItem(first));
@@ -245,8 +217,7 @@ private Q_SLOTS:
         for (int i = 0; i < 40; ++i)
             items.push_back(library.Add(NewItem::Compound("Blend " + std::to_string(10 + i))));
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.ScrollBar().setValue(240);
         Settle();
         QVERIFY(HoverForTip(browser, browser.RowCentre(11)));
@@ -277,9 +248,7 @@ private Q_SLOTS:
         library.Add(NewItem::GlobalConstant("4"));
         library.Add(NewItem::Type("5"));
         ProbedBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowAll(browser, library.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(5));
         QVERIFY(PutTipUp());
         QVERIFY(!Hover(browser, position));
@@ -291,9 +260,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddAs(VireoType::gCompound, gOtherCompound, "Blend");
         ProbedBrowser browser;
-        browser.TabBar()->setCurrentIndex(2);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowAll(browser, library.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(1));
         QVERIFY(PutTipUp());
         QVERIFY(!Hover(browser, browser.RowCentre(0)));
@@ -316,8 +283,7 @@ private Q_SLOTS:
             library.Add(withUID ? NewItem::Compound("Blend").WithoutObject() : NewItem::Compound("Blend").WithoutUID());
         QCOMPARE(nexa4::DbObjectId::IsUID(ItemIDUnlock::GetItemIDUID(item)), withUID);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(Hover(browser, browser.RowCentre(0)));
         QVERIFY(!QToolTip::isVisible());
         QVERIFY(PutTipUp());
@@ -340,8 +306,7 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Compound("Blend"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         OtherService other;
         if (absence == 2)
             layer.SetSystemPresent(false);
@@ -361,8 +326,7 @@ private Q_SLOTS:
         library.Add(NewItem::Solver("Mix"));
         layer.SetService("RevisionControlUIHelper", nullptr);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(PutTipUp());
         QVERIFY(!Hover(browser, browser.RowCentre(0)));
         QVERIFY(WaitFor([] { return !QToolTip::isVisible(); }));
@@ -375,8 +339,7 @@ private Q_SLOTS:
         const ItemID item = library.Add(NewItem::Compound("Blend"));
         layer.SetService("RevisionControlUIHelper", nullptr);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(Hover(browser, browser.RowCentre(0)));
         QVERIFY(!QToolTip::isVisible());
         layer.RestoreService("RevisionControlUIHelper");
@@ -390,8 +353,7 @@ private Q_SLOTS:
         library.AddNodes(1);
         ProbedBrowser browser;
         browser.setToolTip(Text("of the widget"));
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(!Hover(browser, browser.RowCentre(0)));
         QVERIFY(!Hover(browser, QPoint(290, 30)));
         QVERIFY(!QToolTip::isVisible());
@@ -403,8 +365,7 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Compound("Blend"));
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QHelpEvent help(QEvent::ToolTip, browser.RowCentre(0), QPoint(600, 500));
         ExpectRaisedWindow();
         QCOMPARE(CountPaints(browser, [&] { QCoreApplication::sendEvent(&browser, &help); }), 0);

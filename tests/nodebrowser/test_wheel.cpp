@@ -41,6 +41,25 @@ public:
     int m_count = 0;
 };
 
+/// A browser of some nodes that fills another window.
+struct Embedded
+{
+    explicit Embedded(int in_nodes)
+    {
+        m_library.AddNodes(in_nodes);
+        m_browser.setParent(&m_window);
+        m_browser.SetItemLibrary(m_library.GetAccessor());
+        m_window.resize(300, 400);
+        m_window.show();
+        ShowBrowser(m_browser);
+    }
+    ~Embedded() { m_browser.setParent(nullptr); }
+
+    FakeLibrary m_library;
+    QWidget m_window;
+    ProbedBrowser m_browser;
+};
+
 class TestWheel : public QObject
 {
     Q_OBJECT
@@ -70,8 +89,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(100);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         browser.ScrollBar().setValue(300);
         Settle();
         QVERIFY(Turn(browser, gOverList, delta, static_cast<Qt::Orientation>(orientation)));
@@ -84,8 +102,7 @@ private Q_SLOTS:
         library.AddNodes(100);
         ProbedBrowser browser;
         UsePlainColours(browser);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         const QImage before = PictureWithoutChildren(browser);
         QCOMPARE(CountPaints(browser, [&browser] { Turn(browser, gOverList, -120); }), 1);
         const QImage after = PictureWithoutChildren(browser);
@@ -98,8 +115,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(20);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         const int maximum = 20 * 24 - 357;
         QVERIFY(Turn(browser, gOverList, 120));
         QCOMPARE(browser.ScrollBar().value(), 0);
@@ -132,8 +148,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(100);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QCOMPARE(Turn(browser, position, -120), inside);
         QCOMPARE(browser.ScrollBar().value(), inside ? 72 : 0);
     }
@@ -144,8 +159,7 @@ private Q_SLOTS:
         for (int i = 0; i < 40; ++i)
             library.Add(vireo::datamodel::LibType::gType, "Type");
         ProbedBrowser browser(eConfigTypeSelector);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(!Turn(browser, QPoint(100, 22), -120));
         QCOMPARE(browser.ScrollBar().value(), 0);
         QVERIFY(Turn(browser, QPoint(100, 23), -120));
@@ -154,41 +168,23 @@ private Q_SLOTS:
 
     void aTurnOverTheHeaderGoesOnToTheParent()
     {
-        FakeLibrary library;
-        library.AddNodes(100);
-        QWidget window;
-        ProbedBrowser browser;
-        browser.setParent(&window);
-        browser.SetItemLibrary(library.GetAccessor());
-        window.resize(300, 400);
-        window.show();
-        ShowBrowser(browser);
-        QVERIFY(browser.m_paints > 0);
-        const WheelCounter counter(window);
-        QVERIFY(!Turn(browser, QPoint(290, 30), -120));
+        Embedded embedded(100);
+        QVERIFY(embedded.m_browser.m_paints > 0);
+        const WheelCounter counter(embedded.m_window);
+        QVERIFY(!Turn(embedded.m_browser, QPoint(290, 30), -120));
         QCOMPARE(counter.m_count, 1);
-        QCOMPARE(browser.ScrollBar().value(), 0);
-        QVERIFY(Turn(browser, gOverList, -120));
+        QCOMPARE(embedded.m_browser.ScrollBar().value(), 0);
+        QVERIFY(Turn(embedded.m_browser, gOverList, -120));
         QCOMPARE(counter.m_count, 1);
-        QCOMPARE(browser.ScrollBar().value(), 72);
-        browser.setParent(nullptr);
+        QCOMPARE(embedded.m_browser.ScrollBar().value(), 72);
     }
 
     void aTurnAtTheEndOfTheListStillStaysHere()
     {
-        FakeLibrary library;
-        library.AddNodes(3);
-        QWidget window;
-        ProbedBrowser browser;
-        browser.setParent(&window);
-        browser.SetItemLibrary(library.GetAccessor());
-        window.resize(300, 400);
-        window.show();
-        ShowBrowser(browser);
-        const WheelCounter counter(window);
-        QVERIFY(Turn(browser, gOverList, 120));
+        Embedded embedded(3);
+        const WheelCounter counter(embedded.m_window);
+        QVERIFY(Turn(embedded.m_browser, gOverList, 120));
         QCOMPARE(counter.m_count, 0);
-        browser.setParent(nullptr);
     }
 
     void aScrollBarThatWasNeverShownMovesTheRowsUpTo99()
@@ -197,8 +193,7 @@ private Q_SLOTS:
         library.AddNodes(3);
         ProbedBrowser browser;
         UsePlainColours(browser);
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(!browser.ScrollBar().isVisible());
         const QImage before = PictureWithoutChildren(browser);
         const int expected[] = {72, 99, 99};
@@ -223,8 +218,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(20);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QCOMPARE(browser.ScrollBar().maximum(), 123);
         browser.SearchField().setText(QString::fromLatin1("001"));
         Settle();
@@ -253,8 +247,7 @@ private Q_SLOTS:
         FakeLibrary library;
         library.AddNodes(100);
         ProbedBrowser browser;
-        browser.SetItemLibrary(library.GetAccessor());
-        ShowBrowser(browser);
+        ShowLibrary(browser, library.GetAccessor());
         QVERIFY(Turn(browser, gOverList, -120));
         QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, 43 + 12));
         QTest::mouseRelease(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, 43 + 12));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "nodebrowser/qtcompat.h"
+#include "tests/support/platformwarnings.h"
 
 #include <QAction>
 #include <QApplication>
@@ -39,7 +40,7 @@ public:
     void WhenMenuOpens(std::function<void(QMenu&)> in_action)
     {
         ExpectPopup(1);
-        AddMenuStep(in_action);
+        WhenPopupOpens(in_action);
     }
 
     /// The same for a menu beside one that is open already.
@@ -47,25 +48,35 @@ public:
     {
         // Not this menu grabs the keyboard but the first one, when this one closes.
         ExpectPopup(qtcompat::KeyboardGrabsAfterSubmenu());
-        AddMenuStep(in_action);
+        WhenPopupOpens(in_action);
     }
+
+    /// The same for a menu on a platform whose warnings need not be announced.
+    void WhenPopupOpens(std::function<void(QMenu&)> in_action)
+    {
+        When([] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); },
+             [in_action](QWidget& in_window) { in_action(static_cast<QMenu&>(in_window)); });
+    }
+
+    /// The same for the next modal window, whatever it is.
+    void WhenWindowOpens(std::function<void(QWidget&)> in_action) { When(QApplication::activeModalWidget, in_action); }
 
     /// \param in_title title of the window; a message box and a dialog of ours alike
     void WhenDialogOpens(const char* in_title, std::function<void(QDialog&)> in_action)
     {
         const QString title = QString::fromLatin1(in_title);
-        m_steps.push_back(Step{[title]() -> QWidget* {
-                                   QDialog* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-                                   return dialog && dialog->windowTitle() == title ? dialog : nullptr;
-                               },
-                               [in_action](QWidget& in_window) { in_action(static_cast<QDialog&>(in_window)); }});
+        When(
+            [title]() -> QWidget* {
+                QDialog* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+                return dialog && dialog->windowTitle() == title ? dialog : nullptr;
+            },
+            [in_action](QWidget& in_window) { in_action(static_cast<QDialog&>(in_window)); });
     }
 
     /// The same for a dialog whose size is found by a layout while it is being shown.
     void WhenLaidOutDialogOpens(const char* in_title, std::function<void(QDialog&)> in_action)
     {
-        if (!qtcompat::CanRaiseWindows())
-            QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
+        ExpectLaidOutWindow();
         WhenDialogOpens(in_title, in_action);
     }
 
@@ -98,20 +109,19 @@ private:
         std::function<void(QWidget&)> m_act;
     };
 
+    /// Does something as soon as the window that is looked for is up.
+    /// \param in_find the window; null while there is none
+    void When(std::function<QWidget*()> in_find, std::function<void(QWidget&)> in_action)
+    {
+        m_steps.push_back(Step{in_find, in_action});
+    }
+
     /// Announces the warnings of a platform whose windows can neither be raised nor grab the keyboard.
     static void ExpectPopup(int in_grabs)
     {
-        if (qtcompat::CanRaiseWindows())
-            return;
-        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+        ExpectRaisedWindow();
         for (int i = 0; i < in_grabs; ++i)
-            QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
-    }
-
-    void AddMenuStep(const std::function<void(QMenu&)>& in_action)
-    {
-        m_steps.push_back(Step{[] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); },
-                               [in_action](QWidget& in_window) { in_action(static_cast<QMenu&>(in_window)); }});
+            ExpectPlatformWarning("This plugin does not support grabbing the keyboard");
     }
 
     void Do(QWidget& in_window)
@@ -135,8 +145,8 @@ private:
     bool m_stuck = false;
 };
 
-/// The entries of a menu.
-inline QStringList Texts(const QMenu& in_menu)
+/// The entries of a menu, or the titles of a menu bar.
+inline QStringList Texts(const QWidget& in_menu)
 {
     QStringList texts;
     const QList<QAction*> actions = in_menu.actions();
@@ -146,13 +156,18 @@ inline QStringList Texts(const QMenu& in_menu)
 }
 
 /// The entry of a menu with a text; null when there is none.
-inline QAction* FindEntry(const QMenu& in_menu, const char* in_text)
+inline QAction* FindEntry(const QMenu& in_menu, const QString& in_text)
 {
     const QList<QAction*> actions = in_menu.actions();
     for (int i = 0; i < actions.size(); ++i)
-        if (actions.at(i)->text() == QString::fromLatin1(in_text))
+        if (actions.at(i)->text() == in_text)
             return actions.at(i);
     return nullptr;
+}
+
+inline QAction* FindEntry(const QMenu& in_menu, const char* in_text)
+{
+    return FindEntry(in_menu, QString::fromLatin1(in_text));
 }
 
 inline void Press(QWidget& in_window, Qt::Key in_key)
@@ -177,10 +192,25 @@ inline void Choose(QMenu& in_menu, const char* in_text)
 }
 
 /// Clicks an entry with the mouse, whether it is enabled or not.
-inline void ClickEntry(QMenu& in_menu, const char* in_text)
+/// \return whether there is such an entry
+inline bool ClickEntry(QMenu& in_menu, const QString& in_text)
 {
-    if (QAction* const entry = FindEntry(in_menu, in_text))
+    QAction* const entry = FindEntry(in_menu, in_text);
+    if (entry)
         QTest::mouseClick(&in_menu, Qt::LeftButton, Qt::NoModifier, in_menu.actionGeometry(entry).center());
+    return entry != nullptr;
+}
+
+inline bool ClickEntry(QMenu& in_menu, const char* in_text)
+{
+    return ClickEntry(in_menu, QString::fromLatin1(in_text));
+}
+
+/// Closes the menus that are open, as Escape does.
+inline void CloseMenus()
+{
+    while (QWidget* const open = QApplication::activePopupWidget())
+        Press(*open, Qt::Key_Escape);
 }
 
 /// Types a text in the place of what stands in a line edit.

@@ -1,48 +1,29 @@
-/// What tests of the window share: people at modal boxes and in menus, a platform that is quiet, and settings that are nobody's.
+/// What tests of the window share: how it is shown and closed, its rows and menus, a platform that is quiet, and settings
+/// that are nobody's.
 #pragma once
+
+#include "host/librarybrowser.h"
+#include "host/mainwindow.h"
+#include "memorymodel/datalayer.h"
+#include "tests/support/modaluser.h"
 
 #include <QApplication>
 #include <QMainWindow>
-#include <QMenu>
 #include <QMenuBar>
-#include <QPointer>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
-#include <functional>
-#include <utility>
+#include <memory>
 
-/// Does something with each modal window that opens while this lives, from the event loop of that window.
-class AtModal : public QObject
+const int gListTop = 43;
+const int gRowHeight = 24;
+
+/// The middle of a row of the browser's list, as high as it is scrolled.
+inline QPoint RowCentre(int in_row)
 {
-public:
-    explicit AtModal(std::function<void(QWidget&)> in_answer) : m_answer(std::move(in_answer))
-    {
-        m_poll = startTimer(0);
-    }
-
-    /// How many windows opened.
-    int GetCount() const { return m_count; }
-
-protected:
-    void timerEvent(QTimerEvent*) override
-    {
-        QWidget* const window = QApplication::activeModalWidget();
-        if (!window || window == m_answered)
-            return;
-        m_answered = window;
-        ++m_count;
-        m_answer(*window);
-    }
-
-private:
-    std::function<void(QWidget&)> m_answer;
-    QPointer<QWidget> m_answered;
-    int m_poll = 0;
-    int m_count = 0;
-};
+    return QPoint(100, gListTop + gRowHeight * in_row + gRowHeight / 2);
+}
 
 /// The test's own handler of messages, which gets all that SilencePlatform() lets through.
 inline QtMessageHandler& TestMessageHandler()
@@ -64,12 +45,21 @@ inline void SilencePlatform()
     TestMessageHandler() = qInstallMessageHandler(PassUnlessPlatform);
 }
 
-inline QAction* FindEntry(const QMenu& in_menu, const QString& in_text)
+inline void ShowMainWindow(host::MainWindow& in_window, int in_width = 900, int in_height = 600)
 {
-    for (QAction* const action : in_menu.actions())
-        if (action->text() == in_text)
-            return action;
-    return nullptr;
+    in_window.resize(in_width, in_height);
+    in_window.setMinimumSize(1, 1); // a platform without windows complains of any other least size
+    in_window.show();
+    in_window.grab();
+}
+
+/// Takes a window away, its library, and what could be undone in it.
+inline void RemoveMainWindow(std::unique_ptr<host::MainWindow>& in_window, memorymodel::DataLayer& in_layer)
+{
+    memorymodel::Library& library = in_window->GetLibrary();
+    in_window.reset();
+    in_layer.GetCommandManager().GetStack().clear();
+    in_layer.RemoveLibrary(library);
 }
 
 /// Opens a menu of the menu bar with the mouse.
@@ -94,23 +84,6 @@ inline QMenu* OpenSubmenu(QMenu& in_menu, const QString& in_title)
     QTest::keyClick(&in_menu, Qt::Key_Right);
     QMenu* const open = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     return open == entry->menu() ? open : nullptr;
-}
-
-/// Clicks an entry of an open menu.
-/// \return whether there is such an entry
-inline bool ClickEntry(QMenu& in_menu, const QString& in_text)
-{
-    QAction* const entry = FindEntry(in_menu, in_text);
-    if (entry)
-        QTest::mouseClick(&in_menu, Qt::LeftButton, Qt::NoModifier, in_menu.actionGeometry(entry).center());
-    return entry != nullptr;
-}
-
-/// Closes the menus that are open, as Escape does.
-inline void CloseMenus()
-{
-    while (QWidget* const open = QApplication::activePopupWidget())
-        QTest::keyClick(open, Qt::Key_Escape);
 }
 
 /// Keeps the settings of a test program away from the user's. Make one before anything reads settings.
