@@ -88,5 +88,5 @@ void BrowserItem::TakeIcon(bool in_versioningActive, StateIcons& in_icons)
     marks.m_factoryItem = m_factoryItem;
     marks.m_readOnlySource = m_readOnlySource;
     marks.m_versioningActive = in_versioningActive;
-    m_stateIcon = in_icons.Find(m_kind, marks);
+    m_stateIcon = &in_icons.Find(m_kind, marks);
 }

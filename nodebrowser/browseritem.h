@@ -33,7 +33,7 @@ public:
     vireo::datamodel::ItemID GetItemID() const { return m_item.GetItemID(); }
     eItemKind GetKind() const { return m_kind; }
     /// The icon as painted; null for an item of an unknown type.
-    const QPixmap& GetStateIcon() const { return m_stateIcon; }
+    const QPixmap& GetStateIcon() const { return *m_stateIcon; }
     unsigned GetAccessState() const { return m_accessState; }
     /// A compound whose data source takes changes: its state is asked for.
     bool IsSourceControlled() const { return m_sourceControlled; }
@@ -50,7 +50,7 @@ private:
     void TakeIcon(bool in_versioningActive, StateIcons& in_icons);
 
     vireo::datamodel::ItemAccessor m_item;
-    QPixmap m_stateIcon;
+    const QPixmap* m_stateIcon; // one of the list's
     unsigned m_accessState = vireo::datamodel::eAccessStateUnknown;
     eItemKind m_kind = eKindOther;
     bool m_sourceControlled = false;

@@ -9,6 +9,7 @@
 #include "nodebrowser/browsertabbar.h"
 #include "nodebrowser/datasourcelist.h"
 #include "nodebrowser/dbobject.h"
+#include "nodebrowser/itemnumbers.h"
 #include "nodebrowser/nameorder.h"
 #include "nodebrowser/qtcompat.h"
 #include "nodebrowser/renamedialog.h"
@@ -104,6 +105,7 @@ static void RegisterPictures()
 CNodeBrowser::CNodeBrowser(eConfigType in_config)
     : m_selectedRow(gNoRow),
       m_icons(new StateIcons),
+      m_itemNumbers(new ItemNumbers),
       m_tagIndex(new TagIndex),
       m_searchIndex(new SearchIndex),
       m_config(in_config)
@@ -205,7 +207,7 @@ void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
 {
     m_items.clear();
     m_icons->Clear();
-    m_itemNumbers.clear();
+    m_itemNumbers->Clear();
     m_tagIndex->Clear();
     m_searchIndex->Clear();
     if (!m_toc.IsValid())
@@ -219,9 +221,9 @@ void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
     AppendItems(VireoType::gGlobalConstant, out_handles, names);
     AppendItems(VireoType::gSolver, out_handles, names);
     AppendItems(LibType::gType, out_handles, names);
-    SortItems(names);
+    m_searchIndex->SetOrder(SortByName(names));
     m_relayoutNeeded = true;
-    update();
+    UpdateList();
 }
 
 void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles, TextBlock& out_names)
@@ -239,9 +241,11 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles, 
         const ItemID id = item.GetItemID();
         const std::uint32_t number = static_cast<std::uint32_t>(m_items.size());
         m_items.emplace_back(item, vireo::datamodel::eAccessStateUnknown, surroundings);
-        out_names.Add(m_library.GetItemName(id, true, nullptr));
+        std::string name = m_library.GetItemName(id, true, nullptr);
+        out_names.Add(name);
+        m_searchIndex->Add(LowerName(std::move(name)), m_items.back().GetKind());
         IndexTags(number, id);
-        m_itemNumbers.emplace_back(id, number);
+        m_itemNumbers->Add(id, number);
         if (out_handles && surroundings.m_helper && m_items.back().IsSourceControlled())
             RequestState(m_items.back(), surroundings, *out_handles);
     }
@@ -258,41 +262,10 @@ void CNodeBrowser::RequestState(BrowserItem& out_item, const RecordSurroundings&
     out_handles.push_back(in_surroundings.m_helper->FindObject(object));
 }
 
-void CNodeBrowser::SortItems(const TextBlock& in_names)
-{
-    const std::vector<std::uint32_t> order = SortByName(in_names);
-    std::vector<BrowserItem> sorted;
-    sorted.reserve(m_items.size());
-    std::vector<std::uint32_t> newNumbers(order.size());
-    for (const std::uint32_t number : order)
-    {
-        newNumbers[number] = static_cast<std::uint32_t>(sorted.size());
-        m_searchIndex->Add(LowerName(std::string(in_names.Begin(number), in_names.Length(number))),
-                           m_items[number].GetKind());
-        sorted.push_back(std::move(m_items[number]));
-    }
-    m_items.swap(sorted);
-    m_tagIndex->Renumber(order);
-    for (auto& entry : m_itemNumbers)
-        entry.second = newNumbers[entry.second];
-    std::sort(m_itemNumbers.begin(), m_itemNumbers.end());
-}
-
 void CNodeBrowser::IndexTags(std::uint32_t in_number, const ItemID& in_item)
 {
     m_tagIndex->SetTags(in_number, m_library.GetItemTags(in_item, gApplicationTagsKey));
     m_tagIndex->AddTag(in_number, in_item.IsValid() ? in_item.GetType() : "");
-}
-
-/// Where an item stands in the list: false when it is not in it.
-bool CNodeBrowser::FindNumber(const ItemID& in_item, std::uint32_t& out_number) const
-{
-    const auto entry =
-        std::lower_bound(m_itemNumbers.begin(), m_itemNumbers.end(), std::make_pair(in_item, std::uint32_t(0)));
-    if (entry == m_itemNumbers.end() || entry->first != in_item)
-        return false;
-    out_number = entry->second;
-    return true;
 }
 
 // Reactions to the data layer
@@ -300,7 +273,7 @@ bool CNodeBrowser::FindNumber(const ItemID& in_item, std::uint32_t& out_number) 
 void CNodeBrowser::RequestRebuild()
 {
     m_rebuildNeeded = true;
-    update();
+    UpdateList();
 }
 
 void CNodeBrowser::ItemAdded(ItemAccessor&)
@@ -330,7 +303,7 @@ void CNodeBrowser::ItemNameChanged(ItemLibraryAccessor&, const ItemID&)
 void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor&, const ItemID& in_item, const char* in_key)
 {
     std::uint32_t number = 0;
-    if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0 || !FindNumber(in_item, number) ||
+    if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0 || !m_itemNumbers->Find(in_item, number) ||
         !m_tagIndex->HasTags(number))
         return;
     m_tagIndex->Remove(number);
@@ -342,9 +315,9 @@ void CNodeBrowser::ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID& in
 {
     std::uint32_t number = 0;
     // The record of an item that has left since has no identity any more.
-    if (FindNumber(in_item, number) && m_items[number].GetItemID() == in_item &&
+    if (m_itemNumbers->Find(in_item, number) && m_items[number].GetItemID() == in_item &&
         m_items[number].SetAccessState(static_cast<unsigned>(in_state), IsVersioningShown(), *m_icons))
-        update();
+        UpdateList();
 }
 
 void CNodeBrowser::OnPreCommit(ItemLibraryAccessor&, bool*) {}
@@ -367,7 +340,7 @@ void CNodeBrowser::SetSourceControlEnabled(bool in_enabled)
     if (in_enabled)
     {
         m_statesStale = true;
-        update();
+        UpdateList();
         return;
     }
     // No repaint on purpose: the badges go with whatever repaints the list next.
@@ -421,7 +394,7 @@ void CNodeBrowser::SearchTextChange(const QString& text)
 {
     m_searchWords = SplitSearchWords(text.toLower());
     m_relayoutNeeded = true;
-    update();
+    UpdateList();
 }
 
 void CNodeBrowser::ClearButton(bool)
@@ -433,7 +406,7 @@ void CNodeBrowser::TabChanged(int index)
 {
     m_filterMode = index;
     m_relayoutNeeded = true;
-    update();
+    UpdateList();
 }
 
 void CNodeBrowser::EnterPressed()
@@ -461,19 +434,28 @@ void CNodeBrowser::UpdateVisibleItems()
 /// The rows as the data layer has the items at this moment.
 std::vector<std::uint64_t> CNodeBrowser::FilterItemByItem() const
 {
-    std::vector<std::pair<std::uint64_t, std::uint64_t>> found; // score and number
-    for (std::size_t number = 0; number < m_items.size(); ++number)
+    std::vector<std::pair<std::size_t, std::uint64_t>> found; // score and number
+    for (const std::uint32_t number : m_searchIndex->GetOrder())
     {
         ItemAccessor item = m_items[number].GetItem();
         std::size_t score = 0;
         if (CompareToFilter(item, &score))
             found.emplace_back(score, number);
     }
-    std::sort(found.begin(), found.end());
+    std::stable_sort(found.begin(), found.end(),
+                     [](const auto& in_left, const auto& in_right) { return in_left.first < in_right.first; });
     std::vector<std::uint64_t> numbers;
     for (const auto& entry : found)
         numbers.push_back(entry.second);
     return numbers;
+}
+
+/// Asks for a repaint of the list, and leaves the header alone. What waits for the next paint gets it even when the
+/// browser is too low for its list.
+void CNodeBrowser::UpdateList()
+{
+    const QRect list = GetRowLayout().ListRect();
+    update(list.isEmpty() ? rect() : list);
 }
 
 void CNodeBrowser::UpdateScrollbar()
@@ -494,7 +476,7 @@ void CNodeBrowser::UpdateScrollbar()
 void CNodeBrowser::SliderValueChanged(int)
 {
     m_scrollOffset = m_scrollBar->value();
-    update();
+    UpdateList();
 }
 
 void CNodeBrowser::resizeEvent(QResizeEvent* in_event)
@@ -541,14 +523,14 @@ ItemAccessor CNodeBrowser::GetRowItem(std::uint64_t in_row) const
 std::set<std::string> CNodeBrowser::GetSearchTags(const ItemID& in_item) const
 {
     std::uint32_t number = 0;
-    return FindNumber(in_item, number) ? m_tagIndex->GetTags(number) : std::set<std::string>();
+    return m_itemNumbers->Find(in_item, number) ? m_tagIndex->GetTags(number) : std::set<std::string>();
 }
 
 std::set<ItemID> CNodeBrowser::GetTaggedItems(const std::string& in_tag) const
 {
     const std::vector<std::uint32_t> numbers = m_tagIndex->GetItems(in_tag);
     std::set<ItemID> items;
-    for (const auto& entry : m_itemNumbers)
+    for (const ItemNumbers::Entry& entry : m_itemNumbers->GetEntries())
         if (std::binary_search(numbers.begin(), numbers.end(), entry.second))
             items.insert(entry.first);
     return items;

@@ -21,6 +21,7 @@
 #include <vector>
 
 class BrowserItem;
+class ItemNumbers;
 class QAction;
 class QHelpEvent;
 class QLineEdit;
@@ -192,9 +193,7 @@ private:
     void BuildAllItemList(ObjectHandles* out_handles);
     void AppendItems(const char* in_type, ObjectHandles* out_handles, TextBlock& out_names);
     void RequestState(BrowserItem& out_item, const RecordSurroundings& in_surroundings, ObjectHandles& out_handles);
-    void SortItems(const TextBlock& in_names);
     void IndexTags(std::uint32_t in_number, const vireo::datamodel::ItemID& in_item);
-    bool FindNumber(const vireo::datamodel::ItemID& in_item, std::uint32_t& out_number) const;
 
     void SetSourceControlEnabled(bool in_enabled);
     bool isSourceControlEnabled() const { return m_sourceControlEnabled; }
@@ -202,6 +201,7 @@ private:
 
     void UpdateVisibleItems();
     std::vector<std::uint64_t> FilterItemByItem() const;
+    void UpdateList();
     void UpdateScrollbar();
     RowLayout GetRowLayout() const;
     std::size_t GetItemIndexAt(const QPoint& in_point) const;
@@ -239,10 +239,10 @@ private:
     std::uint64_t m_selectedRow; // not below the number of rows: none
     int m_scrollOffset = 0;
     std::vector<std::uint64_t> m_visibleItems; // indexes into m_items, in display order
-    // The item list; what follows goes by the numbers that the items have in it.
+    // The item list, in the library's order; what follows goes by the numbers that the items have in it.
     std::vector<BrowserItem> m_items;
     std::unique_ptr<StateIcons> m_icons;
-    std::vector<std::pair<vireo::datamodel::ItemID, std::uint32_t>> m_itemNumbers; // by identity; empty during a build
+    std::unique_ptr<ItemNumbers> m_itemNumbers;
     std::unique_ptr<TagIndex> m_tagIndex;
     std::unique_ptr<SearchIndex> m_searchIndex;
     const eConfigType m_config;

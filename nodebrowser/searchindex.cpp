@@ -28,6 +28,7 @@ void SearchIndex::Clear()
 {
     m_names.Clear();
     m_kinds.clear();
+    m_order.clear();
 }
 
 void SearchIndex::Add(const std::string& in_lowerName, eItemKind in_kind)
@@ -83,7 +84,7 @@ std::vector<std::uint64_t> SearchIndex::Find(const SearchWords& in_words, int in
         count += itemsOfScore;
     }
     std::vector<std::uint64_t> found(count);
-    for (std::size_t item = 0; item < scores.size(); ++item)
+    for (const std::uint32_t item : m_order)
         if (scores[item] != gNone)
             found[places[scores[item]]++] = item;
     return found;

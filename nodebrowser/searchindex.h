@@ -19,12 +19,15 @@ class SearchIndex
 public:
     void Clear();
 
-    /// Adds the next item of the list.
+    /// Adds an item, which gets the next number.
     void Add(const std::string& in_lowerName, eItemKind in_kind);
 
-    /// The numbers of the items that pass, the most relevant first, equally relevant ones in the list's order. Costs, per
-    /// word, one pass over the names, one over the distinct tags and one over the items of the tags found; and two passes
-    /// over a number per item.
+    /// Sets the order among items that are equally relevant, once all are added: each number once.
+    void SetOrder(std::vector<std::uint32_t> in_order) { m_order = std::move(in_order); }
+    const std::vector<std::uint32_t>& GetOrder() const { return m_order; }
+
+    /// The numbers of the items that pass, the most relevant first. Costs, per word, one pass over the names, one over the
+    /// distinct tags and one over the items of the tags found; and two passes over a number per item.
     /// \param in_tags of the same items, by the same numbers
     std::vector<std::uint64_t> Find(const SearchWords& in_words, int in_mode, const TagIndex& in_tags) const;
 
@@ -33,4 +36,5 @@ private:
 
     TextBlock m_names;
     std::vector<eItemKind> m_kinds;
+    std::vector<std::uint32_t> m_order;
 };

@@ -59,14 +59,12 @@ QPixmap ComposeStateIcon(const QPixmap& in_icon, const IconMarks& in_marks)
                                        !in_marks.m_factoryItem);
 }
 
-QPixmap StateIcons::Find(eItemKind in_kind, const IconMarks& in_marks)
+const QPixmap& StateIcons::Find(eItemKind in_kind, const IconMarks& in_marks)
 {
     const Key key(in_kind, in_marks.m_accessState, in_marks.m_factoryItem, in_marks.m_readOnlySource,
                   in_marks.m_versioningActive);
-    const auto place = m_icons.lower_bound(key);
-    if (place != m_icons.end() && place->first == key)
-        return place->second;
-    const QPixmap icon = ComposeStateIcon(TypeIcon(in_kind), in_marks);
-    m_icons[key] = icon;
-    return icon;
+    const auto known = m_icons.find(key);
+    if (known != m_icons.end())
+        return known->second;
+    return m_icons.emplace(key, ComposeStateIcon(TypeIcon(in_kind), in_marks)).first->second;
 }

@@ -28,13 +28,14 @@ struct IconMarks
 QPixmap ComposeStateIcon(const QPixmap& in_icon, const IconMarks& in_marks);
 
 /// The composed icons of a list: items of one kind with the same marks share one picture, which is composed when the
-/// first of them asks for it. Costs one look-up among the icons in use.
+/// first of them asks for it.
 class StateIcons
 {
 public:
-    QPixmap Find(eItemKind in_kind, const IconMarks& in_marks);
+    /// The picture stays where it is until Clear(). Costs one look-up among the icons in use.
+    const QPixmap& Find(eItemKind in_kind, const IconMarks& in_marks);
 
-    /// Forgets the pictures, so that each is composed anew.
+    /// Forgets the pictures, so that each is composed anew. No record must show one any more.
     void Clear() { m_icons.clear(); }
 
 private:

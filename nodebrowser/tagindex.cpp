@@ -5,8 +5,8 @@
 namespace
 {
 
-/// As many tags as most items have, that of the type included, for which one allocation is made.
-const std::size_t gUsualTags = 4;
+/// Gaps among so few tags are not worth closing.
+const std::size_t gSmall = 1024;
 
 std::string UpperCase(std::string in_text, const std::locale& in_locale)
 {
@@ -19,7 +19,9 @@ std::string UpperCase(std::string in_text, const std::locale& in_locale)
 
 void TagIndex::Clear()
 {
-    m_tagsOfItem.clear();
+    m_spans.clear();
+    m_tags.clear();
+    m_used = 0;
     m_itemsOfTag.clear();
     m_tagNumbers.clear();
     m_tagTexts.clear();
@@ -48,15 +50,19 @@ void TagIndex::AddTag(std::uint32_t in_item, const std::string& in_tag)
 
 void TagIndex::Insert(std::uint32_t in_item, const std::string& in_tag)
 {
-    if (in_item >= m_tagsOfItem.size())
-        m_tagsOfItem.resize(in_item + std::size_t(1));
-    Numbers& tags = m_tagsOfItem[in_item];
-    if (tags.empty())
-        tags.reserve(gUsualTags);
+    if (in_item >= m_spans.size())
+        m_spans.resize(in_item + std::size_t(1));
     const std::uint32_t tag = NumberOf(in_tag);
-    if (std::find(tags.begin(), tags.end(), tag) != tags.end())
+    Span& span = m_spans[in_item];
+    const auto begin = m_tags.begin() + static_cast<std::ptrdiff_t>(span.m_begin);
+    const auto end = begin + static_cast<std::ptrdiff_t>(span.m_count);
+    if (std::find(begin, end, tag) != end)
         return;
-    tags.push_back(tag);
+    if (span.m_begin + span.m_count != m_tags.size())
+        MoveToEnd(in_item);
+    m_tags.push_back(tag);
+    ++span.m_count;
+    ++m_used;
     if (in_tag.empty())
         return;
     Numbers& items = m_itemsOfTag[tag];
@@ -64,6 +70,35 @@ void TagIndex::Insert(std::uint32_t in_item, const std::string& in_tag)
         items.push_back(in_item);
     else
         items.insert(std::upper_bound(items.begin(), items.end(), in_item), in_item);
+}
+
+/// Makes room behind an item's tags, which leave their old place unused.
+void TagIndex::MoveToEnd(std::uint32_t in_item)
+{
+    Span& span = m_spans[in_item];
+    const std::size_t begin = m_tags.size();
+    for (std::size_t i = 0; i < span.m_count; ++i)
+    {
+        const std::uint32_t tag = m_tags[span.m_begin + i];
+        m_tags.push_back(tag);
+    }
+    span.m_begin = begin;
+}
+
+/// Closes the gaps once there are more of them than tags.
+void TagIndex::DropUnused()
+{
+    if (m_tags.size() < gSmall || m_tags.size() < 2 * m_used)
+        return;
+    Numbers tags;
+    tags.reserve(m_used);
+    for (Span& span : m_spans)
+    {
+        const auto begin = m_tags.begin() + static_cast<std::ptrdiff_t>(span.m_begin);
+        span.m_begin = tags.size();
+        tags.insert(tags.end(), begin, begin + static_cast<std::ptrdiff_t>(span.m_count));
+    }
+    m_tags.swap(tags);
 }
 
 std::uint32_t TagIndex::NumberOf(const std::string& in_tag)
@@ -81,39 +116,25 @@ void TagIndex::Remove(std::uint32_t in_item)
 {
     if (!HasTags(in_item))
         return;
-    for (const std::uint32_t tag : m_tagsOfItem[in_item])
+    Span& span = m_spans[in_item];
+    for (std::size_t i = 0; i < span.m_count; ++i)
     {
-        Numbers& items = m_itemsOfTag[tag];
+        Numbers& items = m_itemsOfTag[m_tags[span.m_begin + i]];
         const auto place = std::lower_bound(items.begin(), items.end(), in_item);
         if (place != items.end() && *place == in_item)
             items.erase(place);
     }
-    m_tagsOfItem[in_item].clear();
-}
-
-void TagIndex::Renumber(const std::vector<std::uint32_t>& in_order)
-{
-    m_tagsOfItem.resize(in_order.size());
-    std::vector<Numbers> tagsOfItem;
-    tagsOfItem.reserve(in_order.size());
-    for (Numbers& items : m_itemsOfTag)
-        items.clear();
-    for (const std::uint32_t item : in_order)
-    {
-        for (const std::uint32_t tag : m_tagsOfItem[item])
-            if (!m_tagTexts[tag]->empty())
-                m_itemsOfTag[tag].push_back(static_cast<std::uint32_t>(tagsOfItem.size()));
-        tagsOfItem.push_back(std::move(m_tagsOfItem[item]));
-    }
-    m_tagsOfItem.swap(tagsOfItem);
+    m_used -= span.m_count;
+    span = Span();
+    DropUnused();
 }
 
 TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item) const
 {
     Tags tags;
     if (HasTags(in_item))
-        for (const std::uint32_t tag : m_tagsOfItem[in_item])
-            tags.insert(*m_tagTexts[tag]);
+        for (std::size_t i = 0; i < m_spans[in_item].m_count; ++i)
+            tags.insert(*m_tagTexts[m_tags[m_spans[in_item].m_begin + i]]);
     return tags;
 }
 

@@ -36,14 +36,8 @@ public:
     /// Forgets an item's tags. Costs, per tag, a move of the numbers behind it.
     void Remove(std::uint32_t in_item);
 
-    /// Gives the items other numbers: the one at place n of the order becomes n. The order holds each number once.
-    void Renumber(const std::vector<std::uint32_t>& in_order);
-
     /// Whether the index has an entry for an item.
-    bool HasTags(std::uint32_t in_item) const
-    {
-        return in_item < m_tagsOfItem.size() && !m_tagsOfItem[in_item].empty();
-    }
+    bool HasTags(std::uint32_t in_item) const { return in_item < m_spans.size() && m_spans[in_item].m_count > 0; }
 
     /// The item's tags; none without an entry. Makes copies: for one item, not for a search.
     Tags GetTags(std::uint32_t in_item) const;
@@ -60,9 +54,20 @@ public:
 private:
     void Insert(std::uint32_t in_item, const std::string& in_tag);
     std::uint32_t NumberOf(const std::string& in_tag);
+    void MoveToEnd(std::uint32_t in_item);
+    void DropUnused();
     void FoldTexts() const;
 
-    std::vector<Numbers> m_tagsOfItem; // by item; the numbers of its tags, in no order
+    /// Where an item's tags stand in m_tags.
+    struct Span
+    {
+        std::size_t m_begin = 0;
+        std::size_t m_count = 0;
+    };
+
+    std::vector<Span> m_spans;         // by item
+    Numbers m_tags;                    // the numbers of the items' tags; those of an item side by side, in no order
+    std::size_t m_used = 0;            // how many of them still belong to an item
     std::vector<Numbers> m_itemsOfTag; // by tag; left empty for the empty one, which no word is in
     std::unordered_map<std::string, std::uint32_t> m_tagNumbers;
     std::vector<const std::string*> m_tagTexts; // by tag; they live in m_tagNumbers

@@ -1,4 +1,5 @@
 #include "nodebrowser/browseritem.h"
+#include "nodebrowser/dbobject.h"
 #include "nodebrowser/stateicon.h"
 
 #include "memorymodel/datalayer.h"
@@ -429,7 +430,7 @@ private Q_SLOTS:
     void aRecordReadsItsIdentityThroughItsAccessor()
     {
         const ItemID id = m_library->Add(NewItem::Compound("Short-lived"));
-        const BrowserItem record(FindItem(*m_library, id), 0, false, m_icons);
+        const BrowserItem record(FindItem(*m_library, id), 0, Surroundings());
         QVERIFY(record.GetItemID() == id);
         QVERIFY(m_library->Remove(id));
         QVERIFY(!record.GetItem().IsValid());
@@ -447,10 +448,12 @@ private Q_SLOTS:
     }
 
 private:
+    RecordSurroundings Surroundings() { return {FindRevisionControlHelper(), m_icons, false}; }
+
     BrowserItem MakeRecord(const NewItem& in_item, unsigned in_state = 0)
     {
         const ItemID id = m_library->Add(in_item);
-        return BrowserItem(FindItem(*m_library, id), in_state, false, m_icons);
+        return BrowserItem(FindItem(*m_library, id), in_state, Surroundings());
     }
 
     /// The record of a compound whose database object is given.

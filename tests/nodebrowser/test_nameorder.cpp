@@ -4,6 +4,19 @@
 #include <algorithm>
 #include <random>
 
+namespace
+{
+
+std::vector<std::uint32_t> Order(const std::vector<std::string>& in_names)
+{
+    TextBlock names;
+    for (const std::string& name : in_names)
+        names.Add(name);
+    return SortByName(names);
+}
+
+} // namespace
+
 class TestNameOrder : public QObject
 {
     Q_OBJECT
@@ -38,18 +51,34 @@ private Q_SLOTS:
         for (const QString& name : given)
             texts.push_back(name.toLatin1().constData());
         QStringList result;
-        for (const std::uint32_t number : SortByName(texts))
+        for (const std::uint32_t number : Order(texts))
             result << given.at(static_cast<int>(number));
         QCOMPARE(result.join(QLatin1String(",")), ordered);
     }
 
-    void noNamesHaveAnOrderToo() { QVERIFY(SortByName(std::vector<std::string>()).empty()); }
+    void noNamesHaveAnOrderToo() { QVERIFY(SortByName(TextBlock()).empty()); }
 
     void aZeroByteIsMoreThanTheEnd()
     {
         const std::vector<std::string> names = {std::string("a\0", 2), "a", std::string("a\0b", 3)};
         const std::vector<std::uint32_t> order = {1, 0, 2};
-        QVERIFY(SortByName(names) == order);
+        QVERIFY(Order(names) == order);
+    }
+
+    void zeroBytesAtTheEndOfAPartAreToldFromTheEnd()
+    {
+        const std::vector<std::string> names = {std::string("abcdef\0\0", 8), std::string("abcdef\0\0x", 9), "abcdef",
+                                                std::string("abcdef\0", 7), std::string("abcdef\0\0\0", 9)};
+        const std::vector<std::uint32_t> order = {2, 3, 0, 4, 1};
+        QVERIFY(Order(names) == order);
+    }
+
+    void namesThatAreTheSameForVeryLongAreSortedToo()
+    {
+        const std::string same(100000, 'a');
+        const std::vector<std::string> names = {same + "b", same, same + "A", same + "a", same + "B"};
+        const std::vector<std::uint32_t> order = {1, 2, 3, 0, 4};
+        QVERIFY(Order(names) == order);
     }
 
     void agreesWithAStableSortOfFoldedNames()
@@ -77,7 +106,7 @@ private Q_SLOTS:
             std::vector<std::uint32_t> expected;
             for (const auto& entry : folded)
                 expected.push_back(entry.second);
-            QVERIFY(SortByName(names) == expected);
+            QVERIFY(Order(names) == expected);
         }
     }
 };

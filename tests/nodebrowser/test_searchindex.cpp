@@ -20,11 +20,14 @@ class List
 public:
     explicit List(const std::vector<Entry>& in_entries) : m_entries(in_entries)
     {
+        std::vector<std::uint32_t> order;
         for (std::size_t i = 0; i < m_entries.size(); ++i)
         {
             m_index.Add(LowerName(m_entries[i].m_name), m_entries[i].m_kind);
             m_tags.SetTags(static_cast<std::uint32_t>(i), m_entries[i].m_tags);
+            order.push_back(static_cast<std::uint32_t>(i));
         }
+        m_index.SetOrder(order);
     }
 
     std::vector<std::uint64_t> Find(const SearchWords& in_words, int in_mode) const
@@ -109,6 +112,16 @@ private Q_SLOTS:
         const SearchWords words = Words(text.toLatin1().constData());
         QCOMPARE(Joined(list.Find(words, mode)), found);
         QCOMPARE(Joined(list.FindItemByItem(words, mode)), found);
+    }
+
+    void equallyRelevantItemsStandInTheOrderSet()
+    {
+        SearchIndex index;
+        for (const char* const name : {"ab", "b", "b", "ab"})
+            index.Add(name, eKindType);
+        index.SetOrder({3, 2, 0, 1});
+        QCOMPARE(Joined(index.Find(SearchWords(), 2, TagIndex())), QString::fromLatin1("3 2 0 1"));
+        QCOMPARE(Joined(index.Find(Words("b"), 2, TagIndex())), QString::fromLatin1("2 1 3 0"));
     }
 
     void anEmptyListHasNoRows() { QVERIFY(List({}).Find(Words("a"), 2).empty()); }

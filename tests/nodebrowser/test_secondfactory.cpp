@@ -1,5 +1,6 @@
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/browseritem.h"
+#include "nodebrowser/dbobject.h"
 #include "nodebrowser/stateicon.h"
 #include "tests/support/testmain.h"
 
@@ -50,13 +51,15 @@ private Q_SLOTS:
     void anObjectThatComesLaterIsNotLookedUpAgain() { QVERIFY(!MakeRecord(*m_lateFirst).IsFactoryItem()); }
 
 private:
+    RecordSurroundings Surroundings() { return {FindRevisionControlHelper(), m_icons, false}; }
+
     BrowserItem MakeRecord(memorymodel::DataSource& in_source)
     {
         const vireo::datamodel::ItemID id = m_library->Add(NewItem::Compound("A").In(in_source));
         ItemIterator item = vireo::datamodel::GetTOC(m_library->GetAccessor()).IterateItems(id.GetType());
         while (item.GetItem().GetItemID() != id)
             item.Next();
-        return BrowserItem(item.GetItem(), 0, false, m_icons);
+        return BrowserItem(item.GetItem(), 0, Surroundings());
     }
 
     std::unique_ptr<memorymodel::DataLayer> m_layer;

@@ -76,6 +76,17 @@ private Q_SLOTS:
         QCOMPARE(Found(texts, "ab"), QString());
     }
 
+    void textsAreKeptAsTheyCame()
+    {
+        TextBlock block;
+        const std::vector<std::string> texts = {"ab", "", std::string("a\0\n", 3)};
+        for (const std::string& text : texts)
+            block.Add(text);
+        QCOMPARE(block.Size(), texts.size());
+        for (std::size_t number = 0; number < texts.size(); ++number)
+            QVERIFY(std::string(block.Begin(number), block.Length(number)) == texts[number]);
+    }
+
     void clearingForgetsEverything()
     {
         TextBlock block;
