@@ -221,7 +221,9 @@ void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
     AppendItems(VireoType::gGlobalConstant, out_handles, names);
     AppendItems(VireoType::gSolver, out_handles, names);
     AppendItems(LibType::gType, out_handles, names);
-    m_searchIndex->SetOrder(SortByName(names));
+    for (const std::uint32_t number : SortByName(names))
+        m_searchIndex->Add(number, LowerName(std::string(names.Begin(number), names.Length(number))),
+                           m_items[number].GetKind());
     m_relayoutNeeded = true;
     UpdateList();
 }
@@ -241,9 +243,7 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles, 
         const ItemID id = item.GetItemID();
         const std::uint32_t number = static_cast<std::uint32_t>(m_items.size());
         m_items.emplace_back(item, vireo::datamodel::eAccessStateUnknown, surroundings);
-        std::string name = m_library.GetItemName(id, true, nullptr);
-        out_names.Add(name);
-        m_searchIndex->Add(LowerName(std::move(name)), m_items.back().GetKind());
+        out_names.Add(m_library.GetItemName(id, true, nullptr));
         IndexTags(number, id);
         m_itemNumbers->Add(id, number);
         if (out_handles && surroundings.m_helper && m_items.back().IsSourceControlled())
@@ -421,12 +421,16 @@ void CNodeBrowser::EnterPressed()
 void CNodeBrowser::UpdateVisibleItems()
 {
     m_relayoutNeeded = false;
-    m_visibleItems.clear();
     if (!m_toc.IsValid())
+    {
+        m_visibleItems.clear();
         return;
+    }
     // What changed while the list was being built is not in the index; the next paint builds both anew.
-    m_visibleItems =
-        m_rebuildNeeded ? FilterItemByItem() : m_searchIndex->Find(m_searchWords, m_filterMode, *m_tagIndex);
+    if (m_rebuildNeeded)
+        m_visibleItems = FilterItemByItem();
+    else
+        m_searchIndex->Find(m_searchWords, m_filterMode, *m_tagIndex, m_visibleItems);
     m_contentHeight = static_cast<int>(m_visibleItems.size()) * gRowHeight;
     UpdateScrollbar();
 }
