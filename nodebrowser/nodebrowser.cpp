@@ -14,6 +14,7 @@
 #include "nodebrowser/qtcompat.h"
 #include "nodebrowser/renamedialog.h"
 #include "nodebrowser/rowlayout.h"
+#include "nodebrowser/rowtexts.h"
 #include "nodebrowser/searchindex.h"
 #include "nodebrowser/searchscore.h"
 #include "nodebrowser/stateicon.h"
@@ -103,7 +104,8 @@ static void RegisterPictures()
 }
 
 CNodeBrowser::CNodeBrowser(eConfigType in_config)
-    : m_selectedRow(gNoRow),
+    : m_rowTexts(new RowTexts),
+      m_selectedRow(gNoRow),
       m_icons(new StateIcons),
       m_itemNumbers(new ItemNumbers),
       m_tagIndex(new TagIndex),
@@ -551,13 +553,14 @@ void CNodeBrowser::paintEvent(QPaintEvent*)
     const Qt::BGMode backgroundMode = painter.backgroundMode();
     painter.setBackgroundMode(Qt::TransparentMode);
     painter.setClipRect(layout.ListRect());
+    m_rowTexts->BeginFrame(painter);
     const RowRange rows = layout.VisibleRows(m_visibleItems.size());
     for (std::size_t row = rows.m_first; row < rows.m_end; ++row)
         DrawRow(painter, layout, row);
     painter.setBackgroundMode(backgroundMode);
 }
 
-void CNodeBrowser::DrawRow(QPainter& in_painter, const RowLayout& in_layout, std::size_t in_row) const
+void CNodeBrowser::DrawRow(QPainter& in_painter, const RowLayout& in_layout, std::size_t in_row)
 {
     const BrowserItem* const item = FindRow(in_row);
     if (!item)
@@ -578,7 +581,7 @@ void CNodeBrowser::DrawRow(QPainter& in_painter, const RowLayout& in_layout, std
     }
     if (m_library.ItemIsDirty(id))
         name += QLatin1Char('*');
-    in_painter.drawText(in_layout.NameRect(in_row), Qt::AlignLeft | Qt::AlignVCenter, name);
+    m_rowTexts->Draw(in_painter, in_layout.NameRect(in_row), name);
 }
 
 // Mouse, selection and drag

@@ -30,6 +30,7 @@ class QPainter;
 class QPushButton;
 class QScrollBar;
 class QTabBar;
+class RowTexts;
 class ScsTask;
 class SearchIndex;
 class StateIcons;
@@ -207,7 +208,7 @@ private:
     std::size_t GetItemIndexAt(const QPoint& in_point) const;
     const BrowserItem* FindRow(std::uint64_t in_row) const;
 
-    void DrawRow(QPainter& in_painter, const RowLayout& in_layout, std::size_t in_row) const;
+    void DrawRow(QPainter& in_painter, const RowLayout& in_layout, std::size_t in_row);
     QAction* AddAction(QMenu& out_menu, const QString& in_text, const char* in_slot);
     void FillContextMenu(QMenu& out_menu, const vireo::datamodel::ItemID& in_item);
     void FillDataSourceMenu(QMenu& out_menu, const nexa4::NEXAHandle<nexa4::IDbObject>& in_compound);
@@ -235,6 +236,7 @@ private:
     bool m_relayoutNeeded = false;
     bool m_rebuildNeeded = false;
     int m_contentHeight = 0;
+    std::unique_ptr<RowTexts> m_rowTexts;
     QPoint m_dragStart;
     std::uint64_t m_selectedRow; // not below the number of rows: none
     int m_scrollOffset = 0;

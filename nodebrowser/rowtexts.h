@@ -1,0 +1,34 @@
+/// The names of the rows as shaped text, for a painter that draws much the same rows again and again.
+#pragma once
+
+#include <QFont>
+#include <QHash>
+#include <QRect>
+#include <QString>
+#include <QTextLayout>
+
+#include <memory>
+
+class QPainter;
+
+/// Draws texts as QPainter::drawText() draws them to the left and in the middle of a rectangle, to the pixel. What was
+/// drawn in the frame before is not shaped anew, which is most of the work: scrolling by three rows shapes three names.
+/// Holds the texts of two frames.
+class RowTexts
+{
+public:
+    /// To be called before the first text of each frame.
+    void BeginFrame(const QPainter& in_painter);
+
+    void Draw(QPainter& in_painter, const QRect& in_rect, const QString& in_text);
+
+private:
+    using Layout = std::shared_ptr<QTextLayout>;
+
+    Layout Find(const QPainter& in_painter, const QString& in_text);
+
+    QFont m_font;
+    int m_resolution = 0; // of the paint device, in dots per inch
+    QHash<QString, Layout> m_texts;
+    QHash<QString, Layout> m_textsBefore; // of the frame before
+};
