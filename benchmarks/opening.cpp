@@ -1,6 +1,6 @@
 #include "opening.h"
 
-#include "limits.h"
+#include "bounds.h"
 #include "listpeer.h"
 #include "measure.h"
 #include "table.h"

@@ -1,6 +1,6 @@
 #include "searching.h"
 
-#include "limits.h"
+#include "bounds.h"
 #include "measure.h"
 #include "subjects.h"
 

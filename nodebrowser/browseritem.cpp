@@ -5,6 +5,7 @@
 #include "nodebrowser/stateicon.h"
 
 #include <array>
+#include <utility>
 
 using nexa4::DbObjectId;
 using nexa4::IDbObject;
@@ -28,9 +29,9 @@ const FactoryObjects& GetFactoryObjects(nexa4::IRevisionControlUIHelper& in_help
 
 } // namespace
 
-BrowserItem::BrowserItem(const vireo::datamodel::ItemAccessor& in_item, unsigned in_accessState,
+BrowserItem::BrowserItem(vireo::datamodel::ItemAccessor in_item, unsigned in_accessState,
                          const RecordSurroundings& in_surroundings)
-    : m_item(in_item)
+    : m_item(std::move(in_item))
 {
     if (in_surroundings.m_helper)
         ReadDataSource(*in_surroundings.m_helper);

@@ -26,7 +26,7 @@ class BrowserItem
 public:
     /// Reads what the record needs of the item. Costs the look-ups of its database object.
     /// \param in_accessState of a compound; other items start with eAccessStateUnknown
-    BrowserItem(const vireo::datamodel::ItemAccessor& in_item, unsigned in_accessState,
+    BrowserItem(vireo::datamodel::ItemAccessor in_item, unsigned in_accessState,
                 const RecordSurroundings& in_surroundings);
 
     const vireo::datamodel::ItemAccessor& GetItem() const { return m_item; }

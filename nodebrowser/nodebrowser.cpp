@@ -211,23 +211,22 @@ void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
     m_icons->Clear();
     m_itemNumbers->Clear();
     m_tagIndex->Clear();
-    m_searchIndex->Clear();
-    if (!m_toc.IsValid())
-    {
-        m_relayoutNeeded = true;
-        return;
-    }
     TextBlock names;
-    AppendItems(VireoType::gPolymorphicSolver, out_handles, names);
-    AppendItems(VireoType::gCompound, out_handles, names);
-    AppendItems(VireoType::gGlobalConstant, out_handles, names);
-    AppendItems(VireoType::gSolver, out_handles, names);
-    AppendItems(LibType::gType, out_handles, names);
-    for (const std::uint32_t number : SortByName(names))
-        m_searchIndex->Add(number, LowerName(std::string(names.Begin(number), names.Length(number))),
-                           m_items[number].GetKind());
+    if (m_toc.IsValid())
+    {
+        AppendItems(VireoType::gPolymorphicSolver, out_handles, names);
+        AppendItems(VireoType::gCompound, out_handles, names);
+        AppendItems(VireoType::gGlobalConstant, out_handles, names);
+        AppendItems(VireoType::gSolver, out_handles, names);
+        AppendItems(LibType::gType, out_handles, names);
+        UpdateList();
+    }
+    std::vector<eItemKind> kinds;
+    kinds.reserve(m_items.size());
+    for (const BrowserItem& item : m_items)
+        kinds.push_back(item.GetKind());
+    m_searchIndex->Build(std::move(names), std::move(kinds));
     m_relayoutNeeded = true;
-    UpdateList();
 }
 
 void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles, TextBlock& out_names)
@@ -244,7 +243,7 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles, 
             continue;
         const ItemID id = item.GetItemID();
         const std::uint32_t number = static_cast<std::uint32_t>(m_items.size());
-        m_items.emplace_back(item, vireo::datamodel::eAccessStateUnknown, surroundings);
+        m_items.emplace_back(std::move(item), vireo::datamodel::eAccessStateUnknown, surroundings);
         out_names.Add(m_library.GetItemName(id, true, nullptr));
         IndexTags(number, id);
         m_itemNumbers->Add(id, number);

@@ -1,9 +1,11 @@
 #include "nodebrowser/searchindex.h"
 
+#include "nodebrowser/nameorder.h"
 #include "nodebrowser/tagindex.h"
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace
 {
@@ -26,22 +28,25 @@ KindTable KindsOfMode(int in_mode)
 
 } // namespace
 
-void SearchIndex::Clear()
+void SearchIndex::Build(TextBlock in_names, std::vector<eItemKind> in_kinds)
 {
-    m_names.Clear();
-    m_kinds.clear();
-    m_order.clear();
-    m_places.clear();
-}
-
-void SearchIndex::Add(std::uint32_t in_number, const std::string& in_lowerName, eItemKind in_kind)
-{
-    if (in_number >= m_places.size())
-        m_places.resize(in_number + std::size_t(1));
-    m_places[in_number] = static_cast<std::uint32_t>(m_order.size());
-    m_order.push_back(in_number);
-    m_names.Add(in_lowerName);
-    m_kinds.push_back(in_kind);
+    if (in_names == m_names && in_kinds == m_kinds)
+        return;
+    m_names = std::move(in_names);
+    m_kinds = std::move(in_kinds);
+    m_order = SortByName(m_names);
+    m_places.resize(m_order.size());
+    m_lowerNames.Clear();
+    m_kindsInOrder.clear();
+    std::string name;
+    for (const std::uint32_t number : m_order)
+    {
+        m_places[number] = static_cast<std::uint32_t>(m_kindsInOrder.size());
+        name.assign(m_names.Begin(number), m_names.Length(number));
+        name = LowerName(std::move(name));
+        m_lowerNames.Add(name);
+        m_kindsInOrder.push_back(m_kinds[number]);
+    }
 }
 
 void SearchIndex::Score(const SearchWords& in_words, const TagIndex& in_tags)
@@ -62,7 +67,7 @@ void SearchIndex::Score(const SearchWords& in_words, const TagIndex& in_tags)
             for (const std::uint32_t item : *items)
                 if (m_scores[m_places[item]] == gNone)
                     m_scores[m_places[item]] = gTagsOnly;
-        m_names.Find(word, [&](std::size_t in_place, bool in_atStart) {
+        m_lowerNames.Find(word, [&](std::size_t in_place, bool in_atStart) {
             if (!(m_scores[in_place] & gSettled))
                 m_scores[in_place] = in_atStart ? index | gSettled : wordCount + index;
         });
@@ -76,7 +81,7 @@ void SearchIndex::DropOtherKinds(int in_mode)
 {
     const KindTable kinds = KindsOfMode(in_mode);
     for (std::size_t place = 0; place < m_scores.size(); ++place)
-        if (!kinds[m_kinds[place]])
+        if (!kinds[m_kindsInOrder[place]])
             m_scores[place] = gNone;
 }
 

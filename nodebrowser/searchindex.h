@@ -17,16 +17,14 @@ class TagIndex;
 class SearchIndex
 {
 public:
-    void Clear();
+    /// Prepares the items of a list, by number. Costs a sort and a pass over all names; or only a comparison of the names,
+    /// when they and the kinds are those of the time before.
+    void Build(TextBlock in_names, std::vector<eItemKind> in_kinds);
 
-    /// Adds the next item in the order in which equally relevant ones stand.
-    /// \param in_number by which the item is known outside; those added are the numbers from 0 on, each once
-    void Add(std::uint32_t in_number, const std::string& in_lowerName, eItemKind in_kind);
-
-    /// The numbers of all items, in the order in which they were added.
+    /// The numbers of all items, in the display order of their names.
     const std::vector<std::uint32_t>& GetOrder() const { return m_order; }
 
-    /// The numbers of the items that pass, the most relevant first. Costs, per word, one search over the names, one over
+    /// The numbers of the items that pass, the most relevant first, equally relevant ones in display order. Costs, per word, one search over the names, one over
     /// the distinct tags and one step per item of the tags found; and two passes over a number per item.
     /// \param in_tags of the same items, by their numbers
     /// \param out_numbers replaced; keeps its room
@@ -37,10 +35,13 @@ private:
     void Score(const SearchWords& in_words, const TagIndex& in_tags);
     void DropOtherKinds(int in_mode);
 
-    // By place in the order: what a search reaches one after the other lies one after the other.
-    TextBlock m_names;
-    std::vector<eItemKind> m_kinds;
-    std::vector<std::uint32_t> m_order;  // the items' numbers
+    TextBlock m_names;                   // as they came, by number
+    std::vector<eItemKind> m_kinds;      // by number
+    std::vector<std::uint32_t> m_places; // in the display order, by number
+
+    // By place in the display order: what a search reaches one after the other lies one after the other.
+    std::vector<std::uint32_t> m_order; // the items' numbers
+    TextBlock m_lowerNames;
+    std::vector<eItemKind> m_kindsInOrder;
     std::vector<std::uint32_t> m_scores; // of the last search; kept so that a key stroke allocates nothing
-    std::vector<std::uint32_t> m_places; // by number
 };

@@ -35,6 +35,8 @@ private Q_SLOTS:
             << QString::fromLatin1("Za,_a,aa") << QString::fromLatin1("_a,aa,Za");
         QTest::newRow("letters beyond ASCII keep their case and come last")
             << QString::fromLatin1("\xE4,\xC4,z") << QString::fromLatin1("z,\xC4,\xE4");
+        QTest::newRow("the characters around the letters keep their places")
+            << QString::fromLatin1("a{,A[,a@,A`,a_,AZ,az") << QString::fromLatin1("a@,A[,a_,A`,AZ,az,a{");
         QTest::newRow("different only after many characters")
             << QString::fromLatin1("NoiseTextureB,noisetextureA,NoiseTexture")
             << QString::fromLatin1("NoiseTexture,noisetextureA,NoiseTextureB");

@@ -28,11 +28,15 @@ class List
 public:
     explicit List(const std::vector<Entry>& in_entries) : m_entries(in_entries)
     {
+        TextBlock names;
+        std::vector<eItemKind> kinds;
         for (std::size_t i = 0; i < m_entries.size(); ++i)
         {
-            m_index.Add(static_cast<std::uint32_t>(i), LowerName(m_entries[i].m_name), m_entries[i].m_kind);
+            names.Add(m_entries[i].m_name);
+            kinds.push_back(m_entries[i].m_kind);
             m_tags.SetTags(static_cast<std::uint32_t>(i), m_entries[i].m_tags);
         }
+        m_index.Build(names, kinds);
     }
 
     std::vector<std::uint64_t> Find(const SearchWords& in_words, int in_mode)
@@ -42,19 +46,20 @@ public:
 
     std::vector<std::uint64_t> FindItemByItem(const SearchWords& in_words, int in_mode) const
     {
-        std::vector<std::pair<std::size_t, std::uint64_t>> found;
-        for (std::size_t i = 0; i < m_entries.size(); ++i)
+        std::vector<std::pair<std::size_t, std::uint64_t>> found; // score and place in the order
+        const std::vector<std::uint32_t>& order = m_index.GetOrder();
+        for (std::size_t place = 0; place < order.size(); ++place)
         {
+            const Entry& entry = m_entries[order[place]];
             std::size_t score = 0;
-            const TagIndex::Tags tags = m_tags.GetTags(static_cast<std::uint32_t>(i));
-            if (PassesFilterMode(in_mode, m_entries[i].m_kind) &&
-                ScoreItem(in_words, LowerName(m_entries[i].m_name), tags, &score))
-                found.emplace_back(score, i);
+            if (PassesFilterMode(in_mode, entry.m_kind) &&
+                ScoreItem(in_words, LowerName(entry.m_name), m_tags.GetTags(order[place]), &score))
+                found.emplace_back(score, place);
         }
         std::sort(found.begin(), found.end());
         std::vector<std::uint64_t> numbers;
         for (const auto& entry : found)
-            numbers.push_back(entry.second);
+            numbers.push_back(order[entry.second]);
         return numbers;
     }
 
@@ -67,6 +72,14 @@ private:
 SearchWords Words(const char* in_text)
 {
     return SplitSearchWords(QString::fromLatin1(in_text).toLower());
+}
+
+TextBlock Names(const char* in_first, const char* in_second)
+{
+    TextBlock names;
+    names.Add(in_first);
+    names.Add(in_second);
+    return names;
 }
 
 QString Joined(const std::vector<std::uint64_t>& in_numbers)
@@ -89,14 +102,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("mode");
         QTest::addColumn<QString>("found");
-        QTest::newRow("no text: the list's order") << QString() << 2 << QString::fromLatin1("0 1 2 3 4");
+        QTest::newRow("no text: the order of the names") << QString() << 2 << QString::fromLatin1("1 0 2 3 4");
         QTest::newRow("a start before an inside before a tag")
             << QString::fromLatin1("b") << 2 << QString::fromLatin1("0 2 1 4");
         QTest::newRow("only what the mode shows") << QString::fromLatin1("b") << 0 << QString::fromLatin1("0 4");
         QTest::newRow("a mode's kinds without a text") << QString() << 1 << QString::fromLatin1("2 3");
         QTest::newRow("no such mode") << QString() << 5 << QString();
         QTest::newRow("a trailing space lets everything pass")
-            << QString::fromLatin1("zz ") << 2 << QString::fromLatin1("0 1 2 3 4");
+            << QString::fromLatin1("zz ") << 2 << QString::fromLatin1("1 0 2 3 4");
         QTest::newRow("a word that starts a name settles it")
             << QString::fromLatin1("blend l t") << 2 << QString::fromLatin1("0 3 1 2");
         QTest::newRow("a later word inside replaces a tag")
@@ -119,29 +132,35 @@ private Q_SLOTS:
         QCOMPARE(Joined(list.FindItemByItem(words, mode)), found);
     }
 
-    void equallyRelevantItemsStandInTheOrderInWhichTheyWereAdded()
+    void equallyRelevantItemsStandInTheOrderOfTheirNames()
     {
-        SearchIndex index;
-        TagIndex tags;
-        index.Add(3, "ab", eKindType);
-        index.Add(2, "b", eKindType);
-        index.Add(0, "ab", eKindType);
-        index.Add(1, "b", eKindType);
-        tags.SetTags(0, "c");
-        tags.SetTags(2, "c");
-        QCOMPARE(Joined(Rows(index, SearchWords(), 2, tags)), QString::fromLatin1("3 2 0 1"));
-        QCOMPARE(Joined(Rows(index, Words("b"), 2, tags)), QString::fromLatin1("2 1 3 0"));
-        QCOMPARE(Joined(Rows(index, Words("c"), 2, tags)), QString::fromLatin1("2 0"));
+        List list({{"b", eKindType, "c"}, {"AB", eKindType, "c"}, {"B", eKindType, ""}, {"ab", eKindType, ""}});
+        QCOMPARE(Joined(list.Find(SearchWords(), 2)), QString::fromLatin1("1 3 0 2"));
+        QCOMPARE(Joined(list.Find(Words("b"), 2)), QString::fromLatin1("0 2 1 3"));
+        QCOMPARE(Joined(list.Find(Words("c"), 2)), QString::fromLatin1("1 0"));
     }
 
-    void anEmptyListHasNoRows() { QVERIFY(List({}).Find(Words("a"), 2).empty()); }
+    void anEmptyListHasNoRows()
+    {
+        List list({});
+        QVERIFY(list.Find(Words("a"), 2).empty());
+        QVERIFY(list.Find(SearchWords(), 2).empty());
+    }
 
-    void clearingForgetsEverything()
+    void aListIsPreparedAnewForOtherNamesOrOtherKinds()
     {
         SearchIndex index;
-        index.Add(0, "a", eKindType);
-        index.Clear();
-        QVERIFY(Rows(index, SearchWords(), 2, TagIndex()).empty());
+        index.Build(Names("b", "a"), {eKindType, eKindType});
+        QCOMPARE(Joined(Rows(index, SearchWords(), 1, TagIndex())), QString::fromLatin1("1 0"));
+        index.Build(Names("b", "a"), {eKindType, eKindSolver});
+        QCOMPARE(Joined(Rows(index, SearchWords(), 1, TagIndex())), QString::fromLatin1("0"));
+        index.Build(Names("b", "c"), {eKindType, eKindType});
+        QCOMPARE(Joined(Rows(index, SearchWords(), 1, TagIndex())), QString::fromLatin1("0 1"));
+        QCOMPARE(Joined(Rows(index, Words("a"), 1, TagIndex())), QString());
+        index.Build(Names("b", "c"), {eKindType, eKindType});
+        QCOMPARE(Joined(Rows(index, SearchWords(), 1, TagIndex())), QString::fromLatin1("0 1"));
+        index.Build(TextBlock(), {});
+        QCOMPARE(Joined(Rows(index, SearchWords(), 1, TagIndex())), QString());
     }
 
     /// With thousands of words a name can earn the very number that stands for "not found".

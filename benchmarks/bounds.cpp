@@ -1,4 +1,4 @@
-#include "limits.h"
+#include "bounds.h"
 
 #include "datamodel/helpers.h"
 #include "datamodel/revisioncontrol.h"
