@@ -47,11 +47,12 @@ BrowserItem::BrowserItem(vireo::datamodel::ItemAccessor in_item, unsigned in_acc
 void BrowserItem::ReadDataSource(nexa4::IRevisionControlUIHelper& in_helper)
 {
     DbObjectId id;
-    if (!GetObjectId(GetItemID(), id))
+    m_hasObjectId = GetObjectId(GetItemID(), id);
+    if (!m_hasObjectId)
         return;
     const FactoryObjects& factoryObjects = GetFactoryObjects(in_helper);
-    const NEXAHandle<IDbObject> handle = in_helper.FindObject(id);
-    const nexa4::NEXAPtr<IDbObject> object = handle.operator->();
+    m_dbObject = in_helper.FindObject(id);
+    const nexa4::NEXAPtr<IDbObject> object = m_dbObject.operator->();
     if (!object.IsValid())
         return;
 
@@ -64,7 +65,7 @@ void BrowserItem::ReadDataSource(nexa4::IRevisionControlUIHelper& in_helper)
         return;
 
     const NEXAHandle<nexa4::ITypeAsset> asset =
-        NEXAHandle<nexa4::ITypeAsset>::AssignCast(handle.GetInstance(), handle.GetCacheIndex());
+        NEXAHandle<nexa4::ITypeAsset>::AssignCast(m_dbObject.GetInstance(), m_dbObject.GetCacheIndex());
     if (asset.IsValid() && asset.IsLoaded())
     {
         // What is built in is both closed to changes and the product's own: the same question is asked for each flag.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "datamodel/item.h"
+#include "datamodel/nexahandle.h"
 #include "datamodel/notifications.h"
 #include "datamodel/revisioncontrol.h"
 #include "nodebrowser/itemkind.h"
@@ -35,6 +36,10 @@ public:
     /// The icon as painted; null for an item of an unknown type.
     const QPixmap& GetStateIcon() const { return *m_stateIcon; }
     unsigned GetAccessState() const { return m_accessState; }
+    /// Whether the item's identity text is that of a database object, known or not; false when nobody could be asked.
+    bool HasObjectId() const { return m_hasObjectId; }
+    /// The item's database object as it was found when the record was made; invalid when none was.
+    const nexa4::NEXAHandle<nexa4::IDbObject>& GetDbObject() const { return m_dbObject; }
     /// A compound whose data source takes changes: its state is asked for.
     bool IsSourceControlled() const { return m_sourceControlled; }
     /// The item came with the product.
@@ -50,9 +55,11 @@ private:
     void TakeIcon(bool in_versioningActive, StateIcons& in_icons);
 
     vireo::datamodel::ItemAccessor m_item;
+    nexa4::NEXAHandle<nexa4::IDbObject> m_dbObject;
     const QPixmap* m_stateIcon; // one of the list's
     unsigned m_accessState = vireo::datamodel::eAccessStateUnknown;
     eItemKind m_kind = eKindOther;
+    bool m_hasObjectId = false;
     bool m_sourceControlled = false;
     bool m_factoryItem = false;
     bool m_readOnlySource = false;

@@ -247,20 +247,13 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles, 
         out_names.Add(m_library.GetItemName(id, true, nullptr));
         IndexTags(number, id);
         m_itemNumbers->Add(id, number);
-        if (out_handles && surroundings.m_helper && m_items.back().IsSourceControlled())
-            RequestState(m_items.back(), surroundings, *out_handles);
+        BrowserItem& record = m_items.back();
+        if (out_handles && record.IsSourceControlled() && record.HasObjectId())
+        {
+            record.SetAccessState(vireo::datamodel::eAccessStateRequested, surroundings.m_versioningActive, *m_icons);
+            out_handles->push_back(record.GetDbObject());
+        }
     }
-}
-
-/// Marks a record as waiting for the state of its database object, which is added to those that are asked for.
-void CNodeBrowser::RequestState(BrowserItem& out_item, const RecordSurroundings& in_surroundings,
-                                ObjectHandles& out_handles)
-{
-    nexa4::DbObjectId object;
-    if (!GetObjectId(out_item.GetItemID(), object))
-        return;
-    out_item.SetAccessState(vireo::datamodel::eAccessStateRequested, in_surroundings.m_versioningActive, *m_icons);
-    out_handles.push_back(in_surroundings.m_helper->FindObject(object));
 }
 
 void CNodeBrowser::IndexTags(std::uint32_t in_number, const ItemID& in_item)

@@ -36,7 +36,6 @@ class SearchIndex;
 class StateIcons;
 class TagIndex;
 class TextBlock;
-struct RecordSurroundings;
 struct RowLayout;
 
 /// Which of its two forms a browser takes.
@@ -193,7 +192,6 @@ private:
     void RefreshItems();
     void BuildAllItemList(ObjectHandles* out_handles);
     void AppendItems(const char* in_type, ObjectHandles* out_handles, TextBlock& out_names);
-    void RequestState(BrowserItem& out_item, const RecordSurroundings& in_surroundings, ObjectHandles& out_handles);
     void IndexTags(std::uint32_t in_number, const vireo::datamodel::ItemID& in_item);
 
     void SetSourceControlEnabled(bool in_enabled);

@@ -36,36 +36,39 @@ void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined)
     std::size_t begin = 0;
     for (std::size_t end = in_joined.find(';'); end != std::string::npos; end = in_joined.find(';', begin))
     {
-        Insert(in_item, in_joined.substr(begin, end - begin));
+        Insert(in_item, NumberOf(in_joined.substr(begin, end - begin)));
         begin = end + 1;
     }
-    Insert(in_item, in_joined.substr(begin));
+    Insert(in_item, NumberOf(in_joined.substr(begin)));
 }
 
 void TagIndex::AddTag(std::uint32_t in_item, const std::string& in_tag)
 {
-    if (!in_tag.empty())
-        Insert(in_item, in_tag);
+    if (in_tag.empty())
+        return;
+    // Items of one type follow one another, and each gets the name of its type.
+    if (m_lastAdded >= m_tagTexts.size() || *m_tagTexts[m_lastAdded] != in_tag)
+        m_lastAdded = NumberOf(in_tag);
+    Insert(in_item, m_lastAdded);
 }
 
-void TagIndex::Insert(std::uint32_t in_item, const std::string& in_tag)
+void TagIndex::Insert(std::uint32_t in_item, std::uint32_t in_tag)
 {
     if (in_item >= m_spans.size())
         m_spans.resize(in_item + std::size_t(1));
-    const std::uint32_t tag = NumberOf(in_tag);
     Span& span = m_spans[in_item];
     const auto begin = m_tags.begin() + static_cast<std::ptrdiff_t>(span.m_begin);
     const auto end = begin + static_cast<std::ptrdiff_t>(span.m_count);
-    if (std::find(begin, end, tag) != end)
+    if (std::find(begin, end, in_tag) != end)
         return;
     if (span.m_begin + span.m_count != m_tags.size())
         MoveToEnd(in_item);
-    m_tags.push_back(tag);
+    m_tags.push_back(in_tag);
     ++span.m_count;
     ++m_used;
-    if (in_tag.empty())
+    if (m_tagTexts[in_tag]->empty())
         return;
-    Numbers& items = m_itemsOfTag[tag];
+    Numbers& items = m_itemsOfTag[in_tag];
     if (items.empty() || items.back() < in_item)
         items.push_back(in_item);
     else

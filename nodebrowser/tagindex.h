@@ -52,7 +52,7 @@ public:
     std::vector<const Numbers*> FindItems(const std::string& in_word) const;
 
 private:
-    void Insert(std::uint32_t in_item, const std::string& in_tag);
+    void Insert(std::uint32_t in_item, std::uint32_t in_tag);
     std::uint32_t NumberOf(const std::string& in_tag);
     void MoveToEnd(std::uint32_t in_item);
     void DropUnused();
@@ -70,6 +70,7 @@ private:
     std::size_t m_used = 0;            // how many of them still belong to an item
     std::vector<Numbers> m_itemsOfTag; // by tag; left empty for the empty one, which no word is in
     std::unordered_map<std::string, std::uint32_t> m_tagNumbers;
+    std::uint32_t m_lastAdded = 0;              // the tag that AddTag() added last
     std::vector<const std::string*> m_tagTexts; // by tag; they live in m_tagNumbers
 
     // The texts in upper case, made by the first search after a new tag or a new locale.
