@@ -90,7 +90,9 @@ CVireoCompoundCreateDialog::CVireoCompoundCreateDialog(ItemLibraryAccessor in_li
 {
     m_okButton = new QPushButton(Ascii("Ok"), this);
     m_cancelButton = new QPushButton(Ascii("Cancel"), this);
-    m_nameLabel = new QLabel(m_kindWord.left(1).toUpper() + m_kindWord.mid(1) + Ascii(" name: "), this);
+    // A letter may have a capital that Latin-1 lacks.
+    const QByteArray capitalised = (m_kindWord.left(1).toUpper() + m_kindWord.mid(1)).toLatin1();
+    m_nameLabel = new QLabel(Ascii(capitalised.constData()) + Ascii(" name: "), this);
     m_nameEdit = new QLineEdit(Ascii(in_defaultName), this);
     m_categoryLabel = new QLabel(Ascii("Category: "), this);
     m_categoryEdit = new QLineEdit(this);

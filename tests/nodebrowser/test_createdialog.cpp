@@ -147,6 +147,7 @@ private Q_SLOTS:
         QTest::newRow("signature") << QByteArray("signature") << Latin("Create signature") << Latin("Signature name: ");
         QTest::newRow("one letter") << QByteArray("x") << Latin("Create x") << Latin("X name: ");
         QTest::newRow("Latin-1") << QByteArray("\xE9tat") << Latin("Create \xE9tat") << Latin("\xC9tat name: ");
+        QTest::newRow("capital beyond Latin-1") << QByteArray("\xFF") << Latin("Create \xFF") << Latin("? name: ");
         QTest::newRow("percent") << QByteArray("%1") << Latin("Create %1") << Latin("%1 name: ");
         QTest::newRow("nothing") << QByteArray("") << Latin("Create ") << Latin(" name: ");
     }
