@@ -5,6 +5,7 @@
 #include "nodebrowser/export.h"
 
 #include <QDialog>
+#include <QPointer>
 #include <QString>
 
 #include <string>
@@ -90,6 +91,6 @@ private:
     QLabel* m_nameLabel;
     QLabel* m_tagsCaption;
     QLineEdit* m_tagsEdit;
-    QLabel* m_hintLabel;
+    QPointer<QLabel> m_hintLabel; // has no parent: whoever closes all windows may destroy it first
     std::string m_itemTags;
 };

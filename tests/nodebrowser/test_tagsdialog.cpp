@@ -3,6 +3,7 @@
 #include "tests/support/testmain.h"
 
 #include <locale>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -193,6 +194,18 @@ private Q_SLOTS:
         }
         QVERIFY(!hint);
         QVERIFY(!FindHint());
+    }
+
+    void theHintMayGoBeforeTheDialog()
+    {
+        std::unique_ptr<TagsDialog> dialog(new TagsDialog("color"));
+        delete FindHint();
+        QVERIFY(!FindHint());
+        QCOMPARE(Confirm(*dialog), int(QDialog::Accepted));
+        QCOMPARE(dialog->GetItemTags(), std::string("color"));
+        const QPointer<QWidget> edit(&TagsEdit(*dialog));
+        dialog.reset();
+        QVERIFY(!edit);
     }
 
     void aDialogThatIsOpenAndEditedGoesWithAllItsWidgets()
