@@ -204,8 +204,9 @@ CItemTagsEditorDialog::~CItemTagsEditorDialog()
 
 void CItemTagsEditorDialog::OnOk()
 {
-    const QByteArray text = m_tagsEdit->text().toLatin1();
-    m_itemTags = NormaliseTags(std::string(text.constData(), static_cast<std::size_t>(text.size())));
+    // The data layer takes tags as a C string: what stands behind a null character would be lost there, but make the tags
+    // differ from the old ones.
+    m_itemTags = NormaliseTags(m_tagsEdit->text().toLatin1().constData());
     accept();
 }
 

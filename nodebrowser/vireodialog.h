@@ -72,12 +72,13 @@ class NODEBROWSER_EXPORT CItemTagsEditorDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// \param in_itemName shown above the tags
-    /// \param in_itemTags the tags joined by ";"
+    /// \param in_itemName shown above the tags; never null
+    /// \param in_itemTags the tags joined by ";"; never null
     CItemTagsEditorDialog(const char* in_itemName, const char* in_itemTags);
     ~CItemTagsEditorDialog() override;
 
-    /// The tags joined by ";": as passed in until OK is pressed, as typed and normalised afterwards.
+    /// The tags joined by ";": as passed in until OK is pressed, as typed and normalised afterwards. What was typed ends at
+    /// the first null character.
     const std::string& GetItemTags() const { return m_itemTags; }
 
 private Q_SLOTS:

@@ -383,6 +383,17 @@ private Q_SLOTS:
         QCOMPARE(one.m_layer.m_log, log);
     }
 
+    void whatStandsBehindANullCharacterIsNoPartOfTheTags()
+    {
+        OneCompound<> one;
+        one.m_compound.m_tags = "a";
+        EditTags(one.m_browser, [](QDialog& in_dialog) {
+            Field(in_dialog).setText(Text("a") + QChar(0) + Text("b"));
+            Press(in_dialog, Qt::Key_Return);
+        });
+        QCOMPARE(one.m_layer.m_log, QStringList());
+    }
+
     void aTagsDialogThatIsNotAcceptedWritesNothing()
     {
         OneCompound<> one;

@@ -246,6 +246,7 @@ private Q_SLOTS:
         QTest::newRow("case stays") << Latin("Color;COLOR") << std::string("Color;COLOR");
         QTest::newRow("tab, line break and the like") << Latin("\ta\n;\r\v b\f") << std::string("a;b");
         QTest::newRow("control character") << Latin("\x01;a\x7F") << std::string("\x01;a\x7F");
+        QTest::newRow("null character") << Latin("a") + QChar(0) + Latin("b") << std::string("a");
         QTest::newRow("Latin-1") << Latin(" \xFC"
                                           "ber ; \xDF")
                                  << std::string("\xFC"
