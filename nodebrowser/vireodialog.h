@@ -30,8 +30,9 @@ class NODEBROWSER_EXPORT CVireoCompoundCreateDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// \param in_kindWord what is made, in lower case: it stands in the title, the name's label and the error message
-    /// \param in_defaultName the name to start with
+    /// \param in_kindWord what is made, in lower case: it stands in the title, the name's label and the error message;
+    ///     never null
+    /// \param in_defaultName the name to start with; never null
     /// \param in_withSignature whether the user may choose a signature that the new item implements
     CVireoCompoundCreateDialog(vireo::datamodel::ItemLibraryAccessor in_library, const char* in_kindWord,
                                const char* in_defaultName, bool in_withSignature);
