@@ -7,6 +7,7 @@
 
 #include <QComboBox>
 #include <QMessageBox>
+#include <QPointer>
 #include <QStringList>
 
 using memorymodel::DataLayer;
@@ -358,6 +359,49 @@ private Q_SLOTS:
         QVERIFY(dialog.GetCompoundName().isEmpty() && !dialog.GetCompoundName().isNull());
         QVERIFY(dialog.GetCategory().isEmpty() && !dialog.GetCategory().isNull());
         QVERIFY(dialog.GetBaseClass().isNull());
+    }
+
+    void theReportLeavesTheBaseClassOfAnEarlierAgreement()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Signature("a"));
+        CompoundDialog dialog(library.GetAccessor());
+        SignatureList(dialog)->setCurrentIndex(1);
+        CategoryEdit(dialog).setText(Latin("Colour"));
+        Click(*FindButton(dialog, "Ok"));
+        QCOMPARE(dialog.GetCategory(), Latin("Colour"));
+        const QString identifier = dialog.GetBaseClass();
+        QVERIFY(!identifier.isEmpty());
+        NameEdit(dialog).clear();
+        SignatureList(dialog)->setCurrentIndex(0);
+        const int result = RunDialog(dialog, [](QWidget& in_window) {
+            ConfirmEmptyName(in_window);
+            PressKey(Qt::Key_Escape);
+        });
+        QCOMPARE(result, int(QDialog::Rejected));
+        QVERIFY(dialog.GetCompoundName().isEmpty() && !dialog.GetCompoundName().isNull());
+        QVERIFY(dialog.GetCategory().isEmpty() && !dialog.GetCategory().isNull());
+        QCOMPARE(dialog.GetBaseClass(), identifier);
+    }
+
+    void theDialogMayGoWhileItsReportIsOpen()
+    {
+        QPointer<QDialog> dialog(new CVireoCompoundCreateDialog(ItemLibraryAccessor(), "compound", "", true));
+        ModalUser reader;
+        bool gone = false;
+        const int result = RunDialog(*dialog, [&](QWidget& in_window) {
+            reader.WhenLaidOutDialogOpens("Invalid Name", [&](QDialog& in_message) {
+                QVERIFY(Activate(in_message));
+                delete dialog;
+                gone = !dialog && in_message.isVisible();
+                PressKey(Qt::Key_Return);
+            });
+            Click(*FindButton(in_window, "Ok"));
+        });
+        QCOMPARE(result, int(QDialog::Rejected));
+        QVERIFY(gone);
+        QVERIFY(reader.IsDone());
     }
 
     void whatIsNoLetterOrDigitBecomesAnUnderscore_data()
