@@ -452,6 +452,8 @@ private Q_SLOTS:
         QTest::newRow("blanks outside") << Latin("  Deform ");
         QTest::newRow("blank") << Latin(" ");
         QTest::newRow("control characters") << Latin("a\tb\x01");
+        QTest::newRow("null character") << Latin("a") + QChar(0) + Latin("b");
+        QTest::newRow("Latin-1") << Latin("\xE4");
         QTest::newRow("other scripts") << QString(QChar(0x03A9)) + QChar(0x6F22);
         QTest::newRow("10000 characters") << QString(10000, QLatin1Char('-'));
     }
@@ -559,6 +561,31 @@ private Q_SLOTS:
         });
         QCOMPARE(result, int(QDialog::Accepted));
         QCOMPARE(dialog.GetBaseClass(), identifier);
+    }
+
+    void aSignatureWithAnUnusualNameIsOffered_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::newRow("empty") << QByteArray("");
+        QTest::newRow("blank") << QByteArray(" ");
+        QTest::newRow("control characters") << QByteArray("a\tb\nc\x01");
+        QTest::newRow("ampersand") << QByteArray("a & b");
+        QTest::newRow("10000 characters") << QByteArray(10000, 'n');
+    }
+
+    void aSignatureWithAnUnusualNameIsOffered()
+    {
+        QFETCH(QByteArray, name);
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Signature(name.constData()).UID(gFirstUID));
+        CompoundDialog dialog(library.GetAccessor());
+        QCOMPARE(SignatureNames(dialog), QStringList() << Latin("None") << QString::fromLatin1(name));
+        SignatureList(dialog)->setCurrentIndex(1);
+        QCOMPARE(Confirm(dialog), int(QDialog::Accepted));
+        QCOMPARE(dialog.GetBaseClass().toUpper(), Latin(gFirstUID));
+        QCOMPARE(SignatureList(dialog)->geometry(), QRect(120, 70, 220, 20));
+        QCOMPARE(dialog.size(), QSize(370, 130));
     }
 
     void leavingTheListAtNoneGivesNoBaseClass()
@@ -731,6 +758,25 @@ private Q_SLOTS:
         QVERIFY(FindLabel(dialog, Latin("A\tb name: ")));
         const CVireoCompoundCreateDialog latin(ItemLibraryAccessor(), "compound", "\xE4\x01", false);
         QCOMPARE(NameEdit(latin).text(), Latin("\xE4\x01"));
+    }
+
+    void aBlankDefaultNameIsANameToo()
+    {
+        CVireoCompoundCreateDialog dialog(ItemLibraryAccessor(), "compound", " ", false);
+        QCOMPARE(NameEdit(dialog).text(), Latin(" "));
+        QCOMPARE(Confirm(dialog), int(QDialog::Accepted));
+        QCOMPARE(dialog.GetCompoundName(), Latin("_"));
+    }
+
+    void aLongKindWordLeavesTheWindowAsItIs()
+    {
+        const QByteArray kindWord(10000, 'n');
+        CVireoCompoundCreateDialog dialog(ItemLibraryAccessor(), kindWord.constData(), "x", false);
+        QCOMPARE(dialog.windowTitle(), Latin("Create ") + QString::fromLatin1(kindWord));
+        QVERIFY(FindLabel(dialog, Latin("N") + QString::fromLatin1(kindWord).mid(1) + Latin(" name: ")));
+        QVERIFY(ShowActive(dialog));
+        QCOMPARE(dialog.size(), QSize(370, 130));
+        QCOMPARE(NameEdit(dialog).geometry(), QRect(120, 10, 220, 20));
     }
 };
 

@@ -294,6 +294,29 @@ private Q_SLOTS:
         QCOMPARE(tidy.GetItemTags(), std::string("\xE4;b"));
     }
 
+    void unusualOldTagsAreShownAsTheyAreAndNormalisedByOk_data()
+    {
+        QTest::addColumn<QByteArray>("old");
+        QTest::addColumn<std::string>("tags");
+        QTest::newRow("blanks") << QByteArray("   ") << std::string();
+        QTest::newRow("control characters") << QByteArray("\x01 ;\ta\x7F") << std::string("\x01;a\x7F");
+        QTest::newRow("line break") << QByteArray("a\nb;\nc\r\n") << std::string("a\nb;c");
+        QTest::newRow("10000 characters") << QByteArray(10000, 'a') << std::string(10000, 'a');
+    }
+
+    void unusualOldTagsAreShownAsTheyAreAndNormalisedByOk()
+    {
+        QFETCH(QByteArray, old);
+        QFETCH(std::string, tags);
+        TagsDialog dialog(old.constData());
+        QCOMPARE(TagsEdit(dialog).text(), QString::fromLatin1(old));
+        QCOMPARE(dialog.GetItemTags(), std::string(old.constData()));
+        QCOMPARE(Confirm(dialog), int(QDialog::Accepted));
+        QCOMPARE(dialog.GetItemTags(), tags);
+        QCOMPARE(TagsEdit(dialog).geometry(), QRect(120, 40, 220, 20));
+        QCOMPARE(dialog.size(), QSize(370, 130));
+    }
+
     void okWithNothingClearsTheTags()
     {
         TagsDialog dialog("color");
