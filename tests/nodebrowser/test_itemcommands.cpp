@@ -14,7 +14,6 @@ using memorymodel::Library;
 using memorymodel::NewItem;
 using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemLibraryAccessor;
-using vireo::datamodel::LibType;
 using vireo::datamodel::VireoType;
 
 namespace
