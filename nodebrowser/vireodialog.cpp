@@ -90,7 +90,9 @@ CVireoCompoundCreateDialog::CVireoCompoundCreateDialog(ItemLibraryAccessor in_li
 {
     m_okButton = new QPushButton(Ascii("Ok"), this);
     m_cancelButton = new QPushButton(Ascii("Cancel"), this);
-    m_nameLabel = new QLabel(m_kindWord.left(1).toUpper() + m_kindWord.mid(1) + Ascii(" name: "), this);
+    // A letter may have a capital that Latin-1 lacks.
+    const QByteArray capitalised = (m_kindWord.left(1).toUpper() + m_kindWord.mid(1)).toLatin1();
+    m_nameLabel = new QLabel(Ascii(capitalised.constData()) + Ascii(" name: "), this);
     m_nameEdit = new QLineEdit(Ascii(in_defaultName), this);
     m_categoryLabel = new QLabel(Ascii("Category: "), this);
     m_categoryEdit = new QLineEdit(this);
@@ -202,8 +204,9 @@ CItemTagsEditorDialog::~CItemTagsEditorDialog()
 
 void CItemTagsEditorDialog::OnOk()
 {
-    const QByteArray text = m_tagsEdit->text().toLatin1();
-    m_itemTags = NormaliseTags(std::string(text.constData(), static_cast<std::size_t>(text.size())));
+    // The data layer takes tags as a C string: what stands behind a null character would be lost there, but make the tags
+    // differ from the old ones.
+    m_itemTags = NormaliseTags(m_tagsEdit->text().toLatin1().constData());
     accept();
 }
 

@@ -5,6 +5,7 @@
 #include "nodebrowser/export.h"
 
 #include <QDialog>
+#include <QPointer>
 #include <QString>
 
 #include <string>
@@ -29,8 +30,9 @@ class NODEBROWSER_EXPORT CVireoCompoundCreateDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// \param in_kindWord what is made, in lower case: it stands in the title, the name's label and the error message
-    /// \param in_defaultName the name to start with
+    /// \param in_kindWord what is made, in lower case: it stands in the title, the name's label and the error message;
+    ///     never null
+    /// \param in_defaultName the name to start with; never null
     /// \param in_withSignature whether the user may choose a signature that the new item implements
     CVireoCompoundCreateDialog(vireo::datamodel::ItemLibraryAccessor in_library, const char* in_kindWord,
                                const char* in_defaultName, bool in_withSignature);
@@ -71,12 +73,13 @@ class NODEBROWSER_EXPORT CItemTagsEditorDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// \param in_itemName shown above the tags
-    /// \param in_itemTags the tags joined by ";"
+    /// \param in_itemName shown above the tags; never null
+    /// \param in_itemTags the tags joined by ";"; never null
     CItemTagsEditorDialog(const char* in_itemName, const char* in_itemTags);
     ~CItemTagsEditorDialog() override;
 
-    /// The tags joined by ";": as passed in until OK is pressed, as typed and normalised afterwards.
+    /// The tags joined by ";": as passed in until OK is pressed, as typed and normalised afterwards. What was typed ends at
+    /// the first null character.
     const std::string& GetItemTags() const { return m_itemTags; }
 
 private Q_SLOTS:
@@ -90,6 +93,6 @@ private:
     QLabel* m_nameLabel;
     QLabel* m_tagsCaption;
     QLineEdit* m_tagsEdit;
-    QLabel* m_hintLabel;
+    QPointer<QLabel> m_hintLabel; // has no parent: whoever closes all windows may destroy it first
     std::string m_itemTags;
 };

@@ -370,6 +370,7 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         const int count = 100000;
         std::vector<ItemID> ids;
+        ids.reserve(count);
         for (int i = 0; i < count; ++i)
             ids.push_back(library.Add(NewItem::Compound("Item").Tags("a")));
         const ItemLibraryAccessor accessor = library.GetAccessor();

@@ -7,6 +7,7 @@
 
 #include <QComboBox>
 #include <QMessageBox>
+#include <QPointer>
 #include <QStringList>
 
 using memorymodel::DataLayer;
@@ -147,6 +148,7 @@ private Q_SLOTS:
         QTest::newRow("signature") << QByteArray("signature") << Latin("Create signature") << Latin("Signature name: ");
         QTest::newRow("one letter") << QByteArray("x") << Latin("Create x") << Latin("X name: ");
         QTest::newRow("Latin-1") << QByteArray("\xE9tat") << Latin("Create \xE9tat") << Latin("\xC9tat name: ");
+        QTest::newRow("capital beyond Latin-1") << QByteArray("\xFF") << Latin("Create \xFF") << Latin("? name: ");
         QTest::newRow("percent") << QByteArray("%1") << Latin("Create %1") << Latin("%1 name: ");
         QTest::newRow("nothing") << QByteArray("") << Latin("Create ") << Latin(" name: ");
     }
@@ -359,6 +361,49 @@ private Q_SLOTS:
         QVERIFY(dialog.GetBaseClass().isNull());
     }
 
+    void theReportLeavesTheBaseClassOfAnEarlierAgreement()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Signature("a"));
+        CompoundDialog dialog(library.GetAccessor());
+        SignatureList(dialog)->setCurrentIndex(1);
+        CategoryEdit(dialog).setText(Latin("Colour"));
+        Click(*FindButton(dialog, "Ok"));
+        QCOMPARE(dialog.GetCategory(), Latin("Colour"));
+        const QString identifier = dialog.GetBaseClass();
+        QVERIFY(!identifier.isEmpty());
+        NameEdit(dialog).clear();
+        SignatureList(dialog)->setCurrentIndex(0);
+        const int result = RunDialog(dialog, [](QWidget& in_window) {
+            ConfirmEmptyName(in_window);
+            PressKey(Qt::Key_Escape);
+        });
+        QCOMPARE(result, int(QDialog::Rejected));
+        QVERIFY(dialog.GetCompoundName().isEmpty() && !dialog.GetCompoundName().isNull());
+        QVERIFY(dialog.GetCategory().isEmpty() && !dialog.GetCategory().isNull());
+        QCOMPARE(dialog.GetBaseClass(), identifier);
+    }
+
+    void theDialogMayGoWhileItsReportIsOpen()
+    {
+        QPointer<QDialog> dialog(new CVireoCompoundCreateDialog(ItemLibraryAccessor(), "compound", "", true));
+        ModalUser reader;
+        bool gone = false;
+        const int result = RunDialog(*dialog, [&](QWidget& in_window) {
+            reader.WhenLaidOutDialogOpens("Invalid Name", [&](QDialog& in_message) {
+                QVERIFY(Activate(in_message));
+                delete dialog;
+                gone = !dialog && in_message.isVisible();
+                PressKey(Qt::Key_Return);
+            });
+            Click(*FindButton(in_window, "Ok"));
+        });
+        QCOMPARE(result, int(QDialog::Rejected));
+        QVERIFY(gone);
+        QVERIFY(reader.IsDone());
+    }
+
     void whatIsNoLetterOrDigitBecomesAnUnderscore_data()
     {
         QTest::addColumn<QString>("typed");
@@ -407,6 +452,8 @@ private Q_SLOTS:
         QTest::newRow("blanks outside") << Latin("  Deform ");
         QTest::newRow("blank") << Latin(" ");
         QTest::newRow("control characters") << Latin("a\tb\x01");
+        QTest::newRow("null character") << Latin("a") + QChar(0) + Latin("b");
+        QTest::newRow("Latin-1") << Latin("\xE4");
         QTest::newRow("other scripts") << QString(QChar(0x03A9)) + QChar(0x6F22);
         QTest::newRow("10000 characters") << QString(10000, QLatin1Char('-'));
     }
@@ -514,6 +561,31 @@ private Q_SLOTS:
         });
         QCOMPARE(result, int(QDialog::Accepted));
         QCOMPARE(dialog.GetBaseClass(), identifier);
+    }
+
+    void aSignatureWithAnUnusualNameIsOffered_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::newRow("empty") << QByteArray("");
+        QTest::newRow("blank") << QByteArray(" ");
+        QTest::newRow("control characters") << QByteArray("a\tb\nc\x01");
+        QTest::newRow("ampersand") << QByteArray("a & b");
+        QTest::newRow("10000 characters") << QByteArray(10000, 'n');
+    }
+
+    void aSignatureWithAnUnusualNameIsOffered()
+    {
+        QFETCH(QByteArray, name);
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Signature(name.constData()).UID(gFirstUID));
+        CompoundDialog dialog(library.GetAccessor());
+        QCOMPARE(SignatureNames(dialog), QStringList() << Latin("None") << QString::fromLatin1(name));
+        SignatureList(dialog)->setCurrentIndex(1);
+        QCOMPARE(Confirm(dialog), int(QDialog::Accepted));
+        QCOMPARE(dialog.GetBaseClass().toUpper(), Latin(gFirstUID));
+        QCOMPARE(SignatureList(dialog)->geometry(), QRect(120, 70, 220, 20));
+        QCOMPARE(dialog.size(), QSize(370, 130));
     }
 
     void leavingTheListAtNoneGivesNoBaseClass()
@@ -686,6 +758,25 @@ private Q_SLOTS:
         QVERIFY(FindLabel(dialog, Latin("A\tb name: ")));
         const CVireoCompoundCreateDialog latin(ItemLibraryAccessor(), "compound", "\xE4\x01", false);
         QCOMPARE(NameEdit(latin).text(), Latin("\xE4\x01"));
+    }
+
+    void aBlankDefaultNameIsANameToo()
+    {
+        CVireoCompoundCreateDialog dialog(ItemLibraryAccessor(), "compound", " ", false);
+        QCOMPARE(NameEdit(dialog).text(), Latin(" "));
+        QCOMPARE(Confirm(dialog), int(QDialog::Accepted));
+        QCOMPARE(dialog.GetCompoundName(), Latin("_"));
+    }
+
+    void aLongKindWordLeavesTheWindowAsItIs()
+    {
+        const QByteArray kindWord(10000, 'n');
+        CVireoCompoundCreateDialog dialog(ItemLibraryAccessor(), kindWord.constData(), "x", false);
+        QCOMPARE(dialog.windowTitle(), Latin("Create ") + QString::fromLatin1(kindWord));
+        QVERIFY(FindLabel(dialog, Latin("N") + QString::fromLatin1(kindWord).mid(1) + Latin(" name: ")));
+        QVERIFY(ShowActive(dialog));
+        QCOMPARE(dialog.size(), QSize(370, 130));
+        QCOMPARE(NameEdit(dialog).geometry(), QRect(120, 10, 220, 20));
     }
 };
 

@@ -18,7 +18,6 @@ using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemIDUnlock;
 using vireo::datamodel::ItemLibraryAccessor;
-using vireo::datamodel::VireoType;
 
 namespace
 {

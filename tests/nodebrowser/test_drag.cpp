@@ -16,9 +16,7 @@ using memorymodel::DataLayer;
 using memorymodel::Library;
 using memorymodel::NewItem;
 using vireo::datamodel::ItemID;
-using vireo::datamodel::ItemLibraryAccessor;
 using vireo::datamodel::LibType;
-using vireo::datamodel::VireoType;
 
 namespace
 {

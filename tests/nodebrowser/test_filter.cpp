@@ -9,8 +9,6 @@
 using memorymodel::NewItem;
 using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
-using vireo::datamodel::ItemLibraryAccessor;
-using vireo::datamodel::LibType;
 using vireo::datamodel::UnspecifiedAccessor;
 using vireo::datamodel::VireoType;
 

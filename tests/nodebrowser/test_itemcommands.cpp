@@ -14,7 +14,6 @@ using memorymodel::Library;
 using memorymodel::NewItem;
 using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemLibraryAccessor;
-using vireo::datamodel::LibType;
 using vireo::datamodel::VireoType;
 
 namespace
@@ -381,6 +380,17 @@ private Q_SLOTS:
         one.m_compound.m_tags = old.constData();
         EditTags(one.m_browser, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
         QCOMPARE(one.m_layer.m_log, log);
+    }
+
+    void whatStandsBehindANullCharacterIsNoPartOfTheTags()
+    {
+        OneCompound<> one;
+        one.m_compound.m_tags = "a";
+        EditTags(one.m_browser, [](QDialog& in_dialog) {
+            Field(in_dialog).setText(Text("a") + QChar(0) + Text("b"));
+            Press(in_dialog, Qt::Key_Return);
+        });
+        QCOMPARE(one.m_layer.m_log, QStringList());
     }
 
     void aTagsDialogThatIsNotAcceptedWritesNothing()

@@ -364,6 +364,10 @@ private Q_SLOTS:
             Retype("Add");
         QWidget* const tip = FindToolTip();
         QVERIFY(tip);
+#ifndef Q_OS_WIN
+        // There the toolkit gives every tip to the screen, so that no window comes to the front with it.
+        QCOMPARE(tip->parentWidget(), static_cast<QWidget*>(&dialog.Edit()));
+#endif
         const QRect place = tip->geometry();
         // The same text, shown at that corner by hand, after another one elsewhere.
         QToolTip::showText(QPoint(300, 300), Latin("elsewhere"), &dialog);
@@ -550,6 +554,21 @@ private Q_SLOTS:
         QVERIFY(dialog.ShowsNoFault());
     }
 
+    void aPresentNameThatBreaksTheRuleCanBeEditedFreely()
+    {
+        Renaming renaming("a-b");
+        RenameDialog dialog(renaming);
+        QVERIFY(ShowActive(dialog));
+        PressKey(Qt::Key_End);
+        TypeText(Latin(".c"));
+        QCOMPARE(dialog.GetName(), Latin("a-b.c"));
+        QVERIFY(dialog.ShowsNoFault());
+        Retype("x");
+        QCOMPARE(dialog.GetName(), Latin("x"));
+        TypeText(Latin("-"));
+        QCOMPARE(dialog.GetName(), Latin("x"));
+    }
+
     void blanksAndUnderscoresCanBeTypedInsideAndAtTheEnd()
     {
         Renaming renaming;
@@ -595,6 +614,7 @@ private Q_SLOTS:
         QTest::newRow("tags") << Latin("a;b");
         QTest::newRow("markup") << Latin("<b>a</b>");
         QTest::newRow("control character") << Latin("a\x01");
+        QTest::newRow("null character") << Latin("a") + QChar(0);
         QTest::newRow("letter of two units") << Latin("a") + QChar(0xD835) + QChar(0xDC00);
         QTest::newRow("zero-width space") << Latin("a") + QChar(0x200B);
         QTest::newRow("10000 characters and a dot") << QString(10000, QLatin1Char('a')) + QLatin1Char('.');
@@ -613,6 +633,17 @@ private Q_SLOTS:
         Paste(text);
         QCOMPARE(dialog.GetName(), Latin("Blend"));
         QVERIFY(dialog.Ok().isEnabled());
+    }
+
+    void lineBreaksAndTabsCanBePasted()
+    {
+        Renaming renaming;
+        RenameDialog dialog(renaming);
+        QVERIFY(ShowActive(dialog));
+        PressKey(Qt::Key_A, Qt::ControlModifier);
+        Paste(Latin("a\nb\tc"));
+        QCOMPARE(dialog.GetName(), Latin("a\nb\tc"));
+        QVERIFY(dialog.ShowsNoFault());
     }
 
     void textThatMayFollowMayNotLead()

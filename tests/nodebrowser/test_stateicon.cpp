@@ -12,7 +12,6 @@
 using memorymodel::NewItem;
 using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
-using vireo::datamodel::ItemIterator;
 using vireo::datamodel::UnspecifiedAccessor;
 using vireo::datamodel::VireoType;
 

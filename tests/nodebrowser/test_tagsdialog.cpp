@@ -3,6 +3,7 @@
 #include "tests/support/testmain.h"
 
 #include <locale>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -195,6 +196,18 @@ private Q_SLOTS:
         QVERIFY(!FindHint());
     }
 
+    void theHintMayGoBeforeTheDialog()
+    {
+        std::unique_ptr<TagsDialog> dialog(new TagsDialog("color"));
+        delete FindHint();
+        QVERIFY(!FindHint());
+        QCOMPARE(Confirm(*dialog), int(QDialog::Accepted));
+        QCOMPARE(dialog->GetItemTags(), std::string("color"));
+        const QPointer<QWidget> edit(&TagsEdit(*dialog));
+        dialog.reset();
+        QVERIFY(!edit);
+    }
+
     void aDialogThatIsOpenAndEditedGoesWithAllItsWidgets()
     {
         TagsDialog* const dialog = new TagsDialog("color");
@@ -233,6 +246,7 @@ private Q_SLOTS:
         QTest::newRow("case stays") << Latin("Color;COLOR") << std::string("Color;COLOR");
         QTest::newRow("tab, line break and the like") << Latin("\ta\n;\r\v b\f") << std::string("a;b");
         QTest::newRow("control character") << Latin("\x01;a\x7F") << std::string("\x01;a\x7F");
+        QTest::newRow("null character") << Latin("a") + QChar(0) + Latin("b") << std::string("a");
         QTest::newRow("Latin-1") << Latin(" \xFC"
                                           "ber ; \xDF")
                                  << std::string("\xFC"
@@ -278,6 +292,29 @@ private Q_SLOTS:
         TagsDialog tidy("\xE4;b");
         QCOMPARE(Confirm(tidy), int(QDialog::Accepted));
         QCOMPARE(tidy.GetItemTags(), std::string("\xE4;b"));
+    }
+
+    void unusualOldTagsAreShownAsTheyAreAndNormalisedByOk_data()
+    {
+        QTest::addColumn<QByteArray>("old");
+        QTest::addColumn<std::string>("tags");
+        QTest::newRow("blanks") << QByteArray("   ") << std::string();
+        QTest::newRow("control characters") << QByteArray("\x01 ;\ta\x7F") << std::string("\x01;a\x7F");
+        QTest::newRow("line break") << QByteArray("a\nb;\nc\r\n") << std::string("a\nb;c");
+        QTest::newRow("10000 characters") << QByteArray(10000, 'a') << std::string(10000, 'a');
+    }
+
+    void unusualOldTagsAreShownAsTheyAreAndNormalisedByOk()
+    {
+        QFETCH(QByteArray, old);
+        QFETCH(std::string, tags);
+        TagsDialog dialog(old.constData());
+        QCOMPARE(TagsEdit(dialog).text(), QString::fromLatin1(old));
+        QCOMPARE(dialog.GetItemTags(), std::string(old.constData()));
+        QCOMPARE(Confirm(dialog), int(QDialog::Accepted));
+        QCOMPARE(dialog.GetItemTags(), tags);
+        QCOMPARE(TagsEdit(dialog).geometry(), QRect(120, 40, 220, 20));
+        QCOMPARE(dialog.size(), QSize(370, 130));
     }
 
     void okWithNothingClearsTheTags()

@@ -214,6 +214,7 @@ private Q_SLOTS:
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
         std::vector<ItemID> items;
+        items.reserve(40);
         for (int i = 0; i < 40; ++i)
             items.push_back(library.Add(NewItem::Compound("Blend " + std::to_string(10 + i))));
         ProbedBrowser browser;

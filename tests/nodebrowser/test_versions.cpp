@@ -176,8 +176,8 @@ private Q_SLOTS:
 
     void theBrowserNeverSeesWhereADataLayerPlugsIn()
     {
-        QVERIFY(FilesWith(QString::fromLatin1("memorymodel"), QString::fromLatin1("\"datamodel/provider.h\"")).size() >
-                0);
+        QVERIFY(
+            !FilesWith(QString::fromLatin1("memorymodel"), QString::fromLatin1("\"datamodel/provider.h\"")).isEmpty());
         QCOMPARE(
             FilesWith(QString::fromLatin1("nodebrowser"), QString::fromLatin1("provider.h")).join(QLatin1String("\n")),
             QString());
