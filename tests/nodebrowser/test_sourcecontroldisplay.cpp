@@ -156,9 +156,10 @@ private Q_SLOTS:
         QCOMPARE(m_browser->GetRowCount(), std::size_t(1));
         TellState(m_blend, 3);
         TellState(m_fade, 4);
-        m_spy->Forget();
         Enable(false);
-        QCOMPARE(m_spy->m_icons.size(), std::size_t(2));
+        // Being told the state that it has already repaints nothing, whether an item is hidden or not.
+        QCOMPARE(CountPaints(*m_browser, [this] { TellState(m_blend, 0); }), 0);
+        QCOMPARE(CountPaints(*m_browser, [this] { TellState(m_fade, 0); }), 0);
     }
 
     void disablingComposesOnlyIconsThatHaveAState()
