@@ -5,6 +5,7 @@
 #include <QTextOption>
 
 #include <algorithm>
+#include <tuple>
 
 namespace
 {
@@ -51,6 +52,7 @@ void RowTexts::BeginFrame(const QPainter& in_painter)
     m_font = in_painter.font();
     m_resolution = resolution;
     m_textsBefore.clear();
+    m_tops.clear();
 }
 
 RowTexts::Layout RowTexts::Find(const QPainter& in_painter, const QString& in_text)
@@ -63,17 +65,31 @@ RowTexts::Layout RowTexts::Find(const QPainter& in_painter, const QString& in_te
     return layout;
 }
 
+/// The toolkit's versions round the height of a line in different ways, so it is asked once for each height.
+double RowTexts::FindTop(QPainter& in_painter, const QRect& in_rect, const QString& in_text, const QTextLine& in_line)
+{
+    const Top wanted = {in_line.ascent(), in_line.descent(), in_rect.height(), 0};
+    for (const Top& top : m_tops)
+        if (std::tie(top.m_ascent, top.m_descent, top.m_rectHeight) ==
+            std::tie(wanted.m_ascent, wanted.m_descent, wanted.m_rectHeight))
+            return top.m_top;
+    m_tops.push_back(wanted);
+    m_tops.back().m_top = in_painter.boundingRect(QRectF(in_rect), gAlignment, in_text).top() - in_rect.top();
+    return m_tops.back().m_top;
+}
+
 void RowTexts::Draw(QPainter& in_painter, const QRect& in_rect, const QString& in_text)
 {
     if (in_painter.layoutDirection() == Qt::LeftToRight && IsPlain(in_text))
     {
         const Layout layout = Find(in_painter, in_text);
         const QTextLine line = layout->lineAt(0);
-        const double top = in_rect.y() + (in_rect.height() - line.height()) / 2;
-        const QRectF bounds(in_rect.x(), top, line.naturalTextWidth(), line.height());
-        if (QRectF(in_rect).contains(bounds))
+        const QPointF place(in_rect.left(), in_rect.top() + FindTop(in_painter, in_rect, in_text, line));
+        // With room for what sticks out of the last letter, so that the toolkit would not clip it either.
+        const double height = line.height();
+        if (QRectF(in_rect).contains(QRectF(place, QSizeF(line.naturalTextWidth() + height, height))))
         {
-            layout->draw(&in_painter, bounds.topLeft());
+            layout->draw(&in_painter, place);
             return;
         }
     }

@@ -8,6 +8,7 @@
 #include <QTextLayout>
 
 #include <memory>
+#include <vector>
 
 class QPainter;
 
@@ -27,8 +28,20 @@ private:
 
     Layout Find(const QPainter& in_painter, const QString& in_text);
 
+    double FindTop(QPainter& in_painter, const QRect& in_rect, const QString& in_text, const QTextLine& in_line);
+
+    /// How far below the upper edge of a rectangle the toolkit starts a line of this height.
+    struct Top
+    {
+        double m_ascent;
+        double m_descent;
+        int m_rectHeight;
+        double m_top;
+    };
+
     QFont m_font;
-    int m_resolution = 0; // of the paint device, in dots per inch
+    std::vector<Top> m_tops; // mostly one
+    int m_resolution = 0;    // of the paint device, in dots per inch
     QHash<QString, Layout> m_texts;
     QHash<QString, Layout> m_textsBefore; // of the frame before
 };

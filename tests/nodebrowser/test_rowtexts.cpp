@@ -1,0 +1,168 @@
+#include "nodebrowser/rowtexts.h"
+#include "tests/support/testmain.h"
+
+#include <QImage>
+#include <QPainter>
+
+namespace
+{
+
+const QRect gRect(35, 24, 200, 25);
+
+/// Draws one text into a fresh picture.
+class Canvas
+{
+public:
+    QImage Draw(RowTexts& out_texts, const QString& in_text, const QRect& in_rect = gRect)
+    {
+        return Paint([&](QPainter& in_painter) {
+            out_texts.BeginFrame(in_painter);
+            out_texts.Draw(in_painter, in_rect, in_text);
+        });
+    }
+
+    QImage DrawPlainly(const QString& in_text, const QRect& in_rect = gRect)
+    {
+        return Paint(
+            [&](QPainter& in_painter) { in_painter.drawText(in_rect, Qt::AlignLeft | Qt::AlignVCenter, in_text); });
+    }
+
+    QFont m_font;
+    Qt::LayoutDirection m_direction = Qt::LeftToRight;
+    int m_dotsPerMeter = 0;
+
+private:
+    template <class Step> QImage Paint(Step in_step) const
+    {
+        QImage picture(300, 80, QImage::Format_RGB32);
+        if (m_dotsPerMeter)
+        {
+            picture.setDotsPerMeterX(m_dotsPerMeter);
+            picture.setDotsPerMeterY(m_dotsPerMeter);
+        }
+        picture.fill(QColor(Qt::white).rgb());
+        QPainter painter(&picture);
+        painter.setFont(m_font);
+        painter.setLayoutDirection(m_direction);
+        in_step(painter);
+        return picture;
+    }
+};
+
+} // namespace
+
+class TestRowTexts : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void textsLookAsTheToolkitDrawsThem_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("a name") << QString::fromLatin1("Blend Colour 2D");
+        QTest::newRow("a dirty name") << QString::fromLatin1("Blend*");
+        QTest::newRow("letters that would join or kern") << QString::fromLatin1("fi AV To. ffl");
+        QTest::newRow("Latin-1 letters") << QString::fromLatin1("\xC4rger \xE9t\xE9 \xDF");
+        QTest::newRow("an ampersand") << QString::fromLatin1("A & B &C");
+        QTest::newRow("blanks at both ends") << QString::fromLatin1("  a  ");
+        QTest::newRow("only blanks") << QString::fromLatin1("   ");
+        QTest::newRow("nothing") << QString();
+        QTest::newRow("a tab") << QString::fromLatin1("a\tb");
+        QTest::newRow("two lines") << QString::fromLatin1("a\nb");
+        QTest::newRow("control characters") << QString::fromLatin1("a\x01\x7F\x85z");
+        QTest::newRow("a null character") << QString::fromLatin1("a\0b", 3);
+        QTest::newRow("a no-break space and a soft hyphen") << QString::fromLatin1("a\xA0z\xADz");
+        QTest::newRow("too long for the row") << QString(60, QLatin1Char('m'));
+        QTest::newRow("far too long") << QString(4000, QLatin1Char('m'));
+        QTest::newRow("many narrow letters") << QString(201, QLatin1Char('i'));
+    }
+
+    void textsLookAsTheToolkitDrawsThem()
+    {
+        QFETCH(QString, text);
+        RowTexts texts;
+        Canvas canvas;
+        for (int frame = 0; frame < 3; ++frame)
+            QCOMPARE(canvas.Draw(texts, text), canvas.DrawPlainly(text));
+    }
+
+    void everyHeightAndFontGivesTheSamePixels()
+    {
+        RowTexts texts;
+        Canvas canvas;
+        const QString text = QString::fromLatin1("Blend jgy 3D");
+        for (int size = 6; size < 24; ++size)
+            for (int height = 8; height < 40; height += 3)
+            {
+                canvas.m_font.setPointSize(size);
+                canvas.m_font.setItalic(size % 2 == 1);
+                const QRect rect(10, 20, 250, height);
+                QCOMPARE(canvas.Draw(texts, text, rect), canvas.DrawPlainly(text, rect));
+            }
+    }
+
+    void anotherFontIsFollowed()
+    {
+        RowTexts texts;
+        Canvas canvas;
+        const QString text = QString::fromLatin1("Blend");
+        const QImage before = canvas.Draw(texts, text);
+        canvas.m_font.setBold(true);
+        const QImage after = canvas.Draw(texts, text);
+        QVERIFY(before != after);
+        QCOMPARE(after, canvas.DrawPlainly(text));
+    }
+
+    void anotherResolutionIsFollowed()
+    {
+        RowTexts texts;
+        Canvas canvas;
+        const QString text = QString::fromLatin1("Blend");
+        const QImage before = canvas.Draw(texts, text);
+        canvas.m_dotsPerMeter = 7560;
+        const QImage after = canvas.Draw(texts, text);
+        QCOMPARE(after, canvas.DrawPlainly(text));
+        canvas.m_dotsPerMeter = 0;
+        QCOMPARE(canvas.Draw(texts, text), before);
+    }
+
+    void rightToLeftLayoutsAreFollowed()
+    {
+        RowTexts texts;
+        Canvas canvas;
+        const QString text = QString::fromLatin1("Blend");
+        const QImage left = canvas.Draw(texts, text);
+        canvas.m_direction = Qt::RightToLeft;
+        const QImage right = canvas.Draw(texts, text);
+        QVERIFY(left != right);
+        QCOMPARE(right, canvas.DrawPlainly(text));
+    }
+
+    void theSameTextMayStandInManyRows()
+    {
+        RowTexts texts;
+        QImage picture(300, 80, QImage::Format_RGB32);
+        QImage expected = picture;
+        picture.fill(QColor(Qt::white).rgb());
+        expected.fill(QColor(Qt::white).rgb());
+        const QString text = QString::fromLatin1("Blend");
+        {
+            QPainter painter(&picture);
+            QPainter plain(&expected);
+            for (int frame = 0; frame < 2; ++frame)
+            {
+                texts.BeginFrame(painter);
+                for (int row = 0; row < 3; ++row)
+                {
+                    const QRect rect(10, 24 * row, 200, 25);
+                    texts.Draw(painter, rect, text);
+                    plain.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter, text);
+                }
+            }
+        }
+        QCOMPARE(picture, expected);
+    }
+};
+
+NODEBROWSER_TEST_MAIN(TestRowTexts)
+#include "test_rowtexts.moc"
