@@ -1,6 +1,5 @@
 #include "nodebrowser/browseritem.h"
 
-#include "datamodel/objectdatabase.h"
 #include "nodebrowser/dbobject.h"
 #include "nodebrowser/stateicon.h"
 
@@ -27,14 +26,24 @@ const FactoryObjects& GetFactoryObjects(nexa4::IRevisionControlUIHelper& in_help
     return objects;
 }
 
+void ReadFactorySources(RecordSurroundings& io_surroundings)
+{
+    if (io_surroundings.m_factorySourcesRead)
+        return;
+    io_surroundings.m_factorySourcesRead = true;
+    for (const NEXAHandle<IDbObject>& object : GetFactoryObjects(*io_surroundings.m_helper))
+        if (object.IsValid())
+            io_surroundings.m_factorySources.push_back(object.GetDataSource());
+}
+
 } // namespace
 
 BrowserItem::BrowserItem(vireo::datamodel::ItemAccessor in_item, unsigned in_accessState,
-                         const RecordSurroundings& in_surroundings)
+                         RecordSurroundings& in_surroundings)
     : m_item(std::move(in_item))
 {
     if (in_surroundings.m_helper)
-        ReadDataSource(*in_surroundings.m_helper);
+        ReadDataSource(in_surroundings);
     m_kind = KindOf(m_item);
     if (m_kind == eKindCompound || m_kind == eKindSignature)
     {
@@ -44,23 +53,22 @@ BrowserItem::BrowserItem(vireo::datamodel::ItemAccessor in_item, unsigned in_acc
     TakeIcon(in_surroundings.m_versioningActive, in_surroundings.m_icons);
 }
 
-void BrowserItem::ReadDataSource(nexa4::IRevisionControlUIHelper& in_helper)
+void BrowserItem::ReadDataSource(RecordSurroundings& in_surroundings)
 {
     DbObjectId id;
     m_hasObjectId = GetObjectId(GetItemID(), id);
     if (!m_hasObjectId)
         return;
-    const FactoryObjects& factoryObjects = GetFactoryObjects(in_helper);
-    m_dbObject = in_helper.FindObject(id);
+    ReadFactorySources(in_surroundings);
+    m_dbObject = in_surroundings.m_helper->FindObject(id);
     const nexa4::NEXAPtr<IDbObject> object = m_dbObject.operator->();
     if (!object.IsValid())
         return;
 
     const nexa4::NEXAPtr<nexa4::IDataSource> source = object->GetDataSource();
     m_readOnlySource = source->GetState() == nexa4::eDataSourceReadOnly;
-    for (const NEXAHandle<IDbObject>& factoryObject : factoryObjects)
-        if (!m_factoryItem && factoryObject.IsValid())
-            m_factoryItem = factoryObject.GetDataSource() == source;
+    for (const nexa4::NEXAPtr<nexa4::IDataSource>& factorySource : in_surroundings.m_factorySources)
+        m_factoryItem = m_factoryItem || factorySource == source;
     if (m_factoryItem && m_readOnlySource)
         return;
 

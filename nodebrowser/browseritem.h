@@ -4,19 +4,31 @@
 #include "datamodel/item.h"
 #include "datamodel/nexahandle.h"
 #include "datamodel/notifications.h"
+#include "datamodel/objectdatabase.h"
 #include "datamodel/revisioncontrol.h"
 #include "nodebrowser/itemkind.h"
 
 #include <QPixmap>
+
+#include <vector>
 
 class StateIcons;
 
 /// What the records of a list have in common while it is built.
 struct RecordSurroundings
 {
-    nexa4::IRevisionControlUIHelper* m_helper; ///< null when there is none
-    StateIcons& m_icons;                       ///< where records that look alike find their icon
-    bool m_versioningActive;                   ///< whether badges are shown
+    RecordSurroundings(nexa4::IRevisionControlUIHelper* in_helper, bool in_versioningActive, StateIcons& in_icons)
+        : m_helper(in_helper), m_versioningActive(in_versioningActive), m_icons(in_icons)
+    {
+    }
+
+    nexa4::IRevisionControlUIHelper* const m_helper; ///< null when there is none
+    const bool m_versioningActive;                   ///< whether badges are shown
+    StateIcons& m_icons;                             ///< where records that look alike find their icon
+
+    /// The data sources of what came with the product, read by the first record that is compared with them.
+    std::vector<nexa4::NEXAPtr<nexa4::IDataSource>> m_factorySources;
+    bool m_factorySourcesRead = false;
 };
 
 /// An item with the pictures and flags that painting needs, so that a frame asks the data layer for nothing but names
@@ -27,8 +39,7 @@ class BrowserItem
 public:
     /// Reads what the record needs of the item. Costs the look-ups of its database object.
     /// \param in_accessState of a compound; other items start with eAccessStateUnknown
-    BrowserItem(vireo::datamodel::ItemAccessor in_item, unsigned in_accessState,
-                const RecordSurroundings& in_surroundings);
+    BrowserItem(vireo::datamodel::ItemAccessor in_item, unsigned in_accessState, RecordSurroundings& in_surroundings);
 
     const vireo::datamodel::ItemAccessor& GetItem() const { return m_item; }
     vireo::datamodel::ItemID GetItemID() const { return m_item.GetItemID(); }
@@ -51,7 +62,7 @@ public:
     bool SetAccessState(unsigned in_state, bool in_versioningActive, StateIcons& in_icons);
 
 private:
-    void ReadDataSource(nexa4::IRevisionControlUIHelper& in_helper);
+    void ReadDataSource(RecordSurroundings& in_surroundings);
     void TakeIcon(bool in_versioningActive, StateIcons& in_icons);
 
     vireo::datamodel::ItemAccessor m_item;

@@ -10,7 +10,6 @@
 #include "nodebrowser/datasourcelist.h"
 #include "nodebrowser/dbobject.h"
 #include "nodebrowser/itemnumbers.h"
-#include "nodebrowser/nameorder.h"
 #include "nodebrowser/qtcompat.h"
 #include "nodebrowser/renamedialog.h"
 #include "nodebrowser/rowlayout.h"
@@ -19,7 +18,6 @@
 #include "nodebrowser/searchscore.h"
 #include "nodebrowser/stateicon.h"
 #include "nodebrowser/tagindex.h"
-#include "nodebrowser/textblock.h"
 #include "nodebrowser/vireodialog.h"
 
 #include <QAction>
@@ -211,27 +209,22 @@ void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
     m_icons->Clear();
     m_itemNumbers->Clear();
     m_tagIndex->Clear();
-    TextBlock names;
+    m_searchIndex->Clear();
     if (m_toc.IsValid())
     {
-        AppendItems(VireoType::gPolymorphicSolver, out_handles, names);
-        AppendItems(VireoType::gCompound, out_handles, names);
-        AppendItems(VireoType::gGlobalConstant, out_handles, names);
-        AppendItems(VireoType::gSolver, out_handles, names);
-        AppendItems(LibType::gType, out_handles, names);
+        AppendItems(VireoType::gPolymorphicSolver, out_handles);
+        AppendItems(VireoType::gCompound, out_handles);
+        AppendItems(VireoType::gGlobalConstant, out_handles);
+        AppendItems(VireoType::gSolver, out_handles);
+        AppendItems(LibType::gType, out_handles);
         UpdateList();
     }
-    std::vector<eItemKind> kinds;
-    kinds.reserve(m_items.size());
-    for (const BrowserItem& item : m_items)
-        kinds.push_back(item.GetKind());
-    m_searchIndex->Build(std::move(names), std::move(kinds));
     m_relayoutNeeded = true;
 }
 
-void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles, TextBlock& out_names)
+void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles)
 {
-    const RecordSurroundings surroundings = {FindRevisionControlHelper(), *m_icons, IsVersioningShown()};
+    RecordSurroundings surroundings(FindRevisionControlHelper(), IsVersioningShown(), *m_icons);
     for (ItemIterator iterator = m_toc.IterateItems(in_type); !iterator.IsAtEnd(); iterator.Next())
     {
         ItemAccessor item = iterator.GetItem();
@@ -244,8 +237,8 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles, 
         const ItemID id = item.GetItemID();
         const std::uint32_t number = static_cast<std::uint32_t>(m_items.size());
         m_items.emplace_back(std::move(item), vireo::datamodel::eAccessStateUnknown, surroundings);
-        out_names.Add(m_library.GetItemName(id, true, nullptr));
-        IndexTags(number, id);
+        m_searchIndex->Add(m_library.GetItemName(id, true, nullptr), m_items.back().GetKind());
+        m_tagIndex->Add(ReadSearchTags(id));
         m_itemNumbers->Add(id, number);
         BrowserItem& record = m_items.back();
         if (out_handles && record.IsSourceControlled() && record.HasObjectId())
@@ -256,10 +249,15 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles, 
     }
 }
 
-void CNodeBrowser::IndexTags(std::uint32_t in_number, const ItemID& in_item)
+/// The tag string of an item as the search sees it: the name of its type is one more tag.
+std::string CNodeBrowser::ReadSearchTags(const ItemID& in_item) const
 {
-    m_tagIndex->SetTags(in_number, m_library.GetItemTags(in_item, gApplicationTagsKey));
-    m_tagIndex->AddTag(in_number, in_item.IsValid() ? in_item.GetType() : "");
+    std::string tags = m_library.GetItemTags(in_item, gApplicationTagsKey);
+    if (!in_item.IsValid())
+        return tags;
+    if (!tags.empty())
+        tags += ';';
+    return tags += in_item.GetType();
 }
 
 // Reactions to the data layer
@@ -297,12 +295,10 @@ void CNodeBrowser::ItemNameChanged(ItemLibraryAccessor&, const ItemID&)
 void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor&, const ItemID& in_item, const char* in_key)
 {
     std::uint32_t number = 0;
-    if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0 || !m_itemNumbers->Find(in_item, number) ||
-        !m_tagIndex->HasTags(number))
+    if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0 || !m_itemNumbers->Find(in_item, number))
         return;
-    m_tagIndex->Remove(number);
     // No relayout on purpose: rows do not jump away while tags are edited. Whatever lays them out next sees the new tags.
-    IndexTags(number, in_item);
+    m_tagIndex->SetTags(number, ReadSearchTags(in_item));
 }
 
 void CNodeBrowser::ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID& in_item, long in_state)

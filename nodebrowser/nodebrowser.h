@@ -35,7 +35,6 @@ class ScsTask;
 class SearchIndex;
 class StateIcons;
 class TagIndex;
-class TextBlock;
 struct RowLayout;
 
 /// Which of its two forms a browser takes.
@@ -192,8 +191,8 @@ private:
     void RequestRebuild();
     void RefreshItems();
     void BuildAllItemList(ObjectHandles* out_handles);
-    void AppendItems(const char* in_type, ObjectHandles* out_handles, TextBlock& out_names);
-    void IndexTags(std::uint32_t in_number, const vireo::datamodel::ItemID& in_item);
+    void AppendItems(const char* in_type, ObjectHandles* out_handles);
+    std::string ReadSearchTags(const vireo::datamodel::ItemID& in_item) const;
 
     void SetSourceControlEnabled(bool in_enabled);
     bool isSourceControlEnabled() const { return m_sourceControlEnabled; }

@@ -28,12 +28,31 @@ KindTable KindsOfMode(int in_mode)
 
 } // namespace
 
-void SearchIndex::Build(TextBlock in_names, std::vector<eItemKind> in_kinds)
+void SearchIndex::Clear()
 {
-    if (in_names == m_names && in_kinds == m_kinds)
+    m_names.Clear();
+    m_kinds.clear();
+    m_prepared = false;
+}
+
+void SearchIndex::Add(const std::string& in_name, eItemKind in_kind)
+{
+    m_names.Add(in_name);
+    m_kinds.push_back(in_kind);
+    m_prepared = false;
+}
+
+const std::vector<std::uint32_t>& SearchIndex::GetOrder()
+{
+    Prepare();
+    return m_order;
+}
+
+void SearchIndex::Prepare()
+{
+    if (m_prepared)
         return;
-    m_names = std::move(in_names);
-    m_kinds = std::move(in_kinds);
+    m_prepared = true;
     m_order = SortByName(m_names);
     m_places.resize(m_order.size());
     m_lowerNames.Clear();
@@ -49,7 +68,7 @@ void SearchIndex::Build(TextBlock in_names, std::vector<eItemKind> in_kinds)
     }
 }
 
-void SearchIndex::Score(const SearchWords& in_words, const TagIndex& in_tags)
+void SearchIndex::Score(const SearchWords& in_words, TagIndex& in_tags)
 {
     // The empty word, which is the first one when it is there, starts every name.
     if (in_words.empty() || in_words.begin()->empty())
@@ -85,9 +104,10 @@ void SearchIndex::DropOtherKinds(int in_mode)
             m_scores[place] = gNone;
 }
 
-void SearchIndex::Find(const SearchWords& in_words, int in_mode, const TagIndex& in_tags,
+void SearchIndex::Find(const SearchWords& in_words, int in_mode, TagIndex& in_tags,
                        std::vector<std::uint64_t>& out_numbers)
 {
+    Prepare();
     Score(in_words, in_tags);
     if (in_mode != eFilterAll)
         DropOtherKinds(in_mode);

@@ -63,8 +63,17 @@ const QPixmap& StateIcons::Find(eItemKind in_kind, const IconMarks& in_marks)
 {
     const Key key(in_kind, in_marks.m_accessState, in_marks.m_factoryItem, in_marks.m_readOnlySource,
                   in_marks.m_versioningActive);
-    const auto known = m_icons.find(key);
-    if (known != m_icons.end())
-        return known->second;
-    return m_icons.emplace(key, ComposeStateIcon(TypeIcon(in_kind), in_marks)).first->second;
+    if (m_last && m_last->first == key)
+        return m_last->second;
+    auto icon = m_icons.find(key);
+    if (icon == m_icons.end())
+        icon = m_icons.emplace(key, ComposeStateIcon(TypeIcon(in_kind), in_marks)).first;
+    m_last = &*icon;
+    return icon->second;
+}
+
+void StateIcons::Clear()
+{
+    m_icons.clear();
+    m_last = nullptr;
 }

@@ -7,6 +7,7 @@
 
 #include <map>
 #include <tuple>
+#include <utility>
 
 /// How far the factory mark moves the icon of a factory item to the right, in pixels.
 const int gFactoryMarkWidth = 7;
@@ -36,9 +37,10 @@ public:
     const QPixmap& Find(eItemKind in_kind, const IconMarks& in_marks);
 
     /// Forgets the pictures, so that each is composed anew. No record must show one any more.
-    void Clear() { m_icons.clear(); }
+    void Clear();
 
 private:
     using Key = std::tuple<eItemKind, unsigned, bool, bool, bool>;
     std::map<Key, QPixmap> m_icons;
+    const std::pair<const Key, QPixmap>* m_last = nullptr; // neighbours in a list are mostly alike
 };

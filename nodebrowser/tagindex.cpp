@@ -19,6 +19,7 @@ std::string UpperCase(std::string in_text, const std::locale& in_locale)
 
 void TagIndex::Clear()
 {
+    m_added.Clear();
     m_spans.clear();
     m_tags.clear();
     m_used = 0;
@@ -28,64 +29,62 @@ void TagIndex::Clear()
     m_foldedTexts.Clear();
 }
 
+void TagIndex::Add(const std::string& in_joined)
+{
+    m_added.Add(in_joined);
+}
+
+void TagIndex::SplitAdded()
+{
+    if (m_added.Size() == 0)
+        return;
+    m_spans.reserve(m_spans.size() + m_added.Size());
+    for (std::size_t i = 0; i < m_added.Size(); ++i)
+    {
+        m_spans.emplace_back();
+        Split(static_cast<std::uint32_t>(m_spans.size() - 1), std::string(m_added.Begin(i), m_added.Length(i)));
+    }
+    m_added = TextBlock();
+}
+
 void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined)
 {
+    SplitAdded();
+    Remove(in_item);
+    Split(in_item, in_joined);
+}
+
+/// Gives an item without tags those of a tag string, at the end of all tags.
+void TagIndex::Split(std::uint32_t in_item, const std::string& in_joined)
+{
+    m_spans[in_item].m_begin = static_cast<std::uint32_t>(m_tags.size());
     if (in_joined.empty())
         return;
-    Remove(in_item);
     std::size_t begin = 0;
     for (std::size_t end = in_joined.find(';'); end != std::string::npos; end = in_joined.find(';', begin))
     {
-        Insert(in_item, NumberOf(in_joined.substr(begin, end - begin)));
+        Insert(in_item, in_joined.substr(begin, end - begin));
         begin = end + 1;
     }
-    Insert(in_item, NumberOf(in_joined.substr(begin)));
+    Insert(in_item, in_joined.substr(begin));
 }
 
-void TagIndex::AddTag(std::uint32_t in_item, const std::string& in_tag)
+void TagIndex::Insert(std::uint32_t in_item, const std::string& in_tag)
 {
-    if (in_tag.empty())
-        return;
-    // Items of one type follow one another, and each gets the name of its type.
-    if (m_lastAdded >= m_tagTexts.size() || *m_tagTexts[m_lastAdded] != in_tag)
-        m_lastAdded = NumberOf(in_tag);
-    Insert(in_item, m_lastAdded);
-}
-
-void TagIndex::Insert(std::uint32_t in_item, std::uint32_t in_tag)
-{
-    if (in_item >= m_spans.size())
-        m_spans.resize(in_item + std::size_t(1));
+    const std::uint32_t tag = NumberOf(in_tag);
     Span& span = m_spans[in_item];
-    const auto begin = m_tags.begin() + static_cast<std::ptrdiff_t>(span.m_begin);
-    const auto end = begin + static_cast<std::ptrdiff_t>(span.m_count);
-    if (std::find(begin, end, in_tag) != end)
+    if (std::find(m_tags.begin() + static_cast<std::ptrdiff_t>(span.m_begin), m_tags.end(), tag) != m_tags.end())
         return;
-    if (span.m_begin + span.m_count != m_tags.size())
-        MoveToEnd(in_item);
-    m_tags.push_back(in_tag);
+    m_tags.push_back(tag);
     ++span.m_count;
     ++m_used;
-    if (m_tagTexts[in_tag]->empty())
+    if (in_tag.empty())
         return;
-    Numbers& items = m_itemsOfTag[in_tag];
+    Numbers& items = m_itemsOfTag[tag];
     if (items.empty() || items.back() < in_item)
         items.push_back(in_item);
     else
         items.insert(std::upper_bound(items.begin(), items.end(), in_item), in_item);
-}
-
-/// Makes room behind an item's tags, which leave their old place unused.
-void TagIndex::MoveToEnd(std::uint32_t in_item)
-{
-    Span& span = m_spans[in_item];
-    const std::size_t begin = m_tags.size();
-    for (std::size_t i = 0; i < span.m_count; ++i)
-    {
-        const std::uint32_t tag = m_tags[span.m_begin + i];
-        m_tags.push_back(tag);
-    }
-    span.m_begin = begin;
 }
 
 /// Closes the gaps once there are more of them than tags.
@@ -98,7 +97,7 @@ void TagIndex::DropUnused()
     for (Span& span : m_spans)
     {
         const auto begin = m_tags.begin() + static_cast<std::ptrdiff_t>(span.m_begin);
-        span.m_begin = tags.size();
+        span.m_begin = static_cast<std::uint32_t>(tags.size());
         tags.insert(tags.end(), begin, begin + static_cast<std::ptrdiff_t>(span.m_count));
     }
     m_tags.swap(tags);
@@ -117,8 +116,6 @@ std::uint32_t TagIndex::NumberOf(const std::string& in_tag)
 
 void TagIndex::Remove(std::uint32_t in_item)
 {
-    if (!HasTags(in_item))
-        return;
     Span& span = m_spans[in_item];
     for (std::size_t i = 0; i < span.m_count; ++i)
     {
@@ -132,22 +129,24 @@ void TagIndex::Remove(std::uint32_t in_item)
     DropUnused();
 }
 
-TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item) const
+TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item)
 {
+    SplitAdded();
     Tags tags;
-    if (HasTags(in_item))
-        for (std::size_t i = 0; i < m_spans[in_item].m_count; ++i)
+    if (in_item < m_spans.size())
+        for (std::uint32_t i = 0; i < m_spans[in_item].m_count; ++i)
             tags.insert(*m_tagTexts[m_tags[m_spans[in_item].m_begin + i]]);
     return tags;
 }
 
-TagIndex::Numbers TagIndex::GetItems(const std::string& in_tag) const
+TagIndex::Numbers TagIndex::GetItems(const std::string& in_tag)
 {
+    SplitAdded();
     const auto entry = m_tagNumbers.find(in_tag);
     return entry == m_tagNumbers.end() ? Numbers() : m_itemsOfTag[entry->second];
 }
 
-void TagIndex::FoldTexts() const
+void TagIndex::FoldTexts()
 {
     const std::locale locale;
     if (m_foldedTexts.Size() == m_tagTexts.size() && locale == m_locale)
@@ -158,8 +157,9 @@ void TagIndex::FoldTexts() const
         m_foldedTexts.Add(UpperCase(*text, locale));
 }
 
-std::vector<const TagIndex::Numbers*> TagIndex::FindItems(const std::string& in_word) const
+std::vector<const TagIndex::Numbers*> TagIndex::FindItems(const std::string& in_word)
 {
+    SplitAdded();
     FoldTexts();
     std::vector<const Numbers*> found;
     m_foldedTexts.Find(UpperCase(in_word, m_locale),

@@ -11,7 +11,8 @@
 #include <vector>
 
 /// Filled by the list builder, kept up to date by tag notifications, read by the search. Items go by their numbers in
-/// the list. A tag's text is kept once, however many items have it, and is searched once per word.
+/// the list. A tag's text is kept once, however many items have it, and is searched once per word. Tag strings are split
+/// when something of the index is first asked for: a list that is built again before it is searched splits none.
 class TagIndex
 {
 public:
@@ -25,55 +26,51 @@ public:
 
     void Clear();
 
-    /// Gives an item the tags of a tag string, which replace all that the index had for the item. An empty string leaves
-    /// the item's entry as it is. Costs the splitting, and a look-up of each tag.
+    /// Adds the tags of the next item, which gets the next number from 0 on.
     /// \param in_joined tags separated by ";", with no blanks around them
+    void Add(const std::string& in_joined);
+
+    /// Replaces the tags of an item that was added. Costs, per tag it had, a move of the numbers behind it, and a look-up of
+    /// each new tag.
     void SetTags(std::uint32_t in_item, const std::string& in_joined);
 
-    /// Adds one tag to an item; an empty one adds nothing.
-    void AddTag(std::uint32_t in_item, const std::string& in_tag);
-
-    /// Forgets an item's tags. Costs, per tag, a move of the numbers behind it.
-    void Remove(std::uint32_t in_item);
-
-    /// Whether the index has an entry for an item.
-    bool HasTags(std::uint32_t in_item) const { return in_item < m_spans.size() && m_spans[in_item].m_count > 0; }
-
-    /// The item's tags; none without an entry. Makes copies: for one item, not for a search.
-    Tags GetTags(std::uint32_t in_item) const;
+    /// The item's tags; none for a number that was not added. Makes copies: for one item, not for a search.
+    Tags GetTags(std::uint32_t in_item);
 
     /// The items of a tag; none for the empty one.
-    Numbers GetItems(const std::string& in_tag) const;
+    Numbers GetItems(const std::string& in_tag);
 
     /// The items of each tag that a word is found in, upper and lower case alike, as the program's locale has them. Costs
     /// one pass over the distinct tags.
     /// \param in_word without white space
     /// \return one list per tag, valid until the index changes
-    std::vector<const Numbers*> FindItems(const std::string& in_word) const;
+    std::vector<const Numbers*> FindItems(const std::string& in_word);
 
 private:
-    void Insert(std::uint32_t in_item, std::uint32_t in_tag);
-    std::uint32_t NumberOf(const std::string& in_tag);
-    void MoveToEnd(std::uint32_t in_item);
-    void DropUnused();
-    void FoldTexts() const;
-
     /// Where an item's tags stand in m_tags.
     struct Span
     {
-        std::size_t m_begin = 0;
-        std::size_t m_count = 0;
+        std::uint32_t m_begin = 0;
+        std::uint32_t m_count = 0;
     };
 
+    void SplitAdded();
+    void Split(std::uint32_t in_item, const std::string& in_joined);
+    void Insert(std::uint32_t in_item, const std::string& in_tag);
+    std::uint32_t NumberOf(const std::string& in_tag);
+    void Remove(std::uint32_t in_item);
+    void DropUnused();
+    void FoldTexts();
+
+    TextBlock m_added;                 // the tag strings of the items behind those in m_spans
     std::vector<Span> m_spans;         // by item
     Numbers m_tags;                    // the numbers of the items' tags; those of an item side by side, in no order
     std::size_t m_used = 0;            // how many of them still belong to an item
     std::vector<Numbers> m_itemsOfTag; // by tag; left empty for the empty one, which no word is in
     std::unordered_map<std::string, std::uint32_t> m_tagNumbers;
-    std::uint32_t m_lastAdded = 0;              // the tag that AddTag() added last
     std::vector<const std::string*> m_tagTexts; // by tag; they live in m_tagNumbers
 
     // The texts in upper case, made by the first search after a new tag or a new locale.
-    mutable TextBlock m_foldedTexts;
-    mutable std::locale m_locale;
+    TextBlock m_foldedTexts;
+    std::locale m_locale;
 };

@@ -14,10 +14,6 @@ public:
 
     void Clear();
     void Add(const std::string& in_text);
-    bool operator==(const TextBlock& in_other) const
-    {
-        return m_ends == in_other.m_ends && m_texts == in_other.m_texts;
-    }
     std::size_t Size() const { return m_ends.size(); }
 
     /// The characters of a text; they move when a text is added.

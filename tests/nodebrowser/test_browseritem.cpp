@@ -430,7 +430,8 @@ private Q_SLOTS:
     void aRecordReadsItsIdentityThroughItsAccessor()
     {
         const ItemID id = m_library->Add(NewItem::Compound("Short-lived"));
-        const BrowserItem record(FindItem(*m_library, id), 0, Surroundings());
+        RecordSurroundings surroundings(FindRevisionControlHelper(), false, m_icons);
+        const BrowserItem record(FindItem(*m_library, id), 0, surroundings);
         QVERIFY(record.GetItemID() == id);
         QVERIFY(m_library->Remove(id));
         QVERIFY(!record.GetItem().IsValid());
@@ -448,12 +449,11 @@ private Q_SLOTS:
     }
 
 private:
-    RecordSurroundings Surroundings() { return {FindRevisionControlHelper(), m_icons, false}; }
-
     BrowserItem MakeRecord(const NewItem& in_item, unsigned in_state = 0)
     {
         const ItemID id = m_library->Add(in_item);
-        return BrowserItem(FindItem(*m_library, id), in_state, Surroundings());
+        RecordSurroundings surroundings(FindRevisionControlHelper(), false, m_icons);
+        return BrowserItem(FindItem(*m_library, id), in_state, surroundings);
     }
 
     /// The record of a compound whose database object is given.

@@ -14,8 +14,7 @@ struct Entry
     std::string m_tags;
 };
 
-std::vector<std::uint64_t> Rows(SearchIndex& in_index, const SearchWords& in_words, int in_mode,
-                                const TagIndex& in_tags)
+std::vector<std::uint64_t> Rows(SearchIndex& in_index, const SearchWords& in_words, int in_mode, TagIndex& in_tags)
 {
     std::vector<std::uint64_t> rows(3, 99); // of the search before
     in_index.Find(in_words, in_mode, in_tags, rows);
@@ -28,15 +27,11 @@ class List
 public:
     explicit List(const std::vector<Entry>& in_entries) : m_entries(in_entries)
     {
-        TextBlock names;
-        std::vector<eItemKind> kinds;
-        for (std::size_t i = 0; i < m_entries.size(); ++i)
+        for (const Entry& entry : m_entries)
         {
-            names.Add(m_entries[i].m_name);
-            kinds.push_back(m_entries[i].m_kind);
-            m_tags.SetTags(static_cast<std::uint32_t>(i), m_entries[i].m_tags);
+            m_index.Add(entry.m_name, entry.m_kind);
+            m_tags.Add(entry.m_tags);
         }
-        m_index.Build(names, kinds);
     }
 
     std::vector<std::uint64_t> Find(const SearchWords& in_words, int in_mode)
@@ -44,7 +39,7 @@ public:
         return Rows(m_index, in_words, in_mode, m_tags);
     }
 
-    std::vector<std::uint64_t> FindItemByItem(const SearchWords& in_words, int in_mode) const
+    std::vector<std::uint64_t> FindItemByItem(const SearchWords& in_words, int in_mode)
     {
         std::vector<std::pair<std::size_t, std::uint64_t>> found; // score and place in the order
         const std::vector<std::uint32_t>& order = m_index.GetOrder();
@@ -72,14 +67,6 @@ private:
 SearchWords Words(const char* in_text)
 {
     return SplitSearchWords(QString::fromLatin1(in_text).toLower());
-}
-
-TextBlock Names(const char* in_first, const char* in_second)
-{
-    TextBlock names;
-    names.Add(in_first);
-    names.Add(in_second);
-    return names;
 }
 
 QString Joined(const std::vector<std::uint64_t>& in_numbers)
@@ -147,20 +134,29 @@ private Q_SLOTS:
         QVERIFY(list.Find(SearchWords(), 2).empty());
     }
 
-    void aListIsPreparedAnewForOtherNamesOrOtherKinds()
+    void itemsThatAreAddedAfterASearchAreFoundToo()
     {
         SearchIndex index;
-        index.Build(Names("b", "a"), {eKindType, eKindType});
-        QCOMPARE(Joined(Rows(index, SearchWords(), 1, TagIndex())), QString::fromLatin1("1 0"));
-        index.Build(Names("b", "a"), {eKindType, eKindSolver});
-        QCOMPARE(Joined(Rows(index, SearchWords(), 1, TagIndex())), QString::fromLatin1("0"));
-        index.Build(Names("b", "c"), {eKindType, eKindType});
-        QCOMPARE(Joined(Rows(index, SearchWords(), 1, TagIndex())), QString::fromLatin1("0 1"));
-        QCOMPARE(Joined(Rows(index, Words("a"), 1, TagIndex())), QString());
-        index.Build(Names("b", "c"), {eKindType, eKindType});
-        QCOMPARE(Joined(Rows(index, SearchWords(), 1, TagIndex())), QString::fromLatin1("0 1"));
-        index.Build(TextBlock(), {});
-        QCOMPARE(Joined(Rows(index, SearchWords(), 1, TagIndex())), QString());
+        TagIndex tags;
+        index.Add("b", eKindType);
+        QCOMPARE(Joined(Rows(index, SearchWords(), 1, tags)), QString::fromLatin1("0"));
+        index.Add("a", eKindType);
+        index.Add("ab", eKindSolver);
+        QCOMPARE(Joined(Rows(index, SearchWords(), 1, tags)), QString::fromLatin1("1 0"));
+        QCOMPARE(Joined(Rows(index, Words("b"), 2, tags)), QString::fromLatin1("0 2"));
+    }
+
+    void clearingForgetsEverything()
+    {
+        SearchIndex index;
+        TagIndex tags;
+        index.Add("b", eKindType);
+        QCOMPARE(Joined(Rows(index, SearchWords(), 1, tags)), QString::fromLatin1("0"));
+        index.Clear();
+        QCOMPARE(Joined(Rows(index, SearchWords(), 1, tags)), QString());
+        index.Add("c", eKindType);
+        QCOMPARE(Joined(Rows(index, Words("b"), 1, tags)), QString());
+        QCOMPARE(Joined(Rows(index, Words("c"), 1, tags)), QString::fromLatin1("0"));
     }
 
     /// With thousands of words a name can earn the very number that stands for "not found".

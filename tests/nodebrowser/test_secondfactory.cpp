@@ -51,15 +51,14 @@ private Q_SLOTS:
     void anObjectThatComesLaterIsNotLookedUpAgain() { QVERIFY(!MakeRecord(*m_lateFirst).IsFactoryItem()); }
 
 private:
-    RecordSurroundings Surroundings() { return {FindRevisionControlHelper(), m_icons, false}; }
-
     BrowserItem MakeRecord(memorymodel::DataSource& in_source)
     {
         const vireo::datamodel::ItemID id = m_library->Add(NewItem::Compound("A").In(in_source));
         ItemIterator item = vireo::datamodel::GetTOC(m_library->GetAccessor()).IterateItems(id.GetType());
         while (item.GetItem().GetItemID() != id)
             item.Next();
-        return BrowserItem(item.GetItem(), 0, Surroundings());
+        RecordSurroundings surroundings(FindRevisionControlHelper(), false, m_icons);
+        return BrowserItem(item.GetItem(), 0, surroundings);
     }
 
     std::unique_ptr<memorymodel::DataLayer> m_layer;

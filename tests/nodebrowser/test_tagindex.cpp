@@ -58,90 +58,96 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, joined);
         QFETCH(QString, set);
-        m_index.SetTags(3, joined.constData());
-        QCOMPARE(m_index.HasTags(3), !set.isEmpty());
-        QCOMPARE(Joined(m_index.GetTags(3)), set);
+        m_index.Add("other");
+        m_index.Add(joined.constData());
+        m_index.Add("");
+        QCOMPARE(Joined(m_index.GetTags(1)), set);
+        // The same for tags that come later.
+        m_index.SetTags(2, joined.constData());
+        QCOMPARE(Joined(m_index.GetTags(2)), set);
+        QCOMPARE(Joined(m_index.GetTags(0)), QString::fromLatin1("other"));
     }
 
     void emptyTagsBetweenSeparatorsReachNoItem()
     {
-        m_index.SetTags(0, "a;;b");
+        m_index.Add("a;;b");
         QCOMPARE(Joined(m_index.GetTags(0)), QString::fromLatin1("|a|b"));
         QVERIFY(m_index.GetItems("").empty());
     }
 
     void tagsLeadBackToTheirItems()
     {
-        m_index.SetTags(1, "mix");
-        m_index.SetTags(0, "mix;colour");
+        m_index.Add("mix;colour");
+        m_index.Add("mix");
+        m_index.Add("");
         QCOMPARE(m_index.GetItems("mix"), (TagIndex::Numbers{0, 1}));
         QCOMPARE(m_index.GetItems("colour"), (TagIndex::Numbers{0}));
         QVERIFY(m_index.GetItems("noise").empty());
+        m_index.SetTags(2, "colour");
+        m_index.SetTags(1, "colour");
+        QCOMPARE(m_index.GetItems("colour"), (TagIndex::Numbers{0, 1, 2}));
+        QCOMPARE(m_index.GetItems("mix"), (TagIndex::Numbers{0}));
     }
 
-    void anItemWithoutTagsHasNoEntryUntilOneIsAdded()
+    void itemsMayBeAddedAfterALookUp()
     {
-        m_index.SetTags(0, "");
-        QVERIFY(!m_index.HasTags(0));
-        m_index.AddTag(0, "");
-        QVERIFY(!m_index.HasTags(0));
-        m_index.AddTag(0, "Solver");
-        QCOMPARE(Joined(m_index.GetTags(0)), QString::fromLatin1("Solver"));
-        QCOMPARE(m_index.GetItems("Solver"), (TagIndex::Numbers{0}));
-    }
-
-    void anEmptyTagStringLeavesTheEntryAsItIs()
-    {
-        m_index.SetTags(0, "mix");
-        m_index.SetTags(0, "");
-        QCOMPARE(Joined(m_index.GetTags(0)), QString::fromLatin1("mix"));
+        m_index.Add("mix");
         m_index.SetTags(0, "colour");
+        m_index.Add("mix");
         QCOMPARE(Joined(m_index.GetTags(0)), QString::fromLatin1("colour"));
-        QVERIFY(m_index.GetItems("mix").empty());
+        QCOMPARE(m_index.GetItems("mix"), (TagIndex::Numbers{1}));
     }
 
-    void addingATagTwiceAddsItOnce()
+    void aTagThatIsThereTwiceIsAddedOnce()
     {
-        m_index.SetTags(0, "Solver");
-        m_index.AddTag(0, "Solver");
+        m_index.Add("Solver;Solver");
         QCOMPARE(m_index.GetItems("Solver"), (TagIndex::Numbers{0}));
+        m_index.SetTags(0, "");
+        QVERIFY(m_index.GetItems("Solver").empty());
     }
 
-    void removingForgetsTheItem()
+    void noTagsForgetTheItem()
     {
-        m_index.SetTags(0, "mix;;colour");
-        m_index.SetTags(1, "mix");
-        m_index.Remove(0);
-        QVERIFY(!m_index.HasTags(0));
+        m_index.Add("mix;;colour");
+        m_index.Add("mix");
+        m_index.SetTags(0, "");
+        QVERIFY(m_index.GetTags(0).empty());
         QVERIFY(m_index.GetItems("colour").empty());
         QCOMPARE(m_index.GetItems("mix"), (TagIndex::Numbers{1}));
-        m_index.Remove(0);
-        m_index.Remove(1000);
-        QCOMPARE(Joined(m_index.GetTags(1)), QString::fromLatin1("mix"));
+    }
+
+    void aNumberThatWasNotAddedHasNoTags()
+    {
+        QVERIFY(m_index.GetTags(0).empty());
+        m_index.Add("mix");
+        QVERIFY(m_index.GetTags(1).empty());
     }
 
     void clearingForgetsEverything()
     {
-        m_index.SetTags(0, "mix");
+        m_index.Add("mix");
         QCOMPARE(int(m_index.FindItems("mix").size()), 1);
+        m_index.Add("noise");
         m_index.Clear();
-        QVERIFY(!m_index.HasTags(0));
+        QVERIFY(m_index.GetTags(0).empty());
+        QVERIFY(m_index.GetTags(1).empty());
         QVERIFY(m_index.GetItems("mix").empty());
         QVERIFY(m_index.FindItems("mix").empty());
     }
 
     void aWordIsFoundInEachTagWhateverTheCase()
     {
-        m_index.SetTags(0, "Mixing;remix");
-        m_index.SetTags(1, "MIX");
-        m_index.SetTags(2, "colour");
+        m_index.Add("Mixing;remix");
+        m_index.Add("MIX");
+        m_index.Add("colour");
         QCOMPARE(FindSet("mIx"), (std::set<std::uint32_t>{0, 1}));
         QCOMPARE(FindSet("colours"), std::set<std::uint32_t>());
     }
 
     void newTagsAreFoundAfterASearch()
     {
-        m_index.SetTags(0, "mix");
+        m_index.Add("mix");
+        m_index.Add("mix");
         QVERIFY(FindSet("noise").empty());
         m_index.SetTags(1, "noise");
         QCOMPARE(FindSet("noise"), (std::set<std::uint32_t>{1}));
@@ -149,7 +155,7 @@ private Q_SLOTS:
 
     void theCaseIsThatOfTheProgramsLocale()
     {
-        m_index.SetTags(0, "box");
+        m_index.Add("box");
         QVERIFY(FindSet("boq").empty());
         const std::locale before = std::locale::global(std::locale(std::locale(), new StrangeCase));
         const std::set<std::uint32_t> found = FindSet("boq");
@@ -169,12 +175,13 @@ private Q_SLOTS:
             return made;
         };
         std::vector<std::set<std::string>> tags(20);
+        for (std::size_t i = 0; i < tags.size(); ++i)
+            m_index.Add("");
         for (int change = 0; change < 3000; ++change)
         {
             const std::uint32_t item = static_cast<std::uint32_t>(random() % tags.size());
             const std::string first = text(1 + pick(random));
             const std::string second = text(1 + pick(random));
-            m_index.Remove(item);
             m_index.SetTags(item, first + ";" + second);
             tags[item] = {first, second};
             const std::string word = text(1 + pick(random) % 3);
@@ -189,7 +196,7 @@ private Q_SLOTS:
     }
 
 private:
-    std::set<std::uint32_t> FindSet(const std::string& in_word) const
+    std::set<std::uint32_t> FindSet(const std::string& in_word)
     {
         std::set<std::uint32_t> found;
         for (const TagIndex::Numbers* const items : m_index.FindItems(in_word))

@@ -87,21 +87,6 @@ private Q_SLOTS:
             QVERIFY(std::string(block.Begin(number), block.Length(number)) == texts[number]);
     }
 
-    void blocksAreEqualWhenTheirTextsAre()
-    {
-        const auto block = [](const char* in_first, const char* in_second) {
-            TextBlock made;
-            made.Add(in_first);
-            made.Add(in_second);
-            return made;
-        };
-        QVERIFY(block("a", "b") == block("a", "b"));
-        QVERIFY(!(block("a", "b") == block("a", "c")));
-        // The same characters, divided in another way.
-        QVERIFY(!(block("a\nb", "c") == block("a", "b\nc")));
-        QVERIFY(!(block("a", "b") == TextBlock()));
-    }
-
     void clearingForgetsEverything()
     {
         TextBlock block;
