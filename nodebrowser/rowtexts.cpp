@@ -12,6 +12,8 @@ namespace
 
 const int gAlignment = Qt::AlignLeft | Qt::AlignVCenter;
 const int gLongest = 200;
+/// So many texts are kept without looking which of them are drawn at all.
+const int gKept = 250;
 /// Wider than any text: nothing is wrapped.
 const double gLineWidth = 0x01000000;
 
@@ -44,25 +46,35 @@ std::shared_ptr<QTextLayout> Shape(const QPainter& in_painter, const QString& in
 
 void RowTexts::BeginFrame(const QPainter& in_painter)
 {
-    m_textsBefore.swap(m_texts);
-    m_texts.clear();
+    ++m_frame;
+    if (m_texts.size() > gKept)
+        DropUnused();
     const int resolution = in_painter.device()->logicalDpiY();
     if (in_painter.font() == m_font && resolution == m_resolution)
         return;
     m_font = in_painter.font();
     m_resolution = resolution;
-    m_textsBefore.clear();
+    m_texts.clear();
     m_tops.clear();
 }
 
-RowTexts::Layout RowTexts::Find(const QPainter& in_painter, const QString& in_text)
+/// Forgets the texts that were not in the frame before.
+void RowTexts::DropUnused()
 {
-    Layout& layout = m_texts[in_text];
-    if (!layout)
-        layout = m_textsBefore.take(in_text);
-    if (!layout)
-        layout = Shape(in_painter, in_text);
-    return layout;
+    for (QHash<QString, Shaped>::iterator text = m_texts.begin(); text != m_texts.end();)
+        if (text.value().m_frame + 1 == m_frame)
+            ++text;
+        else
+            text = m_texts.erase(text);
+}
+
+const QTextLayout& RowTexts::Find(const QPainter& in_painter, const QString& in_text)
+{
+    Shaped& text = m_texts[in_text];
+    if (!text.m_layout)
+        text.m_layout = Shape(in_painter, in_text);
+    text.m_frame = m_frame;
+    return *text.m_layout;
 }
 
 /// The toolkit's versions round the height of a line in different ways, so it is asked once for each height.
@@ -82,14 +94,14 @@ void RowTexts::Draw(QPainter& in_painter, const QRect& in_rect, const QString& i
 {
     if (in_painter.layoutDirection() == Qt::LeftToRight && IsPlain(in_text))
     {
-        const Layout layout = Find(in_painter, in_text);
-        const QTextLine line = layout->lineAt(0);
+        const QTextLayout& layout = Find(in_painter, in_text);
+        const QTextLine line = layout.lineAt(0);
         const QPointF place(in_rect.left(), in_rect.top() + FindTop(in_painter, in_rect, in_text, line));
         // With room for what sticks out of the last letter, so that the toolkit would not clip it either.
         const double height = line.height();
         if (QRectF(in_rect).contains(QRectF(place, QSizeF(line.naturalTextWidth() + height, height))))
         {
-            layout->draw(&in_painter, place);
+            layout.draw(&in_painter, place);
             return;
         }
     }

@@ -14,7 +14,7 @@ class QPainter;
 
 /// Draws texts as QPainter::drawText() draws them to the left and in the middle of a rectangle, to the pixel. What was
 /// drawn in the frame before is not shaped anew, which is most of the work: scrolling by three rows shapes three names.
-/// Holds the texts of two frames.
+/// Holds a few screens of texts.
 class RowTexts
 {
 public:
@@ -24,9 +24,14 @@ public:
     void Draw(QPainter& in_painter, const QRect& in_rect, const QString& in_text);
 
 private:
-    using Layout = std::shared_ptr<QTextLayout>;
+    struct Shaped
+    {
+        std::shared_ptr<QTextLayout> m_layout;
+        unsigned m_frame = 0; ///< the last one that it was drawn in
+    };
 
-    Layout Find(const QPainter& in_painter, const QString& in_text);
+    const QTextLayout& Find(const QPainter& in_painter, const QString& in_text);
+    void DropUnused();
 
     double FindTop(QPainter& in_painter, const QRect& in_rect, const QString& in_text, const QTextLine& in_line);
 
@@ -42,6 +47,6 @@ private:
     QFont m_font;
     std::vector<Top> m_tops; // mostly one
     int m_resolution = 0;    // of the paint device, in dots per inch
-    QHash<QString, Layout> m_texts;
-    QHash<QString, Layout> m_textsBefore; // of the frame before
+    QHash<QString, Shaped> m_texts;
+    unsigned m_frame = 0;
 };

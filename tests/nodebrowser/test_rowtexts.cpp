@@ -101,6 +101,18 @@ private Q_SLOTS:
             }
     }
 
+    void moreTextsThanAreKeptAreDrawnToo()
+    {
+        RowTexts texts;
+        Canvas canvas;
+        for (int round = 0; round < 2; ++round)
+            for (int i = 0; i < 600; ++i)
+            {
+                const QString text = QString::fromLatin1("Blend %1").arg(i);
+                QCOMPARE(canvas.Draw(texts, text), canvas.DrawPlainly(text));
+            }
+    }
+
     void anotherFontIsFollowed()
     {
         RowTexts texts;
