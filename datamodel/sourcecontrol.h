@@ -43,7 +43,8 @@ struct DATAMODEL_EXPORT ScsUtils
     /// Whether files are under version control at all.
     static bool IsFileVersionControlActive();
 
-    /// An icon with the badge of a state on it.
+    /// An icon with the badge of a state on it. It depends on what it is given alone: callers keep one picture for all items
+    /// that look alike.
     /// \param in_base the icon without a badge; it keeps its size and its device pixel ratio
     /// \param in_state the access state of the item
     /// \param in_active whether versioning is shown; without it the icon comes back as it is

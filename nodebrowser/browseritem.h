@@ -33,7 +33,7 @@ struct RecordSurroundings
 
 /// An item with the pictures and flags that painting needs, so that a frame asks the data layer for nothing but names
 /// and dirty marks. Records are replaced by fresh ones at every rebuild of the list; only the access state changes in
-/// between. Copying is cheap: the pictures are shared.
+/// between. A record points at a picture of its list, which it must not outlive.
 class BrowserItem
 {
 public:

@@ -14,14 +14,14 @@ void ItemNumbers::Add(const vireo::datamodel::ItemID& in_item, std::uint32_t in_
     m_sorted = false;
 }
 
-bool ItemNumbers::Find(const vireo::datamodel::ItemID& in_item, std::uint32_t& out_number) const
+std::vector<std::uint32_t> ItemNumbers::Find(const vireo::datamodel::ItemID& in_item) const
 {
     if (!m_sorted)
         std::sort(m_entries.begin(), m_entries.end());
     m_sorted = true;
-    const auto entry = std::lower_bound(m_entries.begin(), m_entries.end(), Entry(in_item, 0));
-    if (entry == m_entries.end() || entry->first != in_item)
-        return false;
-    out_number = entry->second;
-    return true;
+    std::vector<std::uint32_t> numbers;
+    for (auto entry = std::lower_bound(m_entries.begin(), m_entries.end(), Entry(in_item, 0));
+         entry != m_entries.end() && entry->first == in_item; ++entry)
+        numbers.push_back(entry->second);
+    return numbers;
 }

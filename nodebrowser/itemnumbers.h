@@ -17,8 +17,9 @@ public:
     void Clear();
     void Add(const vireo::datamodel::ItemID& in_item, std::uint32_t in_number);
 
-    /// False when the item is not in the list. Of an item that was added twice the lower number is found.
-    bool Find(const vireo::datamodel::ItemID& in_item, std::uint32_t& out_number) const;
+    /// The numbers of an item, the lowest first: none when it is not in the list, more than one when it was added more than
+    /// once.
+    std::vector<std::uint32_t> Find(const vireo::datamodel::ItemID& in_item) const;
 
     /// Every item added, with its number.
     const std::vector<Entry>& GetEntries() const { return m_entries; }

@@ -219,7 +219,15 @@ void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
         AppendItems(LibType::gType, out_handles);
         UpdateList();
     }
+    ForgetItemsThatLeft();
     m_relayoutNeeded = true;
+}
+
+/// An item is still there while its removal is being told. A list that is built then, because an observer repaints, has it.
+void CNodeBrowser::ForgetItemsThatLeft()
+{
+    const auto isGone = [this](const ItemID& in_item) { return m_itemNumbers->Find(in_item).empty(); };
+    m_leavingItems.erase(std::remove_if(m_leavingItems.begin(), m_leavingItems.end(), isGone), m_leavingItems.end());
 }
 
 void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles)
@@ -236,6 +244,7 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles)
             continue;
         const ItemID id = item.GetItemID();
         const std::uint32_t number = static_cast<std::uint32_t>(m_items.size());
+        // In this order: whatever the data layer throws or calls in between, nothing refers to a record that is not there.
         m_items.emplace_back(std::move(item), vireo::datamodel::eAccessStateUnknown, surroundings);
         m_searchIndex->Add(m_library.GetItemName(id, true, nullptr), m_items.back().GetKind());
         m_tagIndex->Add(ReadSearchTags(id));
@@ -253,11 +262,10 @@ void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles)
 std::string CNodeBrowser::ReadSearchTags(const ItemID& in_item) const
 {
     std::string tags = m_library.GetItemTags(in_item, gApplicationTagsKey);
-    if (!in_item.IsValid())
-        return tags;
-    if (!tags.empty())
+    const std::string type = in_item.IsValid() ? in_item.GetType() : "";
+    if (!tags.empty() && !type.empty())
         tags += ';';
-    return tags += in_item.GetType();
+    return tags += type;
 }
 
 // Reactions to the data layer
@@ -273,8 +281,9 @@ void CNodeBrowser::ItemAdded(ItemAccessor&)
     RequestRebuild();
 }
 
-void CNodeBrowser::ItemRemoved(ItemAccessor&)
+void CNodeBrowser::ItemRemoved(ItemAccessor& in_item)
 {
+    m_leavingItems.push_back(in_item.GetItemID());
     RequestRebuild();
 }
 
@@ -294,19 +303,20 @@ void CNodeBrowser::ItemNameChanged(ItemLibraryAccessor&, const ItemID&)
 
 void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor&, const ItemID& in_item, const char* in_key)
 {
-    std::uint32_t number = 0;
-    if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0 || !m_itemNumbers->Find(in_item, number))
+    if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0 || m_itemNumbers->Find(in_item).empty())
         return;
     // No relayout on purpose: rows do not jump away while tags are edited. Whatever lays them out next sees the new tags.
-    m_tagIndex->SetTags(number, ReadSearchTags(in_item));
+    const std::string tags = ReadSearchTags(in_item);
+    for (const std::uint32_t number : m_itemNumbers->Find(in_item))
+        m_tagIndex->SetTags(number, tags);
 }
 
 void CNodeBrowser::ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID& in_item, long in_state)
 {
-    std::uint32_t number = 0;
+    const std::vector<std::uint32_t> numbers = m_itemNumbers->Find(in_item);
     // The record of an item that has left since has no identity any more.
-    if (m_itemNumbers->Find(in_item, number) && m_items[number].GetItemID() == in_item &&
-        m_items[number].SetAccessState(static_cast<unsigned>(in_state), IsVersioningShown(), *m_icons))
+    if (!numbers.empty() && m_items[numbers.front()].GetItemID() == in_item &&
+        m_items[numbers.front()].SetAccessState(static_cast<unsigned>(in_state), IsVersioningShown(), *m_icons))
         UpdateList();
 }
 
@@ -416,8 +426,8 @@ void CNodeBrowser::UpdateVisibleItems()
         m_visibleItems.clear();
         return;
     }
-    // What changed while the list was being built is not in the index; the next paint builds both anew.
-    if (m_rebuildNeeded)
+    // What changed while the list was being built is not in the index, nor is it when an item leaves that was still there.
+    if (m_rebuildNeeded || !m_leavingItems.empty())
         m_visibleItems = FilterItemByItem();
     else
         m_searchIndex->Find(m_searchWords, m_filterMode, *m_tagIndex, m_visibleItems);
@@ -428,28 +438,28 @@ void CNodeBrowser::UpdateVisibleItems()
 /// The rows as the data layer has the items at this moment.
 std::vector<std::uint64_t> CNodeBrowser::FilterItemByItem() const
 {
-    std::vector<std::pair<std::size_t, std::uint64_t>> found; // score and number
-    for (const std::uint32_t number : m_searchIndex->GetOrder())
+    std::vector<std::pair<std::size_t, std::uint64_t>> found; // score and place
+    const std::vector<std::uint32_t>& order = m_searchIndex->GetOrder();
+    for (std::size_t place = 0; place < order.size(); ++place)
     {
-        ItemAccessor item = m_items[number].GetItem();
+        ItemAccessor item = m_items[order[place]].GetItem();
         std::size_t score = 0;
         if (CompareToFilter(item, &score))
-            found.emplace_back(score, number);
+            found.emplace_back(score, place);
     }
-    std::stable_sort(found.begin(), found.end(),
-                     [](const auto& in_left, const auto& in_right) { return in_left.first < in_right.first; });
-    std::vector<std::uint64_t> numbers;
+    std::sort(found.begin(), found.end());
+    std::vector<std::uint64_t> places;
     for (const auto& entry : found)
-        numbers.push_back(entry.second);
-    return numbers;
+        places.push_back(entry.second);
+    return places;
 }
 
-/// Asks for a repaint of the list, and leaves the header alone. What waits for the next paint gets it even when the
-/// browser is too low for its list.
+/// Asks for a repaint of the list, and leaves the header alone. What waits for the next paint gets it even when nothing of
+/// the list is in sight.
 void CNodeBrowser::UpdateList()
 {
     const QRect list = GetRowLayout().ListRect();
-    update(list.isEmpty() ? rect() : list);
+    update(visibleRegion().intersects(list) ? list : rect());
 }
 
 void CNodeBrowser::UpdateScrollbar()
@@ -504,8 +514,9 @@ const BrowserItem* CNodeBrowser::FindRow(std::uint64_t in_row) const
 {
     if (in_row >= m_visibleItems.size())
         return nullptr;
-    const std::uint64_t index = m_visibleItems[static_cast<std::size_t>(in_row)];
-    return index < m_items.size() ? &m_items[static_cast<std::size_t>(index)] : nullptr;
+    const std::uint64_t place = m_visibleItems[static_cast<std::size_t>(in_row)];
+    const std::vector<std::uint32_t>& order = m_searchIndex->GetOrder();
+    return place < order.size() ? &m_items[order[static_cast<std::size_t>(place)]] : nullptr;
 }
 
 ItemAccessor CNodeBrowser::GetRowItem(std::uint64_t in_row) const
@@ -516,8 +527,8 @@ ItemAccessor CNodeBrowser::GetRowItem(std::uint64_t in_row) const
 
 std::set<std::string> CNodeBrowser::GetSearchTags(const ItemID& in_item) const
 {
-    std::uint32_t number = 0;
-    return m_itemNumbers->Find(in_item, number) ? m_tagIndex->GetTags(number) : std::set<std::string>();
+    const std::vector<std::uint32_t> numbers = m_itemNumbers->Find(in_item);
+    return numbers.empty() ? std::set<std::string>() : m_tagIndex->GetTags(numbers.front());
 }
 
 std::set<ItemID> CNodeBrowser::GetTaggedItems(const std::string& in_tag) const

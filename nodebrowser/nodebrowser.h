@@ -17,7 +17,6 @@
 #include <memory>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 class BrowserItem;
@@ -60,7 +59,7 @@ enum eConfigType : int
 ///
 /// Cost: a change of the items, a key stroke or a tab only raises a flag and asks for a repaint; tags and states of single
 /// items are taken in at once. The next paint rebuilds the item list if items changed (one pass over the library, and one
-/// sort if names changed), searches the names and tags prepared then if the search or the list changed (the data layer is
+/// sort of the names), searches the names and tags prepared then if the search or the list changed (the data layer is
 /// asked for nothing), and draws the rows in sight, with a name look-up each. While it is hidden nothing is done. It holds
 /// about 300 bytes an item.
 ///
@@ -192,6 +191,7 @@ private:
     void RefreshItems();
     void BuildAllItemList(ObjectHandles* out_handles);
     void AppendItems(const char* in_type, ObjectHandles* out_handles);
+    void ForgetItemsThatLeft();
     std::string ReadSearchTags(const vireo::datamodel::ItemID& in_item) const;
 
     void SetSourceControlEnabled(bool in_enabled);
@@ -238,11 +238,12 @@ private:
     QPoint m_dragStart;
     std::uint64_t m_selectedRow; // not below the number of rows: none
     int m_scrollOffset = 0;
-    std::vector<std::uint64_t> m_visibleItems; // indexes into m_items, in display order
+    std::vector<std::uint64_t> m_visibleItems; // places in the display order of the item list
     // The item list, in the library's order; what follows goes by the numbers that the items have in it.
     std::vector<BrowserItem> m_items;
     std::unique_ptr<StateIcons> m_icons;
     std::unique_ptr<ItemNumbers> m_itemNumbers;
+    std::vector<vireo::datamodel::ItemID> m_leavingItems; // told to leave, but not seen to be gone
     std::unique_ptr<TagIndex> m_tagIndex;
     std::unique_ptr<SearchIndex> m_searchIndex;
     const eConfigType m_config;

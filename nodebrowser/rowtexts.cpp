@@ -92,7 +92,7 @@ double RowTexts::FindTop(QPainter& in_painter, const QRect& in_rect, const QStri
 
 void RowTexts::Draw(QPainter& in_painter, const QRect& in_rect, const QString& in_text)
 {
-    if (in_painter.layoutDirection() == Qt::LeftToRight && IsPlain(in_text))
+    if (in_painter.layoutDirection() != Qt::RightToLeft && IsPlain(in_text))
     {
         const QTextLayout& layout = Find(in_painter, in_text);
         const QTextLine line = layout.lineAt(0);

@@ -105,7 +105,7 @@ void SearchIndex::DropOtherKinds(int in_mode)
 }
 
 void SearchIndex::Find(const SearchWords& in_words, int in_mode, TagIndex& in_tags,
-                       std::vector<std::uint64_t>& out_numbers)
+                       std::vector<std::uint64_t>& out_places)
 {
     Prepare();
     Score(in_words, in_tags);
@@ -123,8 +123,8 @@ void SearchIndex::Find(const SearchWords& in_words, int in_mode, TagIndex& in_ta
         row = count;
         count += itemsOfScore;
     }
-    out_numbers.resize(count);
+    out_places.resize(count);
     for (std::size_t place = 0; place < m_scores.size(); ++place)
         if (m_scores[place] != gNone)
-            out_numbers[rows[m_scores[place]]++] = m_order[place];
+            out_places[rows[m_scores[place]]++] = place;
 }

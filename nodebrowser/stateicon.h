@@ -33,6 +33,11 @@ QPixmap ComposeStateIcon(const QPixmap& in_icon, const IconMarks& in_marks);
 class StateIcons
 {
 public:
+    StateIcons() = default;
+    // The pictures are pointed at.
+    StateIcons(const StateIcons&) = delete;
+    StateIcons& operator=(const StateIcons&) = delete;
+
     /// The picture stays where it is until Clear(). Costs one look-up among the icons in use.
     const QPixmap& Find(eItemKind in_kind, const IconMarks& in_marks);
 

@@ -1,6 +1,7 @@
 #include "nodebrowser/tagindex.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace
 {
@@ -41,8 +42,12 @@ void TagIndex::SplitAdded()
     m_spans.reserve(m_spans.size() + m_added.Size());
     for (std::size_t i = 0; i < m_added.Size(); ++i)
     {
+        const std::uint32_t item = static_cast<std::uint32_t>(m_spans.size());
+        const Numbers tags = Split(std::string(m_added.Begin(i), m_added.Length(i)));
         m_spans.emplace_back();
-        Split(static_cast<std::uint32_t>(m_spans.size() - 1), std::string(m_added.Begin(i), m_added.Length(i)));
+        Store(item, tags);
+        for (const std::uint32_t tag : tags)
+            Link(item, tag);
     }
     m_added = TextBlock();
 }
@@ -50,41 +55,67 @@ void TagIndex::SplitAdded()
 void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined)
 {
     SplitAdded();
-    Remove(in_item);
-    Split(in_item, in_joined);
+    const Numbers tags = Split(in_joined);
+    const auto begin = m_tags.begin() + static_cast<std::ptrdiff_t>(m_spans[in_item].m_begin);
+    const Numbers before(begin, begin + static_cast<std::ptrdiff_t>(m_spans[in_item].m_count));
+    // Most tags stay, the name of the type above all, which many items have.
+    Numbers changed;
+    std::set_difference(before.begin(), before.end(), tags.begin(), tags.end(), std::back_inserter(changed));
+    for (const std::uint32_t tag : changed)
+        Unlink(in_item, tag);
+    changed.clear();
+    std::set_difference(tags.begin(), tags.end(), before.begin(), before.end(), std::back_inserter(changed));
+    for (const std::uint32_t tag : changed)
+        Link(in_item, tag);
+    Store(in_item, tags);
+    DropUnused();
 }
 
-/// Gives an item without tags those of a tag string, at the end of all tags.
-void TagIndex::Split(std::uint32_t in_item, const std::string& in_joined)
+/// The numbers of the tags of a tag string, ascending and distinct.
+TagIndex::Numbers TagIndex::Split(const std::string& in_joined)
 {
-    m_spans[in_item].m_begin = static_cast<std::uint32_t>(m_tags.size());
+    Numbers tags;
     if (in_joined.empty())
-        return;
+        return tags;
     std::size_t begin = 0;
     for (std::size_t end = in_joined.find(';'); end != std::string::npos; end = in_joined.find(';', begin))
     {
-        Insert(in_item, in_joined.substr(begin, end - begin));
+        tags.push_back(NumberOf(in_joined.substr(begin, end - begin)));
         begin = end + 1;
     }
-    Insert(in_item, in_joined.substr(begin));
+    tags.push_back(NumberOf(in_joined.substr(begin)));
+    std::sort(tags.begin(), tags.end());
+    tags.erase(std::unique(tags.begin(), tags.end()), tags.end());
+    return tags;
 }
 
-void TagIndex::Insert(std::uint32_t in_item, const std::string& in_tag)
+/// Puts an item's tags at the end of all; their old place is unused from here on.
+void TagIndex::Store(std::uint32_t in_item, const Numbers& in_tags)
 {
-    const std::uint32_t tag = NumberOf(in_tag);
     Span& span = m_spans[in_item];
-    if (std::find(m_tags.begin() + static_cast<std::ptrdiff_t>(span.m_begin), m_tags.end(), tag) != m_tags.end())
+    m_used = m_used - span.m_count + in_tags.size();
+    span.m_begin = static_cast<std::uint32_t>(m_tags.size());
+    span.m_count = static_cast<std::uint32_t>(in_tags.size());
+    m_tags.insert(m_tags.end(), in_tags.begin(), in_tags.end());
+}
+
+void TagIndex::Link(std::uint32_t in_item, std::uint32_t in_tag)
+{
+    if (m_tagTexts[in_tag]->empty())
         return;
-    m_tags.push_back(tag);
-    ++span.m_count;
-    ++m_used;
-    if (in_tag.empty())
-        return;
-    Numbers& items = m_itemsOfTag[tag];
+    Numbers& items = m_itemsOfTag[in_tag];
     if (items.empty() || items.back() < in_item)
         items.push_back(in_item);
     else
         items.insert(std::upper_bound(items.begin(), items.end(), in_item), in_item);
+}
+
+void TagIndex::Unlink(std::uint32_t in_item, std::uint32_t in_tag)
+{
+    Numbers& items = m_itemsOfTag[in_tag];
+    const auto place = std::lower_bound(items.begin(), items.end(), in_item);
+    if (place != items.end() && *place == in_item)
+        items.erase(place);
 }
 
 /// Closes the gaps once there are more of them than tags.
@@ -112,21 +143,6 @@ std::uint32_t TagIndex::NumberOf(const std::string& in_tag)
     m_tagTexts.push_back(&m_tagNumbers.emplace(in_tag, number).first->first);
     m_itemsOfTag.emplace_back();
     return number;
-}
-
-void TagIndex::Remove(std::uint32_t in_item)
-{
-    Span& span = m_spans[in_item];
-    for (std::size_t i = 0; i < span.m_count; ++i)
-    {
-        Numbers& items = m_itemsOfTag[m_tags[span.m_begin + i]];
-        const auto place = std::lower_bound(items.begin(), items.end(), in_item);
-        if (place != items.end() && *place == in_item)
-            items.erase(place);
-    }
-    m_used -= span.m_count;
-    span = Span();
-    DropUnused();
 }
 
 TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item)

@@ -30,8 +30,8 @@ public:
     /// \param in_joined tags separated by ";", with no blanks around them
     void Add(const std::string& in_joined);
 
-    /// Replaces the tags of an item that was added. Costs, per tag it had, a move of the numbers behind it, and a look-up of
-    /// each new tag.
+    /// Replaces the tags of an item that was added. Costs a look-up of each tag, and per tag that comes or goes a move of the
+    /// numbers behind the item's. The text of a tag that nobody has any more stays until Clear().
     void SetTags(std::uint32_t in_item, const std::string& in_joined);
 
     /// The item's tags; none for a number that was not added. Makes copies: for one item, not for a search.
@@ -55,16 +55,17 @@ private:
     };
 
     void SplitAdded();
-    void Split(std::uint32_t in_item, const std::string& in_joined);
-    void Insert(std::uint32_t in_item, const std::string& in_tag);
+    Numbers Split(const std::string& in_joined);
     std::uint32_t NumberOf(const std::string& in_tag);
-    void Remove(std::uint32_t in_item);
+    void Store(std::uint32_t in_item, const Numbers& in_tags);
+    void Link(std::uint32_t in_item, std::uint32_t in_tag);
+    void Unlink(std::uint32_t in_item, std::uint32_t in_tag);
     void DropUnused();
     void FoldTexts();
 
     TextBlock m_added;                 // the tag strings of the items behind those in m_spans
     std::vector<Span> m_spans;         // by item
-    Numbers m_tags;                    // the numbers of the items' tags; those of an item side by side, in no order
+    Numbers m_tags;                    // the numbers of the items' tags; those of an item side by side, ascending
     std::size_t m_used = 0;            // how many of them still belong to an item
     std::vector<Numbers> m_itemsOfTag; // by tag; left empty for the empty one, which no word is in
     std::unordered_map<std::string, std::uint32_t> m_tagNumbers;

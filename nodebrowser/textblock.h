@@ -22,7 +22,6 @@ public:
 
     /// Calls in_found(number, whether the text starts with the word) for each text that a word is found in, in the order
     /// of the numbers.
-    /// \param in_word holds no line feed: one stands between any two texts
     template <class Found> void Find(const std::string& in_word, Found in_found) const
     {
         const std::size_t rarest = FindRarest(in_word);
@@ -32,6 +31,9 @@ public:
              place = FindFrom(begin, in_word, rarest))
         {
             number = NumberAt(place, number);
+            begin = place + 1;
+            if (place + in_word.size() >= m_ends[number])
+                continue; // it runs across the end of the text
             in_found(number, place == BeginOf(number));
             begin = m_ends[number];
         }

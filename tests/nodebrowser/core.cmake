@@ -2,7 +2,7 @@
 set(records ${parts}/browseritem.cpp ${parts}/dbobject.cpp ${parts}/itemkind.cpp ${parts}/stateicon.cpp
     ${PROJECT_SOURCE_DIR}/res/nodebrowser.qrc)
 
-foreach(name test_construction test_itemlist test_notifications test_sourcecontroldisplay test_filter test_fastfilter test_reads)
+foreach(name test_construction test_itemlist test_notifications test_sourcecontroldisplay test_filter test_fastfilter test_reads test_betweenpaints)
     nodebrowser_test(${name} LIBRARIES nodebrowser memorymodel)
 endforeach()
 

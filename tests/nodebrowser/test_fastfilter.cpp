@@ -3,6 +3,7 @@
 #include "tests/support/testmain.h"
 
 #include <algorithm>
+#include <cstring>
 #include <random>
 
 using memorymodel::NewItem;

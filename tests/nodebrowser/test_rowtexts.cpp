@@ -82,8 +82,13 @@ private Q_SLOTS:
         QFETCH(QString, text);
         RowTexts texts;
         Canvas canvas;
-        for (int frame = 0; frame < 3; ++frame)
-            QCOMPARE(canvas.Draw(texts, text), canvas.DrawPlainly(text));
+        const Qt::LayoutDirection directions[] = {Qt::LeftToRight, Qt::LayoutDirectionAuto, Qt::RightToLeft};
+        for (const Qt::LayoutDirection direction : directions)
+        {
+            canvas.m_direction = direction;
+            for (int frame = 0; frame < 2; ++frame)
+                QCOMPARE(canvas.Draw(texts, text), canvas.DrawPlainly(text));
+        }
     }
 
     void everyHeightAndFontGivesTheSamePixels()

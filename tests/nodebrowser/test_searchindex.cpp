@@ -14,10 +14,13 @@ struct Entry
     std::string m_tags;
 };
 
+/// The numbers of the items found.
 std::vector<std::uint64_t> Rows(SearchIndex& in_index, const SearchWords& in_words, int in_mode, TagIndex& in_tags)
 {
     std::vector<std::uint64_t> rows(3, 99); // of the search before
     in_index.Find(in_words, in_mode, in_tags, rows);
+    for (std::uint64_t& row : rows)
+        row = in_index.GetOrder()[static_cast<std::size_t>(row)];
     return rows;
 }
 
