@@ -38,6 +38,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 using nexa4::IDbObject;
 using nexa4::NEXAHandle;
@@ -226,8 +227,8 @@ void CNodeBrowser::BuildAllItemList(ObjectHandles* out_handles)
 /// An item is still there while its removal is being told. A list that is built then, because an observer repaints, has it.
 void CNodeBrowser::ForgetItemsThatLeft()
 {
-    const auto isGone = [this](const ItemID& in_item) { return m_itemNumbers->Find(in_item).empty(); };
-    m_leavingItems.erase(std::remove_if(m_leavingItems.begin(), m_leavingItems.end(), isGone), m_leavingItems.end());
+    for (auto item = m_leavingItems.begin(); item != m_leavingItems.end();)
+        item = m_itemNumbers->Find(*item).empty() ? m_leavingItems.erase(item) : std::next(item);
 }
 
 void CNodeBrowser::AppendItems(const char* in_type, ObjectHandles* out_handles)
@@ -276,14 +277,15 @@ void CNodeBrowser::RequestRebuild()
     UpdateList();
 }
 
-void CNodeBrowser::ItemAdded(ItemAccessor&)
+void CNodeBrowser::ItemAdded(ItemAccessor& in_item)
 {
+    m_leavingItems.erase(in_item.GetItemID());
     RequestRebuild();
 }
 
 void CNodeBrowser::ItemRemoved(ItemAccessor& in_item)
 {
-    m_leavingItems.push_back(in_item.GetItemID());
+    m_leavingItems.insert(in_item.GetItemID());
     RequestRebuild();
 }
 

@@ -243,7 +243,7 @@ private:
     std::vector<BrowserItem> m_items;
     std::unique_ptr<StateIcons> m_icons;
     std::unique_ptr<ItemNumbers> m_itemNumbers;
-    std::vector<vireo::datamodel::ItemID> m_leavingItems; // told to leave, but not seen to be gone
+    std::set<vireo::datamodel::ItemID> m_leavingItems; // told to leave, but not seen to be gone
     std::unique_ptr<TagIndex> m_tagIndex;
     std::unique_ptr<SearchIndex> m_searchIndex;
     const eConfigType m_config;

@@ -306,6 +306,21 @@ private Q_SLOTS:
         }
     }
 
+    void aKeyStrokeAsksForNoMoreOnceAnItemHasLeftOrComeBack()
+    {
+        const ItemID item = m_library->GetItems().front();
+        m_library->Remove(item, &m_layer->GetCommandManager());
+        Settle();
+        SearchAndCheck("no");
+        m_layer->GetCommandManager().GetStack().undo();
+        Settle();
+        SearchAndCheck("nod");
+        m_library->Remove(item, &m_layer->GetCommandManager());
+        m_layer->GetCommandManager().GetStack().undo();
+        Settle();
+        SearchAndCheck("node");
+    }
+
     void aTabAsksForNothingButTheRowsInSight()
     {
         for (const int tab : {2, 1, 0})
@@ -357,6 +372,15 @@ private Q_SLOTS:
     }
 
 private:
+    void SearchAndCheck(const char* in_text)
+    {
+        m_watch->m_reads.clear();
+        m_browser->SearchField().setText(QString::fromLatin1(in_text));
+        Settle();
+        QVERIFY2(NamedItems() == VisibleItems(), in_text);
+        CheckReads();
+    }
+
     std::set<ItemID> NamedItems() const
     {
         std::set<ItemID> items;
