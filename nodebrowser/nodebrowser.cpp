@@ -309,6 +309,7 @@ void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor&, const ItemID& in_item, 
         return;
     // No relayout on purpose: rows do not jump away while tags are edited. Whatever lays them out next sees the new tags.
     const std::string tags = ReadSearchTags(in_item);
+    // Looked up again: the data layer may have had the list built anew while it was asked.
     for (const std::uint32_t number : m_itemNumbers->Find(in_item))
         m_tagIndex->SetTags(number, tags);
 }

@@ -28,8 +28,8 @@ public:
     const std::vector<std::uint32_t>& GetOrder();
 
     /// The places in the display order of the items that pass, the most relevant first, equally relevant ones in display
-    /// order. Costs, per word, one search over the names, one over the distinct tags and one step per item of the tags found; and two passes
-    /// over a number per item.
+    /// order. Costs, per word, one search over the names, one over the distinct tags and one step per item of the tags
+    /// found; and two passes over a number per item.
     /// \param in_tags of the same items, by their numbers
     /// \param out_places replaced; keeps its room
     void Find(const SearchWords& in_words, int in_mode, TagIndex& in_tags, std::vector<std::uint64_t>& out_places);
