@@ -16,15 +16,27 @@ function(nodebrowser_settings target)
     set_target_properties(${target} PROPERTIES AUTOMOC ON)
 endfunction()
 
-# nodebrowser_library(NAME SOURCES…): one of our libraries. It has an export macro NAME_EXPORT in its export.h.
+# nodebrowser_library(NAME SOURCES… LIBRARIES… PRIVATE_LIBRARIES…): one of our libraries. It has an export macro
+# NAME_EXPORT in its export.h. Its units are compiled once, as NAME_units, so that tests can link what is not exported.
 function(nodebrowser_library name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;PRIVATE_LIBRARIES" ${ARGN})
     string(TOUPPER ${name} macro)
-    add_library(${name} ${ARGN})
-    nodebrowser_settings(${name})
-    target_compile_definitions(${name} PRIVATE ${macro}_BUILD)
+    add_library(${name}_units OBJECT ${arg_SOURCES})
+    nodebrowser_settings(${name}_units)
+    target_compile_definitions(${name}_units PRIVATE ${macro}_BUILD)
+    target_link_libraries(${name}_units PUBLIC ${arg_LIBRARIES} PRIVATE ${arg_PRIVATE_LIBRARIES})
+    set_target_properties(${name}_units PROPERTIES AUTORCC ON POSITION_INDEPENDENT_CODE ON)
+
+    add_library(${name} $<TARGET_OBJECTS:${name}_units>)
+    target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+    target_link_libraries(${name} PUBLIC ${arg_LIBRARIES})
+    set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+    if(NODEBROWSER_SANITIZE)
+        target_link_options(${name} PUBLIC -fsanitize=address,undefined)
+    endif()
     if(NOT BUILD_SHARED_LIBS)
+        target_compile_definitions(${name}_units PUBLIC ${macro}_STATIC)
         target_compile_definitions(${name} PUBLIC ${macro}_STATIC)
     endif()
-    set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
-        POSITION_INDEPENDENT_CODE ON)
+    set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 endfunction()

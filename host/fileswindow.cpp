@@ -1,8 +1,8 @@
 #include "host/fileswindow.h"
 
 #include "host/itemkind.h"
-#include "host/text.h"
 #include "memorymodel/library.h"
+#include "qtcompat/latin1.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -12,6 +12,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+using qtcompat::FromLatin1;
 using vireo::datamodel::ItemID;
 
 namespace host
@@ -58,9 +59,9 @@ void FilesWindow::Refresh()
         return;
     }
     const QString name = GetItemName(m_library, m_item);
-    const QString location = ToText(source->GetLocation());
+    const QString location = FromLatin1(source->GetLocation());
     setWindowTitle(tr("Files of %1").arg(name));
-    m_sourceLabel->setText(tr("%1 is stored in the data source %2:").arg(name, ToText(source->GetName())));
+    m_sourceLabel->setText(tr("%1 is stored in the data source %2:").arg(name, FromLatin1(source->GetName())));
 
     const QFileInfo onDisk(location);
     const QIcon fileIcon = style()->standardIcon(QStyle::SP_FileIcon);

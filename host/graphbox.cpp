@@ -1,6 +1,6 @@
 #include "host/graphbox.h"
 
-#include "nodebrowser/qtcompat.h"
+#include "qtcompat/qtcompat.h"
 
 #include <QKeyEvent>
 #include <QPainter>

@@ -3,7 +3,8 @@
 #include "host/graphbox.h"
 #include "host/itemkind.h"
 #include "memorymodel/library.h"
-#include "nodebrowser/qtcompat.h"
+#include "qtcompat/latin1.h"
+#include "qtcompat/qtcompat.h"
 
 #include <QChildEvent>
 #include <QDataStream>
@@ -57,7 +58,7 @@ ItemID GraphCanvas::GetNode(const QMimeData& in_data) const
     if (!m_library || !in_data.hasFormat(DragFormat()))
         return ItemID();
     const QString text = DecodePayload(in_data.data(DragFormat()));
-    const ItemID item = m_library->FindBySerialized(text.toLatin1().toStdString());
+    const ItemID item = m_library->FindBySerialized(qtcompat::ToLatin1(text));
     return item.GetType() == LibType::gType ? ItemID() : item;
 }
 

@@ -1,8 +1,9 @@
 #include "host/itemkind.h"
 
-#include "host/text.h"
 #include "memorymodel/library.h"
+#include "qtcompat/latin1.h"
 
+using qtcompat::FromLatin1;
 using vireo::datamodel::LibType;
 using vireo::datamodel::VireoType;
 
@@ -40,7 +41,7 @@ const ItemKind& GetItemKind(const memorymodel::Library& in_library, const vireo:
 
 QString GetItemName(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item)
 {
-    return ToText(in_library.GetAccessor().GetItemName(in_item, true, nullptr));
+    return FromLatin1(in_library.GetAccessor().GetItemName(in_item, true, nullptr));
 }
 
 } // namespace host

@@ -1,12 +1,13 @@
 #include "host/librarybrowser.h"
 
 #include "host/itemkind.h"
-#include "host/text.h"
 #include "memorymodel/library.h"
+#include "qtcompat/latin1.h"
 
 #include <QLineEdit>
 #include <QTabBar>
 
+using qtcompat::FromLatin1;
 using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
 
@@ -35,7 +36,7 @@ std::vector<Row> LibraryBrowser::GetRows(const memorymodel::Library& in_library)
         rows[i].m_kind = QLatin1String(GetItemKind(in_library, item).m_word);
         rows[i].m_name = GetItemName(in_library, item);
         for (const std::string& tag : GetSearchTags(item))
-            rows[i].m_tags << ToText(tag);
+            rows[i].m_tags << FromLatin1(tag);
         CompareToFilter(accessor, &rows[i].m_score);
     }
     return rows;

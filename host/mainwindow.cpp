@@ -9,10 +9,10 @@
 #include "host/openlibrary.h"
 #include "host/recentlibraries.h"
 #include "host/sourcecontrolmenu.h"
-#include "host/text.h"
 #include "host/unsavedchanges.h"
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/typeselector.h"
+#include "qtcompat/latin1.h"
 
 #include <QCloseEvent>
 #include <QDockWidget>
@@ -22,6 +22,7 @@
 #include <QMessageBox>
 #include <QStatusBar>
 
+using qtcompat::FromLatin1;
 using vireo::datamodel::CompoundAccessor;
 using vireo::datamodel::Helpers;
 using vireo::datamodel::ItemID;
@@ -212,7 +213,7 @@ void MainWindow::OnSelectionChanged()
 void MainWindow::OnLibraryChanged()
 {
     m_canvas->Refresh();
-    m_libraryLabel->setText(tr("%1: %2").arg(ToText(m_library->GetName()), CountItems(m_library->GetItemCount())));
+    m_libraryLabel->setText(tr("%1: %2").arg(FromLatin1(m_library->GetName()), CountItems(m_library->GetItemCount())));
     ShowSelection();
     ShowTarget();
     for (FilesWindow* const window : findChildren<FilesWindow*>())
@@ -222,7 +223,7 @@ void MainWindow::OnLibraryChanged()
 void MainWindow::OnLibraryCommitted()
 {
     const std::size_t unsaved = CountUnsavedItems(*m_library);
-    const QString name = ToText(m_library->GetName());
+    const QString name = FromLatin1(m_library->GetName());
     const QString text =
         unsaved == 0 ? tr("%1 is saved").arg(name) : tr("%1 of %2 could not be saved").arg(CountItems(unsaved), name);
     statusBar()->showMessage(text, gMessageTime);
@@ -235,7 +236,7 @@ void MainWindow::ShowSelection()
         m_selectionLabel->setText(tr("%1 \u2013 %2, %3")
                                       .arg(GetItemName(*m_library, m_selected),
                                            QLatin1String(GetItemKind(*m_library, m_selected).m_label),
-                                           ToText(source->GetName())));
+                                           FromLatin1(source->GetName())));
     else
         m_selectionLabel->clear();
 }

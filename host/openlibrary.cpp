@@ -2,6 +2,7 @@
 
 #include "importers/materialx.h"
 #include "memorymodel/datalayer.h"
+#include "qtcompat/latin1.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -18,7 +19,7 @@ memorymodel::Library* OpenLibrary(memorymodel::DataLayer& in_layer, const QStrin
         return nullptr;
     }
     const QString name = QFileInfo(QDir::cleanPath(QFileInfo(in_path).absoluteFilePath())).fileName();
-    memorymodel::Library& library = in_layer.AddLibrary(name.toLatin1().toStdString());
+    memorymodel::Library& library = in_layer.AddLibrary(qtcompat::ToLatin1(name));
     importers::AddMaterialX(content, library);
     return &library;
 }

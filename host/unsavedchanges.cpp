@@ -1,8 +1,8 @@
 #include "host/unsavedchanges.h"
 
 #include "host/itemkind.h"
-#include "host/text.h"
 #include "memorymodel/library.h"
+#include "qtcompat/latin1.h"
 
 #include <QCoreApplication>
 #include <QMessageBox>
@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+using qtcompat::FromLatin1;
 using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemLibraryModifierAccessor;
 
@@ -69,7 +70,7 @@ bool Save(const memorymodel::Library& in_library, QWidget* in_parent)
         return true;
     QStringList details;
     for (const std::string& message : messages)
-        details << ToText(message);
+        details << FromLatin1(message);
     QMessageBox box(QMessageBox::Critical, QString(), Translate("The library could not be saved."), QMessageBox::Ok,
                     in_parent);
     Ask(box, Translate("Save library"), details.join(QLatin1Char('\n')));
@@ -91,7 +92,7 @@ bool MayLeaveLibrary(const memorymodel::Library& in_library, QWidget* in_parent)
     const QString text = unsaved.size() == 1 ? Translate("An item of the library %1 has changes that are not saved.")
                                              : Translate("%n items of the library %1 have changes that are not saved.",
                                                          static_cast<int>(unsaved.size()));
-    QMessageBox box(QMessageBox::Warning, QString(), text.arg(ToText(in_library.GetName())),
+    QMessageBox box(QMessageBox::Warning, QString(), text.arg(FromLatin1(in_library.GetName())),
                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, in_parent);
     box.setDefaultButton(QMessageBox::Save);
     switch (Ask(box, Translate("Unsaved changes"), ListNames(in_library, unsaved)))

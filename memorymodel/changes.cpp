@@ -1,6 +1,7 @@
 #include "memorymodel/changes.h"
 
 #include "memorymodel/commandmanager.h"
+#include "qtcompat/latin1.h"
 
 #include <utility>
 
@@ -75,7 +76,7 @@ void Change::TellBefore(LibraryContext& /*in_library*/, bool /*in_forward*/) con
 
 QString Change::GetItemText() const
 {
-    return QString::fromLatin1(m_item->GetKindName()) + QLatin1Char(' ') + QString::fromLatin1(m_item->m_name.c_str());
+    return QString::fromLatin1(m_item->GetKindName()) + QLatin1Char(' ') + qtcompat::FromLatin1(m_item->m_name);
 }
 
 /// Asks anew after each round of notifications, since observers may have changed what this is about.
@@ -268,7 +269,7 @@ bool SourceChange::IsDue(const LibraryContext& in_library, bool in_forward) cons
 QString SourceChange::GetText() const
 {
     return QString::fromLatin1("Move ") + GetItemText() + QString::fromLatin1(" to ") +
-           QString::fromLatin1(m_sources[1]->GetName().c_str());
+           qtcompat::FromLatin1(m_sources[1]->GetName());
 }
 
 void SourceChange::TellAfter(LibraryContext& in_library, bool /*in_forward*/) const

@@ -2,6 +2,7 @@
 
 #include "memorymodel/layercontents.h"
 #include "memorymodel/sourcecontrolservices.h"
+#include "qtcompat/latin1.h"
 
 #include <utility>
 
@@ -158,7 +159,7 @@ QString SourceControl::Implementation::GetToolTip(const Handle& in_object, const
         return QString();
     const std::string text = item->m_name + '\n' + GetStateText(item->m_state) + '\n' + item->m_source->GetName() +
                              " (" + item->m_source->GetLocation() + ')';
-    return QString::fromLatin1(text.c_str());
+    return qtcompat::FromLatin1(text);
 }
 
 void SourceControl::Implementation::CheckOut(const Handle& in_object, bool* out_result, bool /*in_interactive*/)

@@ -2,6 +2,7 @@
 
 #include "datamodel/notifications.h"
 #include "memorymodel/sourcecontrol.h"
+#include "qtcompat/qtcompat.h"
 
 #include <QPainter>
 #include <QPointF>
@@ -18,18 +19,6 @@ namespace
 const qreal gBadgeSide = 8;
 const qreal gMarkWidth = 7;
 const std::size_t gSharedPixmaps = 512;
-
-/// How many pixels of the device one pixel of an icon is, for a toolkit whose pixmaps know it…
-template <class Pixmap> auto PixelRatio(const Pixmap& in_pixmap, int) -> decltype(qreal(in_pixmap.devicePixelRatio()))
-{
-    return in_pixmap.devicePixelRatio();
-}
-
-/// …and for one whose pixmaps do not.
-template <class Pixmap> qreal PixelRatio(const Pixmap& /*in_pixmap*/, long)
-{
-    return 1;
-}
 
 /// A corner of a badge, in eighths of its side.
 struct Corner
@@ -75,7 +64,7 @@ const Badge* FindBadge(unsigned in_state)
 /// A badge painted on a copy, which keeps everything that the icon's pixmap knows of itself.
 QPixmap Compose(const QPixmap& in_base, const Badge& in_badge, bool in_ownSpace)
 {
-    const qreal ratio = PixelRatio(in_base, 0);
+    const qreal ratio = qtcompat::PixelRatio(in_base);
     const qreal width = in_base.width() / ratio;
     const qreal height = in_base.height() / ratio;
     const qreal side = std::min(gBadgeSide, std::min(in_ownSpace ? width : width - gMarkWidth, height));

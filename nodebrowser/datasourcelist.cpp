@@ -1,5 +1,7 @@
 #include "nodebrowser/datasourcelist.h"
 
+#include "qtcompat/latin1.h"
+
 using nexa4::DbObjectId;
 using nexa4::eDataSourceReadOnly;
 using nexa4::IDatabase;
@@ -9,6 +11,7 @@ using nexa4::IHelper;
 using nexa4::IValueAsset;
 using nexa4::NEXAHandle;
 using nexa4::NEXAPtr;
+using qtcompat::FromLatin1;
 
 namespace
 {
@@ -22,11 +25,6 @@ NEXAHandle<IValueAsset> FindResource(const NEXAPtr<IDatabase>& in_database, cons
 NEXAPtr<IDataSource> SourceOf(const NEXAHandle<IValueAsset>& in_resource)
 {
     return nexa4::GetDataSourceFromResource(in_resource->GetDesignatedAsset());
-}
-
-QString ToText(const std::string& in_text)
-{
-    return QString::fromLatin1(in_text.data(), static_cast<int>(in_text.size()));
 }
 
 } // namespace
@@ -45,7 +43,7 @@ std::vector<DataSourceEntry> ListDataSources(const NEXAHandle<IDbObject>& in_com
             continue;
         DataSourceEntry entry;
         entry.m_enabled = current->GetState() != eDataSourceReadOnly;
-        entry.m_label = ToText(resource->GetName());
+        entry.m_label = FromLatin1(resource->GetName());
         if (nexa4::IsSameUri(current, resource))
         {
             // Directly behind the name, without a blank, on purpose.
@@ -59,8 +57,8 @@ std::vector<DataSourceEntry> ListDataSources(const NEXAHandle<IDbObject>& in_com
         }
         const NEXAHandle<IDbObject> object =
             NEXAHandle<IDbObject>::AssignCast(resource.GetInstance(), resource.GetCacheIndex());
-        entry.m_toolTip =
-            QString::fromLatin1("Move compound to this data source\n") + ToText(nexa4::GetResourceExpandedURI(object));
+        entry.m_toolTip = QString::fromLatin1("Move compound to this data source\n") +
+                          FromLatin1(nexa4::GetResourceExpandedURI(object));
         entry.m_resource = resource.GetDbObjectId().GetStr();
         entries.push_back(entry);
     }

@@ -10,7 +10,6 @@
 #include "nodebrowser/datasourcelist.h"
 #include "nodebrowser/dbobject.h"
 #include "nodebrowser/itemnumbers.h"
-#include "nodebrowser/qtcompat.h"
 #include "nodebrowser/renamedialog.h"
 #include "nodebrowser/rowlayout.h"
 #include "nodebrowser/rowtexts.h"
@@ -19,6 +18,8 @@
 #include "nodebrowser/stateicon.h"
 #include "nodebrowser/tagindex.h"
 #include "nodebrowser/vireodialog.h"
+#include "qtcompat/latin1.h"
+#include "qtcompat/qtcompat.h"
 
 #include <QAction>
 #include <QApplication>
@@ -42,6 +43,7 @@
 
 using nexa4::IDbObject;
 using nexa4::NEXAHandle;
+using qtcompat::FromLatin1;
 using vireo::datamodel::BaseAccessor;
 using vireo::datamodel::CompoundAccessor;
 using vireo::datamodel::CompoundModifierAccessor;
@@ -70,11 +72,6 @@ const int gIconInset = 2;
 /// More of a name than a screen shows. What is drawn of a name costs time whether or not it can be seen.
 const std::size_t gDrawnCharacters = 4000;
 
-QString ToText(const std::string& in_text)
-{
-    return QString::fromLatin1(in_text.data(), static_cast<int>(in_text.size()));
-}
-
 /// Views what one accessor points at as an accessor of another kind; invalid when it is not of that kind.
 template <class Accessor> Accessor View(const BaseAccessor& in_other)
 {
@@ -90,7 +87,7 @@ QByteArray DragPayload(const ItemID& in_item)
 {
     QByteArray payload;
     QDataStream stream(&payload, QIODevice::WriteOnly);
-    stream << ToText(in_item.Serialize());
+    stream << FromLatin1(in_item.Serialize());
     return payload;
 }
 
@@ -571,7 +568,7 @@ void CNodeBrowser::DrawRow(QPainter& in_painter, const RowLayout& in_layout, std
     std::string text = m_library.GetItemName(id, true, nullptr);
     if (text.size() > gDrawnCharacters)
         text.resize(gDrawnCharacters);
-    QString name = ToText(text);
+    QString name = FromLatin1(text);
     if (in_row == m_selectedRow)
         in_painter.fillRect(in_layout.BandRect(in_row),
                             style()->standardPalette().brush(QPalette::Active, QPalette::Highlight));
@@ -737,7 +734,7 @@ void CNodeBrowser::PopContexMenu(const QPoint& in_position, std::size_t in_row)
 
 void CNodeBrowser::FillContextMenu(QMenu& out_menu, const ItemID& in_item)
 {
-    const QString name = ToText(m_library.GetItemName(in_item, true, nullptr));
+    const QString name = FromLatin1(m_library.GetItemName(in_item, true, nullptr));
     const auto named = [&name](const QString& in_text) { return in_text.arg(name, 0, QLatin1Char(' ')); };
     bool canEdit = !m_library.ItemIsReadOnly(in_item);
     nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
@@ -763,14 +760,14 @@ void CNodeBrowser::FillContextMenu(QMenu& out_menu, const ItemID& in_item)
 
 void CNodeBrowser::FillDataSourceMenu(QMenu& out_menu, const NEXAHandle<IDbObject>& in_compound)
 {
-    const QString compound = ToText(in_compound.GetDbObjectId().GetStr());
+    const QString compound = FromLatin1(in_compound.GetDbObjectId().GetStr());
     const std::vector<DataSourceEntry> entries = ListDataSources(in_compound);
     for (const DataSourceEntry& entry : entries)
     {
         QAction* const action = AddAction(out_menu, entry.m_label, SLOT(OnDatasourceChange()));
         action->setEnabled(entry.m_enabled);
         action->setToolTip(entry.m_toolTip);
-        action->setData(QVariant(QStringList() << compound << ToText(entry.m_resource)));
+        action->setData(QVariant(QStringList() << compound << FromLatin1(entry.m_resource)));
     }
 }
 
@@ -842,7 +839,7 @@ void CNodeBrowser::OnRenameItem()
     const ItemID id = item->GetItemID();
     const QPointer<CNodeBrowser> alive(this);
     CompoundAccessor compound = View<CompoundAccessor>(m_library.GetModel(id, nullptr));
-    const QString oldName = ToText(m_library.GetItemName(id, true, nullptr));
+    const QString oldName = FromLatin1(m_library.GetItemName(id, true, nullptr));
     CRenameCompoundDialog dialog(m_library, compound);
     dialog.SetName(oldName);
     if (!dialog.exec() || !alive || dialog.GetName() == oldName)

@@ -1,6 +1,7 @@
 #include "nodebrowser/renamedialog.h"
 
 #include "nodebrowser/compoundname.h"
+#include "qtcompat/latin1.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -17,7 +18,7 @@ CRenameCompoundDialog::CRenameCompoundDialog(const vireo::datamodel::ItemLibrary
     : m_library(in_library)
 {
     const std::string name = m_library.GetItemName(in_compound.GetItemID(), true, nullptr);
-    m_currentName = QString::fromLatin1(name.data(), static_cast<int>(name.size()));
+    m_currentName = qtcompat::FromLatin1(name);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setWindowTitle(tr("Rename %1").arg(m_currentName, 0, QLatin1Char(' ')));
 

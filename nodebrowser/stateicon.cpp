@@ -1,7 +1,7 @@
 #include "nodebrowser/stateicon.h"
 
 #include "datamodel/sourcecontrol.h"
-#include "nodebrowser/qtcompat.h"
+#include "qtcompat/qtcompat.h"
 
 #include <QPainter>
 

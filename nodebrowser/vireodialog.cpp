@@ -1,6 +1,7 @@
 #include "nodebrowser/vireodialog.h"
 
 #include "datamodel/helpers.h"
+#include "qtcompat/latin1.h"
 
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/find_iterator.hpp>
@@ -18,6 +19,7 @@
 #include <map>
 #include <vector>
 
+using qtcompat::FromLatin1;
 using vireo::datamodel::Helpers;
 using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
@@ -37,11 +39,6 @@ const int gRowTops[] = {10, 40, 70};
 const int gLabelDrop = 2; // a label's text stands on the line of the field beside it
 const QPoint gOkPosition(100, 100);
 const QPoint gCancelPosition(190, 100);
-
-QString Ascii(const char* in_text)
-{
-    return QString::fromLatin1(in_text);
-}
 
 void PlaceLabel(QLabel& out_label, int in_row)
 {
@@ -86,15 +83,15 @@ std::string NormaliseTags(const std::string& in_text)
 
 CVireoCompoundCreateDialog::CVireoCompoundCreateDialog(ItemLibraryAccessor in_library, const char* in_kindWord,
                                                        const char* in_defaultName, bool in_withSignature)
-    : m_kindWord(Ascii(in_kindWord))
+    : m_kindWord(FromLatin1(in_kindWord))
 {
-    m_okButton = new QPushButton(Ascii("Ok"), this);
-    m_cancelButton = new QPushButton(Ascii("Cancel"), this);
+    m_okButton = new QPushButton(FromLatin1("Ok"), this);
+    m_cancelButton = new QPushButton(FromLatin1("Cancel"), this);
     // A letter may have a capital that Latin-1 lacks.
     const QByteArray capitalised = (m_kindWord.left(1).toUpper() + m_kindWord.mid(1)).toLatin1();
-    m_nameLabel = new QLabel(Ascii(capitalised.constData()) + Ascii(" name: "), this);
-    m_nameEdit = new QLineEdit(Ascii(in_defaultName), this);
-    m_categoryLabel = new QLabel(Ascii("Category: "), this);
+    m_nameLabel = new QLabel(FromLatin1(capitalised.constData()) + FromLatin1(" name: "), this);
+    m_nameEdit = new QLineEdit(FromLatin1(in_defaultName), this);
+    m_categoryLabel = new QLabel(FromLatin1("Category: "), this);
     m_categoryEdit = new QLineEdit(this);
     if (in_withSignature)
         CreateSignatureRow(in_library);
@@ -102,17 +99,17 @@ CVireoCompoundCreateDialog::CVireoCompoundCreateDialog(ItemLibraryAccessor in_li
     connect(m_okButton, SIGNAL(clicked()), this, SLOT(OnOk()));
     connect(m_cancelButton, SIGNAL(clicked()), this, SLOT(OnCancel()));
     PlaceWidgets();
-    setWindowTitle(Ascii("Create ") + m_kindWord);
+    setWindowTitle(FromLatin1("Create ") + m_kindWord);
 }
 
 void CVireoCompoundCreateDialog::CreateSignatureRow(const ItemLibraryAccessor& in_library)
 {
-    m_signatureLabel = new QLabel(Ascii("Signature: "), this);
+    m_signatureLabel = new QLabel(FromLatin1("Signature: "), this);
     m_signatureCombo = new QComboBox(this);
-    m_signatureCombo->addItem(Ascii("None"), QVariant(Ascii("")));
+    m_signatureCombo->addItem(FromLatin1("None"), QVariant(FromLatin1("")));
     for (const auto& signature : FindSignatures(in_library))
-        m_signatureCombo->addItem(Ascii(signature.first.c_str()),
-                                  QVariant(Ascii(ItemIDUnlock::GetItemIDUID(signature.second))));
+        m_signatureCombo->addItem(FromLatin1(signature.first.c_str()),
+                                  QVariant(FromLatin1(ItemIDUnlock::GetItemIDUID(signature.second))));
     m_signatureCombo->setCurrentIndex(0);
 }
 
@@ -135,14 +132,14 @@ void CVireoCompoundCreateDialog::PlaceWidgets()
 
 void CVireoCompoundCreateDialog::OnOk()
 {
-    m_category = Ascii("");
-    m_compoundName = Ascii("");
+    m_category = FromLatin1("");
+    m_compoundName = FromLatin1("");
     const QString category = m_categoryEdit->text();
     QString name = m_nameEdit->text();
     if (name.isEmpty())
     {
-        QMessageBox box(QMessageBox::Critical, Ascii("Invalid Name"),
-                        Ascii("The ") + m_kindWord + Ascii(" name is invalid."), QMessageBox::Ok, nullptr,
+        QMessageBox box(QMessageBox::Critical, FromLatin1("Invalid Name"),
+                        FromLatin1("The ") + m_kindWord + FromLatin1(" name is invalid."), QMessageBox::Ok, nullptr,
                         Qt::WindowFlags(Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint));
         box.exec();
         return;
@@ -150,7 +147,7 @@ void CVireoCompoundCreateDialog::OnOk()
     for (int i = 0; i < name.size(); ++i)
         if (!name.at(i).isLetterOrNumber())
             name[i] = QLatin1Char('_');
-    m_baseClass = Ascii("");
+    m_baseClass = FromLatin1("");
     if (m_signatureCombo && m_signatureCombo->currentIndex() != 0)
         m_baseClass = m_signatureCombo->itemData(m_signatureCombo->currentIndex(), Qt::UserRole).toString();
     m_compoundName = name;
@@ -160,23 +157,23 @@ void CVireoCompoundCreateDialog::OnOk()
 
 void CVireoCompoundCreateDialog::OnCancel()
 {
-    m_category = Ascii("");
-    m_compoundName = Ascii("");
+    m_category = FromLatin1("");
+    m_compoundName = FromLatin1("");
     reject();
 }
 
 CItemTagsEditorDialog::CItemTagsEditorDialog(const char* in_itemName, const char* in_itemTags) : m_itemTags(in_itemTags)
 {
-    m_okButton = new QPushButton(Ascii("Ok"), this);
-    m_cancelButton = new QPushButton(Ascii("Cancel"), this);
-    m_nameCaption = new QLabel(Ascii("Name: "), this);
-    m_nameLabel = new QLabel(Ascii(in_itemName), this);
+    m_okButton = new QPushButton(FromLatin1("Ok"), this);
+    m_cancelButton = new QPushButton(FromLatin1("Cancel"), this);
+    m_nameCaption = new QLabel(FromLatin1("Name: "), this);
+    m_nameLabel = new QLabel(FromLatin1(in_itemName), this);
     // A name that reads like markup is a name all the same.
     m_nameLabel->setTextFormat(Qt::PlainText);
-    m_tagsCaption = new QLabel(Ascii("Tags: "), this);
-    m_tagsEdit = new QLineEdit(Ascii(in_itemTags), this);
+    m_tagsCaption = new QLabel(FromLatin1("Tags: "), this);
+    m_tagsEdit = new QLineEdit(FromLatin1(in_itemTags), this);
     // Kept out of the dialog on purpose: without a parent it is never shown.
-    m_hintLabel = new QLabel(Ascii("State machine tags: Condition, TransitionBlend"));
+    m_hintLabel = new QLabel(FromLatin1("State machine tags: Condition, TransitionBlend"));
     m_okButton->setDefault(true);
     connect(m_okButton, SIGNAL(clicked()), this, SLOT(OnOk()));
     connect(m_cancelButton, SIGNAL(clicked()), this, SLOT(OnCancel()));
@@ -188,7 +185,7 @@ CItemTagsEditorDialog::CItemTagsEditorDialog(const char* in_itemName, const char
     m_okButton->move(gOkPosition);
     m_cancelButton->move(gCancelPosition);
     setFixedSize(gDialogSize);
-    setWindowTitle(Ascii("Edit Item Tags"));
+    setWindowTitle(FromLatin1("Edit Item Tags"));
 }
 
 CItemTagsEditorDialog::~CItemTagsEditorDialog()

@@ -5,8 +5,8 @@
 #include "host/librarybrowser.h"
 #include "host/mainwindow.h"
 #include "host/samplelibrary.h"
-#include "host/text.h"
 #include "memorymodel/datalayer.h"
+#include "qtcompat/latin1.h"
 #include "tests/host/journey.h"
 #include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
@@ -278,7 +278,7 @@ private:
 
     QString NameOf(const ItemID& in_item) const
     {
-        return in_item.IsValid() ? host::ToText(m_library->GetAccessor().GetItemName(in_item, true, nullptr))
+        return in_item.IsValid() ? qtcompat::FromLatin1(m_library->GetAccessor().GetItemName(in_item, true, nullptr))
                                  : QString();
     }
 
@@ -300,12 +300,12 @@ QString TestJourney::ReadFacts() const
     const vireo::datamodel::ItemLibraryAccessor accessor = m_library->GetAccessor();
     Facts facts;
     facts.m_blend = NameOf(m_blend);
-    facts.m_tags = host::ToText(accessor.GetItemTags(m_blend, vireo::datamodel::gApplicationTagsKey));
-    facts.m_bricksSource = host::ToText(m_library->GetSourceOf(m_bricks)->GetName());
+    facts.m_tags = qtcompat::FromLatin1(accessor.GetItemTags(m_blend, vireo::datamodel::gApplicationTagsKey));
+    facts.m_bricksSource = qtcompat::FromLatin1(m_library->GetSourceOf(m_bricks)->GetName());
     const ItemID created = m_library->FindByName("Frosting");
     facts.m_created = NameOf(created);
     if (created.IsValid())
-        facts.m_base = host::ToText(m_library->GetBaseClass(created));
+        facts.m_base = qtcompat::FromLatin1(m_library->GetBaseClass(created));
     facts.m_target = NameOf(m_layer.GetCompoundTarget());
     QStringList unsaved;
     for (const ItemID& item : m_library->GetItems())

@@ -1,8 +1,8 @@
 /// A person in front of menus and dialogs that run modally.
 #pragma once
 
-#include "nodebrowser/qtcompat.h"
 #include "tests/support/platformwarnings.h"
+#include "tests/support/testcompat.h"
 
 #include <QAction>
 #include <QApplication>
@@ -47,7 +47,7 @@ public:
     void WhenSubmenuOpens(std::function<void(QMenu&)> in_action)
     {
         // Not this menu grabs the keyboard but the first one, when this one closes.
-        ExpectPopup(qtcompat::KeyboardGrabsAfterSubmenu());
+        ExpectPopup(testcompat::KeyboardGrabsAfterSubmenu());
         WhenPopupOpens(in_action);
     }
 

@@ -1,14 +1,14 @@
 /// The warnings that a platform without a screen gives, announced so that they do not fail a test.
 #pragma once
 
-#include "nodebrowser/qtcompat.h"
+#include "tests/support/testcompat.h"
 
 #include <QtTest>
 
 /// Announces a warning of a platform whose windows are nowhere to be seen, if this is one.
 inline void ExpectPlatformWarning(const char* in_warning)
 {
-    if (!qtcompat::CanRaiseWindows())
+    if (!testcompat::CanRaiseWindows())
         QTest::ignoreMessage(QtWarningMsg, in_warning);
 }
 

@@ -1,0 +1,104 @@
+/// Every difference between the toolkit's versions, each as one named function. No other room tests a version.
+#pragma once
+
+#include <QDropEvent>
+#include <QMouseEvent>
+#include <QPixmap>
+#include <QPoint>
+#include <QWheelEvent>
+#include <QtGlobal>
+
+namespace qtcompat
+{
+
+/// Where the pointer is, in the receiving widget's pixels.
+inline QPoint EventPosition(const QMouseEvent& in_event)
+{
+#if QT_VERSION >= 0x060000
+    return in_event.position().toPoint();
+#else
+    return in_event.pos();
+#endif
+}
+
+/// Where the pointer is, in screen pixels.
+inline QPoint EventGlobalPosition(const QMouseEvent& in_event)
+{
+#if QT_VERSION >= 0x060000
+    return in_event.globalPosition().toPoint();
+#else
+    return in_event.globalPos();
+#endif
+}
+
+/// Where the pointer is, in the receiving widget's pixels.
+inline QPoint EventPosition(const QWheelEvent& in_event)
+{
+#if QT_VERSION >= 0x050E00
+    return in_event.position().toPoint();
+#else
+    return in_event.pos();
+#endif
+}
+
+/// Where something is dropped, in the receiving widget's pixels.
+inline QPoint EventPosition(const QDropEvent& in_event)
+{
+#if QT_VERSION >= 0x060000
+    return in_event.position().toPoint();
+#else
+    return in_event.pos();
+#endif
+}
+
+/// How far the wheel turned: above 0 away from the user. A wheel that only turned sideways counts by that.
+inline int WheelDelta(const QWheelEvent& in_event)
+{
+#if QT_VERSION >= 0x060000
+    const QPoint delta = in_event.angleDelta();
+    return delta.y() != 0 ? delta.y() : delta.x();
+#elif QT_VERSION >= 0x050000
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    return in_event.delta();
+    QT_WARNING_POP
+#else
+    return in_event.delta();
+#endif
+}
+
+/// What takes the pointer's events of a shown window while something is dragged: a drag listens to windows, not to
+
+/// False for the events that only say that a gesture on a touch pad begins or ends: Qt 4 has none of them.
+inline bool IsWheelTurn(const QWheelEvent& in_event)
+{
+#if QT_VERSION >= 0x050C00
+    return in_event.phase() == Qt::NoScrollPhase || !in_event.angleDelta().isNull();
+#else
+    Q_UNUSED(in_event);
+    return true;
+#endif
+}
+
+/// Device pixels per widget pixel of a picture.
+inline double PixelRatio(const QPixmap& in_pixmap)
+{
+#if QT_VERSION >= 0x050600
+    return in_pixmap.devicePixelRatioF();
+#else
+    Q_UNUSED(in_pixmap);
+    return 1.0;
+#endif
+}
+
+inline void SetPixelRatio(QPixmap& out_pixmap, double in_ratio)
+{
+#if QT_VERSION >= 0x050000
+    out_pixmap.setDevicePixelRatio(in_ratio);
+#else
+    Q_UNUSED(out_pixmap);
+    Q_UNUSED(in_ratio);
+#endif
+}
+
+} // namespace qtcompat
