@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bounds.h"
 
 #include "datamodel/helpers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What cannot be done without, as fast as it can be done: the limits that the browser is compared with.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "changing.h"
 
 #include "measure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The metrics "states" and "burst": many calls of the observers' interfaces, to the end of the frame that follows.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A library in memory, filled with the items that are measured.
 #pragma once
 

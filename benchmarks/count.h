@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Single steps for a tool that counts their instructions.
 #pragma once
 

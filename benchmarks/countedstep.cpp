@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "countedstep.h"
 
 #include <QCoreApplication>

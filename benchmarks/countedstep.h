@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The one function whose instructions are counted.
 #pragma once
 

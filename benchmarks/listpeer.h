@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The peer made of a list view over a proxy that filters and sorts.
 #pragma once
 

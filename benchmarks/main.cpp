@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Measures the browser, what could be written in its place, and the limits of both, on libraries of several sizes.
 ///
 /// Prints a table with tabs between its columns, one row per metric and size: "nodebrowser" is the browser, "listview" a

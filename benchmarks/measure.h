@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Timing painted frames, and counting allocated bytes.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The items that the benchmark fills its libraries with.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "opening.h"
 
 #include "bounds.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The metrics "open", "rename" and "memory".
 #pragma once
 

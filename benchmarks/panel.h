@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The windows that are measured, each with a search field above a list.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What could be written with the toolkit's own item views in the place of the browser.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "peerrows.h"
 
 #include "datamodel/helpers.h"

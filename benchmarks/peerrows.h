@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What both peers know of a row, and how they search: the browser's search rule, written for prepared text.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "scrolling.h"
 
 #include "measure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "searching.h"
 
 #include "bounds.h"

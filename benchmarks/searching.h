@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The metrics "key" and "key-max".
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "subjects.h"
 
 #include "measure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The windows that are measured side by side.
 #pragma once
 

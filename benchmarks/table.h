@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The table that is printed: one row per metric and size, medians only.
 #pragma once
 

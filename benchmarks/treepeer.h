@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The peer made of a tree widget whose items are hidden one by one.
 #pragma once
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # nodebrowser_settings(TARGET): the warnings, the sanitizers and the Qt switches that all our code is built with.
 function(nodebrowser_settings target)
     target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)

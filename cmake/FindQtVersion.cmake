@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Finds the Qt that NODEBROWSER_QT_MAJOR names, or the newest one, and sets
 #   NODEBROWSER_QT_MAJOR    the version in use
 #   NODEBROWSER_QT_GUI      what the data layers link: core types, pixmaps, the undo stack

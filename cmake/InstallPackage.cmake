@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Installs the libraries, their public headers and the CMake package "nodebrowser".
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The accessors' common ground: a shared context in the data layer and a pointer to the one interface of it that the
 /// accessor speaks.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "datamodel/compoundmodifier.h"
 #include "datamodel/item.h"
 #include "datamodel/itemlibrary.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Making and changing compounds.
 #pragma once
 

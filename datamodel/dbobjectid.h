@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Identity of an object of the object database.
 #pragma once
 

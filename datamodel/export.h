@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The export macro of the boundary: puts a class or function on the library's public surface, on Windows too.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Questions about items that no single accessor answers.
 #pragma once
 

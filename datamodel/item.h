@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// One item of a library: its identity and the values stored with it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Identity of one item of an item library, and the names of the item types.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Reading an item library: names, tags, access, models.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Writing to an item library: tags, commits, new items.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A library's table of contents: the items of each type, and the notifications of items that come and go.
 #pragma once
 

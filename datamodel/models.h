@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Typed views of an item's model: compound, loop compound, function, type.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Handles on objects of the object database.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Counted pointers on interfaces of the object database, and what happens when a null one is followed.
 #pragma once
 

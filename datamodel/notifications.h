@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What a data layer tells its observers, and the codes an observer registers with.
 #pragma once
 

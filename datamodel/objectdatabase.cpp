@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "datamodel/objectdatabase.h"
 
 #include <cstdio>

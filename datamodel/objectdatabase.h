@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The object database behind the items: objects, data sources, resources, queries.
 #pragma once
 

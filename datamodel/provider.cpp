@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "datamodel/provider.h"
 
 #include "datamodel/helpers.h"

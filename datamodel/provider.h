@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Where an implementation of the data layer plugs in. Implementations and hosts include this header; the browser
 /// library never does.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The services of revision control.
 #pragma once
 

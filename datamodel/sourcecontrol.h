@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Source control as the user sees it: states, badges, tool tips.
 #pragma once
 

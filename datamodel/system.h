@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The application framework as far as the boundary goes: services looked up by name, and undo.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Tells the window of changes to the library that it shows.
 #pragma once
 

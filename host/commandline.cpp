@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/commandline.h"
 
 #include <QCommandLineParser>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The window that answers "Show Files".
 #pragma once
 

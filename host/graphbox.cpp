@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/graphbox.h"
 
 #include "qtcompat/qtcompat.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A node in the graph: a box with an icon and a name.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The graph of the reference host: a surface that nodes are dragged to from the browser.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/itemkind.h"
 
 #include "memorymodel/library.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the host calls items and their kinds, and how it draws them.
 #pragma once
 

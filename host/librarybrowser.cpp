@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/librarybrowser.h"
 
 #include "host/itemkind.h"

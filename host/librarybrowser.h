@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The browser of the reference host: it can be set from the command line and can tell what it shows.
 #pragma once
 

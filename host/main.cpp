@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The reference host: the browser at work on a real library.
 
 #include "host/commandline.h"

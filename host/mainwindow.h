@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The window of the reference host: the browser in a dock beside a graph.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/openlibrary.h"
 
 #include "importers/materialx.h"

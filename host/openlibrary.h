@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Opens what a person names on the command line or in a file dialog.
 #pragma once
 

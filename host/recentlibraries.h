@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The libraries that were opened last, kept in the user's settings.
 #pragma once
 

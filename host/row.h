@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A row of the browser as text.
 #pragma once
 

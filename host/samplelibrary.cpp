@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/samplelibrary.h"
 
 #include "host/sampletable.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The library that the reference host shows when it is given none.
 #pragma once
 

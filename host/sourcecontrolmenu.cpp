@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/sourcecontrolmenu.h"
 
 #include "datamodel/helpers.h"

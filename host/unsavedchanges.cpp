@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/unsavedchanges.h"
 
 #include "host/itemkind.h"

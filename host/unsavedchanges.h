@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What happens to changes that were not saved.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The export macro of the importers.
 #pragma once
 

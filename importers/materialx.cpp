@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "importers/materialx.h"
 
 #include "importers/materialxdocument.h"

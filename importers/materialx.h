@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Reads MaterialX documents and puts what they declare into a library in memory.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "importers/materialxdocument.h"
 
 #include <QFile>

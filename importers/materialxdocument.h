@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What one MaterialX document declares, as it stands there. No rule about items is known here.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "importers/materialxitems.h"
 
 #include <QHash>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The rules by which MaterialX declarations become items. Nothing is read here.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memorymodel/changes.h"
 
 #include "memorymodel/commandmanager.h"

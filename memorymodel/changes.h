@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The changes of a library that can be undone.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Undo for the in-memory data layer: an undo stack behind the boundary's command manager.
 #pragma once
 

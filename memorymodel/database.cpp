@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memorymodel/database.h"
 
 #include "memorymodel/items.h"

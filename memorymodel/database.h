@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The object database of a data layer in memory.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The whole data layer in memory: what a host without a data layer of its own embeds, and what tests run against.
 #pragma once
 

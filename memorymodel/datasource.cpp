@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memorymodel/datasource.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A data source of the in-memory data layer: a named place that items live in.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The export macro of the in-memory data layer.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memorymodel/items.h"
 
 #include "memorymodel/librarycontext.h"

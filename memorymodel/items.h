@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The items of a library in memory: one context per item, of a class per kind.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the parts of one data layer share: its libraries and its database.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memorymodel/library.h"
 
 #include "memorymodel/librarycontext.h"

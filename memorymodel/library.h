@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// An item library in memory: the boundary's library and table of contents, and the way to put content into them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// An item library in memory, as its accessors see it.
 #pragma once
 

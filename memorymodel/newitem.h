@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The description of an item to be added to a library.
 #pragma once
 

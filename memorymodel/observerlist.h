@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The observers of one thing, told in the order in which they registered.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The service "RevisionControlPropertiesMgr" of the in-memory data layer.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memorymodel/sourcecontrol.h"
 
 #include "memorymodel/layercontents.h"

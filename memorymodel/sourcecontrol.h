@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The source-control side of the in-memory data layer: states per object, badges, tool tips, and the two services.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What stands behind the source-control side of the boundary.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memorymodel/statebadge.h"
 
 #include "datamodel/notifications.h"

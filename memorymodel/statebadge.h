@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The badges of the source-control states, and their names.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The items of one type, in the order in which they were added.
 #pragma once
 

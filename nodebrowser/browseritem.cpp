@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/browseritem.h"
 
 #include "nodebrowser/dbobject.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The browser's record of one listed item.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/browsertabbar.h"
 
 #include "nodebrowser/rowlayout.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The tab bar of the browser.
 #pragma once
 

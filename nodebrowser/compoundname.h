@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Which texts can be names of compounds.
 #pragma once
 

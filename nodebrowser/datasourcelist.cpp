@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/datasourcelist.h"
 
 #include "qtcompat/latin1.h"

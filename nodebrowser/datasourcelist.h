@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The data sources that a compound can be moved to.
 #pragma once
 

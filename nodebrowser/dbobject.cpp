@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/dbobject.h"
 
 #include "datamodel/helpers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The way from an item to its object in the object database.
 #pragma once
 

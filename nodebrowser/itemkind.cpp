@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/itemkind.h"
 
 #include "datamodel/helpers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What an item is, as far as its icon and the tabs tell items apart.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Where an item stands in the item list.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The order of the item list.
 #pragma once
 

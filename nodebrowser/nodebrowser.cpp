@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/nodebrowser.h"
 
 #include "datamodel/compoundmodifier.h"

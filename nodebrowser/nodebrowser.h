@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The browser of a node library: search it, scroll it, select in it, drag out of it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/renamedialog.h"
 
 #include "nodebrowser/compoundname.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The dialog that asks for a compound's new name.
 #pragma once
 

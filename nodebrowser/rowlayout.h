@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Maps points to rows and rows to places. Pure arithmetic in the widget's pixels; knows no widget.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The names of the rows as shaped text, for a painter that draws much the same rows again and again.
 #pragma once
 

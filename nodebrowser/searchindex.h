@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The fast way to the rows of a search.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/searchscore.h"
 
 #include <boost/algorithm/string/classification.hpp>

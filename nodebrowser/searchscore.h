@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The search rule: which items the typed words find, and how relevant each is.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/stateicon.h"
 
 #include "datamodel/sourcecontrol.h"

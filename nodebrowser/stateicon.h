@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The pictures of a row: the icon of an item's kind, and that icon with its marks.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/tagindex.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The tags of every listed item, and the items of every tag.
 #pragma once
 

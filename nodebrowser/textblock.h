@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Many short texts laid end to end, to be searched in one go.
 #pragma once
 

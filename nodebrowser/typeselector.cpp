@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/typeselector.h"
 
 #include "datamodel/helpers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The dialog that lets the user choose a type.
 #pragma once
 

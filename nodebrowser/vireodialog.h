@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The dialogs that name a new compound and that edit an item's tags.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The text of the data layer, which is 8-bit Latin-1, and the text of the user interface.
 #pragma once
 

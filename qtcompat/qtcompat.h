@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Every difference between the toolkit's versions, each as one named function. No other room tests a version.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A browser on a library of its own: the smallest data layer that shows rows.
 #include <datamodel/provider.h>
 #include <nodebrowser/nodebrowser.h>

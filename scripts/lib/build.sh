@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Configures and builds below build/. To be sourced; brings packages.sh along and sets root to the project's folder,
 # which is not made the current one. Writes to standard error only.
 # shellcheck shell=bash

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Installs what a script needs from the distribution's packages. To be sourced; writes to standard error only.
 # shellcheck shell=bash disable=SC2034 # the lists are read by the scripts that source this
 

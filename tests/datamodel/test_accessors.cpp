@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Accessors over a context of the test's own: pointing, liveness, and what invalid ones answer.
 
 #include "datamodel/compoundmodifier.h"

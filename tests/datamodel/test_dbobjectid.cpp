@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The identity of database objects: text in, text out.
 
 #include "datamodel/dbobjectid.h"

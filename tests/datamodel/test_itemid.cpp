@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The identity of items: validity, type names, order, text.
 
 #include "datamodel/itemid.h"

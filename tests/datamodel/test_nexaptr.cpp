@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Counted pointers: what following a null one prints and throws.
 
 #include "datamodel/nexahandle.h"

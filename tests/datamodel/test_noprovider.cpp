@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The boundary without a data layer: everything is absent, nothing crashes.
 
 #include "datamodel/helpers.h"

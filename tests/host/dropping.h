@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What tests of the graph share: a drag from the browser, as the toolkit delivers it to the widget under the pointer.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A person at a real screen: every move, press and key goes through the X server, and each step waits for what it has to
 /// bring about.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/fileswindow.h"
 
 #include "host/librarybrowser.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/graphcanvas.h"
 
 #include "host/graphbox.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "datamodel/helpers.h"
 #include "host/fileswindow.h"
 #include "host/graphbox.h"

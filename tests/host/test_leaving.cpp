@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/mainwindow.h"
 #include "memorymodel/datalayer.h"
 #include "tests/host/windowfixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "datamodel/helpers.h"
 #include "datamodel/sourcecontrol.h"
 #include "host/graphcanvas.h"

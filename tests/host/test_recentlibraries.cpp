@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/recentlibraries.h"
 
 #include "host/mainwindow.h"

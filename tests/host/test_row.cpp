@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "host/row.h"
 #include "tests/support/testmain.h"
 

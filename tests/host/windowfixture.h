@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What tests of the window share: how it is shown and closed, its rows and menus, a platform that is quiet, and settings
 /// that are nobody's.
 #pragma once

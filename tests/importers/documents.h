@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Documents on disk for the tests of the MaterialX reader, and a readable form of what was read.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/importers/documents.h"
 #include "tests/support/testmain.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the contract of the boundary needs from an implementation of the data layer, to be run against it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The contract of the boundary, checked line by line against one implementation of the data layer.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the parts of the contract share.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// An observer of a library that writes down what it is told.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is particular to the data layer in memory: factory objects, removed libraries, the compound target.
 
 #include "contractsupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The contract of the boundary, run against the data layer in memory.
 
 #include "contract.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is particular to libraries in memory: setting up content, removing, closing, writers.
 
 #include "contractsupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is particular to source control in memory: states on record, badges, tool tips, handlers.
 
 #include "contractsupport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A person in front of menus and dialogs that run modally.
 #pragma once
 

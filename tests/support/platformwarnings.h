@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The warnings that a platform without a screen gives, announced so that they do not fail a test.
 #pragma once
 

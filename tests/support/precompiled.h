@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The headers that most tests include, read by the compiler once for all of them. No file includes this one: each
 /// includes what it uses.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Every difference between the toolkit's versions that only tests meet.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Waiting for what takes its time.
 #pragma once
 

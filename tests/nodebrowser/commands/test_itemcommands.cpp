@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qtcompat/latin1.h"
 #include "tests/nodebrowser/support/onecompound.h"
 #include "tests/support/testmain.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the tests of the dialogs share: a person who works in a dialog, and finds the parts of it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/renamedialog.h"
 #include "qtcompat/latin1.h"

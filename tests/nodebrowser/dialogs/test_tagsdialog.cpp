@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/vireodialog.h"
 #include "qtcompat/latin1.h"
 #include "tests/nodebrowser/dialogs/dialogfixture.h"

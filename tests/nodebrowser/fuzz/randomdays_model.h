@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What a browser must be like, worked out a second time from plain rules and from what the library says.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Somebody who deals at random with whatever menu, dialog or drag is up.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The data layer of a random day: its libraries, and what may happen to them while somebody works with a browser.
 #pragma once
 

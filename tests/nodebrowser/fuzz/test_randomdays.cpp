@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qtcompat/qtcompat.h"
 #include "tests/nodebrowser/fuzz/randomdays_model.h"
 #include "tests/nodebrowser/fuzz/randomdays_person.h"

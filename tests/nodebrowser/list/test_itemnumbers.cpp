@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/itemnumbers.h"
 #include "tests/support/testmain.h"
 

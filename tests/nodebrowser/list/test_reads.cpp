@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "datamodel/provider.h"
 #include "memorymodel/datalayer.h"
 #include "tests/nodebrowser/support/browserfixture.h"

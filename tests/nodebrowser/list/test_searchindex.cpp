@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/searchindex.h"
 #include "nodebrowser/tagindex.h"
 #include "tests/support/testmain.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/compoundname.h"
 #include "qtcompat/latin1.h"
 #include "tests/support/testcompat.h"

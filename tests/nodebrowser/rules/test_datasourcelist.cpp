@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "datamodel/helpers.h"
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/datasourcelist.h"

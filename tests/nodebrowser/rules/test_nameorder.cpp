@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/nameorder.h"
 #include "tests/support/testmain.h"
 

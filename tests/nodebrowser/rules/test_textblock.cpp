@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/textblock.h"
 #include "tests/support/testmain.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the tests of the browser share: a browser that can be looked into, and a person's way of using it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A browser whose commands can be called like the context menu calls them.
 #pragma once
 

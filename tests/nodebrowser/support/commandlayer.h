@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A data layer of plain fields that writes down every command it is given, and answers or refuses as a test wants.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A data layer of plain fields: it counts what it is asked, and does what a well-behaved one never does.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A browser of one compound.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What widgets look like, pixel by pixel.
 #pragma once
 

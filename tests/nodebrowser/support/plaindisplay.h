@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A source-control display without source control.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Spies for the tests of the browser: they stand between it and the data layer, write down what it asks for, and pass
 /// it on.
 #pragma once

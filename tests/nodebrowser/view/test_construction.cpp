@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qtcompat/latin1.h"
 #include "tests/nodebrowser/support/browserfixture.h"
 #include "tests/nodebrowser/support/spylayer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "memorymodel/datalayer.h"
 #include "tests/nodebrowser/support/browserfixture.h"
 #include "tests/support/testmain.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "qtcompat/qtcompat.h"
 #include "tests/nodebrowser/support/browserfixture.h"
 #include "tests/nodebrowser/support/fakelibrary.h"

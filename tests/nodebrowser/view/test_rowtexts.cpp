@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "nodebrowser/rowtexts.h"
 #include "tests/support/testmain.h"
 

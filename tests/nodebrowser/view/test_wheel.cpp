@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
 #include "tests/nodebrowser/support/fakelibrary.h"
 #include "tests/nodebrowser/support/pictures.h"
