@@ -12,6 +12,9 @@
 
 #include <string>
 
+namespace nodebrowser
+{
+
 CRenameCompoundDialog::CRenameCompoundDialog(const vireo::datamodel::ItemLibraryAccessor& in_library,
                                              vireo::datamodel::CompoundAccessor& in_compound)
     : m_library(in_library)
@@ -99,3 +102,5 @@ void CRenameCompoundDialog::EnableOk(bool in_enabled)
     if (QPushButton* const button = m_buttons ? m_buttons->button(QDialogButtonBox::Ok) : nullptr)
         button->setEnabled(in_enabled);
 }
+
+} // namespace nodebrowser

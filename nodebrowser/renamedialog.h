@@ -11,6 +11,9 @@
 #include <QPointer>
 #include <QString>
 
+namespace nodebrowser
+{
+
 /// Checks the name while the user types it. The name may be neither empty nor in use. The compound's present name is
 /// always accepted, in whatever case. A fault turns the edit red, is told in a tool tip, and disables OK. The dialog
 /// renames nothing: after exec() the caller reads GetName().
@@ -44,3 +47,5 @@ private:
     QPointer<QDialogButtonBox> m_buttons;
     QString m_currentName;
 };
+
+} // namespace nodebrowser

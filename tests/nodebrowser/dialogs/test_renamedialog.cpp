@@ -17,6 +17,7 @@
 using memorymodel::DataLayer;
 using memorymodel::Library;
 using memorymodel::NewItem;
+using nodebrowser::CRenameCompoundDialog;
 using qtcompat::FromLatin1;
 using vireo::datamodel::CompoundAccessor;
 using vireo::datamodel::ItemID;
