@@ -39,5 +39,5 @@ public Q_SLOTS:
 
 private:
     struct Private;
-    std::unique_ptr<Private> m_private;
+    const std::unique_ptr<Private> m_private;
 };

@@ -47,7 +47,7 @@ private Q_SLOTS:
 
 private:
     struct Private;
-    std::unique_ptr<Private> m_private;
+    const std::unique_ptr<Private> m_private;
 };
 
 /// Lets the user edit the tags of an item as one text. OK normalises the text: it removes empty tags and the white space
@@ -72,5 +72,5 @@ private Q_SLOTS:
 
 private:
     struct Private;
-    std::unique_ptr<Private> m_private;
+    const std::unique_ptr<Private> m_private;
 };
