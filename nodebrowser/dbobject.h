@@ -17,8 +17,8 @@ nexa4::IRevisionControlUIHelper* FindRevisionControlHelper();
 /// \return false when the item's identity text is no UID; out_id is not written then
 bool GetObjectId(const vireo::datamodel::ItemID& in_item, nexa4::DbObjectId& out_id);
 
-/// The database object of an item. The handle is invalid when the item's identity text is no UID or the service knows no
-/// such object.
+/// The database object of an item. The handle is invalid when the item's identity text is no UID or the service knows
+/// no such object.
 nexa4::NEXAHandle<nexa4::IDbObject> FindDbObject(nexa4::IRevisionControlUIHelper& in_helper,
                                                  const vireo::datamodel::ItemID& in_item);
 

@@ -27,8 +27,8 @@ public:
     CRenameCompoundDialog(const vireo::datamodel::ItemLibraryAccessor& in_library,
                           vireo::datamodel::CompoundAccessor& in_compound);
 
-    /// Puts a name into the edit and selects it, so that typing replaces it. The name is not checked: the user can always
-    /// confirm a dialog that nobody has typed in.
+    /// Puts a name into the edit and selects it, so that typing replaces it. The name is not checked: the user can
+    /// always confirm a dialog that nobody has typed in.
     void SetName(const QString& in_name);
     /// The name in the edit. It is the present name when somebody has destroyed the edit, so that nothing is renamed.
     QString GetName() const;

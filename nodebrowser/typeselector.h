@@ -9,14 +9,15 @@
 
 #include <memory>
 
-/// Shows the types of the application's current library in a browser. A selected row closes the dialog at once; there is
-/// no OK button. The dialog accepts only a type.
+/// Shows the types of the application's current library in a browser. A selected row closes the dialog at once; there
+/// is no OK button. The dialog accepts only a type.
 ///
 ///     CTypeSelector selector(this);
 ///     if (selector.exec() == QDialog::Accepted)
 ///         use(selector.GetSelected());
 ///
-/// The library is that of the service "NEXADBProxy". Without the service the list is empty, and the user can only cancel.
+/// The library is that of the service "NEXADBProxy". Without the service the list is empty, and the user can only
+/// cancel.
 class NODEBROWSER_EXPORT CTypeSelector : public QDialog
 {
     Q_OBJECT

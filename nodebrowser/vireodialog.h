@@ -20,7 +20,8 @@
 ///         create(dialog.GetCompoundName(), dialog.GetCategory(), dialog.GetBaseClass());
 ///
 /// The name tells whether the user agreed, not the result of exec(). The name is empty after Cancel and after Escape.
-/// The constructor reads all compounds of the library once, to list the signatures. It keeps no reference to the library.
+/// The constructor reads all compounds of the library once, to list the signatures. It keeps no reference to the
+/// library.
 class NODEBROWSER_EXPORT CVireoCompoundCreateDialog : public QDialog
 {
     Q_OBJECT
@@ -50,8 +51,8 @@ private:
     const std::unique_ptr<Private> m_private;
 };
 
-/// Lets the user edit the tags of an item as one text. OK normalises the text: it removes empty tags and the white space
-/// around each tag. The dialog writes nothing. The caller compares the result with the old tags and stores it.
+/// Lets the user edit the tags of an item as one text. OK normalises the text: it removes empty tags and the white
+/// space around each tag. The dialog writes nothing. The caller compares the result with the old tags and stores it.
 class NODEBROWSER_EXPORT CItemTagsEditorDialog : public QDialog
 {
     Q_OBJECT
@@ -62,8 +63,8 @@ public:
     CItemTagsEditorDialog(const char* in_itemName, const char* in_itemTags);
     ~CItemTagsEditorDialog() override;
 
-    /// The tags joined by ";". Until OK is pressed they are as passed in; then they are as typed, and normalised. A null
-    /// character ends what was typed.
+    /// The tags joined by ";". Until OK is pressed they are as passed in; then they are as typed, and normalised. A
+    /// null character ends what was typed.
     const std::string& GetItemTags() const;
 
 private Q_SLOTS:

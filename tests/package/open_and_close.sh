@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Starts a program on the current X server, waits for its window, and closes the window by the keyboard, as a person does:
+# Starts a program on the current X server, waits for its window, and closes the window by the keyboard, as a person
+# does:
 #
 #     open_and_close.sh PROGRAM
 #
-# Ends with the program's exit status, or with 1 when the program ends before it has a window, opens none in time, or does
-# not end when its window is closed. LIMIT is the time for each step, in seconds.
+# Ends with the program's exit status, or with 1 when the program ends before it has a window, opens none in time, or
+# does not end when its window is closed. LIMIT is the time for each step, in seconds.
 set -u
 
 limit=${LIMIT:-60}
@@ -17,7 +18,8 @@ fail()
     exit 1
 }
 
-# in_time PROCESS COMMAND…: repeats a command until it succeeds. Fails when the process ends, or when the limit is reached.
+# in_time PROCESS COMMAND…: repeats a command until it succeeds. Fails when the process ends, or when the limit is
+# reached.
 in_time()
 {
     local process=$1 end=$((SECONDS + limit))

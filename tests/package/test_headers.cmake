@@ -26,9 +26,9 @@ target_link_libraries(headers PRIVATE nodebrowser::nodebrowser nodebrowser::memo
 ]])
 build_project(${WORK}/headers ${WORK}/headers/build)
 
-# A new field changes the size of its class, which breaks every program that was built before. So a class that is exported
-# has one field, the pointer to its private part. datamodel/ is exempt: it has interfaces, which have no fields, and small
-# values, which keep theirs because copies must be cheap.
+# A new field changes the size of its class, which breaks every program that was built before. So a class that is
+# exported has one field, the pointer to its private part. datamodel/ is exempt: it has interfaces, which have no
+# fields, and small values, which keep theirs because copies must be cheap.
 set(private_part "(m_private|m_implementation|m_context)")
 # These classes do not do so yet.
 set(exempt memorymodel/commandmanager.h memorymodel/datasource.h memorymodel/newitem.h nodebrowser/nodebrowser.h)
@@ -37,7 +37,8 @@ foreach(header ${headers})
         continue()
     endif()
     # A line that declares a field starts with its type. Statements are left out.
-    file(STRINGS ${root}/${header} lines REGEX "^ +[A-Za-z].*[ *&>]m_[A-Za-z0-9]+(\\[[^]]*\\])?( = [^;]+|{.*})?;( *//.*)?$")
+    file(STRINGS ${root}/${header} lines
+        REGEX "^ +[A-Za-z].*[ *&>]m_[A-Za-z0-9]+(\\[[^]]*\\])?( = [^;]+|{.*})?;( *//.*)?$")
     foreach(line IN LISTS lines)
         if(NOT line MATCHES "^ *return | ${private_part};$")
             string(STRIP "${line}" line)
