@@ -24,7 +24,7 @@ struct DataSourceEntry
 
 /// All data sources of a compound's database in the database's order. Labels mark the compound's own source and
 /// read-only ones, which are disabled. All are disabled when the compound's own source is read-only. Throws
-/// nexa4::ExBase::NullPtr when the database lacks an object that it names, or the compound's own source.
+/// nexa4::ExBase::NullPtr when the compound has no database or no source, or the database lacks an object that it names.
 /// \param in_compound a valid handle
 std::vector<DataSourceEntry> ListDataSources(const nexa4::NEXAHandle<nexa4::IDbObject>& in_compound);
 
