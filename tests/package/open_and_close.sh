@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Starts a program on the current X server, waits for its window, and closes the window by the keyboard, as a person
+# Starts a program on an X server of its own, waits for its window, and closes the window by the keyboard, as a person
 # does:
 #
 #     open_and_close.sh PROGRAM
@@ -56,9 +56,21 @@ close_window()
     ! is_running "$program"
 }
 
-manager=
+# The window manager ends with the server. The server is waited for, because it removes files when it ends, and a next
+# server with the same number would miss them.
+clean_up()
+{
+    kill -KILL $program 2>/dev/null
+    kill "$server" 2>/dev/null && wait "$server"
+}
+
+# The server finds a free number and writes it. It must not start afresh whenever its last client leaves.
 program=
-trap 'kill -KILL $manager $program 2>/dev/null' EXIT
+trap clean_up EXIT
+coproc numbers { exec Xvfb -displayfd 1 -noreset -nolisten tcp -screen 0 800x600x24 2>/dev/null; }
+server=$!
+read -r -t "$limit" -u "${numbers[0]}" number || fail "the X server does not start"
+export DISPLAY=:$number
 
 # The program starts after the window manager: a window that is shown while the manager starts may stay hidden.
 openbox &
