@@ -40,4 +40,11 @@ function(nodebrowser_library name)
         target_compile_definitions(${name} PUBLIC ${macro}_STATIC)
     endif()
     set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    # An installed library finds the others beside it, in whatever prefix. A program's run path does not count for the
+    # libraries that its libraries need. Windows has no run path and looks beside the program.
+    if(APPLE)
+        set_property(TARGET ${name} APPEND PROPERTY INSTALL_RPATH "@loader_path")
+    elseif(UNIX)
+        set_property(TARGET ${name} APPEND PROPERTY INSTALL_RPATH "$ORIGIN")
+    endif()
 endfunction()

@@ -4,6 +4,7 @@
 #   NODEBROWSER_QT_GUI      what the data layers link: core types, pixmaps, the undo stack
 #   NODEBROWSER_QT_WIDGETS  what the browser links
 #   NODEBROWSER_QT_TEST     what the tests link
+# Qt 4 is found by its qmake: the one that QT_QMAKE_EXECUTABLE names, or the first in the path.
 if(NOT NODEBROWSER_QT_MAJOR)
     foreach(major 6 5 4)
         if(major EQUAL 4)

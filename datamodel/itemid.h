@@ -32,7 +32,8 @@ struct DATAMODEL_EXPORT LibType
 /// ever gets. It keeps nothing alive and may outlive its item; every operation of the boundary accepts the identity of
 /// an item that is gone and answers nothing for it.
 ///
-/// Copying, comparing and ordering cost a few machine words. Equal identities always have the same type.
+/// Copying, comparing and ordering cost a few machine words: a value keeps its fields in the header. Equal identities
+/// always have the same type.
 class DATAMODEL_EXPORT ItemID
 {
 public:

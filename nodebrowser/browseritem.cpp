@@ -10,6 +10,7 @@
 using nexa4::DbObjectId;
 using nexa4::IDbObject;
 using nexa4::NEXAHandle;
+using nodebrowser::GetObjectId;
 
 namespace
 {

@@ -3,6 +3,9 @@
 
 #include "nodebrowser/rowlayout.h"
 
+namespace nodebrowser
+{
+
 namespace
 {
 
@@ -29,3 +32,5 @@ QSize BrowserTabBar::tabSizeHint(int in_index) const
 {
     return WithTabBarHeight(QTabBar::tabSizeHint(in_index));
 }
+
+} // namespace nodebrowser

@@ -4,8 +4,11 @@
 
 #include <QTabBar>
 
-/// A tab bar that is 23 pixels high whatever the style and the toolkit version: placed below the search field it ends
-/// exactly where the list begins, so that it covers no row.
+namespace nodebrowser
+{
+
+/// A tab bar that is 23 pixels high in every style and toolkit version. It stands below the search field and ends where
+/// the list begins, so that it covers no row.
 class BrowserTabBar : public QTabBar
 {
 public:
@@ -17,3 +20,5 @@ public:
 protected:
     QSize tabSizeHint(int in_index) const override;
 };
+
+} // namespace nodebrowser

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "nodebrowser/compoundname.h"
 
+namespace nodebrowser
+{
+
 namespace
 {
 
@@ -35,3 +38,5 @@ QValidator::State CompoundNameValidator::validate(QString& in_text, int& out_pos
         out_position = static_cast<int>(in_text.size());
     return state;
 }
+
+} // namespace nodebrowser

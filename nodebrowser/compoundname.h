@@ -5,14 +5,17 @@
 #include <QString>
 #include <QValidator>
 
-/// A name starts with a letter, a digit, a mark or an underscore, and may go on with white space too. Letters of every
-/// script count; characters that take two 16-bit units do not. An empty text is on its way to a name.
+namespace nodebrowser
+{
+
+/// A name consists of letters, digits, marks, underscores and white space, and does not start with white space. Letters
+/// of every script count. Characters of two 16-bit units do not. An empty text can still become a name.
 QValidator::State CheckCompoundName(const QString& in_name);
 
 /// Whether two names differ at most in the case of Latin-1 letters.
 bool IsSameNameButCase(const QString& in_left, const QString& in_right);
 
-/// Keeps out of an edit what cannot become the name of a compound.
+/// Lets only names of compounds be typed into an edit.
 class CompoundNameValidator : public QValidator
 {
 public:
@@ -20,3 +23,5 @@ public:
 
     State validate(QString& in_text, int& out_position) const override;
 };
+
+} // namespace nodebrowser

@@ -14,6 +14,9 @@ using nexa4::NEXAHandle;
 using nexa4::NEXAPtr;
 using qtcompat::FromLatin1;
 
+namespace nodebrowser
+{
+
 namespace
 {
 
@@ -47,7 +50,7 @@ std::vector<DataSourceEntry> ListDataSources(const NEXAHandle<IDbObject>& in_com
         entry.m_label = FromLatin1(resource->GetName());
         if (nexa4::IsSameUri(current, resource))
         {
-            // Directly behind the name, without a blank, on purpose.
+            // There is no blank between the name and this mark, on purpose.
             entry.m_label += QString::fromLatin1("[Current]");
             entry.m_enabled = false;
         }
@@ -73,3 +76,5 @@ void MoveToDataSource(const NEXAHandle<IDbObject>& in_compound, const DbObjectId
     const NEXAPtr<IDataSource> source = SourceOf(FindResource(database, in_resource));
     helper->MoveToDataSource(in_compound, source, true);
 }
+
+} // namespace nodebrowser

@@ -3,6 +3,9 @@
 
 #include "datamodel/helpers.h"
 
+namespace nodebrowser
+{
+
 nexa4::IRevisionControlUIHelper* FindRevisionControlHelper()
 {
     return hmxGetService<nexa4::IRevisionControlUIHelper>("RevisionControlUIHelper");
@@ -23,3 +26,5 @@ nexa4::NEXAHandle<nexa4::IDbObject> FindDbObject(nexa4::IRevisionControlUIHelper
     nexa4::DbObjectId id;
     return GetObjectId(in_item, id) ? in_helper.FindObject(id) : nexa4::NEXAHandle<nexa4::IDbObject>();
 }
+
+} // namespace nodebrowser

@@ -44,6 +44,13 @@
 
 using nexa4::IDbObject;
 using nexa4::NEXAHandle;
+using nodebrowser::BrowserTabBar;
+using nodebrowser::CRenameCompoundDialog;
+using nodebrowser::DataSourceEntry;
+using nodebrowser::FindDbObject;
+using nodebrowser::FindRevisionControlHelper;
+using nodebrowser::ListDataSources;
+using nodebrowser::MoveToDataSource;
 using qtcompat::FromLatin1;
 using vireo::datamodel::BaseAccessor;
 using vireo::datamodel::CompoundAccessor;

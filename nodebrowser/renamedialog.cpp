@@ -4,15 +4,16 @@
 #include "nodebrowser/compoundname.h"
 #include "qtcompat/latin1.h"
 
-#include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QToolTip>
 #include <QVBoxLayout>
 
 #include <string>
+
+namespace nodebrowser
+{
 
 CRenameCompoundDialog::CRenameCompoundDialog(const vireo::datamodel::ItemLibraryAccessor& in_library,
                                              vireo::datamodel::CompoundAccessor& in_compound)
@@ -45,17 +46,21 @@ CRenameCompoundDialog::CRenameCompoundDialog(const vireo::datamodel::ItemLibrary
 
 void CRenameCompoundDialog::SetName(const QString& in_name)
 {
+    if (!m_nameEdit)
+        return;
     m_nameEdit->setText(in_name);
     m_nameEdit->selectAll();
 }
 
 QString CRenameCompoundDialog::GetName() const
 {
-    return m_nameEdit->text();
+    return m_nameEdit ? m_nameEdit->text() : m_currentName;
 }
 
 void CRenameCompoundDialog::OnNameChanged(const QString& in_text)
 {
+    if (!m_nameEdit)
+        return;
     const QString fault = FindFault(in_text);
     if (fault.isEmpty())
         ShowNoFault();
@@ -63,7 +68,7 @@ void CRenameCompoundDialog::OnNameChanged(const QString& in_text)
         ShowFault(fault);
 }
 
-/// What is wrong with a name, as the user reads it; empty when nothing is.
+/// What is wrong with a name, as the user reads it. Empty when the name is good.
 QString CRenameCompoundDialog::FindFault(const QString& in_text) const
 {
     if (in_text.isEmpty())
@@ -81,7 +86,7 @@ void CRenameCompoundDialog::ShowFault(const QString& in_fault)
     m_nameEdit->setPalette(palette);
     m_nameEdit->setToolTip(in_fault);
     QToolTip::showText(m_nameEdit->mapToGlobal(QPoint(0, 0)), in_fault, m_nameEdit);
-    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(false);
+    EnableOk(false);
 }
 
 void CRenameCompoundDialog::ShowNoFault()
@@ -89,5 +94,13 @@ void CRenameCompoundDialog::ShowNoFault()
     m_nameEdit->setPalette(QPalette());
     m_nameEdit->setToolTip(QString());
     QToolTip::hideText();
-    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(true);
+    EnableOk(true);
 }
+
+void CRenameCompoundDialog::EnableOk(bool in_enabled)
+{
+    if (QPushButton* const button = m_buttons ? m_buttons->button(QDialogButtonBox::Ok) : nullptr)
+        button->setEnabled(in_enabled);
+}
+
+} // namespace nodebrowser

@@ -6,13 +6,16 @@
 #include "datamodel/models.h"
 
 #include <QDialog>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QPointer>
 #include <QString>
 
-class QDialogButtonBox;
-class QLineEdit;
+namespace nodebrowser
+{
 
-/// Checks the name while it is typed: it may be neither empty nor in use, but the compound's present name is always
-/// accepted, in whatever case. What is wrong turns the edit red, stands in a tool tip and switches OK off. The dialog
+/// Checks the name while the user types it. The name may be neither empty nor in use. The compound's present name is
+/// always accepted, in whatever case. A fault turns the edit red, is told in a tool tip, and disables OK. The dialog
 /// renames nothing: after exec() the caller reads GetName().
 class CRenameCompoundDialog : public QDialog
 {
@@ -24,9 +27,10 @@ public:
     CRenameCompoundDialog(const vireo::datamodel::ItemLibraryAccessor& in_library,
                           vireo::datamodel::CompoundAccessor& in_compound);
 
-    /// Puts a name into the edit, selected, so that typing replaces it. It is not checked: a dialog that nobody has
-    /// typed in can always be confirmed.
+    /// Puts a name into the edit and selects it, so that typing replaces it. The name is not checked: the user can
+    /// always confirm a dialog that nobody has typed in.
     void SetName(const QString& in_name);
+    /// The name in the edit. It is the present name when somebody has destroyed the edit, so that nothing is renamed.
     QString GetName() const;
 
 private Q_SLOTS:
@@ -36,9 +40,12 @@ private:
     QString FindFault(const QString& in_text) const;
     void ShowFault(const QString& in_fault);
     void ShowNoFault();
+    void EnableOk(bool in_enabled);
 
     vireo::datamodel::ItemLibraryAccessor m_library;
-    QLineEdit* m_nameEdit;
-    QDialogButtonBox* m_buttons;
+    QPointer<QLineEdit> m_nameEdit;
+    QPointer<QDialogButtonBox> m_buttons;
     QString m_currentName;
 };
+
+} // namespace nodebrowser

@@ -7,36 +7,38 @@
 
 #include <QDialog>
 
-class CNodeBrowser;
+#include <memory>
 
-/// Shows the types of the application's current library in a browser. Picking a row closes it at once: there is nothing
-/// to confirm. It accepts only a type.
+/// Shows the types of the application's current library in a browser. A selected row closes the dialog at once; there
+/// is no OK button. The dialog accepts only a type.
 ///
 ///     CTypeSelector selector(this);
 ///     if (selector.exec() == QDialog::Accepted)
 ///         use(selector.GetSelected());
 ///
-/// The library is that of the service "NEXADBProxy"; without it the list is empty and the dialog can only be cancelled.
+/// The library is that of the service "NEXADBProxy". Without the service the list is empty, and the user can only
+/// cancel.
 class NODEBROWSER_EXPORT CTypeSelector : public QDialog
 {
     Q_OBJECT
 
 public:
     explicit CTypeSelector(QWidget* in_parent);
+    ~CTypeSelector() override;
 
-    /// The type picked. Meaningful only after exec() returned QDialog::Accepted.
-    vireo::datamodel::ItemID GetSelected() const { return m_selected; }
+    /// The selected type. Meaningful only after exec() returned QDialog::Accepted.
+    vireo::datamodel::ItemID GetSelected() const;
 
     QSize sizeHint() const override;
 
 public Q_SLOTS:
-    /// Turns an acceptance into a rejection when what is selected is no type.
+    /// Turns an acceptance into a rejection when the selected item is no type.
     void done(int r) override;
 
-    /// Closes the dialog with what is selected now.
+    /// Closes the dialog with the item that is selected now.
     void SelectionChanged();
 
 private:
-    CNodeBrowser* m_browser;
-    vireo::datamodel::ItemID m_selected;
+    struct Private;
+    const std::unique_ptr<Private> m_private;
 };

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QVariant>
 
@@ -37,7 +38,7 @@ const QSize gFieldSize(220, 20);
 const int gLabelLeft = 10;
 const int gFieldLeft = 120;
 const int gRowTops[] = {10, 40, 70};
-const int gLabelDrop = 2; // a label's text stands on the line of the field beside it
+const int gLabelDrop = 2; // puts a label's text on the line of the field beside it
 const QPoint gOkPosition(100, 100);
 const QPoint gCancelPosition(190, 100);
 
@@ -51,7 +52,7 @@ void PlaceField(QWidget& out_field, int in_row)
     out_field.setGeometry(QRect(QPoint(gFieldLeft, gRowTops[in_row]), gFieldSize));
 }
 
-/// The signatures of a library by name; of several with one name the last one met.
+/// The signatures of a library by name. Of several with the same name, the last one in the library counts.
 std::map<std::string, ItemID> FindSignatures(const ItemLibraryAccessor& in_library)
 {
     std::map<std::string, ItemID> signatures;
@@ -65,7 +66,7 @@ std::map<std::string, ItemID> FindSignatures(const ItemLibraryAccessor& in_libra
     return signatures;
 }
 
-/// Splits a text at semicolons, trims the pieces and joins what is left of them.
+/// Splits a text at semicolons, trims the pieces, and joins those that are not empty.
 std::string NormaliseTags(const std::string& in_text)
 {
     using Pieces = boost::split_iterator<std::string::const_iterator>;
@@ -80,131 +81,191 @@ std::string NormaliseTags(const std::string& in_text)
     return boost::join(tags, ";");
 }
 
+/// A list of a library's signatures to choose from, with "None" first.
+QComboBox* CreateSignatureList(const ItemLibraryAccessor& in_library, QWidget* in_parent)
+{
+    QComboBox* const list = new QComboBox(in_parent);
+    list->addItem(FromLatin1("None"), QVariant(FromLatin1("")));
+    for (const auto& signature : FindSignatures(in_library))
+        list->addItem(FromLatin1(signature.first.c_str()),
+                      QVariant(FromLatin1(ItemIDUnlock::GetItemIDUID(signature.second))));
+    list->setCurrentIndex(0);
+    return list;
+}
+
 } // namespace
+
+// The toolkit lets anybody destroy a widget of a dialog, so each pointer turns null with its widget.
+struct CVireoCompoundCreateDialog::Private
+{
+    QPointer<QLineEdit> m_categoryEdit;
+    QPointer<QLineEdit> m_nameEdit;
+    QPointer<QComboBox> m_signatureCombo; // null too when the dialog was made without signatures
+    QString m_kindWord;
+    QString m_category;
+    QString m_compoundName;
+    QString m_baseClass;
+};
 
 CVireoCompoundCreateDialog::CVireoCompoundCreateDialog(ItemLibraryAccessor in_library, const char* in_kindWord,
                                                        const char* in_defaultName, bool in_withSignature)
-    : m_kindWord(FromLatin1(in_kindWord))
+    : m_private(new Private)
 {
-    m_okButton = new QPushButton(FromLatin1("Ok"), this);
-    m_cancelButton = new QPushButton(FromLatin1("Cancel"), this);
-    // A letter may have a capital that Latin-1 lacks.
-    const QByteArray capitalised = (m_kindWord.left(1).toUpper() + m_kindWord.mid(1)).toLatin1();
-    m_nameLabel = new QLabel(FromLatin1(capitalised.constData()) + FromLatin1(" name: "), this);
-    m_nameEdit = new QLineEdit(FromLatin1(in_defaultName), this);
-    m_categoryLabel = new QLabel(FromLatin1("Category: "), this);
-    m_categoryEdit = new QLineEdit(this);
+    const QString kindWord = FromLatin1(in_kindWord);
+    m_private->m_kindWord = kindWord;
+    // The Tab key visits the widgets in the order in which they are made.
+    QPushButton* const okButton = new QPushButton(FromLatin1("Ok"), this);
+    QPushButton* const cancelButton = new QPushButton(FromLatin1("Cancel"), this);
+    // A letter of Latin-1 may have a capital that Latin-1 lacks.
+    const QByteArray capitalised = (kindWord.left(1).toUpper() + kindWord.mid(1)).toLatin1();
+    QLabel* const nameLabel = new QLabel(FromLatin1(capitalised.constData()) + FromLatin1(" name: "), this);
+    QLineEdit* const nameEdit = new QLineEdit(FromLatin1(in_defaultName), this);
+    QLabel* const categoryLabel = new QLabel(FromLatin1("Category: "), this);
+    QLineEdit* const categoryEdit = new QLineEdit(this);
+    PlaceLabel(*nameLabel, 0);
+    PlaceLabel(*categoryLabel, 1);
+    PlaceField(*nameEdit, 0);
+    PlaceField(*categoryEdit, 1);
     if (in_withSignature)
-        CreateSignatureRow(in_library);
-    m_okButton->setDefault(true);
-    connect(m_okButton, SIGNAL(clicked()), this, SLOT(OnOk()));
-    connect(m_cancelButton, SIGNAL(clicked()), this, SLOT(OnCancel()));
-    PlaceWidgets();
-    setWindowTitle(FromLatin1("Create ") + m_kindWord);
-}
-
-void CVireoCompoundCreateDialog::CreateSignatureRow(const ItemLibraryAccessor& in_library)
-{
-    m_signatureLabel = new QLabel(FromLatin1("Signature: "), this);
-    m_signatureCombo = new QComboBox(this);
-    m_signatureCombo->addItem(FromLatin1("None"), QVariant(FromLatin1("")));
-    for (const auto& signature : FindSignatures(in_library))
-        m_signatureCombo->addItem(FromLatin1(signature.first.c_str()),
-                                  QVariant(FromLatin1(ItemIDUnlock::GetItemIDUID(signature.second))));
-    m_signatureCombo->setCurrentIndex(0);
-}
-
-void CVireoCompoundCreateDialog::PlaceWidgets()
-{
-    PlaceLabel(*m_nameLabel, 0);
-    PlaceLabel(*m_categoryLabel, 1);
-    PlaceField(*m_nameEdit, 0);
-    PlaceField(*m_categoryEdit, 1);
-    if (m_signatureCombo)
     {
-        PlaceLabel(*m_signatureLabel, 2);
-        PlaceField(*m_signatureCombo, 2);
+        PlaceLabel(*new QLabel(FromLatin1("Signature: "), this), 2);
+        m_private->m_signatureCombo = CreateSignatureList(in_library, this);
+        PlaceField(*m_private->m_signatureCombo, 2);
     }
-    m_okButton->move(gOkPosition);
-    m_cancelButton->move(gCancelPosition);
-    // Also without the signature row, so that the three kinds of item are asked for in windows of one size.
+    m_private->m_nameEdit = nameEdit;
+    m_private->m_categoryEdit = categoryEdit;
+    okButton->setDefault(true);
+    connect(okButton, SIGNAL(clicked()), this, SLOT(OnOk()));
+    connect(cancelButton, SIGNAL(clicked()), this, SLOT(OnCancel()));
+    okButton->move(gOkPosition);
+    cancelButton->move(gCancelPosition);
+    // The same size without the signature row, so that the windows for all kinds of items look alike.
     setFixedSize(gDialogSize);
+    setWindowTitle(FromLatin1("Create ") + kindWord);
+}
+
+CVireoCompoundCreateDialog::~CVireoCompoundCreateDialog() = default;
+
+const QString& CVireoCompoundCreateDialog::GetCompoundName() const
+{
+    return m_private->m_compoundName;
+}
+
+const QString& CVireoCompoundCreateDialog::GetCategory() const
+{
+    return m_private->m_category;
+}
+
+const QString& CVireoCompoundCreateDialog::GetBaseClass() const
+{
+    return m_private->m_baseClass;
 }
 
 void CVireoCompoundCreateDialog::OnOk()
 {
-    m_category = FromLatin1("");
-    m_compoundName = FromLatin1("");
-    const QString category = m_categoryEdit->text();
-    QString name = m_nameEdit->text();
+    // Without its edit the dialog can never get a name.
+    if (!m_private->m_nameEdit)
+    {
+        OnCancel();
+        return;
+    }
+    m_private->m_category = FromLatin1("");
+    m_private->m_compoundName = FromLatin1("");
+    QString name = m_private->m_nameEdit->text();
     if (name.isEmpty())
     {
         QMessageBox box(QMessageBox::Critical, FromLatin1("Invalid Name"),
-                        FromLatin1("The ") + m_kindWord + FromLatin1(" name is invalid."), QMessageBox::Ok, nullptr,
-                        Qt::WindowFlags(Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint));
+                        FromLatin1("The ") + m_private->m_kindWord + FromLatin1(" name is invalid."), QMessageBox::Ok,
+                        nullptr, Qt::WindowFlags(Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint));
         box.exec();
         return;
     }
     for (int i = 0; i < name.size(); ++i)
         if (!name.at(i).isLetterOrNumber())
             name[i] = QLatin1Char('_');
-    m_baseClass = FromLatin1("");
-    if (m_signatureCombo && m_signatureCombo->currentIndex() != 0)
-        m_baseClass = m_signatureCombo->itemData(m_signatureCombo->currentIndex(), Qt::UserRole).toString();
-    m_compoundName = name;
-    m_category = category;
+    m_private->m_baseClass = FromLatin1("");
+    const QComboBox* const signatures = m_private->m_signatureCombo;
+    if (signatures && signatures->currentIndex() != 0)
+        m_private->m_baseClass = signatures->itemData(signatures->currentIndex(), Qt::UserRole).toString();
+    m_private->m_compoundName = name;
+    m_private->m_category = m_private->m_categoryEdit ? m_private->m_categoryEdit->text() : FromLatin1("");
     accept();
 }
 
 void CVireoCompoundCreateDialog::OnCancel()
 {
-    m_category = FromLatin1("");
-    m_compoundName = FromLatin1("");
+    m_private->m_category = FromLatin1("");
+    m_private->m_compoundName = FromLatin1("");
     reject();
 }
 
-CItemTagsEditorDialog::CItemTagsEditorDialog(const char* in_itemName, const char* in_itemTags) : m_itemTags(in_itemTags)
+// The dialog's destructor deletes what is left of these widgets: each pointer turns null with its widget.
+struct CItemTagsEditorDialog::Private
 {
-    m_okButton = new QPushButton(FromLatin1("Ok"), this);
-    m_cancelButton = new QPushButton(FromLatin1("Cancel"), this);
-    m_nameCaption = new QLabel(FromLatin1("Name: "), this);
-    m_nameLabel = new QLabel(FromLatin1(in_itemName), this);
-    // A name that reads like markup is a name all the same.
-    m_nameLabel->setTextFormat(Qt::PlainText);
-    m_tagsCaption = new QLabel(FromLatin1("Tags: "), this);
-    m_tagsEdit = new QLineEdit(FromLatin1(in_itemTags), this);
-    // Kept out of the dialog on purpose: without a parent it is never shown.
-    m_hintLabel = new QLabel(FromLatin1("State machine tags: Condition, TransitionBlend"));
-    m_okButton->setDefault(true);
-    connect(m_okButton, SIGNAL(clicked()), this, SLOT(OnOk()));
-    connect(m_cancelButton, SIGNAL(clicked()), this, SLOT(OnCancel()));
-    PlaceLabel(*m_nameCaption, 0);
-    PlaceLabel(*m_tagsCaption, 1);
-    PlaceLabel(*m_hintLabel, 2);
-    PlaceField(*m_nameLabel, 0);
-    PlaceField(*m_tagsEdit, 1);
-    m_okButton->move(gOkPosition);
-    m_cancelButton->move(gCancelPosition);
+    QPointer<QPushButton> m_okButton;
+    QPointer<QPushButton> m_cancelButton;
+    QPointer<QLabel> m_nameCaption;
+    QPointer<QLabel> m_nameLabel;
+    QPointer<QLabel> m_tagsCaption;
+    QPointer<QLineEdit> m_tagsEdit;
+    QPointer<QLabel> m_hintLabel;
+    std::string m_itemTags;
+};
+
+CItemTagsEditorDialog::CItemTagsEditorDialog(const char* in_itemName, const char* in_itemTags) : m_private(new Private)
+{
+    m_private->m_itemTags = in_itemTags;
+    m_private->m_okButton = new QPushButton(FromLatin1("Ok"), this);
+    m_private->m_cancelButton = new QPushButton(FromLatin1("Cancel"), this);
+    m_private->m_nameCaption = new QLabel(FromLatin1("Name: "), this);
+    m_private->m_nameLabel = new QLabel(FromLatin1(in_itemName), this);
+    // A name may look like markup.
+    m_private->m_nameLabel->setTextFormat(Qt::PlainText);
+    m_private->m_tagsCaption = new QLabel(FromLatin1("Tags: "), this);
+    m_private->m_tagsEdit = new QLineEdit(FromLatin1(in_itemTags), this);
+    // The hint has no parent on purpose: so it is never shown.
+    m_private->m_hintLabel = new QLabel(FromLatin1("State machine tags: Condition, TransitionBlend"));
+    m_private->m_okButton->setDefault(true);
+    connect(m_private->m_okButton, SIGNAL(clicked()), this, SLOT(OnOk()));
+    connect(m_private->m_cancelButton, SIGNAL(clicked()), this, SLOT(OnCancel()));
+    PlaceLabel(*m_private->m_nameCaption, 0);
+    PlaceLabel(*m_private->m_tagsCaption, 1);
+    PlaceLabel(*m_private->m_hintLabel, 2);
+    PlaceField(*m_private->m_nameLabel, 0);
+    PlaceField(*m_private->m_tagsEdit, 1);
+    m_private->m_okButton->move(gOkPosition);
+    m_private->m_cancelButton->move(gCancelPosition);
     setFixedSize(gDialogSize);
     setWindowTitle(FromLatin1("Edit Item Tags"));
 }
 
 CItemTagsEditorDialog::~CItemTagsEditorDialog()
 {
-    delete m_okButton;
-    delete m_cancelButton;
-    delete m_nameCaption;
-    delete m_nameLabel;
-    delete m_tagsCaption;
-    delete m_tagsEdit;
-    delete m_hintLabel;
+    delete m_private->m_okButton;
+    delete m_private->m_cancelButton;
+    delete m_private->m_nameCaption;
+    delete m_private->m_nameLabel;
+    delete m_private->m_tagsCaption;
+    delete m_private->m_tagsEdit;
+    delete m_private->m_hintLabel;
+}
+
+const std::string& CItemTagsEditorDialog::GetItemTags() const
+{
+    return m_private->m_itemTags;
 }
 
 void CItemTagsEditorDialog::OnOk()
 {
-    // The data layer takes tags as a C string: what stands behind a null character would be lost there, but make the tags
-    // differ from the old ones.
-    m_itemTags = NormaliseTags(m_tagsEdit->text().toLatin1().constData());
+    // Without its edit the dialog has no tags to return. Empty ones would make the caller delete those of the item.
+    if (!m_private->m_tagsEdit)
+    {
+        reject();
+        return;
+    }
+    // The data layer takes tags as a C string. It would drop what follows a null character, so that must not count as a
+    // change.
+    m_private->m_itemTags = NormaliseTags(m_private->m_tagsEdit->text().toLatin1().constData());
     accept();
 }
 

@@ -12,6 +12,8 @@
 #include <QPointer>
 #include <QStringList>
 
+#include <memory>
+
 using memorymodel::DataLayer;
 using memorymodel::Library;
 using memorymodel::NewItem;
@@ -776,6 +778,57 @@ private Q_SLOTS:
         QCOMPARE(NameEdit(dialog).text(), FromLatin1(" "));
         QCOMPARE(Confirm(dialog), int(QDialog::Accepted));
         QCOMPARE(dialog.GetCompoundName(), FromLatin1("_"));
+    }
+
+    void everyWidgetMayGoBeforeTheDialog()
+    {
+        for (int i = 0; i < 8; ++i)
+        {
+            std::unique_ptr<CompoundDialog> dialog(new CompoundDialog);
+            QVERIFY(ShowActive(*dialog));
+            QLineEdit* const nameEdit = &NameEdit(*dialog);
+            QList<QWidget*> widgets;
+            widgets << FindButton(*dialog, "Ok") << FindButton(*dialog, "Cancel") << nameEdit << &CategoryEdit(*dialog)
+                    << SignatureList(*dialog) << FindLabel(*dialog, FromLatin1("Compound name: "))
+                    << FindLabel(*dialog, FromLatin1("Category: ")) << FindLabel(*dialog, FromLatin1("Signature: "));
+            QCOMPARE(widgets.size(), 8);
+            QVERIFY(widgets.at(i));
+            const bool named = widgets.at(i) != nameEdit;
+            delete widgets.at(i);
+            QVERIFY(QMetaObject::invokeMethod(dialog.get(), "OnOk"));
+            QVERIFY(!dialog->isVisible());
+            QCOMPARE(dialog->result(), int(named ? QDialog::Accepted : QDialog::Rejected));
+            QCOMPARE(dialog->GetCompoundName(), FromLatin1(named ? "compound" : ""));
+        }
+    }
+
+    void withoutTheNameEditTheDialogGivesNoName()
+    {
+        CompoundDialog dialog;
+        QVERIFY(ShowActive(dialog));
+        Click(*FindButton(dialog, "Ok"));
+        QCOMPARE(dialog.GetCompoundName(), FromLatin1("compound"));
+        delete &NameEdit(dialog);
+        dialog.show();
+        Click(*FindButton(dialog, "Ok"));
+        QCOMPARE(dialog.result(), int(QDialog::Rejected));
+        QCOMPARE(dialog.GetCompoundName(), QString());
+    }
+
+    void withoutTheCategoryEditAndTheListTheRestCounts()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        library.Add(NewItem::Signature("Add"));
+        CompoundDialog dialog(library.GetAccessor());
+        CategoryEdit(dialog).setText(FromLatin1("Math"));
+        SignatureList(dialog)->setCurrentIndex(1);
+        delete &CategoryEdit(dialog);
+        delete SignatureList(dialog);
+        QCOMPARE(Confirm(dialog), int(QDialog::Accepted));
+        QCOMPARE(dialog.GetCompoundName(), FromLatin1("compound"));
+        QCOMPARE(dialog.GetCategory(), QString());
+        QCOMPARE(dialog.GetBaseClass(), QString());
     }
 
     void aLongKindWordLeavesTheWindowAsItIs()

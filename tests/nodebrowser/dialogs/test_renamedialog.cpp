@@ -17,6 +17,7 @@
 using memorymodel::DataLayer;
 using memorymodel::Library;
 using memorymodel::NewItem;
+using nodebrowser::CRenameCompoundDialog;
 using qtcompat::FromLatin1;
 using vireo::datamodel::CompoundAccessor;
 using vireo::datamodel::ItemID;
@@ -706,6 +707,41 @@ private Q_SLOTS:
         QCOMPARE(result, int(QDialog::Accepted));
         QCOMPARE(dialog.GetName(), FromLatin1("blend"));
         QCOMPARE(dialog.windowTitle(), FromLatin1("Rename Blend"));
+    }
+
+    void withoutItsEditTheDialogKeepsThePresentName()
+    {
+        Renaming renaming;
+        RenameDialog dialog(renaming);
+        QVERIFY(ShowActive(dialog));
+        Retype("Mix");
+        delete &dialog.Edit();
+        QCOMPARE(dialog.GetName(), FromLatin1("Blend"));
+        dialog.SetName(FromLatin1("Add"));
+        QVERIFY(QMetaObject::invokeMethod(&dialog, "OnNameChanged", Q_ARG(QString, QString())));
+        QCOMPARE(dialog.GetName(), FromLatin1("Blend"));
+        Click(dialog.Ok());
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QCOMPARE(dialog.GetName(), FromLatin1("Blend"));
+    }
+
+    void withoutOkOrAllButtonsTheNameIsStillChecked()
+    {
+        Renaming renaming;
+        for (int i = 0; i < 2; ++i)
+        {
+            RenameDialog dialog(renaming);
+            delete (i == 0 ? static_cast<QWidget*>(&dialog.Ok()) : &dialog.Buttons());
+            QVERIFY(ShowActive(dialog));
+            dialog.Edit().setFocus();
+            ExpectRaisedWindow();
+            Clear();
+            QCOMPARE(dialog.Edit().toolTip(), FromLatin1(gEmpty));
+            TypeText(FromLatin1("Mix"));
+            QCOMPARE(dialog.Edit().toolTip(), QString());
+            QCOMPARE(dialog.GetName(), FromLatin1("Mix"));
+            QVERIFY(WaitFor([] { return !FindToolTip(); }));
+        }
     }
 
     void withoutACompoundThereIsNoPresentName()

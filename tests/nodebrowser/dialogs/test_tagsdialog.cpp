@@ -41,6 +41,16 @@ QLabel* FindHint()
     return nullptr;
 }
 
+/// The seven widgets of a dialog with the tags "color", in the order in which they are made.
+QList<QPointer<QWidget>> AllWidgets(const QWidget& in_dialog)
+{
+    QList<QPointer<QWidget>> widgets;
+    widgets << FindButton(in_dialog, "Ok") << FindButton(in_dialog, "Cancel")
+            << FindLabel(in_dialog, FromLatin1("Name: ")) << FindLabel(in_dialog, FromLatin1("Blend"))
+            << FindLabel(in_dialog, FromLatin1("Tags: ")) << in_dialog.findChild<QLineEdit*>() << FindHint();
+    return widgets;
+}
+
 int Confirm(QDialog& in_dialog)
 {
     return RunDialog(in_dialog, [](QWidget& in_window) { Click(*FindButton(in_window, "Ok")); });
@@ -217,14 +227,52 @@ private Q_SLOTS:
         TagsDialog* const dialog = new TagsDialog("color");
         QVERIFY(ShowActive(*dialog));
         TagsEdit(*dialog).setFocus();
-        QList<QPointer<QWidget>> widgets;
-        widgets << FindHint() << FindLabel(*dialog, FromLatin1("Name: ")) << FindLabel(*dialog, FromLatin1("Blend"))
-                << FindLabel(*dialog, FromLatin1("Tags: ")) << &TagsEdit(*dialog) << FindButton(*dialog, "Ok")
-                << FindButton(*dialog, "Cancel");
+        const QList<QPointer<QWidget>> widgets = AllWidgets(*dialog);
+        for (int i = 0; i < widgets.size(); ++i)
+            QVERIFY(widgets.at(i));
         delete dialog;
-        QCOMPARE(widgets.size(), 7);
         for (int i = 0; i < widgets.size(); ++i)
             QVERIFY(!widgets.at(i));
+    }
+
+    void everyWidgetMayGoBeforeTheDialog_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        const char* const names[] = {"ok", "cancel", "name caption", "name", "tags caption", "tags edit", "hint"};
+        for (int i = 0; i < 7; ++i)
+            QTest::newRow(names[i]) << i << i;
+        QTest::newRow("all") << 0 << 6;
+    }
+
+    void everyWidgetMayGoBeforeTheDialog()
+    {
+        QFETCH(int, first);
+        QFETCH(int, last);
+        std::unique_ptr<TagsDialog> dialog(new TagsDialog("color"));
+        QVERIFY(ShowActive(*dialog));
+        const QList<QPointer<QWidget>> widgets = AllWidgets(*dialog);
+        QCOMPARE(widgets.size(), 7);
+        for (int i = first; i <= last; ++i)
+        {
+            QVERIFY(widgets.at(i));
+            delete widgets.at(i);
+        }
+        QVERIFY(QMetaObject::invokeMethod(dialog.get(), "OnOk"));
+        QVERIFY(!dialog->isVisible());
+        QCOMPARE(dialog->GetItemTags(), std::string("color"));
+        dialog.reset();
+        for (int i = 0; i < widgets.size(); ++i)
+            QVERIFY(!widgets.at(i));
+    }
+
+    void withoutItsEditTheDialogChangesNoTags()
+    {
+        TagsDialog dialog(" a ;b;");
+        TagsEdit(dialog).setText(FromLatin1("new"));
+        delete dialog.findChild<QLineEdit*>();
+        QCOMPARE(Confirm(dialog), int(QDialog::Rejected));
+        QCOMPARE(dialog.GetItemTags(), std::string(" a ;b;"));
     }
 
     void tagsAreNormalised_data()

@@ -445,6 +445,18 @@ private Q_SLOTS:
         QVERIFY(!selector.GetSelected().IsValid());
     }
 
+    void withoutItsBrowserTheDialogIsRejected()
+    {
+        const Types types;
+        CTypeSelector selector(nullptr);
+        QCOMPARE(RunAndPress(selector, 1), int(QDialog::Accepted));
+        QVERIFY(selector.GetSelected() == types.m_float);
+        delete &Browser(selector);
+        QVERIFY(QMetaObject::invokeMethod(&selector, "SelectionChanged"));
+        QCOMPARE(selector.result(), int(QDialog::Rejected));
+        QVERIFY(!selector.GetSelected().IsValid());
+    }
+
     void unusualSearchTextsDoNoHarm_data()
     {
         QTest::addColumn<QString>("text");

@@ -12,6 +12,7 @@
 #include <memory>
 
 using memorymodel::NewItem;
+using nodebrowser::FindRevisionControlHelper;
 using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemIterator;

@@ -8,6 +8,7 @@
 #include <memory>
 
 using memorymodel::NewItem;
+using nodebrowser::FindRevisionControlHelper;
 using vireo::datamodel::ItemIterator;
 
 /// Only the second factory object exists when the first record is made.

@@ -6,6 +6,9 @@
 
 #include <memory>
 
+using nodebrowser::CheckCompoundName;
+using nodebrowser::CompoundNameValidator;
+using nodebrowser::IsSameNameButCase;
 using qtcompat::FromLatin1;
 
 Q_DECLARE_METATYPE(QValidator::State)
