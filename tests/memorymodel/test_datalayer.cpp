@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 // What is particular to the data layer in memory: factory objects, removed libraries, the compound target.
 
-#include "contractsupport.h"
+#include "contract/notificationspy.h"
+#include "contract/support.h"
 #include "datamodel/revisioncontrol.h"
 #include "datamodel/sourcecontrol.h"
 #include "memorymodel/datalayer.h"
-#include "notificationspy.h"
 #include "tests/support/testmain.h"
 
 #include <memory>
 
+using namespace contract;
 using namespace memorymodel;
 using namespace vireo::datamodel;
 

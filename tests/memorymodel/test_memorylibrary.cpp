@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // What is particular to libraries in memory: setting up content, removing, closing, writers.
 
-#include "contractsupport.h"
+#include "contract/notificationspy.h"
+#include "contract/support.h"
 #include "datamodel/revisioncontrol.h"
 #include "memorymodel/datalayer.h"
-#include "notificationspy.h"
 #include "tests/support/testmain.h"
 
 #include <list>
@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+using namespace contract;
 using namespace memorymodel;
 using namespace vireo::datamodel;
 

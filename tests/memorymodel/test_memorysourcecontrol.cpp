@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // What is particular to source control in memory: states on record, badges, tool tips, handlers.
 
-#include "contractsupport.h"
+#include "contract/notificationspy.h"
+#include "contract/support.h"
 #include "datamodel/revisioncontrol.h"
 #include "datamodel/sourcecontrol.h"
 #include "memorymodel/datalayer.h"
-#include "notificationspy.h"
 #include "qtcompat/qtcompat.h"
 #include "tests/support/testmain.h"
 
@@ -15,6 +15,7 @@
 #include <set>
 #include <vector>
 
+using namespace contract;
 using namespace memorymodel;
 using namespace vireo::datamodel;
 
@@ -109,7 +110,7 @@ private Q_SLOTS:
         QCOMPARE(layer.GetSourceControl().GetState(ItemID()), unsigned(eAccessStateUnknown));
     }
 
-    void settingAStateTellsOnceWithoutARequest()
+    void settingAStateNotifiesOnceWithoutARequest()
     {
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");

@@ -9,8 +9,8 @@
 namespace
 {
 
-const char* const gRooms[] = {"qtcompat",  "datamodel", "memorymodel", "nodebrowser",
-                              "importers", "host",      "benchmarks",  "tests"};
+const char* const gRooms[] = {"qtcompat", "datamodel", "memorymodel", "nodebrowser", "importers",
+                              "contract", "host",      "benchmarks",  "tests"};
 
 QStringList Words(const char* in_text)
 {
@@ -197,6 +197,9 @@ private Q_SLOTS:
                                      << QString::fromLatin1("datamodel qtcompat Qt");
         QTest::newRow("importers") << QString::fromLatin1("importers")
                                    << QString::fromLatin1("memorymodel datamodel Qt");
+        QTest::newRow("contract") << QString::fromLatin1("contract")
+                                  << QString::fromLatin1("datamodel <QtTest> <QObject> <QCoreApplication> <QByteArray> "
+                                                         "<QList> <QImage>");
         QTest::newRow("host") << QString::fromLatin1("host")
                               << QString::fromLatin1("datamodel nodebrowser memorymodel importers qtcompat Qt");
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "contract.h"
-#include "contractsupport.h"
+#include "contract/boundarycontract.h"
+#include "contract/support.h"
 
 #include <QtTest>
 
@@ -8,6 +8,9 @@
 #include <string>
 
 using namespace vireo::datamodel;
+
+namespace contract
+{
 
 void BoundaryContract::init()
 {
@@ -50,7 +53,7 @@ void BoundaryContract::otherPointersListNothing()
     QVERIFY(!toc.IterateItems(VireoType::gCompound).IsAtEnd());
 }
 
-void BoundaryContract::walkKeepsToTheItemsItBeganWith()
+void BoundaryContract::iteratorKeepsToTheItemsItBeganWith()
 {
     const ItemID first = m_fixture->Add(ItemWish(VireoType::gSolver, "first"));
     const ItemID second = m_fixture->Add(ItemWish(VireoType::gSolver, "second"));
@@ -256,3 +259,5 @@ void BoundaryContract::nodeNamesAreFoundLetterByLetter()
     m_fixture->Remove(compound, nullptr);
     QVERIFY(!IsNameInNodeLibraryHierarchy(library, "Blend"));
 }
+
+} // namespace contract

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "contract.h"
-#include "contractsupport.h"
-#include "notificationspy.h"
+#include "contract/boundarycontract.h"
+#include "contract/notificationspy.h"
+#include "contract/support.h"
 
 #include "datamodel/revisioncontrol.h"
 #include "datamodel/sourcecontrol.h"
@@ -16,6 +16,8 @@
 using namespace nexa4;
 using namespace vireo::datamodel;
 
+namespace contract
+{
 namespace
 {
 
@@ -133,7 +135,7 @@ void BoundaryContract::servicesComeAndGo()
     QVERIFY(hmxGetService<IRevisionControlPropertiesMgr>("RevisionControlPropertiesMgr") != nullptr);
 }
 
-void BoundaryContract::propertiesTellConnectedSlots()
+void BoundaryContract::propertiesNotifyConnectedSlots()
 {
     IRevisionControlPropertiesMgr* const manager =
         hmxGetService<IRevisionControlPropertiesMgr>("RevisionControlPropertiesMgr");
@@ -158,7 +160,7 @@ void BoundaryContract::propertiesTellConnectedSlots()
     QCOMPARE(lasting.Take(), QByteArray());
 }
 
-void BoundaryContract::endOfTheManagerTellsNull()
+void BoundaryContract::endOfTheManagerNotifiesWithNull()
 {
     Slot slot;
     Slot gone;
@@ -351,3 +353,5 @@ void BoundaryContract::deadLayerIsNotPutBack()
     third.reset();
     QVERIFY(!hmxGetSystem());
 }
+
+} // namespace contract

@@ -9,6 +9,9 @@
 
 #include <functional>
 
+namespace contract
+{
+
 /// One word per call, in order: "begin", "added Blend", "removed Blend", "name Blend", "tags Blend ApplicationTags",
 /// "state Blend 2", "invalidated", "precommit", "postcommit", "end". Items are named as they are called at that moment.
 class NotificationSpy : public vireo::datamodel::IItemTOCNotification, public vireo::datamodel::IItemLibraryNotification
@@ -96,3 +99,5 @@ private:
     vireo::datamodel::ItemTOCAccessor m_toc;
     QList<QByteArray> m_calls;
 };
+
+} // namespace contract
