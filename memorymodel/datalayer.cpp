@@ -21,7 +21,7 @@ bool IsSame(const Provider& in_left, const Provider& in_right)
     return in_left.m_items == in_right.m_items;
 }
 
-/// What is installed now; it stays so.
+/// What is installed now. It stays installed.
 Provider GetInstalled()
 {
     const Provider installed = InstallProvider(Provider());
@@ -31,7 +31,7 @@ Provider GetInstalled()
 
 } // namespace
 
-/// The data layer's side of the boundary: the services, and what concerns items whatever library they are in.
+/// The data layer's side of the boundary: the services, and what is asked about items of any library.
 class DataLayer::Implementation : public hmx::ISystem, public IItemModel, public hmx::fwk::INEXADBProxy
 {
 public:
@@ -165,10 +165,10 @@ public:
     CompoundAccessor m_target;
     CompoundAccessor m_targetRoot;
     std::function<void()> m_targetHandler;
-    std::map<std::string, hmx::IBase*> m_services; ///< those that were put in the place of the layer's own
+    std::map<std::string, hmx::IBase*> m_services; ///< those that replace the layer's own
 
 private:
-    /// All data layers, to be kept from putting a dead one back.
+    /// All data layers that are alive. None of them may put a dead one back.
     static std::vector<Implementation*>& GetLayers()
     {
         static std::vector<Implementation*> layers;
@@ -181,7 +181,7 @@ private:
         return in_item.IsValid() ? dynamic_cast<const Item*>(in_item.GetContext().get()) : nullptr;
     }
 
-    /// Makes those that came after this one put back what came before it.
+    /// Takes this layer out of the order: those that were installed after it put back what was there before it.
     void LeaveOrder()
     {
         for (Implementation* const layer : GetLayers())

@@ -55,7 +55,7 @@ public:
 
     SourceControl& GetSourceControl();
 
-    /// Puts a service in the place of another or takes one away (null). At first "RevisionControlUIHelper",
+    /// Replaces a service, or takes it away (null). At first "RevisionControlUIHelper",
     /// "RevisionControlPropertiesMgr" and "NEXADBProxy" are there. The service stays the caller's.
     void SetService(const std::string& in_name, hmx::IBase* in_service);
     /// Puts the data layer's own service of that name back.

@@ -23,9 +23,9 @@ class LibraryContext;
 /// Made by DataLayer::AddLibrary() and owned by the data layer. This class is for whoever sets up content; everybody
 /// else reads and writes through GetAccessor().
 ///
-/// What is said of notifications: every change tells the observers before it returns, between OnBeginChanges() and
-/// OnEndChanges(), in the order in which they registered; what changes nothing is silent. The writes below take an
-/// optional command manager like those of the boundary.
+/// Every change notifies the observers before it returns, between OnBeginChanges() and OnEndChanges(), in the order in
+/// which they registered. What changes nothing is silent. The writes below take an optional command manager like those of
+/// the boundary.
 class MEMORYMODEL_EXPORT Library
 {
 public:
@@ -35,10 +35,10 @@ public:
     const std::string& GetName() const;
     vireo::datamodel::ItemLibraryAccessor GetAccessor() const;
 
-    /// Adds a data source. A library has one plain source called "Local" when nothing was added before its first item.
-    /// A resource object stands for each source in the database, in the order of this call. The factory object of a
-    /// factory flag is in the source that was added last of all sources with the flag whose library is open; without any
-    /// it does not exist. Notifies nobody.
+    /// Adds a data source and notifies nobody. A library that has none when its first item is added gets a plain source
+    /// called "Local". Each source has a resource object in the database, in the order of the calls. A factory flag brings
+    /// the factory object into this source: it is always in the last source with its flag whose library is open, and
+    /// without such a source it does not exist.
     /// \return the source; a closed library makes one that is in no list and no database, and keeps it for as long as
     ///     this object lives
     /// \param in_flags ePlainSource or a combination of the others
@@ -53,8 +53,8 @@ public:
     /// silence, for a source of another library and for a closed library. Constant time.
     vireo::datamodel::ItemID Add(const NewItem& in_item);
 
-    /// Removes an item, ItemRemoved() is sent. False when there is no such item. Undoing brings it back in its old place
-    /// with its identity, its database object included.
+    /// Removes an item, ItemRemoved() is sent. False when there is no such item. Undoing brings it back with its
+    /// identity and its database object, and its old index in the library.
     bool Remove(const vireo::datamodel::ItemID& in_item, hmx::fwk::ICommandManager* in_commands = nullptr);
 
     /// Renames an item of any type whatever its access, ItemNameChanged() is sent. False when nothing changes.
@@ -68,11 +68,11 @@ public:
     /// Sends LibraryInvalidated(); silent for a closed library.
     void Invalidate();
 
-    /// Ends the library: its items, its table of contents, its accessors and its resources are gone for good, and the
-    /// observers get LibraryInvalidated(). They see an empty library during that call and can still be removed; once it
-    /// is over the accessors are invalid and the observers forgotten. Inside of a change that is as late as the end of the
-    /// change, and the only thing still told is OnEndChanges(). The object itself stays until the data layer removes it,
-    /// and takes nothing any more. Linear time.
+    /// Ends the library: its items, its table of contents, its accessors and its resources are gone for good. The
+    /// observers get LibraryInvalidated(); they see an empty library during that call and can still be removed. Afterwards
+    /// the accessors are invalid and the observers forgotten. When this is called inside a change, "afterwards" is the end
+    /// of the change, and OnEndChanges() is the only notification that still comes. The object itself stays until the data
+    /// layer removes it, and takes nothing any more. Linear time.
     void Close();
 
     std::size_t GetItemCount() const;

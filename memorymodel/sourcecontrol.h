@@ -42,14 +42,14 @@ public:
     /// Whether files are under version control at all (false at first). Notifies nobody.
     void SetVersionControlActive(bool in_active);
 
-    /// The property "source control enabled" (false at first). Connected slots are told when it changes.
+    /// The property "source control enabled" (false at first). Connected slots are notified when it changes.
     void SetEnabled(bool in_enabled);
 
-    /// Whether the properties manager has properties to read (true at first). Connected slots are told when it changes. Like
-    /// SetEnabled() it does nothing once the end of the data layer has told the slots null.
+    /// Whether the properties manager has properties to read (true at first). Connected slots are notified when it
+    /// changes. Like SetEnabled() this does nothing once the data layer has notified the slots of its end with null.
     void SetHasProperties(bool in_has);
 
-    /// Puts the state of an item's object on record and tells the observers of its library, whether anybody asked or
+    /// Puts the state of an item's object on record and notifies the observers of its library, whether anybody asked or
     /// not. Silent when the state is the one on record or the item has no object. Objects start as eCheckedIn.
     void SetState(const vireo::datamodel::ItemID& in_item, unsigned in_state);
     unsigned GetState(const vireo::datamodel::ItemID& in_item) const;
