@@ -41,13 +41,13 @@ public:
         m_provider.m_system = this;
         m_provider.m_items = this;
         m_provider.m_objects = &m_contents.GetDatabase();
-        m_provider.m_sourceControl = m_sourceControl->m_implementation.get();
+        m_provider.m_sourceControl = m_sourceControl->m_services.get();
         Install();
     }
 
     ~Implementation() override
     {
-        m_sourceControl->m_implementation->m_properties.reset();
+        m_sourceControl->m_services->m_properties.reset();
         while (!m_libraries.empty())
             RemoveLibrary(*m_libraries.back());
         Uninstall();
@@ -98,9 +98,9 @@ public:
     hmx::IBase* GetOwnService(const std::string& in_name)
     {
         if (in_name == "RevisionControlUIHelper")
-            return m_sourceControl->m_implementation.get();
+            return m_sourceControl->m_services.get();
         if (in_name == "RevisionControlPropertiesMgr")
-            return m_sourceControl->m_implementation->m_properties.get();
+            return m_sourceControl->m_services->m_properties.get();
         return in_name == "NEXADBProxy" ? this : nullptr;
     }
 

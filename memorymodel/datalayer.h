@@ -16,8 +16,8 @@ namespace memorymodel
 {
 
 /// A complete implementation of the boundary. Making one installs it; destroying it puts back what was installed before
-/// it, if it is still the one installed. It must outlive every browser that works on its libraries, and must be destroyed
-/// before the QApplication ends, since it keeps pixmaps.
+/// it, if it is still the one installed. It must outlive every browser that works on its libraries, and must be
+/// destroyed before the QApplication ends, since it keeps pixmaps.
 ///
 ///     memorymodel::DataLayer layer;
 ///     memorymodel::Library& library = layer.AddLibrary("Nodes");
@@ -63,8 +63,8 @@ public:
     /// Whether hmxGetSystem() answers at all (true at first).
     void SetSystemPresent(bool in_present);
 
-    /// The compound that the application edits, and the one it is shown inside of; invalid for none, and for one that is
-    /// gone.
+    /// The compound that the application edits, and the one it is shown inside of; invalid for none, and for one that
+    /// is gone.
     vireo::datamodel::ItemID GetCompoundTarget() const;
     vireo::datamodel::ItemID GetCompoundTargetRoot() const;
     /// Called after each setting of the target, also when it is the same one again.

@@ -24,8 +24,8 @@ class LibraryContext;
 /// else reads and writes through GetAccessor().
 ///
 /// Every change notifies the observers before it returns, between OnBeginChanges() and OnEndChanges(), in the order in
-/// which they registered. What changes nothing is silent. The writes below take an optional command manager like those of
-/// the boundary.
+/// which they registered. What changes nothing is silent. The writes below take an optional command manager like those
+/// of the boundary.
 class MEMORYMODEL_EXPORT Library
 {
 public:
@@ -36,9 +36,9 @@ public:
     vireo::datamodel::ItemLibraryAccessor GetAccessor() const;
 
     /// Adds a data source and notifies nobody. A library that has none when its first item is added gets a plain source
-    /// called "Local". Each source has a resource object in the database, in the order of the calls. A factory flag brings
-    /// the factory object into this source: it is always in the last source with its flag whose library is open, and
-    /// without such a source it does not exist.
+    /// called "Local". Each source has a resource object in the database, in the order of the calls. A factory flag
+    /// brings the factory object into this source: it is always in the last source with its flag whose library is open,
+    /// and without such a source it does not exist.
     /// \return the source; a closed library makes one that is in no list and no database, and keeps it for as long as
     ///     this object lives
     /// \param in_flags ePlainSource or a combination of the others
@@ -69,10 +69,10 @@ public:
     void Invalidate();
 
     /// Ends the library: its items, its table of contents, its accessors and its resources are gone for good. The
-    /// observers get LibraryInvalidated(); they see an empty library during that call and can still be removed. Afterwards
-    /// the accessors are invalid and the observers forgotten. When this is called inside a change, "afterwards" is the end
-    /// of the change, and OnEndChanges() is the only notification that still comes. The object itself stays until the data
-    /// layer removes it, and takes nothing any more. Linear time.
+    /// observers get LibraryInvalidated(); they see an empty library during that call and can still be removed.
+    /// Afterwards the accessors are invalid and the observers forgotten. When this is called inside a change,
+    /// "afterwards" is the end of the change, and OnEndChanges() is the only notification that still comes. The object
+    /// itself stays until the data layer removes it, and takes nothing any more. Linear time.
     void Close();
 
     std::size_t GetItemCount() const;
@@ -90,9 +90,9 @@ public:
     bool IsSignature(const vireo::datamodel::ItemID& in_item) const;
     bool IsLoopCompound(const vireo::datamodel::ItemID& in_item) const;
 
-    /// Called by a commit with each item that it saves, in the order of GetItems(); returns an error sentence, or an empty
-    /// text on success. Items of read-only sources are never saved.
-    /// Without one, a commit of a library in memory has nowhere to write to and just clears the dirty marks.
+    /// Called by a commit with each item that it saves, in the order of GetItems(); returns an error sentence, or an
+    /// empty text on success. Items of read-only sources are never saved. Without one, a commit of a library in memory
+    /// has nowhere to write to and just clears the dirty marks.
     void SetWriter(std::function<std::string(const vireo::datamodel::ItemID&)> in_writer);
 
 private:

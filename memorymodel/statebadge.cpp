@@ -2,7 +2,7 @@
 #include "memorymodel/statebadge.h"
 
 #include "datamodel/notifications.h"
-#include "memorymodel/sourcecontrol.h"
+#include "memorymodel/accessstate.h"
 #include "qtcompat/qtcompat.h"
 
 #include <QPainter>
@@ -65,8 +65,8 @@ const Badge* FindBadge(unsigned in_state)
     return found == std::end(gBadges) ? nullptr : found;
 }
 
-/// Where a corner lies, counted in pixels from a side of the badge. Corners between two units are tips, the others begin
-/// and end straight edges: those are sharp only where they lie between two pixels.
+/// Where a corner lies, counted in pixels from a side of the badge. Corners between two units are tips, the others
+/// begin and end straight edges: those are sharp only where they lie between two pixels.
 qreal ToPixels(int in_corner, qreal in_side)
 {
     const qreal exact = in_corner * in_side / gUnits;

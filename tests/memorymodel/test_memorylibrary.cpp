@@ -53,6 +53,27 @@ class TestMemoryLibrary : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void descriptionsAreCopiedAsValues()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        NewItem first = NewItem::Compound("First").Tags("a");
+        NewItem second = first;
+        second.Tags("b");
+        NewItem third = NewItem::Type("Third");
+        third = second;
+        third.Tags("c");
+        second = *&second;
+        QByteArray tags;
+        for (const NewItem& item : {first, second, third})
+        {
+            const ItemID id = library.Add(item);
+            QVERIFY(id.GetType() == VireoType::gCompound);
+            tags += library.GetAccessor().GetItemTags(id, gApplicationTagsKey).c_str();
+        }
+        QCOMPARE(tags, QByteArray("abc"));
+    }
+
     void thirtyMixedItemsAreQuicklyDescribed()
     {
         DataLayer layer;
