@@ -2,7 +2,7 @@
 #include "host/graphcanvas.h"
 
 #include "host/graphbox.h"
-#include "host/itemkind.h"
+#include "host/itemlabel.h"
 #include "memorymodel/library.h"
 #include "qtcompat/latin1.h"
 #include "qtcompat/qtcompat.h"
@@ -77,7 +77,7 @@ void GraphCanvas::dropEvent(QDropEvent* in_event)
     const ItemID item = GetNode(*in_event->mimeData());
     if (!item.IsValid())
         return;
-    const QPixmap icon(QLatin1String(GetItemKind(*m_library, item).m_icon));
+    const QPixmap icon(QLatin1String(GetItemLabel(*m_library, item).m_icon));
     GraphBox* const box = new GraphBox(item, m_compound, icon, this);
     RefreshBox(*box);
     box->MoveCentreTo(qtcompat::EventPosition(*in_event));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// What the host calls items and their kinds, and how it draws them.
+/// What the host shows for an item: its name, and a word and an icon for its kind.
 #pragma once
 
 #include <QString>
@@ -20,15 +20,16 @@ class ItemID;
 namespace host
 {
 
-struct ItemKind
+/// What stands for a kind of item.
+struct ItemLabel
 {
-    const char* m_word;  ///< in the rows on the command line
-    const char* m_label; ///< for people
-    const char* m_icon;  ///< a resource of the browser library
+    const char* m_word; ///< in the rows on the command line
+    const char* m_text; ///< for people
+    const char* m_icon; ///< a resource of the browser library
 };
 
-/// The kind of an item of the library. Loop compounds differ from compounds by their label only.
-const ItemKind& GetItemKind(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item);
+/// What stands for the kind of an item of the library. Loop compounds differ from compounds by their text only.
+const ItemLabel& GetItemLabel(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item);
 
 /// The name of an item as people see it; empty for one that the library does not have.
 QString GetItemName(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item);
