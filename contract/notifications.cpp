@@ -202,7 +202,7 @@ void BoundaryContract::closingNotifiesAndEmptiesEverything()
     const ItemLibraryAccessor library = m_fixture->GetLibrary();
     const ItemTOCAccessor toc = GetTOC(library);
     const UnspecifiedAccessor model = library.GetModel(id, nullptr);
-    ItemIterator walk = toc.IterateItems(VireoType::gCompound);
+    ItemIterator iterator = toc.IterateItems(VireoType::gCompound);
     NotificationSpy spy(library);
     bool hasItem = true;
     spy.m_reaction = [&](const QByteArray& in_call) {
@@ -218,7 +218,7 @@ void BoundaryContract::closingNotifiesAndEmptiesEverything()
     QVERIFY(!library.IsValid());
     QVERIFY(!toc.IsValid());
     QVERIFY(!model.IsValid());
-    QVERIFY(!walk.GetItem().IsValid());
+    QVERIFY(!iterator.GetItem().IsValid());
     QVERIFY(!GetTOC(library).IsValid());
     QVERIFY(library.GetItemName(id, true, nullptr).empty());
     m_fixture->Undo();

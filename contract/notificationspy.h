@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// An observer of a library that writes down what it is told.
+/// An observer of a library that writes down its notifications.
 #pragma once
 
 #include "datamodel/itemlibrary.h"
@@ -36,7 +36,7 @@ public:
         m_toc.RemoveObserver(this, vireo::datamodel::eItemTOCNotificationKind, m_toc.GetContext());
     }
 
-    /// What was told since the last time, joined by ", ".
+    /// The notifications since the last time, joined by ", ".
     QByteArray Take()
     {
         QByteArray text;

@@ -45,7 +45,7 @@ QImage RightEnd(const QImage& in_picture, int in_width)
     return Comparable(in_picture.copy(in_picture.width() - in_width, 0, in_width, in_picture.height()));
 }
 
-/// Writes down what the properties manager tells: the manager's property, or "null".
+/// Writes down the notifications of the properties manager: the property at that moment, or "null".
 class Slot : public IRevisionControlPropertiesMgr_Slot
 {
 public:
@@ -238,9 +238,9 @@ void BoundaryContract::requestsOutliveItemsAndLibraries()
     m_fixture->Remove(gone, nullptr);
     spy.Take();
     QCoreApplication::processEvents();
-    const QByteArray told = spy.Take();
-    QVERIFY(told.contains("state Stays"));
-    QVERIFY(!told.contains("Gone"));
+    const QByteArray notified = spy.Take();
+    QVERIFY(notified.contains("state Stays"));
+    QVERIFY(!notified.contains("Gone"));
 
     task->RequestObjectStates(Handles(4, ObjectOf(stays)));
     spy.m_reaction = [&](const QByteArray& in_call) {

@@ -377,12 +377,12 @@ private Q_SLOTS:
         stack.undo();
         stack.undo();
         QCOMPARE(Listed(accessor, LibType::gType), QByteArray("0 1 2 3 4 5 6"));
-        ItemIterator walk = GetTOC(accessor).IterateItems(LibType::gType);
+        ItemIterator iterator = GetTOC(accessor).IterateItems(LibType::gType);
         stack.redo();
-        QVERIFY(walk.GetItem().GetItemID() == ids[0]);
+        QVERIFY(iterator.GetItem().GetItemID() == ids[0]);
         stack.undo();
         int count = 0;
-        for (; !walk.IsAtEnd(); walk.Next())
+        for (; !iterator.IsAtEnd(); iterator.Next())
             ++count;
         QCOMPARE(count, 7);
     }
@@ -477,7 +477,7 @@ private Q_SLOTS:
     void changesEndWhenAnObserverThrows_data()
     {
         QTest::addColumn<QByteArray>("call");
-        QTest::addColumn<QByteArray>("told");
+        QTest::addColumn<QByteArray>("notifications");
         QTest::addColumn<QByteArray>("toldOthers");
         QTest::newRow("added") << QByteArray("added A") << QByteArray("begin, added A, end")
                                << QByteArray("begin, end");
@@ -487,7 +487,7 @@ private Q_SLOTS:
     void changesEndWhenAnObserverThrows()
     {
         QFETCH(QByteArray, call);
-        QFETCH(QByteArray, told);
+        QFETCH(QByteArray, notifications);
         QFETCH(QByteArray, toldOthers);
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
@@ -507,7 +507,7 @@ private Q_SLOTS:
             thrown = true;
         }
         QVERIFY(thrown);
-        QCOMPARE(spy.Take(), told);
+        QCOMPARE(spy.Take(), notifications);
         QCOMPARE(others.Take(), toldOthers);
         spy.m_reaction = nullptr;
         library.Close();

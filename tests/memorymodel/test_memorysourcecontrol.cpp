@@ -71,7 +71,7 @@ QRect PaintedPart(const QImage& in_picture)
     return Difference(in_picture, clear);
 }
 
-/// Sets properties when it is told that they are gone.
+/// Sets properties when it is notified that they are gone.
 class PropertySetter : public IRevisionControlPropertiesMgr_Slot
 {
 public:
