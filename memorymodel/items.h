@@ -20,7 +20,7 @@ namespace memorymodel
 
 class Item;
 
-/// The database object of an item. It is a part of the item and lives as long.
+/// The database object of an item. It is a part of the item and lives as long as the item.
 class ItemObject : public nexa4::ITypeAsset
 {
 public:

@@ -48,20 +48,21 @@ public:
                               std::string in_location = std::string());
     const std::vector<std::shared_ptr<DataSource>>& GetDataSources() const;
 
-    /// Adds an item, ItemAdded() is sent. Items of one type are listed in the order in which they were added. Never
-    /// undoable, not dirty; read-only sources take it too. Names may occur more than once. The invalid identity, and
-    /// silence, for a source of another library and for a closed library. Constant time.
+    /// Adds an item and sends ItemAdded(). Items of one type are listed in the order in which they were added. The item
+    /// is not dirty, and adding cannot be undone. Read-only sources take items too. Names may occur more than once.
+    /// Constant time.
+    /// \return the invalid identity, and nothing is sent, for a source of another library and for a closed library
     vireo::datamodel::ItemID Add(const NewItem& in_item);
 
-    /// Removes an item, ItemRemoved() is sent. False when there is no such item. Undoing brings it back with its
+    /// Removes an item and sends ItemRemoved(). False when there is no such item. Undoing brings it back with its
     /// identity and its database object, and its old index in the library.
     bool Remove(const vireo::datamodel::ItemID& in_item, hmx::fwk::ICommandManager* in_commands = nullptr);
 
-    /// Renames an item of any type whatever its access, ItemNameChanged() is sent. False when nothing changes.
+    /// Renames an item of any type, read-only or not, and sends ItemNameChanged(). False when nothing changes.
     bool Rename(const vireo::datamodel::ItemID& in_item, const std::string& in_name,
                 hmx::fwk::ICommandManager* in_commands = nullptr);
 
-    /// Replaces an item's tags whatever its access, ItemTagsChanged() is sent. False when nothing changes.
+    /// Replaces an item's tags, read-only or not, and sends ItemTagsChanged(). False when nothing changes.
     bool SetTags(const vireo::datamodel::ItemID& in_item, const std::string& in_tags,
                  hmx::fwk::ICommandManager* in_commands = nullptr);
 
@@ -84,15 +85,15 @@ public:
     vireo::datamodel::ItemID FindBySerialized(const std::string& in_text) const;
     /// The data source that an item lives in; null when there is no such item.
     const DataSource* GetSourceOf(const vireo::datamodel::ItemID& in_item) const;
-    /// The base class, the category, and whether the item is a signature or a loop compound; for compounds.
+    /// Of a compound: its base class, its category, and whether it is a signature or a loop compound.
     std::string GetBaseClass(const vireo::datamodel::ItemID& in_item) const;
     std::string GetCategory(const vireo::datamodel::ItemID& in_item) const;
     bool IsSignature(const vireo::datamodel::ItemID& in_item) const;
     bool IsLoopCompound(const vireo::datamodel::ItemID& in_item) const;
 
-    /// Called by a commit with each item that it saves, in the order of GetItems(); returns an error sentence, or an
-    /// empty text on success. Items of read-only sources are never saved. Without one, a commit of a library in memory
-    /// has nowhere to write to and just clears the dirty marks.
+    /// A commit calls the writer with each item that it saves, in the order of GetItems(). The writer returns an error
+    /// sentence, or an empty text on success. Items of read-only sources are never saved. Without a writer there is
+    /// nowhere to write to: a commit only makes the items clean.
     void SetWriter(std::function<std::string(const vireo::datamodel::ItemID&)> in_writer);
 
 private:

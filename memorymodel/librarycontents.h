@@ -20,8 +20,7 @@
 namespace memorymodel
 {
 
-/// The content of a library, with the steps that changes are made of. Reading and writing through the boundary is
-/// LibraryContext's job.
+/// The content of a library, and the steps that changes are made of. The boundary's side of it is LibraryContext.
 ///
 /// It owns the items that are in the library. A change that took an item out owns it for as long as the change can be
 /// undone. Items are found by their number in constant time.
@@ -63,7 +62,8 @@ public:
     void PutIn(const std::shared_ptr<Item>& in_item);
     void TakeOut(Item& io_item);
     std::uint64_t NewRevision() { return ++m_revisions; }
-    /// An item that is not in the library now, and comes back later, is dirty.
+    /// Notes that a commit begins: it misses the items that are out of the library now, so they are dirty when they
+    /// come back.
     void CountCommit() { ++m_commits; }
 
     /// Ends the library. See Library::Close().

@@ -21,7 +21,7 @@ namespace
 const qreal gColumnWidth = 7;
 const std::size_t gSharedPixmaps = 512;
 
-/// The side of a badge in the units of its corners: half pixels on a plain screen.
+/// The side of a badge in the units of its corners. One unit is half a pixel when the ratio is 1.
 const int gUnits = 14;
 
 /// A corner of a badge, in fourteenths of its side.
@@ -65,15 +65,15 @@ const Badge* FindBadge(unsigned in_state)
     return found == std::end(gBadges) ? nullptr : found;
 }
 
-/// Where a corner lies, counted in pixels from a side of the badge. Corners between two units are tips, the others
-/// begin and end straight edges: those are sharp only where they lie between two pixels.
+/// How many pixels a corner lies from the badge's side. Even corners end straight edges and are rounded, since an edge
+/// is sharp only between two pixels. Odd corners are tips.
 qreal ToPixels(int in_corner, qreal in_side)
 {
     const qreal exact = in_corner * in_side / gUnits;
     return in_corner % 2 ? exact : qRound(exact);
 }
 
-/// Paints a badge whose lower edge is the picture's. The picture counts in its own pixels.
+/// Paints a badge onto the lower edge of a picture whose ratio is 1.
 void PaintBadge(QPixmap& io_picture, const Badge& in_badge, qreal in_left, qreal in_side)
 {
     QPolygonF shape;
@@ -101,7 +101,7 @@ QPixmap AddColumn(const QPixmap& in_icon, int in_width)
 /// \param in_badge null for a state without a badge
 QPixmap Compose(const QPixmap& in_base, const Badge* in_badge, bool in_ownSpace)
 {
-    // All is painted in the icon's own pixels: at a broken ratio others lie between them.
+    // Everything is painted in device pixels: at a ratio of 1.5, others would end inside of one.
     const qreal ratio = qtcompat::PixelRatio(in_base);
     const int column = qRound(gColumnWidth * ratio);
     QPixmap icon = in_base;
