@@ -213,6 +213,7 @@ private Q_SLOTS:
         for (const char* const name : {"Add", "Archived", "Loose"})
         {
             Select(name);
+            QVERIFY2(m_window->GetBrowser().GetSelection() == m_library->FindByName(name), name);
             QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Source control"));
             QVERIFY(menu);
             QVERIFY2(!FindEntry(*menu, QStringLiteral("&Check out"))->isEnabled(), name);
