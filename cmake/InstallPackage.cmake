@@ -8,7 +8,7 @@ set(package ${CMAKE_INSTALL_LIBDIR}/cmake/nodebrowser)
 
 file(GLOB datamodel_headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/datamodel/*.h)
 install(FILES ${datamodel_headers} DESTINATION ${headers}/datamodel)
-foreach(header commandmanager datalayer datasource export library newitem sourcecontrol)
+foreach(header accessstate commandmanager datalayer datasource export library newitem sourcecontrol)
     install(FILES ${PROJECT_SOURCE_DIR}/memorymodel/${header}.h DESTINATION ${headers}/memorymodel)
 endforeach()
 foreach(header export nodebrowser typeselector vireodialog)

@@ -44,12 +44,13 @@ struct DATAMODEL_EXPORT ScsUtils
     /// Whether files are under version control at all.
     static bool IsFileVersionControlActive();
 
-    /// An icon with the badge of a state on it. It depends on what it is given alone: callers keep one picture for all items
+    /// An icon with the badge of a state. It depends on what it is given alone: callers keep one picture for all items
     /// that look alike.
-    /// \param in_base the icon without a badge; it keeps its size and its device pixel ratio
+    /// \param in_base the icon without a badge; the result has its height and its device pixel ratio
     /// \param in_state the access state of the item
     /// \param in_active whether versioning is shown; without it the icon comes back as it is
-    /// \param in_ownSpace whether the icon has no mark beside it that the badge must leave free
+    /// \param in_ownSpace true for an icon without a mark beside it: the result may be wider by 7 pixels at its left, for
+    ///     the badge to stand in. False: the result has the icon's size, and the badge leaves its leftmost 7 pixels free
     static QPixmap getAssetStateIcon(QPixmap& in_base, unsigned in_state, bool in_active, bool in_ownSpace);
 
     /// What source control knows about an object, as tool-tip text; empty for an invalid object.

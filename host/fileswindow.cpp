@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/fileswindow.h"
 
-#include "host/itemkind.h"
+#include "host/itemlabel.h"
 #include "memorymodel/library.h"
 #include "qtcompat/latin1.h"
 

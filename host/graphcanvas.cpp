@@ -2,7 +2,7 @@
 #include "host/graphcanvas.h"
 
 #include "host/graphbox.h"
-#include "host/itemkind.h"
+#include "host/itemlabel.h"
 #include "memorymodel/library.h"
 #include "qtcompat/latin1.h"
 #include "qtcompat/qtcompat.h"
@@ -77,7 +77,7 @@ void GraphCanvas::dropEvent(QDropEvent* in_event)
     const ItemID item = GetNode(*in_event->mimeData());
     if (!item.IsValid())
         return;
-    const QPixmap icon(QLatin1String(GetItemKind(*m_library, item).m_icon));
+    const QPixmap icon(QLatin1String(GetItemLabel(*m_library, item).m_icon));
     GraphBox* const box = new GraphBox(item, m_compound, icon, this);
     RefreshBox(*box);
     box->MoveCentreTo(qtcompat::EventPosition(*in_event));
@@ -86,13 +86,13 @@ void GraphCanvas::dropEvent(QDropEvent* in_event)
     in_event->accept();
 }
 
-void GraphCanvas::RefreshBox(GraphBox& in_box) const
+void GraphCanvas::RefreshBox(GraphBox& io_box) const
 {
-    const bool missing = !m_library->GetSourceOf(in_box.GetItem());
-    in_box.SetMissing(missing);
+    const bool missing = !m_library->GetSourceOf(io_box.GetItem());
+    io_box.SetMissing(missing);
     // An item that is gone has no name any more; its box keeps the one it had.
     if (!missing)
-        in_box.SetName(GetItemName(*m_library, in_box.GetItem()));
+        io_box.SetName(GetItemName(*m_library, io_box.GetItem()));
 }
 
 void GraphCanvas::SetCompound(const ItemID& in_compound)

@@ -57,7 +57,7 @@ protected:
 private:
     /// The node that a drag carries; the invalid identity for everything else.
     vireo::datamodel::ItemID GetNode(const QMimeData& in_data) const;
-    void RefreshBox(GraphBox& in_box) const;
+    void RefreshBox(GraphBox& io_box) const;
     bool IsGraphEmpty() const;
 
     const memorymodel::Library* m_library = nullptr;

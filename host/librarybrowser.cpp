@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/librarybrowser.h"
 
-#include "host/itemkind.h"
+#include "host/itemlabel.h"
 #include "memorymodel/library.h"
 #include "qtcompat/latin1.h"
 
@@ -34,7 +34,7 @@ std::vector<Row> LibraryBrowser::GetRows(const memorymodel::Library& in_library)
     {
         ItemAccessor accessor = GetRowItem(i);
         const ItemID item = accessor.GetItemID();
-        rows[i].m_kind = QLatin1String(GetItemKind(in_library, item).m_word);
+        rows[i].m_kind = QLatin1String(GetItemLabel(in_library, item).m_word);
         rows[i].m_name = GetItemName(in_library, item);
         for (const std::string& tag : GetSearchTags(item))
             rows[i].m_tags << FromLatin1(tag);

@@ -5,7 +5,7 @@
 #include "host/changewatcher.h"
 #include "host/fileswindow.h"
 #include "host/graphcanvas.h"
-#include "host/itemkind.h"
+#include "host/itemlabel.h"
 #include "host/librarybrowser.h"
 #include "host/openlibrary.h"
 #include "host/recentlibraries.h"
@@ -236,7 +236,7 @@ void MainWindow::ShowSelection()
     if (source)
         m_selectionLabel->setText(tr("%1 \u2013 %2, %3")
                                       .arg(GetItemName(*m_library, m_selected),
-                                           QLatin1String(GetItemKind(*m_library, m_selected).m_label),
+                                           QLatin1String(GetItemLabel(*m_library, m_selected).m_text),
                                            FromLatin1(source->GetName())));
     else
         m_selectionLabel->clear();

@@ -42,8 +42,8 @@ public:
     memorymodel::Library& GetLibrary() { return *m_library; }
 
     /// Opens a file or a folder in the place of the library shown and puts it at the front of the recent ones. The undo
-    /// history and the graphs start anew. When the user would rather keep unsaved changes, the library shown stays; so it
-    /// does when the other one cannot be read, and a message says why.
+    /// history and the graphs start anew. When the user would rather keep unsaved changes, the library shown stays; so
+    /// it does when the other one cannot be read, and a message says why.
     /// \return whether it was opened
     bool Open(const QString& in_path);
 

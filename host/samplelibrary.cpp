@@ -40,15 +40,15 @@ NewItem MakeItem(SampleKind in_kind, const char* in_name)
 }
 
 /// Adds the sources in the order of SampleSource. New items go to the first one that takes them.
-std::vector<DataSource*> AddSources(Library& in_library)
+std::vector<DataSource*> AddSources(Library& io_library)
 {
-    return {&in_library.AddDataSource("Local"), &in_library.AddDataSource("Factory", memorymodel::eFactorySource),
-            &in_library.AddDataSource("Studio"), &in_library.AddDataSource("Archive", memorymodel::eReadOnlySource)};
+    return {&io_library.AddDataSource("Local"), &io_library.AddDataSource("Factory", memorymodel::eFactorySource),
+            &io_library.AddDataSource("Studio"), &io_library.AddDataSource("Archive", memorymodel::eReadOnlySource)};
 }
 
-void AddItems(Library& in_library)
+void AddItems(Library& io_library)
 {
-    const std::vector<DataSource*> sources = AddSources(in_library);
+    const std::vector<DataSource*> sources = AddSources(io_library);
     for (const SampleItem& sample : GetSampleItems())
     {
         NewItem item = MakeItem(sample.m_kind, sample.m_name);
@@ -57,11 +57,11 @@ void AddItems(Library& in_library)
             item.Parent(sample.m_parent);
         if (sample.m_general)
             item.Specializes(sample.m_general);
-        in_library.Add(item);
+        io_library.Add(item);
     }
 }
 
-void SetSourceControlStates(DataLayer& in_layer, Library& in_library)
+void SetSourceControlStates(DataLayer& io_layer, const Library& in_library)
 {
     struct NamedState
     {
@@ -75,7 +75,7 @@ void SetSourceControlStates(DataLayer& in_layer, Library& in_library)
         {"Halftone", memorymodel::eWritable},       {"Heartbeat", memorymodel::eAdded},
         {"Truchet Maze", memorymodel::eAdded},
     };
-    memorymodel::SourceControl& control = in_layer.GetSourceControl();
+    memorymodel::SourceControl& control = io_layer.GetSourceControl();
     for (const NamedState& state : states)
         control.SetState(in_library.FindByName(state.m_name), state.m_state);
     control.SetVersionControlActive(true);
@@ -84,11 +84,11 @@ void SetSourceControlStates(DataLayer& in_layer, Library& in_library)
 
 } // namespace
 
-Library& AddSampleLibrary(DataLayer& in_layer)
+Library& AddSampleLibrary(DataLayer& io_layer)
 {
-    Library& library = in_layer.AddLibrary("Sample");
+    Library& library = io_layer.AddLibrary("Sample");
     AddItems(library);
-    SetSourceControlStates(in_layer, library);
+    SetSourceControlStates(io_layer, library);
     return library;
 }
 

@@ -15,6 +15,6 @@ namespace host
 ///
 /// Its data sources: "Local" (takes new items), "Factory" (the factory source), "Studio" (writable) and
 /// "Archive" (read-only).
-memorymodel::Library& AddSampleLibrary(memorymodel::DataLayer& in_layer);
+memorymodel::Library& AddSampleLibrary(memorymodel::DataLayer& io_layer);
 
 } // namespace host

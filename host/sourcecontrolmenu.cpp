@@ -7,9 +7,27 @@
 #include "memorymodel/datalayer.h"
 
 using vireo::datamodel::ItemID;
+using vireo::datamodel::ItemIDUnlock;
+using vireo::datamodel::VireoType;
 
 namespace host
 {
+namespace
+{
+
+/// Whether an item has a source-control state to change: compounds have, unless their source refuses changes. The
+/// browser shows badges beside these only.
+bool IsUnderSourceControl(const ItemID& in_item)
+{
+    auto* const helper = hmxGetService<nexa4::IRevisionControlUIHelper>("RevisionControlUIHelper");
+    const char* const uid = ItemIDUnlock::GetItemIDUID(in_item);
+    if (in_item.GetType() != VireoType::gCompound || !helper || !nexa4::DbObjectId::IsUID(uid))
+        return false;
+    const nexa4::NEXAHandle<nexa4::IDbObject> object = helper->FindObject(nexa4::DbObjectId(uid));
+    return object.IsValid() && object.GetDataSource()->GetState() != nexa4::eDataSourceReadOnly;
+}
+
+} // namespace
 
 SourceControlMenu::SourceControlMenu(memorymodel::DataLayer& in_layer, LibraryBrowser& in_browser, QWidget* in_parent)
     : QMenu(tr("&Source control"), in_parent),
@@ -36,10 +54,9 @@ SourceControlMenu::SourceControlMenu(memorymodel::DataLayer& in_layer, LibraryBr
 void SourceControlMenu::OnAboutToShow()
 {
     const bool active = ScsUtils::IsFileVersionControlActive();
-    const ItemID item = m_browser.GetSelection();
-    const bool stored = nexa4::DbObjectId::IsUID(vireo::datamodel::ItemIDUnlock::GetItemIDUID(item));
-    m_checkOut->setEnabled(active && stored);
-    m_makeWritable->setEnabled(active && stored);
+    const bool changeable = active && IsUnderSourceControl(m_browser.GetSelection());
+    m_checkOut->setEnabled(changeable);
+    m_makeWritable->setEnabled(changeable);
     m_show->setEnabled(active);
 }
 

@@ -17,7 +17,8 @@ namespace importers
 namespace
 {
 
-std::string ToLatin1(const QString& in_text)
+/// One "?" for each character that Latin-1 lacks.
+std::string NarrowToLatin1(const QString& in_text)
 {
     std::string text;
     text.reserve(static_cast<std::size_t>(in_text.size()));
@@ -38,14 +39,14 @@ QString FolderName(const QString& in_folder)
     return name.isEmpty() ? path : name;
 }
 
-/// The documents below a folder by their paths relative to it, in order. What cannot be listed is an error, so that no
-/// part of a library is missing without a word.
+/// The paths of the documents below a folder, relative to it and in order. A folder that cannot be listed is an error:
+/// otherwise a part of the library would be missing and nobody would know.
 std::optional<MaterialXError> FindDocuments(const QString& in_folder, QStringList& out_documents)
 {
     const QDir folder(in_folder);
     if (!QFileInfo(in_folder).isReadable())
         return MaterialXError{in_folder, 1, QStringLiteral("The folder cannot be read")};
-    // "System" is for links that lead nowhere; they are met again, as an error, when they are opened.
+    // "System" lists links that lead nowhere, too: to open one is an error, and so it is reported.
     QDirIterator entries(in_folder, QStringList(QStringLiteral("*.mtlx")),
                          QDir::Files | QDir::System | QDir::AllDirs | QDir::NoDotAndDotDot | QDir::CaseSensitive,
                          QDirIterator::Subdirectories);
@@ -95,25 +96,25 @@ public:
 private:
     void Add(const QString& in_file, const QString& in_topFolder, const MaterialXSource& in_source)
     {
-        const auto known = m_sourcePlaces.constFind(in_topFolder);
-        const std::size_t place = known != m_sourcePlaces.constEnd() ? *known : m_sources.size();
-        if (place == m_sources.size())
+        const auto known = m_indexOfFolder.constFind(in_topFolder);
+        const std::size_t index = known != m_indexOfFolder.constEnd() ? *known : m_sources.size();
+        if (index == m_sources.size())
         {
-            m_sourcePlaces.insert(in_topFolder, place);
+            m_indexOfFolder.insert(in_topFolder, index);
             m_sources.push_back(in_source);
         }
-        m_documents.push_back({in_file, in_topFolder, place});
+        m_documents.push_back({in_file, in_topFolder, index});
     }
 
     std::vector<MaterialXDocument> m_documents;
     std::vector<MaterialXSource> m_sources;
-    QHash<QString, std::size_t> m_sourcePlaces;
+    QHash<QString, std::size_t> m_indexOfFolder;
 };
 
 memorymodel::NewItem Describe(const MaterialXItem& in_item)
 {
-    const std::string name = ToLatin1(in_item.name);
-    switch (in_item.kind)
+    const std::string name = NarrowToLatin1(in_item.m_name);
+    switch (in_item.m_kind)
     {
     case eMaterialXKind::eType:
         return memorymodel::NewItem::Type(name);
@@ -133,11 +134,6 @@ memorymodel::NewItem Describe(const MaterialXItem& in_item)
 
 } // namespace
 
-QString MaterialXError::GetText() const
-{
-    return QStringLiteral("%1:%2: %3").arg(file, QString::number(line), reason.simplified());
-}
-
 std::optional<MaterialXError> ReadMaterialX(const QString& in_path, MaterialXContent& out_content)
 {
     DocumentList list;
@@ -155,29 +151,29 @@ std::optional<MaterialXError> ReadMaterialX(const QString& in_path, MaterialXCon
     MaterialXElements elements;
     for (std::size_t document = 0; document < list.GetDocuments().size(); ++document)
         if (const std::optional<MaterialXError> error =
-                ReadDocument(list.GetDocuments()[document].file, document, elements))
+                ReadDocument(list.GetDocuments()[document].m_file, document, elements))
             return error;
     out_content = {list.GetSources(), MakeItems(elements, list.GetDocuments())};
     return std::nullopt;
 }
 
-void AddMaterialX(const MaterialXContent& in_content, memorymodel::Library& in_library)
+void AddMaterialX(const MaterialXContent& in_content, memorymodel::Library& io_library)
 {
-    in_library.AddDataSource("Local");
+    io_library.AddDataSource("Local");
     std::vector<memorymodel::DataSource*> sources;
-    for (const MaterialXSource& source : in_content.sources)
+    for (const MaterialXSource& source : in_content.m_sources)
     {
         const unsigned factory =
-            source.name == QLatin1String("stdlib") ? memorymodel::eFactorySource : memorymodel::ePlainSource;
-        sources.push_back(&in_library.AddDataSource(ToLatin1(source.name), memorymodel::eReadOnlySource | factory,
-                                                    ToLatin1(source.location)));
+            source.m_name == QLatin1String("stdlib") ? memorymodel::eFactorySource : memorymodel::ePlainSource;
+        sources.push_back(&io_library.AddDataSource(
+            NarrowToLatin1(source.m_name), memorymodel::eReadOnlySource | factory, NarrowToLatin1(source.m_location)));
     }
-    for (const MaterialXItem& item : in_content.items)
-        in_library.Add(Describe(item)
-                           .In(*sources[item.source])
-                           .Tags(ToLatin1(item.tags.join(QLatin1Char(';'))))
-                           .Parent(ToLatin1(item.parent))
-                           .Specializes(ToLatin1(item.specializes)));
+    for (const MaterialXItem& item : in_content.m_items)
+        io_library.Add(Describe(item)
+                           .In(*sources[item.m_source])
+                           .Tags(NarrowToLatin1(item.m_tags.join(QLatin1Char(';'))))
+                           .Parent(NarrowToLatin1(item.m_parent))
+                           .Specializes(NarrowToLatin1(item.m_specializes)));
 }
 
 } // namespace importers

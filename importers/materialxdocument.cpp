@@ -10,12 +10,12 @@ namespace importers
 namespace
 {
 
-/// Walks through one document. After a fault every loop ends, because the XML reader delivers no further element.
+/// Reads one document. After a fault every loop ends, because the XML reader delivers no further element.
 class DocumentReader
 {
 public:
-    DocumentReader(QIODevice& in_device, std::size_t in_document, MaterialXElements& inout_elements)
-        : m_xml(&in_device), m_document(in_document), m_elements(inout_elements)
+    DocumentReader(QIODevice& io_device, std::size_t in_document, MaterialXElements& io_elements)
+        : m_xml(&io_device), m_document(in_document), m_elements(io_elements)
     {
         // A colon belongs to the name in MaterialX: "studio:blend" is a node, and nothing declares the prefix.
         m_xml.setNamespaceProcessing(false);
@@ -53,7 +53,7 @@ private:
             else if (IsElement("nodedef"))
                 AddNodeDef();
             else if (IsElement("implementation"))
-                m_elements.implementations.push_back({Attribute("nodedef"), Attribute("nodegraph")});
+                m_elements.m_implementations.push_back({Attribute("nodedef"), Attribute("nodegraph")});
             m_xml.skipCurrentElement();
         }
     }
@@ -62,14 +62,14 @@ private:
     {
         const QString name = Attribute("name");
         if (!name.isEmpty())
-            m_elements.types.push_back({name, Attribute("semantic"), m_document});
+            m_elements.m_types.push_back({name, Attribute("semantic"), m_document});
     }
 
     void AddNodeDef()
     {
         const QString node = Attribute("node");
         if (!node.isEmpty())
-            m_elements.nodeDefs.push_back({Attribute("name"), node, Attribute("nodegroup"), m_document});
+            m_elements.m_nodeDefs.push_back({Attribute("name"), node, Attribute("nodegroup"), m_document});
     }
 
     void ReadUnitDef()
@@ -79,7 +79,7 @@ private:
         {
             const QString name = Attribute("name");
             if (IsElement("unit") && !name.isEmpty())
-                m_elements.units.push_back({name, unitType, m_document});
+                m_elements.m_units.push_back({name, unitType, m_document});
             m_xml.skipCurrentElement();
         }
     }
@@ -91,11 +91,11 @@ private:
         {
             const QString name = Attribute("name");
             if (!IsGraphInterface() && !name.isEmpty())
-                graph.nodes.push_back({name, m_xml.qualifiedName().toString()});
+                graph.m_nodes.push_back({name, m_xml.qualifiedName().toString()});
             m_xml.skipCurrentElement();
         }
-        if (!graph.name.isEmpty())
-            m_elements.nodeGraphs.push_back(std::move(graph));
+        if (!graph.m_name.isEmpty())
+            m_elements.m_nodeGraphs.push_back(std::move(graph));
     }
 
     /// Whether an element inside a node graph is something else than a node. A node's element is called like what it is
@@ -121,21 +121,23 @@ bool IsUTF8(const QByteArray& in_text)
     return QString::fromUtf8(text).toUtf8() == text;
 }
 
-/// The XML reader decodes block by block and tells of a block with a wrong byte before it has counted that block's
-/// lines. The first wrong line among those that it took from the file is therefore looked up; it comes before any other
-/// fault in its block.
-qint64 FaultLine(const DocumentReader& in_reader, QFile& in_file)
+/// The line of the fault that stopped a reader.
+///
+/// The XML reader decodes block by block. It reports a wrong byte before it has counted the lines of the byte's block,
+/// so its own line number is too low then. This looks for the first line with a wrong byte in what the reader took from
+/// the file: such a line comes before any other fault in its block.
+qint64 FaultLine(const DocumentReader& in_reader, QFile& io_file)
 {
-    const qint64 taken = in_file.pos();
-    in_file.seek(0);
-    const QByteArray start = in_file.peek(2);
+    const qint64 taken = io_file.pos();
+    io_file.seek(0);
+    const QByteArray start = io_file.peek(2);
     const bool isUTF16 = start == "\xFF\xFE" || start == "\xFE\xFF";
     const QString& encoding = in_reader.GetEncoding();
     const bool isDeclaredUTF8 =
         encoding.isEmpty() || encoding.compare(QLatin1String("UTF-8"), Qt::CaseInsensitive) == 0;
     if (isDeclaredUTF8 && !isUTF16)
-        for (qint64 line = 1; in_file.pos() < taken; ++line)
-            if (!IsUTF8(in_file.readLine()))
+        for (qint64 line = 1; io_file.pos() < taken; ++line)
+            if (!IsUTF8(io_file.readLine()))
                 return line;
     return in_reader.GetXml().lineNumber();
 }
@@ -143,7 +145,7 @@ qint64 FaultLine(const DocumentReader& in_reader, QFile& in_file)
 } // namespace
 
 std::optional<MaterialXError> ReadDocument(const QString& in_file, std::size_t in_document,
-                                           MaterialXElements& inout_elements)
+                                           MaterialXElements& io_elements)
 {
     const QFileInfo info(in_file);
     if (!info.exists())
@@ -153,7 +155,7 @@ std::optional<MaterialXError> ReadDocument(const QString& in_file, std::size_t i
     QFile file(in_file);
     if (!file.open(QIODevice::ReadOnly))
         return MaterialXError{in_file, 1, file.errorString()};
-    DocumentReader reader(file, in_document, inout_elements);
+    DocumentReader reader(file, in_document, io_elements);
     reader.Read();
     const QXmlStreamReader& xml = reader.GetXml();
     if (file.error() != QFileDevice::NoError)

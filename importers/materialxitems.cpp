@@ -9,34 +9,34 @@ namespace importers
 namespace
 {
 
-/// Which definitions are implemented how, and which graphs are spoken for.
+/// What implements a definition, and which graphs implement one.
 class Implementations
 {
 public:
     explicit Implementations(const MaterialXElements& in_elements)
     {
-        for (const NodeGraphElement& graph : in_elements.nodeGraphs)
-            m_byGraph.insert(graph.nodeDef);
-        for (const ImplementationElement& implementation : in_elements.implementations)
+        for (const NodeGraphElement& graph : in_elements.m_nodeGraphs)
+            m_byGraph.insert(graph.m_nodeDef);
+        for (const ImplementationElement& implementation : in_elements.m_implementations)
         {
-            (implementation.nodeGraph.isEmpty() ? m_byOther : m_byGraph).insert(implementation.nodeDef);
-            m_namedGraphs.insert(implementation.nodeGraph);
+            (implementation.m_nodeGraph.isEmpty() ? m_byOther : m_byGraph).insert(implementation.m_nodeDef);
+            m_namedGraphs.insert(implementation.m_nodeGraph);
         }
-        // The empty text stands for "none" everywhere; it must not join a definition without a name to anything.
+        // The empty text stands for "none". Nothing implements a definition without a name.
         m_byGraph.remove(QString());
         m_byOther.remove(QString());
     }
 
     eMaterialXKind GetKind(const NodeDefElement& in_nodeDef) const
     {
-        if (m_byGraph.contains(in_nodeDef.name))
+        if (m_byGraph.contains(in_nodeDef.m_name))
             return eMaterialXKind::eCompound;
-        return m_byOther.contains(in_nodeDef.name) ? eMaterialXKind::eSolver : eMaterialXKind::eSignature;
+        return m_byOther.contains(in_nodeDef.m_name) ? eMaterialXKind::eSolver : eMaterialXKind::eSignature;
     }
 
     bool IsFree(const NodeGraphElement& in_graph) const
     {
-        return in_graph.nodeDef.isEmpty() && !m_namedGraphs.contains(in_graph.name);
+        return in_graph.m_nodeDef.isEmpty() && !m_namedGraphs.contains(in_graph.m_name);
     }
 
 private:
@@ -51,16 +51,16 @@ using NodeDefGroup = std::vector<const NodeDefElement*>;
 std::vector<NodeDefGroup> GroupByNode(const std::vector<NodeDefElement>& in_nodeDefs)
 {
     std::vector<NodeDefGroup> groups;
-    QHash<QString, std::size_t> places;
+    QHash<QString, std::size_t> groupOfNode;
     for (const NodeDefElement& nodeDef : in_nodeDefs)
     {
-        const auto place = places.constFind(nodeDef.node);
-        if (place != places.constEnd())
+        const auto known = groupOfNode.constFind(nodeDef.m_node);
+        if (known != groupOfNode.constEnd())
         {
-            groups[*place].push_back(&nodeDef);
+            groups[*known].push_back(&nodeDef);
             continue;
         }
-        places.insert(nodeDef.node, groups.size());
+        groupOfNode.insert(nodeDef.m_node, groups.size());
         groups.push_back({&nodeDef});
     }
     return groups;
@@ -80,8 +80,8 @@ QStringList MakeTags(const NodeDefGroup& in_group, const std::vector<MaterialXDo
     QStringList folders;
     for (const NodeDefElement* nodeDef : in_group)
     {
-        nodeGroups.append(nodeDef->nodeGroup);
-        folders.append(in_documents[nodeDef->document].topFolder);
+        nodeGroups.append(nodeDef->m_nodeGroup);
+        folders.append(in_documents[nodeDef->m_document].m_topFolder);
     }
     return DistinctTags(nodeGroups + folders);
 }
@@ -97,16 +97,16 @@ public:
 
     std::vector<MaterialXItem> Make()
     {
-        for (const TypeElement& type : m_elements.types)
-            Add(eMaterialXKind::eType, type.name, DistinctTags({type.semantic}), type.document);
-        for (const UnitElement& unit : m_elements.units)
-            Add(eMaterialXKind::eGlobalConstant, unit.name, DistinctTags({unit.unitType}), unit.document);
-        for (const NodeDefGroup& group : GroupByNode(m_elements.nodeDefs))
+        for (const TypeElement& type : m_elements.m_types)
+            Add(eMaterialXKind::eType, type.m_name, DistinctTags({type.m_semantic}), type.m_document);
+        for (const UnitElement& unit : m_elements.m_units)
+            Add(eMaterialXKind::eGlobalConstant, unit.m_name, DistinctTags({unit.m_unitType}), unit.m_document);
+        for (const NodeDefGroup& group : GroupByNode(m_elements.m_nodeDefs))
             AddNode(group);
-        for (const NodeGraphElement& graph : m_elements.nodeGraphs)
+        for (const NodeGraphElement& graph : m_elements.m_nodeGraphs)
             if (m_implementations.IsFree(graph))
-                Add(eMaterialXKind::eCompound, graph.name, FolderTag(graph.document), graph.document);
-        for (const NodeGraphElement& graph : m_elements.nodeGraphs)
+                Add(eMaterialXKind::eCompound, graph.m_name, FolderTag(graph.m_document), graph.m_document);
+        for (const NodeGraphElement& graph : m_elements.m_nodeGraphs)
             AddGraphContent(graph);
         return std::move(m_items);
     }
@@ -118,34 +118,37 @@ private:
         const bool isPolymorphic = in_group.size() > 1;
         const eMaterialXKind kind =
             isPolymorphic ? eMaterialXKind::ePolymorphicSolver : m_implementations.GetKind(first);
-        Add(kind, first.node, MakeTags(in_group, m_documents), first.document);
-        m_kindOfNode.insert(first.node, kind);
+        Add(kind, first.m_node, MakeTags(in_group, m_documents), first.m_document);
+        m_kindOfNode.insert(first.m_node, kind);
         if (!isPolymorphic)
             return;
         for (const NodeDefElement* nodeDef : in_group)
-            if (!nodeDef->name.isEmpty())
-                Add(m_implementations.GetKind(*nodeDef), nodeDef->name, MakeTags({nodeDef}, m_documents),
-                    nodeDef->document)
-                    .specializes = first.node;
+            if (!nodeDef->m_name.isEmpty())
+                Add(m_implementations.GetKind(*nodeDef), nodeDef->m_name, MakeTags({nodeDef}, m_documents),
+                    nodeDef->m_document)
+                    .m_specializes = first.m_node;
     }
 
     /// A node inside a graph is of the kind that it is an instance of; an unknown one is a signature.
     void AddGraphContent(const NodeGraphElement& in_graph)
     {
-        const QStringList tags = FolderTag(in_graph.document);
-        for (const GraphNode& node : in_graph.nodes)
-            Add(m_kindOfNode.value(node.node, eMaterialXKind::eSignature), node.name, tags, in_graph.document).parent =
-                in_graph.name;
+        const QStringList tags = FolderTag(in_graph.m_document);
+        for (const GraphNode& node : in_graph.m_nodes)
+            Add(m_kindOfNode.value(node.m_node, eMaterialXKind::eSignature), node.m_name, tags, in_graph.m_document)
+                .m_parent = in_graph.m_name;
     }
 
     MaterialXItem& Add(eMaterialXKind in_kind, const QString& in_name, const QStringList& in_tags,
                        std::size_t in_document)
     {
-        m_items.push_back({in_kind, in_name, in_tags, QString(), QString(), m_documents[in_document].source});
+        m_items.push_back({in_kind, in_name, in_tags, QString(), QString(), m_documents[in_document].m_source});
         return m_items.back();
     }
 
-    QStringList FolderTag(std::size_t in_document) const { return DistinctTags({m_documents[in_document].topFolder}); }
+    QStringList FolderTag(std::size_t in_document) const
+    {
+        return DistinctTags({m_documents[in_document].m_topFolder});
+    }
 
     const MaterialXElements& m_elements;
     const std::vector<MaterialXDocument>& m_documents;

@@ -2,7 +2,10 @@
 /// The rules by which MaterialX declarations become items. Nothing is read here.
 #pragma once
 
+#include "importers/materialxcontent.h"
 #include "importers/materialxdocument.h"
+
+#include <vector>
 
 namespace importers
 {
@@ -10,13 +13,13 @@ namespace importers
 /// Where a document belongs.
 struct MaterialXDocument
 {
-    QString file;
-    QString topFolder;  ///< the folder directly below the opened one; empty for a document beside those folders
-    std::size_t source; ///< an index into the sources of the content
+    QString m_file;
+    QString m_topFolder;  ///< the folder directly below the opened one; empty for a document beside those folders
+    std::size_t m_source; ///< an index into the sources of the content
 };
 
-/// Definitions, graphs and implementations find each other whatever documents they stand in. Linear time.
-/// \param in_documents what the document numbers of the elements point at
+/// A definition, its graph and its implementation may stand in different documents. Linear time.
+/// \param in_documents the documents that the elements were read from; elements hold indices into them
 std::vector<MaterialXItem> MakeItems(const MaterialXElements& in_elements,
                                      const std::vector<MaterialXDocument>& in_documents);
 

@@ -2,45 +2,47 @@
 /// The changes of a library that can be undone.
 #pragma once
 
-#include "memorymodel/librarycontext.h"
+#include "memorymodel/librarycontents.h"
 
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
 namespace memorymodel
 {
 
-/// One change of one item, to be done, undone and redone any number of times. It notifies each time, and does nothing
-/// once it has nothing to change any more: the library is closed, or the item is gone for good.
+/// One change of one item. It can be done, undone and redone any number of times, and notifies each time.
+///
+/// A change that has nothing to change any more does nothing: its library is closed, or its item is gone for good.
 class Change
 {
 public:
     virtual ~Change() = default;
 
-    /// What the change does, for a menu; to be asked right before it is done for the first time.
+    /// What the change does, for a menu. Ask right before it is done for the first time: it names the item.
     virtual QString GetText() const = 0;
 
-    /// Does or undoes it with everything around it: the bracket, the notifications.
+    /// Does or undoes the change, with its notifications.
     void Run(bool in_forward);
 
-    /// Does it for the first time: as one command of a command manager of this data layer, otherwise for good.
-    /// \return false when there was nothing to change
-    static bool Do(const std::shared_ptr<Change>& in_change, hmx::fwk::ICommandManager* in_commands);
+    /// Calls in_step, which has to lead to Apply(), with the notifications of the change around it.
+    /// \return false, and in_step is not called, when there is nothing to change
+    bool RunStep(bool in_forward, const std::function<void()>& in_step);
 
-    /// Does or undoes it without a word.
+    /// Does or undoes the change and notifies nobody.
     void Apply(bool in_forward);
 
 protected:
-    Change(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item);
+    Change(const std::shared_ptr<LibraryContents>& in_library, std::shared_ptr<Item> in_item);
 
     /// Whether it would change anything now.
-    virtual bool IsDue(const LibraryContext& in_library, bool in_forward) const = 0;
-    virtual void TellBefore(LibraryContext& in_library, bool in_forward) const;
-    virtual void Write(LibraryContext& in_library, bool in_forward) = 0;
-    virtual void TellAfter(LibraryContext& in_library, bool in_forward) const = 0;
+    virtual bool IsDue(const LibraryContents& in_library, bool in_forward) const = 0;
+    virtual void NotifyBefore(LibraryContents& io_library, bool in_forward) const;
+    virtual void Write(LibraryContents& io_library, bool in_forward) = 0;
+    virtual void NotifyAfter(LibraryContents& io_library, bool in_forward) const = 0;
 
     /// "compound Blend"
     QString GetItemText() const;
@@ -48,60 +50,59 @@ protected:
     const std::shared_ptr<Item> m_item;
 
 private:
-    template <class Step> bool RunAround(bool in_forward, const Step& in_step);
-    /// Whether it is due and the item's source has not become read-only since the change was made.
-    bool MayRun(const LibraryContext& in_library, bool in_forward) const;
+    /// Whether the change is due, and the item's source has not become read-only since the change was made.
+    bool MayRun(const LibraryContents& in_library, bool in_forward) const;
 
-    const std::weak_ptr<LibraryContext> m_library;
-    const bool m_evenReadOnly;
+    const std::weak_ptr<LibraryContents> m_library;
+    const bool m_evenReadOnly; ///< the source was read-only when the change was made
 };
 
 /// An item comes to its library or leaves it.
 class PresenceChange : public Change
 {
 public:
-    PresenceChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item, bool in_comes);
+    PresenceChange(const std::shared_ptr<LibraryContents>& in_library, std::shared_ptr<Item> in_item, bool in_comes);
 
     QString GetText() const override;
 
 protected:
-    bool IsDue(const LibraryContext& in_library, bool in_forward) const override;
-    void TellBefore(LibraryContext& in_library, bool in_forward) const override;
-    void Write(LibraryContext& in_library, bool in_forward) override;
-    void TellAfter(LibraryContext& in_library, bool in_forward) const override;
+    bool IsDue(const LibraryContents& in_library, bool in_forward) const override;
+    void NotifyBefore(LibraryContents& io_library, bool in_forward) const override;
+    void Write(LibraryContents& io_library, bool in_forward) override;
+    void NotifyAfter(LibraryContents& io_library, bool in_forward) const override;
 
 private:
     const bool m_comes;
 };
 
-/// The content of an item changes, and its revision with it: going back to a committed state makes the item clean.
+/// The content of an item changes, and its revision with it. An item that goes back to its committed state is clean.
 class ContentChange : public Change
 {
 protected:
-    ContentChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item);
+    ContentChange(const std::shared_ptr<LibraryContents>& in_library, std::shared_ptr<Item> in_item);
 
-    bool IsDue(const LibraryContext& in_library, bool in_forward) const override;
-    void Write(LibraryContext& in_library, bool in_forward) override;
+    bool IsDue(const LibraryContents& in_library, bool in_forward) const override;
+    void Write(LibraryContents& io_library, bool in_forward) override;
 
     virtual bool IsContent(bool in_after) const = 0;
     virtual void SetContent(bool in_after) = 0;
-    /// Takes the item's content as what it was before.
+    /// Keeps the item's present content, for undoing.
     virtual void KeepContent() = 0;
 
 private:
     std::uint64_t m_revisions[2] = {0, 0}; ///< before, after
-    bool m_kept = false;                   ///< whether the state before is known: from the first time on
+    bool m_kept = false;                   ///< whether the content before is kept: from the first time on
 };
 
 class NameChange : public ContentChange
 {
 public:
-    NameChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item, std::string in_name);
+    NameChange(const std::shared_ptr<LibraryContents>& in_library, std::shared_ptr<Item> in_item, std::string in_name);
 
     QString GetText() const override;
 
 protected:
-    void TellAfter(LibraryContext& in_library, bool in_forward) const override;
+    void NotifyAfter(LibraryContents& io_library, bool in_forward) const override;
     bool IsContent(bool in_after) const override;
     void SetContent(bool in_after) override;
     void KeepContent() override;
@@ -113,13 +114,13 @@ private:
 class TagsChange : public ContentChange
 {
 public:
-    TagsChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item, std::string in_key,
+    TagsChange(const std::shared_ptr<LibraryContents>& in_library, std::shared_ptr<Item> in_item, std::string in_key,
                std::string in_tags);
 
     QString GetText() const override;
 
 protected:
-    void TellAfter(LibraryContext& in_library, bool in_forward) const override;
+    void NotifyAfter(LibraryContents& io_library, bool in_forward) const override;
     bool IsContent(bool in_after) const override;
     void SetContent(bool in_after) override;
     void KeepContent() override;
@@ -129,19 +130,19 @@ private:
     std::string m_tags[2];
 };
 
-/// An item moves to another source of its library. Observers get LibraryInvalidated(), since whether the item takes
-/// changes and whether it came with the product depend on the source.
+/// An item moves to another source of its library. Observers get LibraryInvalidated(): the source decides whether the
+/// item takes changes, and whether it came with the product.
 class SourceChange : public ContentChange
 {
 public:
-    SourceChange(const std::shared_ptr<LibraryContext>& in_library, std::shared_ptr<Item> in_item,
+    SourceChange(const std::shared_ptr<LibraryContents>& in_library, std::shared_ptr<Item> in_item,
                  std::shared_ptr<DataSource> in_target);
 
     QString GetText() const override;
 
 protected:
-    bool IsDue(const LibraryContext& in_library, bool in_forward) const override;
-    void TellAfter(LibraryContext& in_library, bool in_forward) const override;
+    bool IsDue(const LibraryContents& in_library, bool in_forward) const override;
+    void NotifyAfter(LibraryContents& io_library, bool in_forward) const override;
     bool IsContent(bool in_after) const override;
     void SetContent(bool in_after) override;
     void KeepContent() override;

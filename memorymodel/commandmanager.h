@@ -7,29 +7,37 @@
 
 #include <QUndoStack>
 
+#include <memory>
+
 namespace memorymodel
 {
+
+class CommandStack;
 
 /// A command manager that the library's writes accept. A host shows its stack: QUndoStack has the actions, the signals
 /// and the texts ("Rename compound Blend") for an edit menu.
 ///
 /// Any number of managers may be in use at once. A manager that is not of this class is treated like none: the write is
-/// done at once and cannot be undone. So is a write that an observer makes while the stack is undoing or redoing, since
-/// a stack takes no command in the middle of that.
+/// done at once and cannot be undone. The same holds for a write that an observer makes while the stack undoes or
+/// redoes, since a stack takes no command meanwhile.
 ///
-/// A command that has nothing to do any more stays on the stack as an empty step: undoing and redoing it changes nothing
-/// and notifies nobody. So are the commands of a library that was removed or closed, and, for as long as it lasts, those
-/// on an item whose data source has become read-only since.
+/// A command that has nothing to do any more stays on the stack as an empty step: undoing and redoing it changes
+/// nothing and notifies nobody. The commands of a library that was removed or closed are empty steps; so are the
+/// commands on an item whose data source has become read-only, until the source takes changes again.
 class MEMORYMODEL_EXPORT CommandManager : public hmx::fwk::ICommandManager
 {
 public:
-    QUndoStack& GetStack() { return m_stack; }
+    CommandManager();
+    ~CommandManager() override;
+    CommandManager(const CommandManager&) = delete;
+    CommandManager& operator=(const CommandManager&) = delete;
+
+    QUndoStack& GetStack();
 
 private:
-    friend class ChangeCommand;
+    friend class CommandStack;
 
-    QUndoStack m_stack;
-    bool m_running = false;
+    std::unique_ptr<CommandStack> m_commandStack;
 };
 
 } // namespace memorymodel

@@ -2,7 +2,6 @@
 #include "memorymodel/database.h"
 
 #include "memorymodel/items.h"
-#include "memorymodel/librarycontext.h"
 
 #include <algorithm>
 #include <random>
@@ -101,7 +100,7 @@ void Database::Shutdown()
 {
     m_commands = nullptr;
     m_objects.clear();
-    m_places.clear();
+    m_indices.clear();
     m_resources.clear();
 }
 
@@ -110,31 +109,31 @@ NEXAPtr<IDataModelMgr> Database::GetManager()
     return NEXAPtr<IDataModelMgr>(shared_from_this());
 }
 
-int Database::NewPlace()
+int Database::NewCacheIndex()
 {
     m_objects.emplace_back();
     return static_cast<int>(m_objects.size()) - 1;
 }
 
-DbObjectId Database::MakeIdentity(int in_place) const
+DbObjectId Database::MakeIdentity(int in_cacheIndex) const
 {
     std::array<std::uint8_t, 16> bytes = {};
     std::copy(m_prefix.begin(), m_prefix.end(), bytes.begin());
-    const std::uint32_t place = static_cast<std::uint32_t>(in_place) + 1;
+    const std::uint32_t number = static_cast<std::uint32_t>(in_cacheIndex) + 1;
     for (unsigned i = 0; i < 4; ++i)
-        bytes[12 + i] = static_cast<std::uint8_t>(place >> (24 - 8 * i) & 255u);
+        bytes[12 + i] = static_cast<std::uint8_t>(number >> (24 - 8 * i) & 255u);
     return DbObjectId(bytes);
 }
 
-int Database::PlaceOfMadeIdentity(const DbObjectId& in_id) const
+int Database::CacheIndexOfMadeIdentity(const DbObjectId& in_id) const
 {
     const std::array<std::uint8_t, 16>& bytes = in_id.GetBytes();
-    std::uint32_t place = 0;
+    std::uint32_t number = 0;
     for (unsigned i = 0; i < 4; ++i)
-        place = place << 8 | bytes[12 + i];
-    if (place == 0 || place > m_objects.size() || in_id != MakeIdentity(static_cast<int>(place - 1)))
+        number = number << 8 | bytes[12 + i];
+    if (number == 0 || number > m_objects.size() || in_id != MakeIdentity(static_cast<int>(number - 1)))
         return -1;
-    return static_cast<int>(place - 1);
+    return static_cast<int>(number - 1);
 }
 
 std::size_t Database::Hash::operator()(const DbObjectId& in_id) const
@@ -145,52 +144,52 @@ std::size_t Database::Hash::operator()(const DbObjectId& in_id) const
     return static_cast<std::size_t>(hash ^ hash >> 32);
 }
 
-const std::shared_ptr<IDbObject>& Database::ObjectAt(int in_place) const
+const std::shared_ptr<IDbObject>& Database::ObjectAt(int in_cacheIndex) const
 {
     static const std::shared_ptr<IDbObject> none;
-    return in_place >= 0 && static_cast<std::size_t>(in_place) < m_objects.size()
-               ? m_objects[static_cast<std::size_t>(in_place)]
+    return in_cacheIndex >= 0 && static_cast<std::size_t>(in_cacheIndex) < m_objects.size()
+               ? m_objects[static_cast<std::size_t>(in_cacheIndex)]
                : none;
 }
 
-void Database::Put(int in_place, const std::shared_ptr<IDbObject>& in_object)
+void Database::Put(int in_cacheIndex, const std::shared_ptr<IDbObject>& in_object)
 {
-    m_objects[static_cast<std::size_t>(in_place)] = in_object;
+    m_objects[static_cast<std::size_t>(in_cacheIndex)] = in_object;
     const DbObjectId id = in_object->GetDbObjectId();
-    if (id == MakeIdentity(in_place))
+    if (id == MakeIdentity(in_cacheIndex))
         return;
-    std::vector<int>& places = m_places[id];
-    places.insert(std::lower_bound(places.begin(), places.end(), in_place), in_place);
+    std::vector<int>& indices = m_indices[id];
+    indices.insert(std::lower_bound(indices.begin(), indices.end(), in_cacheIndex), in_cacheIndex);
 }
 
-void Database::TakeAway(int in_place)
+void Database::TakeAway(int in_cacheIndex)
 {
-    if (!ObjectAt(in_place))
+    if (!ObjectAt(in_cacheIndex))
         return;
-    const auto found = m_places.find(ObjectAt(in_place)->GetDbObjectId());
-    if (found != m_places.end())
+    const auto found = m_indices.find(ObjectAt(in_cacheIndex)->GetDbObjectId());
+    if (found != m_indices.end())
     {
-        std::vector<int>& places = found->second;
-        places.erase(std::remove(places.begin(), places.end(), in_place), places.end());
-        if (places.empty())
-            m_places.erase(found);
+        std::vector<int>& indices = found->second;
+        indices.erase(std::remove(indices.begin(), indices.end(), in_cacheIndex), indices.end());
+        if (indices.empty())
+            m_indices.erase(found);
     }
-    m_objects[static_cast<std::size_t>(in_place)].reset();
+    m_objects[static_cast<std::size_t>(in_cacheIndex)].reset();
 }
 
 int Database::AddResource(const std::shared_ptr<DataSource>& in_source)
 {
-    const int place = NewPlace();
-    Put(place, std::make_shared<ResourceObject>(weak_from_this(), MakeIdentity(place), in_source));
-    m_resources.push_back(place);
+    const int cacheIndex = NewCacheIndex();
+    Put(cacheIndex, std::make_shared<ResourceObject>(weak_from_this(), MakeIdentity(cacheIndex), in_source));
+    m_resources.push_back(cacheIndex);
     MoveFactories();
-    return place;
+    return cacheIndex;
 }
 
-void Database::RemoveResource(int in_place)
+void Database::RemoveResource(int in_cacheIndex)
 {
-    TakeAway(in_place);
-    m_resources.erase(std::remove(m_resources.begin(), m_resources.end(), in_place), m_resources.end());
+    TakeAway(in_cacheIndex);
+    m_resources.erase(std::remove(m_resources.begin(), m_resources.end(), in_cacheIndex), m_resources.end());
     MoveFactories();
 }
 
@@ -199,24 +198,24 @@ void Database::MoveFactories()
     for (int i = 0; i < 2; ++i)
     {
         std::shared_ptr<DataSource> last;
-        for (const int place : m_resources)
+        for (const int resource : m_resources)
         {
-            const std::shared_ptr<DataSource> source = SourceOfResource(ObjectAt(place).get());
+            const std::shared_ptr<DataSource> source = SourceOfResource(ObjectAt(resource).get());
             if (source->GetFlags() & gFactoryFlags[i])
                 last = source;
         }
         if (last && !m_factories[i])
         {
             m_factories[i] = std::make_shared<FactoryObject>(weak_from_this(), DbObjectId(gFactoryIds[i]));
-            m_factoryPlaces[i] = NewPlace();
+            m_factoryIndices[i] = NewCacheIndex();
         }
         if (!m_factories[i])
             continue;
         m_factories[i]->SetSource(last);
         if (!last)
-            TakeAway(m_factoryPlaces[i]);
-        else if (!ObjectAt(m_factoryPlaces[i]))
-            Put(m_factoryPlaces[i], m_factories[i]);
+            TakeAway(m_factoryIndices[i]);
+        else if (!ObjectAt(m_factoryIndices[i]))
+            Put(m_factoryIndices[i], m_factories[i]);
     }
 }
 
@@ -230,38 +229,38 @@ std::string Database::MakeLocation(const std::string& in_wanted) const
 
 bool Database::HasLocation(const std::string& in_location) const
 {
-    return std::any_of(m_resources.begin(), m_resources.end(), [&](int in_place) {
-        return SourceOfResource(ObjectAt(in_place).get())->GetLocation() == in_location;
+    return std::any_of(m_resources.begin(), m_resources.end(), [&](int in_cacheIndex) {
+        return SourceOfResource(ObjectAt(in_cacheIndex).get())->GetLocation() == in_location;
     });
 }
 
 std::shared_ptr<DataSource> Database::FindSource(const DbObjectId& in_resource) const
 {
-    return SourceOfResource(ObjectAt(PlaceOf(in_resource)).get());
+    return SourceOfResource(ObjectAt(CacheIndexOf(in_resource)).get());
 }
 
-std::shared_ptr<Item> Database::FindItem(int in_instance, int in_place) const
+std::shared_ptr<Item> Database::FindItem(int in_instance, int in_cacheIndex) const
 {
     if (in_instance != m_instance)
         return nullptr;
-    const std::shared_ptr<IDbObject>& object = ObjectAt(in_place);
+    const std::shared_ptr<IDbObject>& object = ObjectAt(in_cacheIndex);
     const ItemObject* const part = dynamic_cast<const ItemObject*>(object.get());
     return part ? std::shared_ptr<Item>(object, &part->GetItem()) : nullptr;
 }
 
-int Database::PlaceOf(const DbObjectId& in_id) const
+int Database::CacheIndexOf(const DbObjectId& in_id) const
 {
-    const int made = PlaceOfMadeIdentity(in_id);
+    const int made = CacheIndexOfMadeIdentity(in_id);
     if (ObjectAt(made) && ObjectAt(made)->GetDbObjectId() == in_id)
         return made;
-    const auto given = m_places.find(in_id);
-    return given != m_places.end() ? given->second.front() : -1;
+    const auto given = m_indices.find(in_id);
+    return given != m_indices.end() ? given->second.front() : -1;
 }
 
 NEXAHandle<IDbObject> Database::FindObject(const DbObjectId& in_id) const
 {
-    const int place = PlaceOf(in_id);
-    return ObjectAt(place) ? NEXAHandle<IDbObject>::AssignCast(m_instance, place) : NEXAHandle<IDbObject>();
+    const int cacheIndex = CacheIndexOf(in_id);
+    return ObjectAt(cacheIndex) ? NEXAHandle<IDbObject>::AssignCast(m_instance, cacheIndex) : NEXAHandle<IDbObject>();
 }
 
 std::vector<DbObjectId> Database::Query(const std::string& in_query, bool /*in_loaded*/) const
@@ -269,8 +268,8 @@ std::vector<DbObjectId> Database::Query(const std::string& in_query, bool /*in_l
     std::vector<DbObjectId> ids;
     if (TypeInQuery(in_query) != DbObjectId(gResourceType))
         return ids;
-    for (const int place : m_resources)
-        ids.push_back(ObjectAt(place)->GetDbObjectId());
+    for (const int resource : m_resources)
+        ids.push_back(ObjectAt(resource)->GetDbObjectId());
     return ids;
 }
 
@@ -305,7 +304,7 @@ NEXAPtr<IHelper> Database::GetHelper(const NEXAPtr<IDatabase>& in_database)
 NEXAPtr<IDataSource> Database::GetDataSourceFromResource(const NEXAPtr<IValueAsset>& in_resource)
 {
     const IValueAsset* const resource = in_resource.IsValid() ? in_resource.GetPointeeNotNull() : nullptr;
-    if (!resource || ObjectAt(PlaceOf(resource->GetDbObjectId())).get() != resource)
+    if (!resource || ObjectAt(CacheIndexOf(resource->GetDbObjectId())).get() != resource)
         return NEXAPtr<IDataSource>();
     return NEXAPtr<IDataSource>(SourceOfResource(resource));
 }

@@ -22,8 +22,8 @@ class Item;
 
 /// One database instance with everything that its objects lead to: their manager and the helper for moving them.
 ///
-/// It does not own items: it hands out objects that are part of them while they are there. Looking an object up by place
-/// or by identity is constant time on average.
+/// Objects are counted by their cache index. The database does not own items: an item's object is a part of the item.
+/// To look an object up by cache index or by identity takes constant time on average.
 class Database : public nexa4::IDatabase,
                  public nexa4::IDataModelMgr,
                  public nexa4::IHelper,
@@ -40,26 +40,27 @@ public:
     int GetInstance() const { return m_instance; }
     nexa4::NEXAPtr<nexa4::IDataModelMgr> GetManager();
 
-    /// A place that no object ever had.
-    int NewPlace();
-    /// The identity that an object at a place has when it is given none. Such identities are unlike those of any other
-    /// database, in other processes too, so that they can be written down.
-    nexa4::DbObjectId MakeIdentity(int in_place) const;
-    /// Puts an object at its place. Of several objects with one identity the one with the first place is found by
-    /// it, except that an identity made here belongs to its own place.
-    void Put(int in_place, const std::shared_ptr<nexa4::IDbObject>& in_object);
-    void TakeAway(int in_place);
-    /// Makes the resource object of a source, and moves the factory objects there that the source's flags call for.
-    /// \return the resource's place
+    /// A cache index that no object ever had.
+    int NewCacheIndex();
+    /// The identity of an object that is given none. No other database makes the same one, in other processes either,
+    /// so it can be written down.
+    nexa4::DbObjectId MakeIdentity(int in_cacheIndex) const;
+    /// Of several objects with one identity, the one with the lowest cache index is found by it. But an identity that
+    /// MakeIdentity() made finds the object that it was made for.
+    void Put(int in_cacheIndex, const std::shared_ptr<nexa4::IDbObject>& in_object);
+    void TakeAway(int in_cacheIndex);
+    /// Makes the resource object of a source. Factory objects move to the source if its flags say so.
+    /// \return the resource's cache index
     int AddResource(const std::shared_ptr<DataSource>& in_source);
-    /// Takes a resource object away. Factory objects fall back to the source before it, or go with the last one.
-    void RemoveResource(int in_place);
+    /// Takes a resource object away. Factory objects move to the last source that remains with their flag; without one
+    /// they go.
+    void RemoveResource(int in_cacheIndex);
     /// A location that no source has: the wanted one if possible. Linear in the number of sources.
     std::string MakeLocation(const std::string& in_wanted) const;
     /// The source that a resource object with this identity stands for; null when there is none.
     std::shared_ptr<DataSource> FindSource(const nexa4::DbObjectId& in_resource) const;
-    /// The item whose object is at a place, kept alive by the pointer; null when there is none.
-    std::shared_ptr<Item> FindItem(int in_instance, int in_place) const;
+    /// The item that an object is part of; null when there is none. The pointer keeps the item alive.
+    std::shared_ptr<Item> FindItem(int in_instance, int in_cacheIndex) const;
 
     nexa4::NEXAHandle<nexa4::IDbObject> FindObject(const nexa4::DbObjectId& in_id) const override;
     std::vector<nexa4::DbObjectId> Query(const std::string& in_query, bool in_loaded) const override;
@@ -77,12 +78,12 @@ public:
     std::string GetResourceExpandedURI(const nexa4::NEXAHandle<nexa4::IDbObject>& in_resource) override;
 
 private:
-    /// The object at a place; null when there is none.
-    const std::shared_ptr<nexa4::IDbObject>& ObjectAt(int in_place) const;
-    /// The place of an identity's object; -1 when there is none.
-    int PlaceOf(const nexa4::DbObjectId& in_id) const;
-    /// The place that MakeIdentity() made an identity for; -1 for any other identity.
-    int PlaceOfMadeIdentity(const nexa4::DbObjectId& in_id) const;
+    /// Null when there is none.
+    const std::shared_ptr<nexa4::IDbObject>& ObjectAt(int in_cacheIndex) const;
+    /// -1 when no object has the identity.
+    int CacheIndexOf(const nexa4::DbObjectId& in_id) const;
+    /// What MakeIdentity() made an identity for; -1 for any other identity.
+    int CacheIndexOfMadeIdentity(const nexa4::DbObjectId& in_id) const;
     /// Puts each factory object into the last source that has its flag, or takes it away when there is none.
     void MoveFactories();
     bool HasLocation(const std::string& in_location) const;
@@ -95,12 +96,12 @@ private:
     const int m_instance;
     CommandManager* m_commands;
     std::array<std::uint8_t, 8> m_prefix;                     ///< the first half of the identities made here
-    std::vector<std::shared_ptr<nexa4::IDbObject>> m_objects; ///< by place; null where none is, or none any more
-    /// Of the objects whose identity was given from outside; ascending for each identity.
-    std::unordered_map<nexa4::DbObjectId, std::vector<int>, Hash> m_places;
-    std::vector<int> m_resources; ///< places of all resources, in order of creation
+    std::vector<std::shared_ptr<nexa4::IDbObject>> m_objects; ///< by cache index; null where there is none now
+    /// Cache indices of the objects whose identity was given from outside, ascending for each identity.
+    std::unordered_map<nexa4::DbObjectId, std::vector<int>, Hash> m_indices;
+    std::vector<int> m_resources; ///< cache indices, in order of creation
     std::shared_ptr<FactoryObject> m_factories[2];
-    int m_factoryPlaces[2] = {-1, -1};
+    int m_factoryIndices[2] = {-1, -1};
 };
 
 } // namespace memorymodel

@@ -21,7 +21,7 @@ bool IsSame(const Provider& in_left, const Provider& in_right)
     return in_left.m_items == in_right.m_items;
 }
 
-/// What is installed now; it stays so.
+/// What is installed now. It stays installed.
 Provider GetInstalled()
 {
     const Provider installed = InstallProvider(Provider());
@@ -31,7 +31,7 @@ Provider GetInstalled()
 
 } // namespace
 
-/// The data layer's side of the boundary: the services, and what concerns items whatever library they are in.
+/// The data layer's side of the boundary: the services, and what is asked about items of any library.
 class DataLayer::Implementation : public hmx::ISystem, public IItemModel, public hmx::fwk::INEXADBProxy
 {
 public:
@@ -41,13 +41,13 @@ public:
         m_provider.m_system = this;
         m_provider.m_items = this;
         m_provider.m_objects = &m_contents.GetDatabase();
-        m_provider.m_sourceControl = m_sourceControl->m_implementation.get();
+        m_provider.m_sourceControl = m_sourceControl->m_services.get();
         Install();
     }
 
     ~Implementation() override
     {
-        m_sourceControl->m_implementation->m_properties.reset();
+        m_sourceControl->m_services->m_properties.reset();
         while (!m_libraries.empty())
             RemoveLibrary(*m_libraries.back());
         Uninstall();
@@ -98,9 +98,9 @@ public:
     hmx::IBase* GetOwnService(const std::string& in_name)
     {
         if (in_name == "RevisionControlUIHelper")
-            return m_sourceControl->m_implementation.get();
+            return m_sourceControl->m_services.get();
         if (in_name == "RevisionControlPropertiesMgr")
-            return m_sourceControl->m_implementation->m_properties.get();
+            return m_sourceControl->m_services->m_properties.get();
         return in_name == "NEXADBProxy" ? this : nullptr;
     }
 
@@ -165,10 +165,10 @@ public:
     CompoundAccessor m_target;
     CompoundAccessor m_targetRoot;
     std::function<void()> m_targetHandler;
-    std::map<std::string, hmx::IBase*> m_services; ///< those that were put in the place of the layer's own
+    std::map<std::string, hmx::IBase*> m_services; ///< those that replace the layer's own
 
 private:
-    /// All data layers, to be kept from putting a dead one back.
+    /// All data layers that are alive. None of them may put a dead one back.
     static std::vector<Implementation*>& GetLayers()
     {
         static std::vector<Implementation*> layers;
@@ -181,7 +181,7 @@ private:
         return in_item.IsValid() ? dynamic_cast<const Item*>(in_item.GetContext().get()) : nullptr;
     }
 
-    /// Makes those that came after this one put back what came before it.
+    /// Takes this layer out of the order: those that were installed after it put back what was there before it.
     void LeaveOrder()
     {
         for (Implementation* const layer : GetLayers())

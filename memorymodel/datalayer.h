@@ -15,9 +15,9 @@
 namespace memorymodel
 {
 
-/// A complete implementation of the boundary. Making one installs it; destroying it puts back what was installed before
-/// it, if it is still the one installed. It must outlive every browser that works on its libraries, and must be destroyed
-/// before the QApplication ends, since it keeps pixmaps.
+/// A complete implementation of the boundary. Making one installs it. Destroying the one that is installed puts back
+/// what was installed before it. It must outlive every browser that works on its libraries. It keeps pixmaps, so it
+/// must be destroyed before the QApplication.
 ///
 ///     memorymodel::DataLayer layer;
 ///     memorymodel::Library& library = layer.AddLibrary("Nodes");
@@ -43,11 +43,11 @@ public:
     /// Makes an empty library. It lives until RemoveLibrary() or until the data layer dies.
     Library& AddLibrary(std::string in_name);
 
-    /// Closes a library (see Library::Close()) and destroys it, also from inside one of its notifications. What still
-    /// points there is invalid and harmless: accessors, handles, commands on undo stacks, requested states.
+    /// Closes a library (see Library::Close()) and destroys it, also from inside one of its notifications. Accessors,
+    /// handles, commands and requests that are left over are invalid and do no harm.
     void RemoveLibrary(Library& in_library);
 
-    /// The library that the service "NEXADBProxy" hands out; null, as at first, for none.
+    /// The library that the service "NEXADBProxy" hands out. Null for none, as at first.
     void SetCurrentLibrary(Library* in_library);
 
     /// The application's command manager.
@@ -55,7 +55,7 @@ public:
 
     SourceControl& GetSourceControl();
 
-    /// Puts a service in the place of another or takes one away (null). At first "RevisionControlUIHelper",
+    /// Replaces a service, or takes it away (null). At first "RevisionControlUIHelper",
     /// "RevisionControlPropertiesMgr" and "NEXADBProxy" are there. The service stays the caller's.
     void SetService(const std::string& in_name, hmx::IBase* in_service);
     /// Puts the data layer's own service of that name back.
@@ -63,8 +63,8 @@ public:
     /// Whether hmxGetSystem() answers at all (true at first).
     void SetSystemPresent(bool in_present);
 
-    /// The compound that the application edits, and the one it is shown inside of; invalid for none, and for one that is
-    /// gone.
+    /// The compound that the application edits, and the one it is shown inside of; invalid for none, and for one that
+    /// is gone.
     vireo::datamodel::ItemID GetCompoundTarget() const;
     vireo::datamodel::ItemID GetCompoundTargetRoot() const;
     /// Called after each setting of the target, also when it is the same one again.

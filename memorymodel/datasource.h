@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-/// A data source of the in-memory data layer: a named place that items live in.
+/// A data source of the in-memory data layer: what a group of items is stored in.
 #pragma once
 
 #include "datamodel/dbobjectid.h"
 #include "datamodel/objectdatabase.h"
 #include "memorymodel/export.h"
 
+#include <memory>
 #include <string>
 
 namespace memorymodel
@@ -25,23 +26,25 @@ class MEMORYMODEL_EXPORT DataSource : public nexa4::IDataSource
 {
 public:
     DataSource(std::string in_name, std::string in_location, unsigned in_flags);
+    ~DataSource() override;
+    DataSource(const DataSource&) = delete;
+    DataSource& operator=(const DataSource&) = delete;
 
     /// nexa4::eDataSourceReadOnly, or 0.
     int GetState() const override;
 
-    const std::string& GetName() const { return m_name; }
+    const std::string& GetName() const;
     /// Where it is stored, as people read it: a path or an address.
-    const std::string& GetLocation() const { return m_location; }
-    unsigned GetFlags() const { return m_flags; }
-    bool IsReadOnly() const { return (m_flags & eReadOnlySource) != 0; }
+    const std::string& GetLocation() const;
+    unsigned GetFlags() const;
+    bool IsReadOnly() const;
 
     /// Closes the source to changes or opens it. Notifies nobody: the browser learns of it at its next rebuild.
     void SetReadOnly(bool in_readOnly);
 
 private:
-    std::string m_name;
-    std::string m_location;
-    unsigned m_flags;
+    struct Content;
+    std::unique_ptr<Content> m_content;
 };
 
 } // namespace memorymodel

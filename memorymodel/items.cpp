@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "memorymodel/items.h"
 
-#include "memorymodel/librarycontext.h"
+#include "datamodel/itemlibrary.h"
 
 #include <cstring>
 
@@ -22,7 +22,7 @@ nexa4::NEXAPtr<nexa4::IDataSource> ItemObject::GetDataSource() const
 
 nexa4::NEXAPtr<nexa4::IDataModelMgr> ItemObject::GetManager() const
 {
-    return m_item.m_library ? m_item.m_library->GetDatabase().GetManager() : nexa4::NEXAPtr<nexa4::IDataModelMgr>();
+    return m_item.m_library ? m_item.m_library->GetManager() : nexa4::NEXAPtr<nexa4::IDataModelMgr>();
 }
 
 bool ItemObject::IsLoaded() const

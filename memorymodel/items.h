@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
-/// The items of a library in memory: one context per item, of a class per kind.
+/// The items of a library in memory. Each is a context; each kind has a class.
 #pragma once
 
 #include "datamodel/compoundmodifier.h"
 #include "datamodel/item.h"
 #include "datamodel/models.h"
 #include "datamodel/objectdatabase.h"
+#include "memorymodel/accessstate.h"
 #include "memorymodel/datasource.h"
-#include "memorymodel/sourcecontrol.h"
+#include "memorymodel/itemowner.h"
 
 #include <cstdint>
 #include <map>
@@ -18,9 +19,8 @@ namespace memorymodel
 {
 
 class Item;
-class LibraryContext;
 
-/// The database object of an item. It is a part of the item and lives as long.
+/// The database object of an item. It is a part of the item and lives as long as the item.
 class ItemObject : public nexa4::ITypeAsset
 {
 public:
@@ -46,7 +46,7 @@ struct ItemExtra
     std::map<std::string, std::string> m_tags; ///< by key, the application's tags excepted
 };
 
-/// One item: the context that accessors point at, and its record. LibraryContext and the changes write the record.
+/// One item: the context that accessors point at, and its record. Its library and the changes write the record.
 ///
 /// This class itself offers what every item offers; a global constant is nothing else.
 class Item : public vireo::datamodel::IContext, public vireo::datamodel::IItem
@@ -70,21 +70,21 @@ public:
     void SetTags(const char* in_key, const std::string& in_tags);
     ItemExtra& MakeExtra();
 
-    /// Stands for "not in the state that was last committed" in m_committed.
+    /// The value of m_committed for an item whose last committed state is none of its revisions.
     static const std::uint64_t s_neverCommitted;
 
     const char* const m_type;
     const std::uint64_t m_space;
     const std::uint64_t m_number;
-    LibraryContext* m_library = nullptr; ///< null while the item is in no library
+    ItemOwner* m_library = nullptr; ///< null while the item is in no library
     std::string m_name;
     std::string m_tags;
     std::shared_ptr<DataSource> m_source;
-    std::uint64_t m_revision = 0;  ///< tells states of the content apart; no two states of a library share one but 0
-    std::uint64_t m_committed = 0; ///< the revision last committed
-    std::uint64_t m_commitsAtLeaving = 0; ///< how many commits the library had seen when the item left it
+    std::uint64_t m_revision = 0;         ///< numbers the states of the content; unique in a library, but for 0
+    std::uint64_t m_committed = 0;        ///< the revision last committed
+    std::uint64_t m_commitsAtLeaving = 0; ///< how many commits there had been when the item left the library
     nexa4::DbObjectId m_uid;
-    int m_cacheIndex = -1;         ///< the object's place in the database; -1 without an object
+    int m_cacheIndex = -1;         ///< of its object in the database; -1 without an object
     unsigned m_state = eCheckedIn; ///< the source-control state
     bool m_hasUID = false;
     bool m_signature = false;
@@ -95,7 +95,7 @@ public:
     bool m_builtIn = false;
     bool m_loaded = true;
     bool m_forGraphs = true;
-    bool m_leaving = false; ///< while observers are told that it leaves its library
+    bool m_leaving = false; ///< while observers are notified that it leaves its library
     ItemObject m_object;
     std::unique_ptr<ItemExtra> m_extra;
 };

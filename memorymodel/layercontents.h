@@ -12,7 +12,7 @@
 namespace memorymodel
 {
 
-/// Finds items by identity whichever library they are in, and the database they are in. Owned by the data layer.
+/// All libraries of a data layer, and the database that they share. Owned by the data layer.
 class LayerContents
 {
 public:
@@ -32,8 +32,15 @@ public:
     /// Null when no library has the item. Costs the logarithm of the number of libraries.
     std::shared_ptr<Item> FindItem(const vireo::datamodel::ItemID& in_item) const
     {
+        const std::shared_ptr<LibraryContext> library = FindLibrary(in_item);
+        return library ? library->FindItem(in_item) : nullptr;
+    }
+
+    /// The library that made an identity; null when it is gone. Costs the same.
+    std::shared_ptr<LibraryContext> FindLibrary(const vireo::datamodel::ItemID& in_item) const
+    {
         const auto found = m_libraries.find(in_item.GetSpace());
-        return found == m_libraries.end() ? nullptr : found->second->FindItem(in_item);
+        return found == m_libraries.end() ? nullptr : found->second;
     }
 
 private:

@@ -10,8 +10,8 @@ using namespace vireo::datamodel;
 namespace memorymodel
 {
 
-// Observers may have the library removed from inside a call: what follows a notification must not touch this object, so
-// each function does nothing after its call of the context, which keeps itself alive.
+// An observer may remove the library from inside a call, and this object with it. So no function touches this object
+// after its call of the context. The context keeps itself alive.
 
 Library::Library(std::shared_ptr<LibraryContext> in_context) : m_context(std::move(in_context)) {}
 
@@ -61,7 +61,7 @@ void Library::Invalidate()
 {
     LibraryContext* const context = m_context.get();
     if (context->IsOpen())
-        context->InBracket([context] { context->TellInvalidated(); });
+        context->InBracket([context] { context->NotifyInvalidated(); });
 }
 
 void Library::Close()

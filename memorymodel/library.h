@@ -23,9 +23,9 @@ class LibraryContext;
 /// Made by DataLayer::AddLibrary() and owned by the data layer. This class is for whoever sets up content; everybody
 /// else reads and writes through GetAccessor().
 ///
-/// What is said of notifications: every change tells the observers before it returns, between OnBeginChanges() and
-/// OnEndChanges(), in the order in which they registered; what changes nothing is silent. The writes below take an
-/// optional command manager like those of the boundary.
+/// Every change notifies the observers before it returns, between OnBeginChanges() and OnEndChanges(), in the order in
+/// which they registered. What changes nothing is silent. The writes below take an optional command manager like those
+/// of the boundary.
 class MEMORYMODEL_EXPORT Library
 {
 public:
@@ -35,10 +35,10 @@ public:
     const std::string& GetName() const;
     vireo::datamodel::ItemLibraryAccessor GetAccessor() const;
 
-    /// Adds a data source. A library has one plain source called "Local" when nothing was added before its first item.
-    /// A resource object stands for each source in the database, in the order of this call. The factory object of a
-    /// factory flag is in the source that was added last of all sources with the flag whose library is open; without any
-    /// it does not exist. Notifies nobody.
+    /// Adds a data source and notifies nobody. A library that has none when its first item is added gets a plain source
+    /// called "Local". Each source has a resource object in the database, in the order of the calls. A factory flag
+    /// brings the factory object into this source: it is always in the last source with its flag whose library is open,
+    /// and without such a source it does not exist.
     /// \return the source; a closed library makes one that is in no list and no database, and keeps it for as long as
     ///     this object lives
     /// \param in_flags ePlainSource or a combination of the others
@@ -48,31 +48,32 @@ public:
                               std::string in_location = std::string());
     const std::vector<std::shared_ptr<DataSource>>& GetDataSources() const;
 
-    /// Adds an item, ItemAdded() is sent. Items of one type are listed in the order in which they were added. Never
-    /// undoable, not dirty; read-only sources take it too. Names may occur more than once. The invalid identity, and
-    /// silence, for a source of another library and for a closed library. Constant time.
+    /// Adds an item and sends ItemAdded(). Items of one type are listed in the order in which they were added. The item
+    /// is not dirty, and adding cannot be undone. Read-only sources take items too. Names may occur more than once.
+    /// Constant time.
+    /// \return the invalid identity, and nothing is sent, for a source of another library and for a closed library
     vireo::datamodel::ItemID Add(const NewItem& in_item);
 
-    /// Removes an item, ItemRemoved() is sent. False when there is no such item. Undoing brings it back in its old place
-    /// with its identity, its database object included.
+    /// Removes an item and sends ItemRemoved(). False when there is no such item. Undoing brings it back with its
+    /// identity and its database object, and its old index in the library.
     bool Remove(const vireo::datamodel::ItemID& in_item, hmx::fwk::ICommandManager* in_commands = nullptr);
 
-    /// Renames an item of any type whatever its access, ItemNameChanged() is sent. False when nothing changes.
+    /// Renames an item of any type, read-only or not, and sends ItemNameChanged(). False when nothing changes.
     bool Rename(const vireo::datamodel::ItemID& in_item, const std::string& in_name,
                 hmx::fwk::ICommandManager* in_commands = nullptr);
 
-    /// Replaces an item's tags whatever its access, ItemTagsChanged() is sent. False when nothing changes.
+    /// Replaces an item's tags, read-only or not, and sends ItemTagsChanged(). False when nothing changes.
     bool SetTags(const vireo::datamodel::ItemID& in_item, const std::string& in_tags,
                  hmx::fwk::ICommandManager* in_commands = nullptr);
 
     /// Sends LibraryInvalidated(); silent for a closed library.
     void Invalidate();
 
-    /// Ends the library: its items, its table of contents, its accessors and its resources are gone for good, and the
-    /// observers get LibraryInvalidated(). They see an empty library during that call and can still be removed; once it
-    /// is over the accessors are invalid and the observers forgotten. Inside of a change that is as late as the end of the
-    /// change, and the only thing still told is OnEndChanges(). The object itself stays until the data layer removes it,
-    /// and takes nothing any more. Linear time.
+    /// Ends the library: its items, its table of contents, its accessors and its resources are gone for good. The
+    /// observers get LibraryInvalidated(); they see an empty library during that call and can still be removed.
+    /// Afterwards the accessors are invalid and the observers forgotten. When this is called inside a change,
+    /// "afterwards" is the end of the change, and OnEndChanges() is the only notification that still comes. The object
+    /// itself stays until the data layer removes it, and takes nothing any more. Linear time.
     void Close();
 
     std::size_t GetItemCount() const;
@@ -84,15 +85,15 @@ public:
     vireo::datamodel::ItemID FindBySerialized(const std::string& in_text) const;
     /// The data source that an item lives in; null when there is no such item.
     const DataSource* GetSourceOf(const vireo::datamodel::ItemID& in_item) const;
-    /// The base class, the category, and whether the item is a signature or a loop compound; for compounds.
+    /// Of a compound: its base class, its category, and whether it is a signature or a loop compound.
     std::string GetBaseClass(const vireo::datamodel::ItemID& in_item) const;
     std::string GetCategory(const vireo::datamodel::ItemID& in_item) const;
     bool IsSignature(const vireo::datamodel::ItemID& in_item) const;
     bool IsLoopCompound(const vireo::datamodel::ItemID& in_item) const;
 
-    /// Called by a commit with each item that it saves, in the order of GetItems(); returns an error sentence, or an empty
-    /// text on success. Items of read-only sources are never saved.
-    /// Without one, a commit of a library in memory has nowhere to write to and just clears the dirty marks.
+    /// A commit calls the writer with each item that it saves, in the order of GetItems(). The writer returns an error
+    /// sentence, or an empty text on success. Items of read-only sources are never saved. Without a writer there is
+    /// nowhere to write to: a commit only makes the items clean.
     void SetWriter(std::function<std::string(const vireo::datamodel::ItemID&)> in_writer);
 
 private:

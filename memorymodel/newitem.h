@@ -5,13 +5,15 @@
 #include "datamodel/itemid.h"
 #include "memorymodel/export.h"
 
+#include <memory>
 #include <string>
 
 namespace memorymodel
 {
 
 class DataSource;
-class LibraryContext;
+class LibraryContents;
+struct ItemDescription;
 
 /// What an item is to be, written as one sentence:
 ///
@@ -21,6 +23,10 @@ class LibraryContext;
 class MEMORYMODEL_EXPORT NewItem
 {
 public:
+    NewItem(const NewItem& in_other);
+    NewItem& operator=(const NewItem& in_other);
+    ~NewItem();
+
     static NewItem Compound(std::string in_name);
     static NewItem LoopCompound(std::string in_name);
     static NewItem Signature(std::string in_name);
@@ -35,14 +41,15 @@ public:
     NewItem& In(DataSource& in_source);
     /// Gives the item a "Parent" value: it lives inside another item and is not listed. An empty text gives none.
     NewItem& Parent(std::string in_parent);
-    /// Gives the item a "Specializes" value: it is a variant of another item and is not listed. An empty text gives none.
+    /// Gives the item a "Specializes" value: it is a variant of another item and is not listed. An empty text gives
+    /// none.
     NewItem& Specializes(std::string in_general);
     /// Refuses changes, whatever its data source says.
     NewItem& ReadOnly();
     /// Gives the item no database object: it has no identity there that is a UID.
     NewItem& WithoutUID();
-    /// Gives the database object this identity instead of a new one. A text that is no UID gives a new one all the same;
-    /// of several objects with one identity, the one added first is found by it.
+    /// Gives the database object this identity instead of a new one. A text that is no UID gives a new one all the
+    /// same; of several objects with one identity, the one added first is found by it.
     NewItem& UID(std::string in_uid);
     /// Gives the item a UID that no database object answers to.
     NewItem& WithoutObject();
@@ -58,26 +65,10 @@ public:
     NewItem& Category(std::string in_category);
 
 private:
-    friend class LibraryContext;
+    friend class LibraryContents;
     NewItem(const char* in_type, std::string in_name);
 
-    const char* m_type;
-    std::string m_name;
-    std::string m_tags;
-    std::string m_parent;
-    std::string m_specializes;
-    std::string m_uid;
-    std::string m_baseClass;
-    std::string m_category;
-    DataSource* m_source = nullptr;
-    bool m_signature = false;
-    bool m_loop = false;
-    bool m_readOnly = false;
-    bool m_withUID = true;
-    bool m_withObject = true;
-    bool m_builtIn = false;
-    bool m_loaded = true;
-    bool m_forGraphs = true;
+    std::unique_ptr<ItemDescription> m_description;
 };
 
 } // namespace memorymodel

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The observers of one thing, told in the order in which they registered.
+/// The observers of one thing, notified in the order in which they registered.
 #pragma once
 
 #include <algorithm>
@@ -9,16 +9,15 @@
 namespace memorymodel
 {
 
-/// Pointers on observers that may come and go while they are being told: one that is removed is not called again by the
-/// round under way, one that is added is called from the next round on. Removing and adding are linear in the number of
-/// observers.
+/// Observers may come and go while they are notified. One that is removed is not called again by the round under way;
+/// one that is added is called from the next round on. Removing and adding are linear in the number of observers.
 template <class Observer> class ObserverList
 {
 public:
     bool IsEmpty() const { return m_observers.empty(); }
 
-    /// The observers that are there now have the places below this one; a place may be empty.
-    std::size_t GetPlaces() const { return m_observers.size(); }
+    /// How many positions there are. During a round, those of observers that were removed are empty.
+    std::size_t GetCount() const { return m_observers.size(); }
 
     /// Null and an observer that is there already are ignored.
     void Add(Observer* in_observer)
@@ -30,40 +29,40 @@ public:
     void Remove(Observer* in_observer)
     {
         std::replace(m_observers.begin(), m_observers.end(), in_observer, static_cast<Observer*>(nullptr));
-        Tidy();
+        RemoveEmpty();
     }
 
     void Clear()
     {
         std::fill(m_observers.begin(), m_observers.end(), static_cast<Observer*>(nullptr));
-        Tidy();
+        RemoveEmpty();
     }
 
     /// Calls in_call(observer) for each observer.
-    template <class Call> void Tell(const Call& in_call)
+    template <class Call> void Notify(const Call& in_call)
     {
         const Round round(*this);
-        const std::size_t places = GetPlaces();
-        for (std::size_t i = 0; i < places; ++i)
-            TellAt(i, in_call);
+        const std::size_t count = GetCount();
+        for (std::size_t position = 0; position < count; ++position)
+            NotifyAt(position, in_call);
     }
 
-    /// Calls in_call(observer) for the observer at a place, if there is one. Only while a Round is alive.
-    template <class Call> void TellAt(std::size_t in_place, const Call& in_call)
+    /// Calls in_call(observer) for the observer at a position, if there is one. Only while a Round is alive.
+    template <class Call> void NotifyAt(std::size_t in_position, const Call& in_call)
     {
-        if (Observer* const observer = m_observers[in_place])
+        if (Observer* const observer = m_observers[in_position])
             in_call(*observer);
     }
 
-    /// Keeps the places of the observers while they are being told, also when one of them throws.
+    /// Keeps the positions of the observers while it is alive, also when an observer throws.
     class Round
     {
     public:
-        explicit Round(ObserverList& in_list) : m_list(in_list) { ++m_list.m_rounds; }
+        explicit Round(ObserverList& io_list) : m_list(io_list) { ++m_list.m_rounds; }
         ~Round()
         {
             --m_list.m_rounds;
-            m_list.Tidy();
+            m_list.RemoveEmpty();
         }
         Round(const Round&) = delete;
         Round& operator=(const Round&) = delete;
@@ -73,7 +72,7 @@ public:
     };
 
 private:
-    void Tidy()
+    void RemoveEmpty()
     {
         if (m_rounds == 0)
             m_observers.erase(std::remove(m_observers.begin(), m_observers.end(), static_cast<Observer*>(nullptr)),

@@ -4,7 +4,7 @@
 namespace memorymodel
 {
 
-/// One connection: it is in the manager's list for as long as its record holds it and the list exists.
+/// One connection. It is in the manager's list while both its record and the list exist.
 class PropertiesManager::Link
 {
 public:
@@ -32,7 +32,7 @@ PropertiesManager::PropertiesManager() : m_links(std::make_shared<Links>()) {}
 
 PropertiesManager::~PropertiesManager()
 {
-    Tell(nullptr);
+    Notify(nullptr);
 }
 
 void PropertiesManager::SetEnabled(bool in_enabled)
@@ -40,7 +40,7 @@ void PropertiesManager::SetEnabled(bool in_enabled)
     if (in_enabled == m_enabled)
         return;
     m_enabled = in_enabled;
-    Tell(this);
+    Notify(this);
 }
 
 void PropertiesManager::SetHasProperties(bool in_has)
@@ -48,7 +48,7 @@ void PropertiesManager::SetHasProperties(bool in_has)
     if (in_has == m_hasProperties)
         return;
     m_hasProperties = in_has;
-    Tell(this);
+    Notify(this);
 }
 
 void PropertiesManager::GetSourceControlEnabled(bool* out_enabled)
@@ -67,11 +67,11 @@ bool PropertiesManager::HasProperties()
     return m_hasProperties;
 }
 
-void PropertiesManager::Tell(IRevisionControlPropertiesMgr* in_manager)
+void PropertiesManager::Notify(IRevisionControlPropertiesMgr* in_manager)
 {
-    // Kept here, since a slot may end the manager.
+    // A slot may end the manager; the list stays until all are notified.
     const std::shared_ptr<Links> links = m_links;
-    links->Tell([in_manager](Link& in_link) { in_link.GetSlot().OnRevisionControlPropertiesChange(in_manager); });
+    links->Notify([in_manager](Link& in_link) { in_link.GetSlot().OnRevisionControlPropertiesChange(in_manager); });
 }
 
 } // namespace memorymodel

@@ -10,7 +10,8 @@
 namespace memorymodel
 {
 
-/// The two properties, and the slots that are told of them. Its end tells the connected slots null.
+/// The two properties, and the slots that are notified when one changes. At its end the manager notifies them with
+/// null.
 class PropertiesManager : public IRevisionControlPropertiesMgr
 {
 public:
@@ -30,7 +31,7 @@ private:
     class Link;
     using Links = ObserverList<Link>;
 
-    void Tell(IRevisionControlPropertiesMgr* in_manager);
+    void Notify(IRevisionControlPropertiesMgr* in_manager);
 
     std::shared_ptr<Links> m_links;
     bool m_enabled = false;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "datamodel/itemid.h"
+#include "memorymodel/accessstate.h"
 #include "memorymodel/export.h"
 
 #include <cstddef>
@@ -16,17 +17,7 @@ namespace memorymodel
 
 class DataLayer;
 class LayerContents;
-
-/// The access states that this data layer gives out, besides the boundary's 0 and 4194304.
-enum eAccessState : unsigned
-{
-    eCheckedIn = 1,
-    eCheckedOut = 2,
-    eCheckedOutByOther = 3,
-    eOutOfDate = 4,
-    eWritable = 5, ///< made writable without a check-out
-    eAdded = 6,    ///< new here, not checked in yet
-};
+class SourceControlServices;
 
 /// Switches and states, to be set by the host or a test; the boundary reads them. Owned by the DataLayer.
 ///
@@ -42,15 +33,18 @@ public:
     /// Whether files are under version control at all (false at first). Notifies nobody.
     void SetVersionControlActive(bool in_active);
 
-    /// The property "source control enabled" (false at first). Connected slots are told when it changes.
+    /// The property "source control enabled" (false at first). Connected slots are notified when it changes.
     void SetEnabled(bool in_enabled);
 
-    /// Whether the properties manager has properties to read (true at first). Connected slots are told when it changes. Like
-    /// SetEnabled() it does nothing once the end of the data layer has told the slots null.
+    /// Whether the properties manager has properties to read (true at first). Connected slots are notified when it
+    /// changes. Like SetEnabled() this does nothing once the data layer has notified the slots of its end with null.
     void SetHasProperties(bool in_has);
 
-    /// Puts the state of an item's object on record and tells the observers of its library, whether anybody asked or
+    /// Puts the state of an item's object on record and notifies the observers of its library, whether anybody asked or
     /// not. Silent when the state is the one on record or the item has no object. Objects start as eCheckedIn.
+    ///
+    /// Browsers leave room for badges beside compounds whose sources take changes. Beside any other item, a state moves
+    /// the icon to the right.
     void SetState(const vireo::datamodel::ItemID& in_item, unsigned in_state);
     unsigned GetState(const vireo::datamodel::ItemID& in_item) const;
 
@@ -66,11 +60,10 @@ public:
 
 private:
     friend class DataLayer;
-    class Implementation;
     explicit SourceControl(LayerContents& in_contents);
     ~SourceControl();
 
-    std::unique_ptr<Implementation> m_implementation;
+    std::unique_ptr<SourceControlServices> m_services;
 };
 
 } // namespace memorymodel

@@ -7,35 +7,34 @@
 #include "datamodel/sourcecontrol.h"
 #include "memorymodel/layercontents.h"
 #include "memorymodel/propertiesmanager.h"
-#include "memorymodel/sourcecontrol.h"
 #include "memorymodel/statebadge.h"
 
-#include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
 
-#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
+#include <list>
 #include <memory>
+#include <vector>
 
 namespace memorymodel
 {
 
 /// States, badges and tool tips, and the service "RevisionControlUIHelper". Requests wait in a queue, in order, and are
 /// answered from a posted event.
-class SourceControl::Implementation : public QObject,
-                                      public ISourceControlDisplay,
-                                      public nexa4::IRevisionControlUIHelper
+class SourceControlServices : public QObject, public ISourceControlDisplay, public nexa4::IRevisionControlUIHelper
 {
 public:
     using Handle = nexa4::NEXAHandle<nexa4::IDbObject>;
     using ItemID = vireo::datamodel::ItemID;
 
-    explicit Implementation(LayerContents& in_contents);
+    explicit SourceControlServices(LayerContents& in_contents);
 
-    void SetState(Item& in_item, unsigned in_state);
-    /// Answers what waits now; what is asked for meanwhile waits for the next time.
+    void SetState(Item& io_item, unsigned in_state);
+    /// Answers the requests that wait now. Those that come meanwhile wait for the next time.
     void Deliver();
 
     // ISourceControlDisplay
@@ -67,11 +66,11 @@ private:
     {
         const ScsTask* m_task;
         ItemID m_item;
-        std::uint64_t m_round; ///< the round of answers that comes next at the time of the request
+        std::uint64_t m_round; ///< the round of answers that the request waits for
     };
 
-    /// Answers the items at the front of the queue for as long as they are a library's.
-    void DeliverIn(LibraryContext& in_library, std::uint64_t in_round);
+    /// Answers the requests at the front of the queue, up to the first that is not about an item of the library.
+    void DeliverIn(LibraryContext& io_library, std::uint64_t in_round);
     std::shared_ptr<Item> FindItem(const Handle& in_object) const;
 
     std::deque<Waiting> m_waiting;

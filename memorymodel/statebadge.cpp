@@ -2,7 +2,7 @@
 #include "memorymodel/statebadge.h"
 
 #include "datamodel/notifications.h"
-#include "memorymodel/sourcecontrol.h"
+#include "memorymodel/accessstate.h"
 #include "qtcompat/qtcompat.h"
 
 #include <QPainter>
@@ -17,11 +17,14 @@ namespace memorymodel
 namespace
 {
 
-const qreal gBadgeSide = 8;
-const qreal gMarkWidth = 7;
+/// The column left of an icon where the factory mark or a badge stands. A badge is as wide, and as high.
+const qreal gColumnWidth = 7;
 const std::size_t gSharedPixmaps = 512;
 
-/// A corner of a badge, in eighths of its side.
+/// The side of a badge in the units of its corners. One unit is half a pixel when the ratio is 1.
+const int gUnits = 14;
+
+/// A corner of a badge, in fourteenths of its side.
 struct Corner
 {
     int m_x;
@@ -39,20 +42,20 @@ struct Badge
 };
 
 const Badge gBadges[] = {
-    {eCheckedIn, "Checked in", qRgb(120, 130, 145), 4, {{1, 1}, {7, 1}, {7, 7}, {1, 7}}},
-    {eCheckedOut, "Checked out", qRgb(210, 45, 45), 6, {{0, 4}, {2, 3}, {3, 5}, {7, 0}, {8, 2}, {3, 8}}},
+    {eCheckedIn, "Checked in", qRgb(120, 130, 145), 4, {{2, 2}, {12, 2}, {12, 12}, {2, 12}}},
+    {eCheckedOut, "Checked out", qRgb(210, 45, 45), 6, {{0, 8}, {3, 5}, {6, 8}, {11, 0}, {14, 3}, {6, 14}}},
     {eCheckedOutByOther,
      "Checked out by someone else",
      qRgb(150, 60, 170),
      12,
-     {{0, 2}, {2, 0}, {4, 2}, {6, 0}, {8, 2}, {6, 4}, {8, 6}, {6, 8}, {4, 6}, {2, 8}, {0, 6}, {2, 4}}},
-    {eOutOfDate, "Out of date", qRgb(235, 160, 20), 3, {{4, 0}, {8, 8}, {0, 8}}},
-    {eWritable, "Writable without a check-out", qRgb(45, 110, 220), 4, {{4, 0}, {8, 4}, {4, 8}, {0, 4}}},
+     {{0, 3}, {3, 0}, {7, 4}, {11, 0}, {14, 3}, {10, 7}, {14, 11}, {11, 14}, {7, 10}, {3, 14}, {0, 11}, {4, 7}}},
+    {eOutOfDate, "Out of date", qRgb(235, 160, 20), 3, {{7, 0}, {14, 14}, {0, 14}}},
+    {eWritable, "Writable without a check-out", qRgb(45, 110, 220), 4, {{7, 0}, {14, 7}, {7, 14}, {0, 7}}},
     {eAdded,
      "New, not checked in yet",
      qRgb(40, 160, 70),
      12,
-     {{3, 0}, {5, 0}, {5, 3}, {8, 3}, {8, 5}, {5, 5}, {5, 8}, {3, 8}, {3, 5}, {0, 5}, {0, 3}, {3, 3}}},
+     {{4, 0}, {10, 0}, {10, 4}, {14, 4}, {14, 10}, {10, 10}, {10, 14}, {4, 14}, {4, 10}, {0, 10}, {0, 4}, {4, 4}}},
 };
 
 const Badge* FindBadge(unsigned in_state)
@@ -62,26 +65,54 @@ const Badge* FindBadge(unsigned in_state)
     return found == std::end(gBadges) ? nullptr : found;
 }
 
-/// A badge painted on a copy, which keeps everything that the icon's pixmap knows of itself.
-QPixmap Compose(const QPixmap& in_base, const Badge& in_badge, bool in_ownSpace)
+/// How many pixels a corner lies from the badge's side. Even corners end straight edges and are rounded, since an edge
+/// is sharp only between two pixels. Odd corners are tips.
+qreal ToPixels(int in_corner, qreal in_side)
 {
-    const qreal ratio = qtcompat::PixelRatio(in_base);
-    const qreal width = in_base.width() / ratio;
-    const qreal height = in_base.height() / ratio;
-    const qreal side = std::min(gBadgeSide, std::min(in_ownSpace ? width : width - gMarkWidth, height));
-    if (side <= 0)
-        return in_base;
+    const qreal exact = in_corner * in_side / gUnits;
+    return in_corner % 2 ? exact : qRound(exact);
+}
 
+/// Paints a badge onto the lower edge of a picture whose ratio is 1.
+void PaintBadge(QPixmap& io_picture, const Badge& in_badge, qreal in_left, qreal in_side)
+{
     QPolygonF shape;
     for (int i = 0; i < in_badge.m_count; ++i)
-        shape.append(QPointF(width - side + in_badge.m_corners[i].m_x * side / 8,
-                             height - side + in_badge.m_corners[i].m_y * side / 8));
-    QPixmap icon = in_base;
-    QPainter painter(&icon);
+        shape.append(QPointF(in_left + ToPixels(in_badge.m_corners[i].m_x, in_side),
+                             io_picture.height() - in_side + ToPixels(in_badge.m_corners[i].m_y, in_side)));
+    QPainter painter(&io_picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor(in_badge.m_colour));
     painter.drawPolygon(shape);
+}
+
+/// An icon with a free column at its left.
+QPixmap AddColumn(const QPixmap& in_icon, int in_width)
+{
+    QPixmap widened(in_icon.width() + in_width, in_icon.height());
+    widened.fill(Qt::transparent);
+    QPainter painter(&widened);
+    painter.drawPixmap(in_width, 0, in_icon);
+    return widened;
+}
+
+/// An icon as it is shown with a state.
+/// \param in_badge null for a state without a badge
+QPixmap Compose(const QPixmap& in_base, const Badge* in_badge, bool in_ownSpace)
+{
+    // Everything is painted in device pixels: at a ratio of 1.5, others would end inside of one.
+    const qreal ratio = qtcompat::PixelRatio(in_base);
+    const int column = qRound(gColumnWidth * ratio);
+    QPixmap icon = in_base;
+    qtcompat::SetPixelRatio(icon, 1);
+    if (in_ownSpace)
+        icon = AddColumn(icon, column);
+    const int space = in_ownSpace ? column : icon.width() - column;
+    const int side = std::min(static_cast<int>(gColumnWidth * ratio), std::min(space, icon.height()));
+    if (in_badge && side > 0)
+        PaintBadge(icon, *in_badge, in_ownSpace ? 0 : icon.width() - side, side);
+    qtcompat::SetPixelRatio(icon, ratio);
     return icon;
 }
 
@@ -90,7 +121,8 @@ QPixmap Compose(const QPixmap& in_base, const Badge& in_badge, bool in_ownSpace)
 QPixmap StateBadges::Decorate(const QPixmap& in_base, unsigned in_state, bool in_ownSpace)
 {
     const Badge* const badge = FindBadge(in_state);
-    if (!badge || in_base.isNull())
+    const bool isMarked = badge || (in_ownSpace && in_state != vireo::datamodel::eAccessStateUnknown);
+    if (in_base.isNull() || !isMarked)
         return in_base;
     const auto key = std::make_tuple(in_base.cacheKey(), in_state, in_ownSpace);
     const auto found = m_shared.find(key);
@@ -98,7 +130,7 @@ QPixmap StateBadges::Decorate(const QPixmap& in_base, unsigned in_state, bool in
         return found->second;
     if (m_shared.size() >= gSharedPixmaps)
         m_shared.clear();
-    const QPixmap icon = Compose(in_base, *badge, in_ownSpace);
+    const QPixmap icon = Compose(in_base, badge, in_ownSpace);
     m_shared[key] = icon;
     return icon;
 }

@@ -10,16 +10,21 @@
 namespace memorymodel
 {
 
-/// Paints badges onto icons and keeps the results. Must not outlive the application object, like every pixmap.
+/// Puts badges beside icons and keeps the results. Must not outlive the application object, like every pixmap.
 class StateBadges
 {
 public:
-    /// A copy of an icon with a state's badge in its bottom right corner; the icon as it is for a state without one,
-    /// which is each that eAccessState does not name.
+    /// An icon as it is shown with a state.
     ///
-    /// A badge is at most 8 by 8 device-independent pixels. Copies are shared: for the same icon and state they are the
-    /// same pixmap, as long as no more than a few hundred different ones are in use. A shared one costs one look-up.
-    /// \param in_ownSpace false when the icon's leftmost 7 pixels must stay free
+    /// With its own space, the icon gets a column of 7 device-independent pixels at its left, and the badge stands
+    /// there on the icon's lower edge. The column comes with every state but 0, with the requested state too, so that
+    /// the icon stays where it is when the badge comes. Without its own space, the icon has such a column already: it
+    /// keeps its size, and the badge is painted over its bottom right corner.
+    ///
+    /// A badge is at most 7 by 7 device-independent pixels; states that eAccessState does not name have none. The
+    /// result has the icon's device pixel ratio. For the same icon and state it is the same pixmap, as long as no more
+    /// than a few hundred different ones are in use; then it costs one look-up.
+    /// \param in_ownSpace false when the icon's leftmost 7 pixels are taken by another mark
     QPixmap Decorate(const QPixmap& in_base, unsigned in_state, bool in_ownSpace);
 
 private:

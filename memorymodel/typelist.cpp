@@ -8,18 +8,18 @@ namespace memorymodel
 
 TypeList::Numbers TypeList::GetNumbers(const std::vector<std::shared_ptr<Item>>& in_items)
 {
-    if (!m_tidy)
+    if (!m_sorted)
     {
-        // Walks that are under way keep the list as it was.
-        const auto tidy = std::make_shared<std::vector<std::uint64_t>>();
-        tidy->reserve(Writable().size());
+        // Iterators keep the list as it was.
+        const auto sorted = std::make_shared<std::vector<std::uint64_t>>();
+        sorted->reserve(Writable().size());
         for (const std::uint64_t number : Writable())
             if (in_items[number])
-                tidy->push_back(number);
-        std::sort(tidy->begin(), tidy->end());
-        tidy->erase(std::unique(tidy->begin(), tidy->end()), tidy->end());
-        m_numbers = tidy;
-        m_tidy = true;
+                sorted->push_back(number);
+        std::sort(sorted->begin(), sorted->end());
+        sorted->erase(std::unique(sorted->begin(), sorted->end()), sorted->end());
+        m_numbers = sorted;
+        m_sorted = true;
     }
     Writable();
     return m_numbers;

@@ -11,25 +11,26 @@
 namespace memorymodel
 {
 
-/// Numbers of items, in a list that is put in order only when somebody wants to walk it: adding and removing are
-/// constant time. A walk shares the list and keeps its length of the beginning, so that whatever is appended meanwhile
-/// does not disturb it.
+/// The numbers of items. The list is sorted when somebody asks for it, so adding and removing take constant time.
+///
+/// Iterators share the list and note its length. Adding only appends, and sorting makes a new list: neither disturbs an
+/// iterator.
 class TypeList
 {
 public:
     using Numbers = std::shared_ptr<const std::vector<std::uint64_t>>;
 
-    /// An item is in the library from here on; one that was there before gets its old place back.
+    /// An item is in the library from here on. One that was there before is listed where it was.
     void Add(std::uint64_t in_number)
     {
         std::vector<std::uint64_t>& numbers = Writable();
         if (!numbers.empty() && in_number <= numbers.back())
-            m_tidy = false;
+            m_sorted = false;
         numbers.push_back(in_number);
     }
 
     /// An item is not in the library any more.
-    void Drop() { m_tidy = false; }
+    void Drop() { m_sorted = false; }
 
     void Clear() { m_numbers.reset(); }
 
@@ -46,7 +47,7 @@ private:
     }
 
     std::shared_ptr<std::vector<std::uint64_t>> m_numbers;
-    bool m_tidy = true;
+    bool m_sorted = true; ///< and without the numbers of items that left
 };
 
 } // namespace memorymodel

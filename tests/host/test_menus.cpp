@@ -204,6 +204,24 @@ private Q_SLOTS:
         QCOMPARE(m_layer.GetSourceControl().GetState(m_blend), state);
     }
 
+    void onlyCompoundsThatTakeChangesAreCheckedOut()
+    {
+        m_library->Add(
+            NewItem::Compound("Archived").In(m_library->AddDataSource("Archive", memorymodel::eReadOnlySource)));
+        m_library->Add(NewItem::Compound("Loose").WithoutUID());
+        QCoreApplication::processEvents();
+        for (const char* const name : {"Add", "Archived", "Loose"})
+        {
+            Select(name);
+            QVERIFY2(m_window->GetBrowser().GetSelection() == m_library->FindByName(name), name);
+            QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Source control"));
+            QVERIFY(menu);
+            QVERIFY2(!FindEntry(*menu, QStringLiteral("&Check out"))->isEnabled(), name);
+            QVERIFY2(!FindEntry(*menu, QStringLiteral("&Make writable"))->isEnabled(), name);
+            CloseMenus();
+        }
+    }
+
     void theSwitchSetsTheProperty()
     {
         QMenu* menu = OpenMenu(*m_window, QStringLiteral("&Source control"));

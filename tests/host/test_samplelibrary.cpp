@@ -3,7 +3,7 @@
 
 #include "datamodel/compoundmodifier.h"
 #include "datamodel/sourcecontrol.h"
-#include "host/itemkind.h"
+#include "host/itemlabel.h"
 #include "host/sampletable.h"
 #include "memorymodel/datalayer.h"
 #include "tests/support/testmain.h"
@@ -108,7 +108,7 @@ private Q_SLOTS:
     void everyKindIsMadeAsItself()
     {
         const auto label = [this](const char* in_name) {
-            return QByteArray(host::GetItemKind(*m_library, m_library->FindByName(in_name)).m_label);
+            return QByteArray(host::GetItemLabel(*m_library, m_library->FindByName(in_name)).m_text);
         };
         QCOMPARE(label("Blend"), QByteArray("compound"));
         QCOMPARE(label("Turbulence"), QByteArray("looping compound"));

@@ -51,15 +51,15 @@ inline QString KindName(importers::eMaterialXKind in_kind)
 inline QStringList Describe(const importers::MaterialXContent& in_content)
 {
     QStringList lines;
-    for (const importers::MaterialXItem& item : in_content.items)
+    for (const importers::MaterialXItem& item : in_content.m_items)
     {
         QString line = QStringLiteral("%1 %2 [%3] @%4")
-                           .arg(KindName(item.kind), item.name, item.tags.join(QLatin1Char(';')),
-                                in_content.sources.at(item.source).name);
-        if (!item.parent.isEmpty())
-            line += QStringLiteral(" in ") + item.parent;
-        if (!item.specializes.isEmpty())
-            line += QStringLiteral(" of ") + item.specializes;
+                           .arg(KindName(item.m_kind), item.m_name, item.m_tags.join(QLatin1Char(';')),
+                                in_content.m_sources.at(item.m_source).m_name);
+        if (!item.m_parent.isEmpty())
+            line += QStringLiteral(" in ") + item.m_parent;
+        if (!item.m_specializes.isEmpty())
+            line += QStringLiteral(" of ") + item.m_specializes;
         lines.append(line);
     }
     return lines;

@@ -25,15 +25,15 @@ QByteArray ReadRichDocument()
 MaterialXContent MakeMarkedContent()
 {
     MaterialXContent content;
-    content.sources.push_back({QStringLiteral("marked"), QString()});
-    content.items.push_back(importers::MaterialXItem());
+    content.m_sources.push_back({QStringLiteral("marked"), QString()});
+    content.m_items.push_back(importers::MaterialXItem());
     return content;
 }
 
 bool IsMarked(const MaterialXContent& in_content)
 {
-    return in_content.sources.size() == 1 && in_content.sources[0].name == QStringLiteral("marked") &&
-           in_content.items.size() == 1;
+    return in_content.m_sources.size() == 1 && in_content.m_sources[0].m_name == QStringLiteral("marked") &&
+           in_content.m_items.size() == 1;
 }
 
 QByteArray Repeated(const QByteArray& in_text, int in_times)
@@ -145,11 +145,11 @@ void MaterialXFaultTest::documentFaults()
     MaterialXContent content = MakeMarkedContent();
     const std::optional<MaterialXError> error = ReadMaterialX(path, content);
     QVERIFY(error);
-    QCOMPARE(error->file, path);
-    QCOMPARE(error->line, line);
-    QVERIFY(!error->reason.isEmpty());
-    QVERIFY2(error->reason.contains(part), qPrintable(error->reason));
-    QCOMPARE(error->GetText(), QStringLiteral("%1:%2: %3").arg(path).arg(line).arg(error->reason));
+    QCOMPARE(error->m_file, path);
+    QCOMPARE(error->m_line, line);
+    QVERIFY(!error->m_reason.isEmpty());
+    QVERIFY2(error->m_reason.contains(part), qPrintable(error->m_reason));
+    QCOMPARE(error->GetText(), QStringLiteral("%1:%2: %3").arg(path).arg(line).arg(error->m_reason));
     QVERIFY(IsMarked(content));
 }
 
@@ -161,7 +161,7 @@ void MaterialXFaultTest::missingFile()
     const std::optional<MaterialXError> error = ReadMaterialX(path, content);
     QVERIFY(error);
     QVERIFY2(error->GetText().startsWith(path + QStringLiteral(":1: ")), qPrintable(error->GetText()));
-    QVERIFY(!error->reason.isEmpty());
+    QVERIFY(!error->m_reason.isEmpty());
     QVERIFY(IsMarked(content));
 }
 
@@ -171,7 +171,7 @@ void MaterialXFaultTest::missingFolder()
     MaterialXContent content;
     const std::optional<MaterialXError> error = ReadMaterialX(folder.GetPath(QStringLiteral("none/")), content);
     QVERIFY(error);
-    QCOMPARE(error->line, qint64(1));
+    QCOMPARE(error->m_line, qint64(1));
 }
 
 void MaterialXFaultTest::emptyPath()
@@ -179,8 +179,8 @@ void MaterialXFaultTest::emptyPath()
     MaterialXContent content;
     const std::optional<MaterialXError> error = ReadMaterialX(QString(), content);
     QVERIFY(error);
-    QCOMPARE(error->line, qint64(1));
-    QVERIFY(!error->reason.isEmpty());
+    QCOMPARE(error->m_line, qint64(1));
+    QVERIFY(!error->m_reason.isEmpty());
 }
 
 void MaterialXFaultTest::folderWithoutDocuments_data()
@@ -215,8 +215,8 @@ void MaterialXFaultTest::linkThatLeadsNowhere()
     MaterialXContent content = MakeMarkedContent();
     const std::optional<MaterialXError> error = ReadMaterialX(folder.GetPath(), content);
     QVERIFY(error);
-    QCOMPARE(error->file, link);
-    QCOMPARE(error->line, qint64(1));
+    QCOMPARE(error->m_file, link);
+    QCOMPARE(error->m_line, qint64(1));
     QVERIFY(IsMarked(content));
 }
 
@@ -229,8 +229,8 @@ void MaterialXFaultTest::oneBadDocumentFailsTheFolder()
     MaterialXContent content = MakeMarkedContent();
     const std::optional<MaterialXError> error = ReadMaterialX(folder.GetPath(), content);
     QVERIFY(error);
-    QCOMPARE(error->file, bad);
-    QCOMPARE(error->line, qint64(3));
+    QCOMPARE(error->m_file, bad);
+    QCOMPARE(error->m_line, qint64(3));
     QVERIFY(IsMarked(content));
 }
 
@@ -243,7 +243,7 @@ void MaterialXFaultTest::firstBadDocumentInPathOrderIsTold()
     MaterialXContent content;
     const std::optional<MaterialXError> error = ReadMaterialX(folder.GetPath(), content);
     QVERIFY(error);
-    QCOMPARE(error->file, first);
+    QCOMPARE(error->m_file, first);
 }
 
 void MaterialXFaultTest::reasonIsOneLine()
@@ -267,7 +267,7 @@ void MaterialXFaultTest::everyTruncationOfAValidDocument()
         if (!error)
             continue;
         const qint64 lastLine = document.left(length).count('\n') + 1;
-        QVERIFY2(error->line >= 1 && error->line <= lastLine, qPrintable(error->GetText()));
+        QVERIFY2(error->m_line >= 1 && error->m_line <= lastLine, qPrintable(error->GetText()));
         QVERIFY(IsMarked(content));
     }
 }
@@ -316,12 +316,12 @@ void MaterialXFaultTest::randomMutationsOfAValidDocument()
         ++(error ? faulty : readable);
         if (error)
         {
-            QVERIFY2(error->line >= 1 && !error->reason.isEmpty() && IsMarked(content), document.constData());
+            QVERIFY2(error->m_line >= 1 && !error->m_reason.isEmpty() && IsMarked(content), document.constData());
             continue;
         }
-        QCOMPARE(content.sources.size(), std::size_t(1));
-        for (const importers::MaterialXItem& item : content.items)
-            QVERIFY2(!item.name.isEmpty() && item.source == 0, document.constData());
+        QCOMPARE(content.m_sources.size(), std::size_t(1));
+        for (const importers::MaterialXItem& item : content.m_items)
+            QVERIFY2(!item.m_name.isEmpty() && item.m_source == 0, document.constData());
     }
     QVERIFY(readable > 500);
     QVERIFY(faulty > 500);
@@ -340,9 +340,9 @@ void MaterialXFaultTest::hundredThousandDefinitionsWithGraphs()
     }
     MaterialXContent content;
     QVERIFY(!ReadMaterialX(folder.Write(QStringLiteral("d.mtlx"), document + "</materialx>"), content));
-    QCOMPARE(content.items.size(), std::size_t(200000));
-    QCOMPARE(content.items[99999].name, QStringLiteral("node99999"));
-    QVERIFY(content.items[99999].kind == importers::eMaterialXKind::eCompound);
+    QCOMPARE(content.m_items.size(), std::size_t(200000));
+    QCOMPARE(content.m_items[99999].m_name, QStringLiteral("node99999"));
+    QVERIFY(content.m_items[99999].m_kind == importers::eMaterialXKind::eCompound);
 }
 
 void MaterialXFaultTest::hundredThousandNodesInAGraph()
@@ -353,8 +353,8 @@ void MaterialXFaultTest::hundredThousandNodesInAGraph()
                                                                     "</nodegraph></materialx>");
     MaterialXContent content;
     QVERIFY(!ReadMaterialX(path, content));
-    QCOMPARE(content.items.size(), std::size_t(100001));
-    QCOMPARE(content.items.back().parent, QStringLiteral("g"));
+    QCOMPARE(content.m_items.size(), std::size_t(100001));
+    QCOMPARE(content.m_items.back().m_parent, QStringLiteral("g"));
 }
 
 void MaterialXFaultTest::hundredThousandDefinitionsOfOneNode()
@@ -365,8 +365,8 @@ void MaterialXFaultTest::hundredThousandDefinitionsOfOneNode()
     const DocumentFolder folder;
     MaterialXContent content;
     QVERIFY(!ReadMaterialX(folder.Write(QStringLiteral("d.mtlx"), document + "</materialx>"), content));
-    QCOMPARE(content.items.size(), std::size_t(100001));
-    QCOMPARE(content.items.front().tags.size(), 50000);
+    QCOMPARE(content.m_items.size(), std::size_t(100001));
+    QCOMPARE(content.m_items.front().m_tags.size(), 50000);
 }
 
 void MaterialXFaultTest::nameOfAMillionCharacters()
@@ -377,8 +377,8 @@ void MaterialXFaultTest::nameOfAMillionCharacters()
         folder.Write(QStringLiteral("d.mtlx"), "<materialx><typedef name='" + name + "'/></materialx>");
     MaterialXContent content;
     QVERIFY(!ReadMaterialX(path, content));
-    QCOMPARE(content.items.size(), std::size_t(1));
-    QVERIFY(content.items[0].name == QString::fromLatin1(name));
+    QCOMPARE(content.m_items.size(), std::size_t(1));
+    QVERIFY(content.m_items[0].m_name == QString::fromLatin1(name));
 }
 
 void MaterialXFaultTest::deepNesting()
@@ -391,11 +391,11 @@ void MaterialXFaultTest::deepNesting()
     const QString whole = folder.Write(QStringLiteral("whole.mtlx"),
                                        "<materialx>" + opened + closed + "<typedef name='after'/></materialx>");
     QVERIFY(!ReadMaterialX(whole, content));
-    QCOMPARE(content.items.size(), std::size_t(1));
+    QCOMPARE(content.m_items.size(), std::size_t(1));
     const std::optional<MaterialXError> error =
         ReadMaterialX(folder.Write(QStringLiteral("open.mtlx"), "<materialx>" + opened), content);
     QVERIFY(error);
-    QCOMPARE(error->line, qint64(depth + 1));
+    QCOMPARE(error->m_line, qint64(depth + 1));
 }
 
 NODEBROWSER_TEST_MAIN(MaterialXFaultTest)

@@ -42,8 +42,8 @@ MaterialXContent ReadOrThrow(const QString& in_path)
 MaterialXContent MakeContent(const std::vector<MaterialXItem>& in_items)
 {
     MaterialXContent content;
-    content.sources.push_back({QStringLiteral("source"), QStringLiteral("/a/source")});
-    content.items = in_items;
+    content.m_sources.push_back({QStringLiteral("source"), QStringLiteral("/a/source")});
+    content.m_items = in_items;
     return content;
 }
 

@@ -96,8 +96,8 @@ void MaterialXReadTest::sourcesAreTheTopFoldersAndTheOpenedOne()
     MaterialXContent content;
     QVERIFY(!ReadMaterialX(QStringLiteral(TEST_DATA_FOLDER "/library"), content));
     QStringList sources;
-    for (const importers::MaterialXSource& source : content.sources)
-        sources.append(source.name + QLatin1Char(' ') + QDir::fromNativeSeparators(source.location));
+    for (const importers::MaterialXSource& source : content.m_sources)
+        sources.append(source.m_name + QLatin1Char(' ') + QDir::fromNativeSeparators(source.m_location));
     const QString folder = QStringLiteral(TEST_DATA_FOLDER "/library");
     QCOMPARE(sources, QStringList() << QStringLiteral("alpha ") + folder + QStringLiteral("/alpha")
                                     << QStringLiteral("beta ") + folder + QStringLiteral("/beta")
@@ -141,8 +141,8 @@ void MaterialXReadTest::documentsComeInPathOrder()
     MaterialXContent content;
     QVERIFY(!ReadMaterialX(folder.GetPath(), content));
     QStringList read;
-    for (const importers::MaterialXItem& item : content.items)
-        read.append(item.name);
+    for (const importers::MaterialXItem& item : content.m_items)
+        read.append(item.m_name);
     QCOMPARE(read, Lines({"Z.mtlx", "a.mtlx", "a/b/c.mtlx", "a/z.mtlx", "b.mtlx", "c.mtlx/d.mtlx", "ä.mtlx"}));
 }
 
@@ -154,8 +154,8 @@ void MaterialXReadTest::rootAndTopFolderOfOneNameAreTwoSources()
     MaterialXContent content;
     QVERIFY(!ReadMaterialX(folder.GetPath(QStringLiteral("same")), content));
     QCOMPARE(Describe(content), Lines({"signature b [] @same", "signature a [same] @same"}));
-    QCOMPARE(content.sources.size(), std::size_t(2));
-    QVERIFY(content.sources[0].location != content.sources[1].location);
+    QCOMPARE(content.m_sources.size(), std::size_t(2));
+    QVERIFY(content.m_sources[0].m_location != content.m_sources[1].m_location);
 }
 
 void MaterialXReadTest::tagsAreDistinctAndInOrder()
@@ -253,7 +253,7 @@ void MaterialXReadTest::earlierContentIsReplaced()
     QVERIFY(!ReadMaterialX(folder.Write(QStringLiteral("a.mtlx"), Document("<typedef name='a'/>")), content));
     QVERIFY(!ReadMaterialX(folder.Write(QStringLiteral("b.mtlx"), Document("<typedef name='b'/>")), content));
     QCOMPARE(Describe(content), Lines({"type b [] @b"}));
-    QCOMPARE(content.sources.size(), std::size_t(1));
+    QCOMPARE(content.m_sources.size(), std::size_t(1));
 }
 
 NODEBROWSER_TEST_MAIN(MaterialXReadTest)

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 // What is particular to the data layer in memory: factory objects, removed libraries, the compound target.
 
-#include "contractsupport.h"
+#include "contract/notificationspy.h"
+#include "contract/support.h"
 #include "datamodel/revisioncontrol.h"
 #include "datamodel/sourcecontrol.h"
 #include "memorymodel/datalayer.h"
-#include "notificationspy.h"
 #include "tests/support/testmain.h"
 
 #include <memory>
 
+using namespace contract;
 using namespace memorymodel;
 using namespace vireo::datamodel;
 
@@ -300,12 +301,12 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         const ItemID first = library.Add(NewItem::Compound("First"));
         const std::string uid = ItemIDUnlock::GetItemIDUID(first);
-        const int place = ObjectOf(first).GetCacheIndex();
+        const int cacheIndex = ObjectOf(first).GetCacheIndex();
         library.Add(NewItem::Compound("Second").UID(uid));
-        QCOMPARE(Find(uid.c_str()).GetCacheIndex(), place);
+        QCOMPARE(Find(uid.c_str()).GetCacheIndex(), cacheIndex);
         library.Remove(first);
         QVERIFY(Find(uid.c_str()).IsValid());
-        QVERIFY(Find(uid.c_str()).GetCacheIndex() != place);
+        QVERIFY(Find(uid.c_str()).GetCacheIndex() != cacheIndex);
     }
 
     void identityThatWasNotGivenOutLeadsNowhere()

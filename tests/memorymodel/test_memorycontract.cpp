@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The contract of the boundary, run against the data layer in memory.
 
-#include "contract.h"
+#include "contract/boundarycontract.h"
 #include "memorymodel/datalayer.h"
 #include "tests/support/testmain.h"
 
@@ -13,7 +13,7 @@ using namespace vireo::datamodel;
 namespace
 {
 
-class MemoryFixture : public BoundaryFixture
+class MemoryFixture : public contract::BoundaryFixture
 {
 public:
     MemoryFixture() : m_library(m_layer.AddLibrary("Contract"))
@@ -26,7 +26,7 @@ public:
     void Install() override { m_layer.Install(); }
     ItemLibraryAccessor GetLibrary() override { return m_library.GetAccessor(); }
 
-    ItemID Add(const ItemWish& in_wish) override
+    ItemID Add(const contract::ItemWish& in_wish) override
     {
         NewItem item = ItemOf(in_wish);
         item.Tags(in_wish.m_tags);
@@ -76,7 +76,7 @@ public:
     }
 
 private:
-    static NewItem ItemOf(const ItemWish& in_wish)
+    static NewItem ItemOf(const contract::ItemWish& in_wish)
     {
         if (in_wish.m_type == VireoType::gSolver)
             return NewItem::Solver(in_wish.m_name);
@@ -97,14 +97,14 @@ private:
 
 } // namespace
 
-class TestMemoryContract : public BoundaryContract
+class TestMemoryContract : public contract::BoundaryContract
 {
     Q_OBJECT
 
 protected:
-    std::unique_ptr<BoundaryFixture> MakeFixture() override
+    std::unique_ptr<contract::BoundaryFixture> MakeFixture() override
     {
-        return std::unique_ptr<BoundaryFixture>(new MemoryFixture);
+        return std::unique_ptr<contract::BoundaryFixture>(new MemoryFixture);
     }
 };
 

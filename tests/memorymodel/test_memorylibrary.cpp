@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // What is particular to libraries in memory: setting up content, removing, closing, writers.
 
-#include "contractsupport.h"
+#include "contract/notificationspy.h"
+#include "contract/support.h"
 #include "datamodel/revisioncontrol.h"
 #include "memorymodel/datalayer.h"
-#include "notificationspy.h"
 #include "tests/support/testmain.h"
 
 #include <list>
@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+using namespace contract;
 using namespace memorymodel;
 using namespace vireo::datamodel;
 
@@ -52,6 +53,27 @@ class TestMemoryLibrary : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void descriptionsAreCopiedAsValues()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        NewItem first = NewItem::Compound("First").Tags("a");
+        NewItem second = first;
+        second.Tags("b");
+        NewItem third = NewItem::Type("Third");
+        third = second;
+        third.Tags("c");
+        second = *&second;
+        QByteArray tags;
+        for (const NewItem& item : {first, second, third})
+        {
+            const ItemID id = library.Add(item);
+            QVERIFY(id.GetType() == VireoType::gCompound);
+            tags += library.GetAccessor().GetItemTags(id, gApplicationTagsKey).c_str();
+        }
+        QCOMPARE(tags, QByteArray("abc"));
+    }
+
     void thirtyMixedItemsAreQuicklyDescribed()
     {
         DataLayer layer;
@@ -355,12 +377,12 @@ private Q_SLOTS:
         stack.undo();
         stack.undo();
         QCOMPARE(Listed(accessor, LibType::gType), QByteArray("0 1 2 3 4 5 6"));
-        ItemIterator walk = GetTOC(accessor).IterateItems(LibType::gType);
+        ItemIterator iterator = GetTOC(accessor).IterateItems(LibType::gType);
         stack.redo();
-        QVERIFY(walk.GetItem().GetItemID() == ids[0]);
+        QVERIFY(iterator.GetItem().GetItemID() == ids[0]);
         stack.undo();
         int count = 0;
-        for (; !walk.IsAtEnd(); walk.Next())
+        for (; !iterator.IsAtEnd(); iterator.Next())
             ++count;
         QCOMPARE(count, 7);
     }
@@ -455,7 +477,7 @@ private Q_SLOTS:
     void changesEndWhenAnObserverThrows_data()
     {
         QTest::addColumn<QByteArray>("call");
-        QTest::addColumn<QByteArray>("told");
+        QTest::addColumn<QByteArray>("notifications");
         QTest::addColumn<QByteArray>("toldOthers");
         QTest::newRow("added") << QByteArray("added A") << QByteArray("begin, added A, end")
                                << QByteArray("begin, end");
@@ -465,7 +487,7 @@ private Q_SLOTS:
     void changesEndWhenAnObserverThrows()
     {
         QFETCH(QByteArray, call);
-        QFETCH(QByteArray, told);
+        QFETCH(QByteArray, notifications);
         QFETCH(QByteArray, toldOthers);
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
@@ -485,7 +507,7 @@ private Q_SLOTS:
             thrown = true;
         }
         QVERIFY(thrown);
-        QCOMPARE(spy.Take(), told);
+        QCOMPARE(spy.Take(), notifications);
         QCOMPARE(others.Take(), toldOthers);
         spy.m_reaction = nullptr;
         library.Close();

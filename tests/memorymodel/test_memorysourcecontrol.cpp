@@ -1,20 +1,21 @@
 // SPDX-License-Identifier: MIT
 // What is particular to source control in memory: states on record, badges, tool tips, handlers.
 
-#include "contractsupport.h"
+#include "contract/notificationspy.h"
+#include "contract/support.h"
 #include "datamodel/revisioncontrol.h"
 #include "datamodel/sourcecontrol.h"
 #include "memorymodel/datalayer.h"
-#include "notificationspy.h"
+#include "qtcompat/qtcompat.h"
 #include "tests/support/testmain.h"
 
 #include <QImage>
-#include <QPainter>
 
 #include <memory>
 #include <set>
 #include <vector>
 
+using namespace contract;
 using namespace memorymodel;
 using namespace vireo::datamodel;
 
@@ -36,31 +37,41 @@ QPixmap WhiteIcon(int in_width, int in_height)
     return icon;
 }
 
-/// The smallest rectangle around the pixels that are not white.
-QRect PaintedPart(const QPixmap& in_icon)
+QImage Pixels(const QPixmap& in_picture)
 {
-    const QImage image = in_icon.toImage();
-    QRect part;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            if (image.pixel(x, y) != qRgb(255, 255, 255))
-                part = part.united(QRect(x, y, 1, 1));
-    return part;
+    return in_picture.toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
-/// Makes a pixmap one of a screen with several pixels to a unit, where the toolkit knows of such.
-/// \return the ratio that it has now
-template <class Pixmap> auto SetRatio(Pixmap& io_pixmap, int in_ratio) -> decltype(int(io_pixmap.devicePixelRatio()))
+/// An icon whose pixels all differ, so that nothing can be moved unnoticed.
+QPixmap Pattern(int in_width, int in_height)
 {
-    io_pixmap.setDevicePixelRatio(in_ratio);
-    return in_ratio;
-}
-template <class Pixmap> int SetRatio(Pixmap& /*io_pixmap*/, long /*in_ratio*/)
-{
-    return 1;
+    QImage image(in_width, in_height, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < in_height; ++y)
+        for (int x = 0; x < in_width; ++x)
+            image.setPixel(x, y, qRgb(4 * x + 1, 4 * y + 1, 100));
+    return QPixmap::fromImage(image);
 }
 
-/// Sets properties when it is told that they are gone.
+/// The smallest rectangle around the pixels in which two pictures of one size differ.
+QRect Difference(const QImage& in_left, const QImage& in_right)
+{
+    QRect difference;
+    for (int y = 0; y < in_left.height(); ++y)
+        for (int x = 0; x < in_left.width(); ++x)
+            if (in_left.pixel(x, y) != in_right.pixel(x, y))
+                difference |= QRect(x, y, 1, 1);
+    return difference;
+}
+
+/// The smallest rectangle around the pixels of a picture that are not clear.
+QRect PaintedPart(const QImage& in_picture)
+{
+    QImage clear(in_picture.size(), QImage::Format_ARGB32_Premultiplied);
+    clear.fill(0);
+    return Difference(in_picture, clear);
+}
+
+/// Sets properties when it is notified that they are gone.
 class PropertySetter : public IRevisionControlPropertiesMgr_Slot
 {
 public:
@@ -99,7 +110,7 @@ private Q_SLOTS:
         QCOMPARE(layer.GetSourceControl().GetState(ItemID()), unsigned(eAccessStateUnknown));
     }
 
-    void settingAStateTellsOnceWithoutARequest()
+    void settingAStateNotifiesOnceWithoutARequest()
     {
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
@@ -154,31 +165,52 @@ private Q_SLOTS:
         task->DeleteMe();
     }
 
-    void badgeIsInTheBottomRightCorner()
+    void stateWidensTheIconByTheColumnOfTheMark_data()
     {
+        QTest::addColumn<double>("ratio");
+        QTest::addColumn<int>("side");
+        QTest::addColumn<int>("column");
+        QTest::newRow("1") << 1.0 << 20 << 7;
+        QTest::newRow("1.5") << 1.5 << 30 << 11;
+        QTest::newRow("2") << 2.0 << 40 << 14;
+    }
+
+    void stateWidensTheIconByTheColumnOfTheMark()
+    {
+        QFETCH(double, ratio);
+        QFETCH(int, side);
+        QFETCH(int, column);
         DataLayer layer;
+        QPixmap base = Pattern(side, side);
+        qtcompat::SetPixelRatio(base, ratio);
+        if (qtcompat::PixelRatio(base) != ratio)
+            column = 7; // the toolkit knows of no other ratio than 1
         for (const unsigned state : gStates)
         {
-            QPixmap base = WhiteIcon(20, 20);
-            const QRect part = PaintedPart(ScsUtils::getAssetStateIcon(base, state, true, true));
-            QVERIFY(QRect(12, 12, 8, 8).contains(part));
-            QVERIFY(part.width() >= 5 && part.height() >= 5);
-            QVERIFY(part.right() >= 18 && part.bottom() >= 18);
+            const QPixmap icon = ScsUtils::getAssetStateIcon(base, state, true, true);
+            QCOMPARE(qtcompat::PixelRatio(icon), qtcompat::PixelRatio(base));
+            QCOMPARE(icon.size(), QSize(column + side, side));
+            const QImage pixels = Pixels(icon);
+            QCOMPARE(pixels.copy(column, 0, side, side), Pixels(base));
+            // The badge is as wide as the column and no higher, and stands on the lower edge like the mark.
+            const QRect badge = PaintedPart(pixels.copy(0, 0, column, side));
+            QVERIFY(QRect(0, side - column, column, column).contains(badge));
+            QVERIFY(badge.width() >= column - qRound(2 * ratio) && badge.height() >= column - qRound(2 * ratio));
+            QVERIFY(badge.bottom() >= side - 1 - qRound(ratio));
         }
     }
 
-    void badgeIsAsLargeAsTheScreenAsksFor()
+    void badgeIsNoHigherThanTheIcon()
     {
         DataLayer layer;
-        QPixmap base = WhiteIcon(40, 40);
-        const int ratio = SetRatio(base, 2);
+        QPixmap base = Pattern(20, 4);
         for (const unsigned state : gStates)
         {
-            QPixmap icon = ScsUtils::getAssetStateIcon(base, state, true, true);
-            QCOMPARE(icon.width(), 40);
-            const QRect part = PaintedPart(icon);
-            QVERIFY(QRect(40 - 8 * ratio, 40 - 8 * ratio, 8 * ratio, 8 * ratio).contains(part));
-            QVERIFY(part.width() >= 5 * ratio && part.height() >= 5 * ratio);
+            const QImage pixels = Pixels(ScsUtils::getAssetStateIcon(base, state, true, true));
+            QCOMPARE(pixels.size(), QSize(27, 4));
+            QCOMPARE(pixels.copy(7, 0, 20, 4), Pixels(base));
+            const QRect badge = PaintedPart(pixels.copy(0, 0, 7, 4));
+            QVERIFY(badge.width() >= 2 && badge.width() <= 4);
         }
     }
 
@@ -186,7 +218,7 @@ private Q_SLOTS:
     {
         DataLayer layer;
         QPixmap base = WhiteIcon(20, 20);
-        std::vector<QImage> images(1, base.toImage());
+        std::vector<QImage> images;
         for (const unsigned state : gStates)
         {
             const QImage image = ScsUtils::getAssetStateIcon(base, state, true, true).toImage();
@@ -196,13 +228,34 @@ private Q_SLOTS:
         }
     }
 
-    void otherStatesHaveNoBadge()
+    void unknownStatesWidenTheIconWithoutABadge()
+    {
+        DataLayer layer;
+        QPixmap base = Pattern(20, 20);
+        for (const unsigned state : {7u, 1000u, unsigned(eAccessStateRequested), 0xFFFFFFFFu})
+        {
+            const QImage pixels = Pixels(ScsUtils::getAssetStateIcon(base, state, true, true));
+            QCOMPARE(pixels.size(), QSize(27, 20));
+            QCOMPARE(pixels.copy(7, 0, 20, 20), Pixels(base));
+            QVERIFY(PaintedPart(pixels.copy(0, 0, 7, 20)).isEmpty());
+            QCOMPARE(ScsUtils::getAssetStateIcon(base, state, true, false).cacheKey(), base.cacheKey());
+        }
+    }
+
+    void iconWithoutAStateStaysAsItIs()
     {
         DataLayer layer;
         QPixmap base = WhiteIcon(20, 20);
-        for (const unsigned state : {0u, 7u, 1000u, unsigned(eAccessStateRequested), 0xFFFFFFFFu})
-            QCOMPARE(ScsUtils::getAssetStateIcon(base, state, true, true).cacheKey(), base.cacheKey());
-        QCOMPARE(ScsUtils::getAssetStateIcon(base, eCheckedOut, false, true).cacheKey(), base.cacheKey());
+        QCOMPARE(ScsUtils::getAssetStateIcon(base, eAccessStateUnknown, true, true).cacheKey(), base.cacheKey());
+        QCOMPARE(ScsUtils::getAssetStateIcon(base, eAccessStateUnknown, true, false).cacheKey(), base.cacheKey());
+        for (const unsigned state : {unsigned(eCheckedOut), unsigned(eAccessStateRequested)})
+        {
+            QCOMPARE(ScsUtils::getAssetStateIcon(base, state, false, true).cacheKey(), base.cacheKey());
+            QCOMPARE(ScsUtils::getAssetStateIcon(base, state, false, false).cacheKey(), base.cacheKey());
+        }
+        QPixmap none;
+        QVERIFY(ScsUtils::getAssetStateIcon(none, eCheckedOut, true, true).isNull());
+        QVERIFY(ScsUtils::getAssetStateIcon(none, eAccessStateRequested, true, true).isNull());
     }
 
     void badgeLeavesTheMarkFree_data()
@@ -210,7 +263,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("width");
         QTest::addColumn<int>("height");
         QTest::newRow("icon with a mark") << 27 << 20;
-        QTest::newRow("as wide as mark and badge") << 15 << 20;
+        QTest::newRow("as wide as mark and badge") << 14 << 20;
         QTest::newRow("narrow") << 11 << 20;
         QTest::newRow("low") << 27 << 5;
         QTest::newRow("nothing but the mark") << 7 << 20;
@@ -227,7 +280,7 @@ private Q_SLOTS:
         {
             const QPixmap icon = ScsUtils::getAssetStateIcon(base, state, true, false);
             QCOMPARE(icon.size(), base.size());
-            const QRect part = PaintedPart(icon);
+            const QRect part = Difference(Pixels(icon), Pixels(base));
             QCOMPARE(part.isEmpty(), width <= 7);
             QVERIFY(part.isEmpty() || part.left() >= 7);
         }
@@ -247,7 +300,7 @@ private Q_SLOTS:
             QVERIFY(!ScsUtils::getAssetStateIcon(other, eCheckedOut, true, true).isNull());
         }
         const QPixmap again = ScsUtils::getAssetStateIcon(base, eCheckedOut, true, true);
-        QVERIFY(PaintedPart(again).left() >= 12);
+        QVERIFY(!PaintedPart(Pixels(again).copy(0, 0, 7, 20)).isEmpty());
     }
 
     void toolTipTellsNameStateAndSource()

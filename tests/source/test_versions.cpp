@@ -4,13 +4,14 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QMap>
 #include <QStringList>
 
 namespace
 {
 
-const char* const gRooms[] = {"qtcompat",  "datamodel", "memorymodel", "nodebrowser",
-                              "importers", "host",      "benchmarks",  "tests"};
+const char* const gRooms[] = {"qtcompat", "datamodel", "memorymodel", "nodebrowser", "importers",
+                              "contract", "host",      "benchmarks",  "tests"};
 
 QStringList Words(const char* in_text)
 {
@@ -99,6 +100,52 @@ QStringList FilesWith(const QString& in_room, const QString& in_text)
         if (Lines(files.at(i)).join(QLatin1String("\n")).contains(in_text))
             found << files.at(i);
     return found;
+}
+
+/// A file without its ending: a header and what implements it are one unit.
+QString UnitOf(const QString& in_path)
+{
+    return in_path.left(in_path.lastIndexOf(QLatin1Char('.')));
+}
+
+/// The units of a room that each of its units includes.
+QMap<QString, QStringList> IncludedUnits(const QString& in_room)
+{
+    QMap<QString, QStringList> units;
+    const QStringList files = SourceFiles(in_room);
+    for (int i = 0; i < files.size(); ++i)
+    {
+        const QString unit = UnitOf(files.at(i));
+        const QStringList lines = Lines(files.at(i));
+        for (int line = 0; line < lines.size(); ++line)
+        {
+            const QString included = Included(lines.at(line));
+            const QString other = UnitOf(included.mid(1, included.size() - 2));
+            if (included.startsWith(QLatin1Char('"') + in_room + QLatin1Char('/')) && other != unit)
+                units[unit] << other;
+        }
+    }
+    return units;
+}
+
+/// Takes away what includes nothing that is left, again and again: what stays is in a circle or leads into one.
+QStringList FindCircles(QMap<QString, QStringList> in_units)
+{
+    for (bool changed = true; changed;)
+    {
+        changed = false;
+        const QStringList units = in_units.keys();
+        for (int i = 0; i < units.size(); ++i)
+        {
+            bool isFree = true;
+            const QStringList included = in_units.value(units.at(i));
+            for (int k = 0; k < included.size(); ++k)
+                isFree = isFree && !in_units.contains(included.at(k));
+            if (isFree)
+                changed = in_units.remove(units.at(i)) > 0;
+        }
+    }
+    return in_units.keys();
 }
 
 } // namespace
@@ -197,6 +244,9 @@ private Q_SLOTS:
                                      << QString::fromLatin1("datamodel qtcompat Qt");
         QTest::newRow("importers") << QString::fromLatin1("importers")
                                    << QString::fromLatin1("memorymodel datamodel Qt");
+        QTest::newRow("contract") << QString::fromLatin1("contract")
+                                  << QString::fromLatin1("datamodel <QtTest> <QObject> <QCoreApplication> <QByteArray> "
+                                                         "<QList> <QImage>");
         QTest::newRow("host") << QString::fromLatin1("host")
                               << QString::fromLatin1("datamodel nodebrowser memorymodel importers qtcompat Qt");
     }
@@ -207,6 +257,31 @@ private Q_SLOTS:
         QFETCH(QString, allowed);
         QVERIFY2(!SourceFiles(room).isEmpty(), "the room is not there");
         QCOMPARE(Trespasses(room, Words(allowed.toLatin1().constData())), QString());
+    }
+
+    void circlesAreFound()
+    {
+        QMap<QString, QStringList> units;
+        units[QString::fromLatin1("a")] = Words("b c");
+        units[QString::fromLatin1("b")] = Words("c");
+        QCOMPARE(FindCircles(units), QStringList());
+        units[QString::fromLatin1("c")] = Words("d");
+        units[QString::fromLatin1("d")] = Words("b");
+        QCOMPARE(FindCircles(units), Words("a b c d"));
+    }
+
+    void filesOfARoomDoNotIncludeEachOtherInACircle_data()
+    {
+        QTest::addColumn<QString>("room");
+        for (const char* const room : gRooms)
+            QTest::newRow(room) << QString::fromLatin1(room);
+    }
+
+    void filesOfARoomDoNotIncludeEachOtherInACircle()
+    {
+        QFETCH(QString, room);
+        QVERIFY2(!SourceFiles(room).isEmpty(), "the room is not there");
+        QCOMPARE(FindCircles(IncludedUnits(room)).join(QLatin1String("\n")), QString());
     }
 
     void nobodyKnowsTheHost()

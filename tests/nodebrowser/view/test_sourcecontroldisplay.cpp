@@ -4,6 +4,7 @@
 #include "tests/support/testmain.h"
 
 #include <memory>
+#include <string>
 
 using memorymodel::NewItem;
 using vireo::datamodel::IItemLibraryNotification;
@@ -348,7 +349,48 @@ private Q_SLOTS:
         QCOMPARE(Picture(), before);
     }
 
+    void iconsOfBadgedAndPlainRowsStandInOneColumn()
+    {
+        using namespace memorymodel;
+        const unsigned states[] = {eCheckedIn, eCheckedOut, eCheckedOutByOther, eOutOfDate, eWritable, eAdded};
+        for (const unsigned state : states)
+        {
+            const std::string name = "Node " + std::to_string(state);
+            m_layer->GetSourceControl().SetState(m_library->Add(NewItem::Compound(name)), state);
+        }
+        DataSource& product = m_library->AddDataSource("Product", eFactorySource | eReadOnlySource);
+        m_library->Add(NewItem::Compound("Zoom").In(product));
+        m_library->Add(NewItem::Solver("Zero"));
+        // What stands left of the icons differs from row to row, the icons and what is right of them do not.
+        Show();
+        const QImage plain = Picture();
+        Enable(true);
+        const QImage requested = Picture();
+        QCOMPARE(CompareRows(requested, plain, 9), QString());
+        QCOMPARE(CompareRows(requested, plain, 0), QString());
+        m_layer->GetSourceControl().DeliverRequestedStates();
+        const QImage badged = Picture();
+        QCOMPARE(CompareRows(badged, plain, 9), QString());
+        // Each compound that takes changes has its badge now: Blend, Fade and the six.
+        QCOMPARE(CompareRows(badged, plain, 0), QString::fromLatin1("Blend,Fade,Node 1,Node 2,Node 3,Node 4,Node 5,"
+                                                                    "Node 6"));
+    }
+
 private:
+    /// The names of the rows in which two pictures of the list differ, from a column up to where the names begin.
+    QString CompareRows(const QImage& in_left, const QImage& in_right, int in_from)
+    {
+        const QStringList names = m_browser->RowNames(m_accessor);
+        QStringList different;
+        for (int row = 0; row < names.size(); ++row)
+        {
+            const QRect area(in_from, 24 * row, 35 - in_from, 24);
+            if (in_left.copy(area) != in_right.copy(area))
+                different << names.at(row);
+        }
+        return different.join(QLatin1String(","));
+    }
+
     void Show() { ShowLibrary(*m_browser, m_accessor); }
 
     void Enable(bool in_enabled)
@@ -387,7 +429,7 @@ private:
         QImage picture(300, 400, QImage::Format_ARGB32);
         picture.fill(0);
         m_browser->render(&picture);
-        return picture.copy(0, 43, 280, 200);
+        return picture.copy(0, 43, 280, 300);
     }
 
     QStringList m_log;

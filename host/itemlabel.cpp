@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/itemkind.h"
+#include "host/itemlabel.h"
 
 #include "memorymodel/library.h"
 #include "qtcompat/latin1.h"
@@ -14,17 +14,17 @@ namespace host
 namespace
 {
 
-const ItemKind gCompound = {"compound", "compound", ":compound.png"};
-const ItemKind gLoopCompound = {"compound", "looping compound", ":compound.png"};
-const ItemKind gSignature = {"signature", "signature", ":signature.png"};
-const ItemKind gSolver = {"solver", "solver", ":solver.png"};
-const ItemKind gPolymorphicSolver = {"polymorphic-solver", "polymorphic solver", ":solver.png"};
-const ItemKind gGlobalConstant = {"global-constant", "global constant", ":constant.png"};
-const ItemKind gType = {"type", "type", ":type.png"};
+const ItemLabel gCompound = {"compound", "compound", ":compound.png"};
+const ItemLabel gLoopCompound = {"compound", "looping compound", ":compound.png"};
+const ItemLabel gSignature = {"signature", "signature", ":signature.png"};
+const ItemLabel gSolver = {"solver", "solver", ":solver.png"};
+const ItemLabel gPolymorphicSolver = {"polymorphic-solver", "polymorphic solver", ":solver.png"};
+const ItemLabel gGlobalConstant = {"global-constant", "global constant", ":constant.png"};
+const ItemLabel gType = {"type", "type", ":type.png"};
 
 } // namespace
 
-const ItemKind& GetItemKind(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item)
+const ItemLabel& GetItemLabel(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item)
 {
     const char* const type = in_item.GetType();
     if (type == LibType::gType)

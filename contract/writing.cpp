@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "contract.h"
-#include "contractsupport.h"
-#include "notificationspy.h"
+#include "contract/boundarycontract.h"
+#include "contract/notificationspy.h"
+#include "contract/support.h"
 
 #include <QtTest>
 
@@ -9,6 +9,8 @@
 
 using namespace vireo::datamodel;
 
+namespace contract
+{
 namespace
 {
 
@@ -183,7 +185,7 @@ void BoundaryContract::dirtinessFollowsTheCommittedState()
     QVERIFY(library.ItemIsDirty(id));
 }
 
-void BoundaryContract::commitAsksAndTells()
+void BoundaryContract::commitAsksAndNotifies()
 {
     const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
     const ItemLibraryAccessor library = m_fixture->GetLibrary();
@@ -344,3 +346,5 @@ void BoundaryContract::compoundTargetIsRemembered()
     Helpers::SetGlobalVireoCompoundTarget(CompoundAccessor(), CompoundAccessor());
     QVERIFY(!m_fixture->GetCompoundTarget().IsValid());
 }
+
+} // namespace contract

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "contract.h"
-#include "contractsupport.h"
-#include "notificationspy.h"
+#include "contract/boundarycontract.h"
+#include "contract/notificationspy.h"
+#include "contract/support.h"
 
 #include <QtTest>
 
@@ -9,14 +9,17 @@
 
 using namespace vireo::datamodel;
 
-void BoundaryContract::addingTellsInsideABracket()
+namespace contract
+{
+
+void BoundaryContract::addingNotifiesInsideABracket()
 {
     NotificationSpy spy(m_fixture->GetLibrary());
     m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
     QCOMPARE(spy.Take(), QByteArray("begin, added Blend, end"));
 }
 
-void BoundaryContract::removingTellsWhileTheItemStillAnswers()
+void BoundaryContract::removingNotifiesWhileTheItemStillAnswers()
 {
     const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
     const ItemLibraryAccessor library = m_fixture->GetLibrary();
@@ -37,7 +40,7 @@ void BoundaryContract::removingTellsWhileTheItemStillAnswers()
     QCOMPARE(spy.Take(), QByteArray());
 }
 
-void BoundaryContract::tagsTellOnceAndOnlyWhenTheyChange()
+void BoundaryContract::tagsNotifyOnceAndOnlyWhenTheyChange()
 {
     const ItemID id = m_fixture->Add(ItemWish(VireoType::gSolver, "Solve"));
     ItemWish closed(VireoType::gSolver, "Closed");
@@ -63,7 +66,7 @@ void BoundaryContract::tagsTellOnceAndOnlyWhenTheyChange()
     QVERIFY(library.GetItemTags(id, "Keywords").empty());
 }
 
-void BoundaryContract::renamingTellsOnceAndOnlyWhenItHappens()
+void BoundaryContract::renamingNotifiesOnceAndOnlyWhenItHappens()
 {
     const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
     const ItemLibraryAccessor library = m_fixture->GetLibrary();
@@ -112,7 +115,7 @@ void BoundaryContract::observerIsRegisteredOnce()
     QCOMPARE(spy.Take(), QByteArray());
 }
 
-void BoundaryContract::observersAreToldInOrderOfRegistration()
+void BoundaryContract::observersAreNotifiedInOrderOfRegistration()
 {
     const ItemLibraryAccessor library = m_fixture->GetLibrary();
     NotificationSpy first(library);
@@ -142,7 +145,7 @@ void BoundaryContract::observerMayRemoveItselfAndOthersInACall()
     QCOMPARE(third.Take(), QByteArray("begin, added A, end"));
 }
 
-void BoundaryContract::observerAddedInACallIsToldLater()
+void BoundaryContract::observerAddedInACallIsNotifiedLater()
 {
     const ItemLibraryAccessor library = m_fixture->GetLibrary();
     NotificationSpy first(library);
@@ -193,13 +196,13 @@ void BoundaryContract::observerMayWriteInACall()
     QCOMPARE(library.GetItemName(id, true, nullptr), std::string("Renamed"));
 }
 
-void BoundaryContract::closingTellsAndEmptiesEverything()
+void BoundaryContract::closingNotifiesAndEmptiesEverything()
 {
     const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
     const ItemLibraryAccessor library = m_fixture->GetLibrary();
     const ItemTOCAccessor toc = GetTOC(library);
     const UnspecifiedAccessor model = library.GetModel(id, nullptr);
-    ItemIterator walk = toc.IterateItems(VireoType::gCompound);
+    ItemIterator iterator = toc.IterateItems(VireoType::gCompound);
     NotificationSpy spy(library);
     bool hasItem = true;
     spy.m_reaction = [&](const QByteArray& in_call) {
@@ -215,7 +218,7 @@ void BoundaryContract::closingTellsAndEmptiesEverything()
     QVERIFY(!library.IsValid());
     QVERIFY(!toc.IsValid());
     QVERIFY(!model.IsValid());
-    QVERIFY(!walk.GetItem().IsValid());
+    QVERIFY(!iterator.GetItem().IsValid());
     QVERIFY(!GetTOC(library).IsValid());
     QVERIFY(library.GetItemName(id, true, nullptr).empty());
     m_fixture->Undo();
@@ -240,3 +243,5 @@ void BoundaryContract::closingInsideACallIsHarmless()
     QCOMPARE(first.Take(), QByteArray("begin, added A, begin, invalidated, end, end"));
     QVERIFY(!m_fixture->Add(ItemWish(VireoType::gCompound, "B")).IsValid());
 }
+
+} // namespace contract

@@ -2,7 +2,7 @@
 /// What the parts of the contract share.
 #pragma once
 
-#include "boundaryfixture.h"
+#include "contract/boundaryfixture.h"
 
 #include "datamodel/compoundmodifier.h"
 #include "datamodel/helpers.h"
@@ -14,7 +14,10 @@
 #include <string>
 #include <vector>
 
-enum eItemKind
+namespace contract
+{
+
+enum eWishKind
 {
     eCompoundKind,
     eLoopKind,
@@ -80,3 +83,5 @@ inline bool Commit(const vireo::datamodel::ItemLibraryAccessor& in_library)
     return vireo::datamodel::ItemLibraryModifierAccessor(in_library)
         .CommitToDisk(written, nullptr, false, nexa4::UID_Null());
 }
+
+} // namespace contract

@@ -2,11 +2,14 @@
 /// The contract of the boundary, checked line by line against one implementation of the data layer.
 #pragma once
 
-#include "boundaryfixture.h"
+#include "contract/boundaryfixture.h"
 
 #include <QObject>
 
 #include <memory>
+
+namespace contract
+{
 
 /// Derive a test class from this one and say how a fixture is made; every test function gets a fixture of its own.
 class BoundaryContract : public QObject
@@ -26,7 +29,7 @@ private Q_SLOTS:
     void typesAreTheConstantsThemselves();
     void itemsAreListedUnderTheirTypeInOrderOfAddition();
     void otherPointersListNothing();
-    void walkKeepsToTheItemsItBeganWith();
+    void iteratorKeepsToTheItemsItBeganWith();
     void identitiesAreNeverReused();
     void itemThatIsGoneAnswersNothing();
     void namesTagsAndValuesAreRead();
@@ -38,17 +41,17 @@ private Q_SLOTS:
     void nodeNamesAreFoundLetterByLetter();
 
     // Notifications
-    void addingTellsInsideABracket();
-    void removingTellsWhileTheItemStillAnswers();
-    void tagsTellOnceAndOnlyWhenTheyChange();
-    void renamingTellsOnceAndOnlyWhenItHappens();
+    void addingNotifiesInsideABracket();
+    void removingNotifiesWhileTheItemStillAnswers();
+    void tagsNotifyOnceAndOnlyWhenTheyChange();
+    void renamingNotifiesOnceAndOnlyWhenItHappens();
     void otherKindsAndContextsAreNotRegistered();
     void observerIsRegisteredOnce();
-    void observersAreToldInOrderOfRegistration();
+    void observersAreNotifiedInOrderOfRegistration();
     void observerMayRemoveItselfAndOthersInACall();
-    void observerAddedInACallIsToldLater();
+    void observerAddedInACallIsNotifiedLater();
     void observerMayWriteInACall();
-    void closingTellsAndEmptiesEverything();
+    void closingNotifiesAndEmptiesEverything();
     void closingInsideACallIsHarmless();
 
     // Writing
@@ -61,7 +64,7 @@ private Q_SLOTS:
     void renameRefuses();
     void compoundTakesChangesByItemAndSource();
     void dirtinessFollowsTheCommittedState();
-    void commitAsksAndTells();
+    void commitAsksAndNotifies();
     void vetoStopsTheCommit();
     void commitOfOneSourceLeavesTheOthers();
 
@@ -88,8 +91,8 @@ private Q_SLOTS:
     // Services and source control
     void servicesAreFoundByNameAndInterface();
     void servicesComeAndGo();
-    void propertiesTellConnectedSlots();
-    void endOfTheManagerTellsNull();
+    void propertiesNotifyConnectedSlots();
+    void endOfTheManagerNotifiesWithNull();
     void requestedStatesArriveLater();
     void requestsOfAnEndedTaskAreDropped();
     void requestsOutliveItemsAndLibraries();
@@ -100,3 +103,5 @@ private Q_SLOTS:
     void layersTakeTurns();
     void deadLayerIsNotPutBack();
 };
+
+} // namespace contract

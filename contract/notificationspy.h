@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// An observer of a library that writes down what it is told.
+/// An observer of a library that writes down its notifications.
 #pragma once
 
 #include "datamodel/itemlibrary.h"
@@ -8,6 +8,9 @@
 #include <QList>
 
 #include <functional>
+
+namespace contract
+{
 
 /// One word per call, in order: "begin", "added Blend", "removed Blend", "name Blend", "tags Blend ApplicationTags",
 /// "state Blend 2", "invalidated", "precommit", "postcommit", "end". Items are named as they are called at that moment.
@@ -33,7 +36,7 @@ public:
         m_toc.RemoveObserver(this, vireo::datamodel::eItemTOCNotificationKind, m_toc.GetContext());
     }
 
-    /// What was told since the last time, joined by ", ".
+    /// The notifications since the last time, joined by ", ".
     QByteArray Take()
     {
         QByteArray text;
@@ -96,3 +99,5 @@ private:
     vireo::datamodel::ItemTOCAccessor m_toc;
     QList<QByteArray> m_calls;
 };
+
+} // namespace contract

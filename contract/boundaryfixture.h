@@ -10,6 +10,9 @@
 #include <memory>
 #include <string>
 
+namespace contract
+{
+
 /// What an item of the contract's library is to be.
 struct ItemWish
 {
@@ -60,3 +63,5 @@ public:
     virtual unsigned GetOtherState() = 0;
     virtual void SetState(const vireo::datamodel::ItemID& in_item, unsigned in_state) = 0;
 };
+
+} // namespace contract

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "contract.h"
-#include "contractsupport.h"
-#include "notificationspy.h"
+#include "contract/boundarycontract.h"
+#include "contract/notificationspy.h"
+#include "contract/support.h"
 
 #include "datamodel/revisioncontrol.h"
 
@@ -12,6 +12,8 @@
 using namespace nexa4;
 using namespace vireo::datamodel;
 
+namespace contract
+{
 namespace
 {
 
@@ -244,3 +246,5 @@ void BoundaryContract::commitOfOneSourceLeavesTheOthers()
     QVERIFY(!library.ItemIsDirty(shared));
     QVERIFY(library.ItemIsDirty(local));
 }
+
+} // namespace contract

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "contract.h"
-#include "contractsupport.h"
+#include "contract/boundarycontract.h"
+#include "contract/support.h"
 
 #include <QtTest>
 
@@ -8,6 +8,9 @@
 #include <string>
 
 using namespace vireo::datamodel;
+
+namespace contract
+{
 
 void BoundaryContract::init()
 {
@@ -50,28 +53,28 @@ void BoundaryContract::otherPointersListNothing()
     QVERIFY(!toc.IterateItems(VireoType::gCompound).IsAtEnd());
 }
 
-void BoundaryContract::walkKeepsToTheItemsItBeganWith()
+void BoundaryContract::iteratorKeepsToTheItemsItBeganWith()
 {
     const ItemID first = m_fixture->Add(ItemWish(VireoType::gSolver, "first"));
     const ItemID second = m_fixture->Add(ItemWish(VireoType::gSolver, "second"));
     const ItemID third = m_fixture->Add(ItemWish(VireoType::gSolver, "third"));
-    ItemIterator walk = GetTOC(m_fixture->GetLibrary()).IterateItems(VireoType::gSolver);
-    QVERIFY(walk.GetItem().GetItemID() == first);
+    ItemIterator iterator = GetTOC(m_fixture->GetLibrary()).IterateItems(VireoType::gSolver);
+    QVERIFY(iterator.GetItem().GetItemID() == first);
 
     m_fixture->Remove(second, nullptr);
     m_fixture->Add(ItemWish(VireoType::gSolver, "fourth"));
     QCOMPARE(Listed(m_fixture->GetLibrary(), VireoType::gSolver), QByteArray("first third fourth"));
 
-    walk.Next();
-    QVERIFY(!walk.IsAtEnd());
-    QVERIFY(!walk.GetItem().IsValid());
-    walk.Next();
-    QVERIFY(walk.GetItem().GetItemID() == third);
-    walk.Next();
-    QVERIFY(walk.IsAtEnd());
-    walk.Next();
-    QVERIFY(walk.IsAtEnd());
-    QVERIFY(!walk.GetItem().IsValid());
+    iterator.Next();
+    QVERIFY(!iterator.IsAtEnd());
+    QVERIFY(!iterator.GetItem().IsValid());
+    iterator.Next();
+    QVERIFY(iterator.GetItem().GetItemID() == third);
+    iterator.Next();
+    QVERIFY(iterator.IsAtEnd());
+    iterator.Next();
+    QVERIFY(iterator.IsAtEnd());
+    QVERIFY(!iterator.GetItem().IsValid());
 }
 
 void BoundaryContract::identitiesAreNeverReused()
@@ -221,17 +224,17 @@ void BoundaryContract::helpersTellSignaturesAndGraphItems()
     outside.m_forGraphs = false;
     m_fixture->Add(outside);
 
-    ItemIterator walk = GetTOC(m_fixture->GetLibrary()).IterateItems(VireoType::gCompound);
-    ItemAccessor item = walk.GetItem();
+    ItemIterator iterator = GetTOC(m_fixture->GetLibrary()).IterateItems(VireoType::gCompound);
+    ItemAccessor item = iterator.GetItem();
     QVERIFY(Helpers::IsAbstractFunction(item));
     QVERIFY(Helpers::IsValidGraphItemType(VireoType::gCompound, item));
     QVERIFY(!Helpers::IsValidGraphItemType(VireoType::gSolver, item));
-    walk.Next();
-    ItemAccessor plain = walk.GetItem();
+    iterator.Next();
+    ItemAccessor plain = iterator.GetItem();
     QVERIFY(!Helpers::IsAbstractFunction(plain));
     QVERIFY(Helpers::IsValidGraphItemType(VireoType::gCompound, plain));
-    walk.Next();
-    ItemAccessor other = walk.GetItem();
+    iterator.Next();
+    ItemAccessor other = iterator.GetItem();
     QVERIFY(!Helpers::IsValidGraphItemType(VireoType::gCompound, other));
 
     m_fixture->Remove(id, nullptr);
@@ -256,3 +259,5 @@ void BoundaryContract::nodeNamesAreFoundLetterByLetter()
     m_fixture->Remove(compound, nullptr);
     QVERIFY(!IsNameInNodeLibraryHierarchy(library, "Blend"));
 }
+
+} // namespace contract
