@@ -293,7 +293,6 @@ private Q_SLOTS:
         Renaming renaming;
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Clear();
         QVERIFY(dialog.Shows(gEmpty));
         dialog.SetName(FromLatin1("Free"));
@@ -307,7 +306,6 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         Clear();
         QVERIFY(dialog.Shows(gEmpty));
         TypeText(FromLatin1("x"));
@@ -322,12 +320,10 @@ private Q_SLOTS:
         QVERIFY(ShowActive(dialog));
         Retype("Ad");
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         TypeText(FromLatin1("d"));
         QVERIFY(dialog.Shows(gUsed));
         TypeText(FromLatin1("2"));
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         PressKey(Qt::Key_Backspace);
         QVERIFY(dialog.Shows(gUsed));
     }
@@ -338,7 +334,6 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver("A"));
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Retype("A");
         QVERIFY(dialog.Shows(gUsed));
         PressKey(Qt::Key_Backspace);
@@ -360,7 +355,6 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         dialog.move(100, 100);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         if (empty)
             Clear();
         else
@@ -384,7 +378,6 @@ private Q_SLOTS:
         Renaming renaming;
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Clear();
         QVERIFY(FindToolTip());
         TypeText(FromLatin1("x"));
@@ -399,7 +392,6 @@ private Q_SLOTS:
         const QPalette::ColorRole role = dialog.Edit().backgroundRole();
         QPalette expected;
         expected.setColor(QPalette::All, role, gRed);
-        ExpectRaisedWindow();
         Clear();
         const QPalette::ColorGroup groups[] = {QPalette::Active, QPalette::Inactive, QPalette::Disabled};
         for (const QPalette::ColorGroup group : groups)
@@ -418,7 +410,6 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
         QVERIFY(GroundOf(dialog.Edit()) != gRed);
-        ExpectRaisedWindow();
         Clear();
         QCOMPARE(GroundOf(dialog.Edit()), gRed);
         TypeText(FromLatin1("x"));
@@ -431,7 +422,6 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         bool stayedOpen = false;
         const int result = RunDialog(dialog, [&](QWidget& in_window) {
-            ExpectRaisedWindow();
             Clear();
             PressKey(Qt::Key_Return);
             Click(dialog.Ok());
@@ -475,7 +465,6 @@ private Q_SLOTS:
         const char* const names[] = {"foo", "Foo", "FOO"};
         for (const char* const name : names)
         {
-            ExpectRaisedWindow();
             Clear();
             QVERIFY(dialog.Shows(gEmpty));
             Paste(FromLatin1(name));
@@ -493,7 +482,6 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver(variant));
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Clear();
         Paste(FromLatin1(variant));
         QCOMPARE(dialog.GetName(), FromLatin1(variant));
@@ -519,7 +507,6 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver("foo"));
         Retype("foo");
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         Retype("bar");
         QVERIFY(dialog.Shows(gUsed));
         QCOMPARE(dialog.windowTitle(), FromLatin1("Rename foo"));
@@ -530,7 +517,6 @@ private Q_SLOTS:
         Renaming renaming;
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Clear();
         TypeText(FromLatin1(" -.;%&/\xA0\xD7"));
         QCOMPARE(dialog.GetName(), QString());
@@ -605,7 +591,6 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
         PressKey(Qt::Key_A, Qt::ControlModifier);
-        ExpectRaisedWindow();
         TypeText(QString(QLatin1Char('a')) + QChar(0x6F22));
         QVERIFY(dialog.Shows(gUsed));
     }
@@ -672,7 +657,6 @@ private Q_SLOTS:
         Paste(QString(10000, QLatin1Char('a')));
         QCOMPARE(dialog.GetName().size(), 10000);
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         PressKey(Qt::Key_Backspace);
         QVERIFY(dialog.Shows(gUsed));
     }
@@ -683,13 +667,11 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver("Add"));
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Retype("Add");
         QVERIFY(dialog.Shows(gUsed));
         renaming.m_library.Close();
         Retype("Add");
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         Clear();
         QVERIFY(dialog.Shows(gEmpty));
     }
@@ -715,7 +697,6 @@ private Q_SLOTS:
         CRenameCompoundDialog dialog(renaming.m_library.GetAccessor(), none);
         QCOMPARE(dialog.windowTitle(), FromLatin1("Rename "));
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Retype("Blend");
         QCOMPARE(QToolTip::text(), FromLatin1(gUsed));
         Clear();

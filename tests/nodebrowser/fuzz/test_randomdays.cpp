@@ -661,7 +661,6 @@ private:
     World m_world;
     std::set<std::string> m_tagsSeen; // every tag that an item of the list had on this day
     Person m_person;
-    WarningAnnouncer m_announcer;
     std::unique_ptr<DayBrowser> m_browser;
     ItemLibraryAccessor m_library;
     std::deque<QString> m_log = std::deque<QString>(1);
