@@ -9,6 +9,7 @@ test_packages=(xvfb xauth openbox xdotool git)
 lint_packages=(clang-format clang-tidy git)
 count_packages=(valgrind)
 plot_packages=(gnuplot-nox fonts-dejavu-core)
+fresh_packages=(debootstrap git)
 
 # say TEXT: a line about what the script is doing, or why it cannot.
 say()

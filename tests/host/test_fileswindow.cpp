@@ -37,8 +37,6 @@ class TestFilesWindow : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { SilencePlatform(); }
-
     void init()
     {
         Library& library = m_layer.AddLibrary("Nodes");
@@ -67,6 +65,7 @@ private Q_SLOTS:
     void anItemHasOneWindow()
     {
         ShowFilesOf("Blend");
+        QCOMPARE(Windows().size(), 1);
         const FilesWindow* const first = Windows().first();
         ShowFilesOf("Mix");
         QCOMPARE(Windows().size(), 2);
@@ -78,6 +77,7 @@ private Q_SLOTS:
     void escapeClosesIt()
     {
         ShowFilesOf("Blend");
+        QCOMPARE(Windows().size(), 1);
         QTest::keyClick(Windows().first(), Qt::Key_Escape);
         QVERIFY(!Windows().first()->isVisible());
         ShowFilesOf("Blend");
@@ -89,6 +89,7 @@ private Q_SLOTS:
     void itFollowsARename()
     {
         ShowFilesOf("Blend");
+        QCOMPARE(Windows().size(), 1);
         m_window->GetLibrary().Rename(m_blend, "Blend Layers");
         QCOMPARE(Windows().first()->windowTitle(), QStringLiteral("Files of Blend Layers"));
         QCOMPARE(FilesIn(*Windows().first()).last(), QStringLiteral("Nodes/Studio/Blend Layers"));
@@ -136,7 +137,7 @@ private:
         const QString entry = QStringLiteral("Show Files for ") + QLatin1String(in_name);
         bool clicked = false;
         ModalUser person;
-        person.WhenPopupOpens([&clicked, &entry](QMenu& in_menu) {
+        person.WhenMenuOpens([&clicked, &entry](QMenu& in_menu) {
             clicked = ClickEntry(in_menu, entry);
             CloseMenus();
         });

@@ -44,7 +44,6 @@ class TestLeaving : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        SilencePlatform();
         m_other = m_settings.GetFolder().filePath(QStringLiteral("other.mtlx"));
         QFile file(m_other);
         QVERIFY(file.open(QIODevice::WriteOnly));

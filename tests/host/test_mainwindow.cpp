@@ -68,8 +68,6 @@ class TestMainWindow : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { SilencePlatform(); }
-
     void init()
     {
         m_window.reset(new MainWindow(m_layer, host::AddSampleLibrary(m_layer)));

@@ -53,8 +53,6 @@ class TestMenus : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { SilencePlatform(); }
-
     void init()
     {
         m_library = &m_layer.AddLibrary("Nodes");

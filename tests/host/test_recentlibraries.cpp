@@ -18,8 +18,6 @@ class TestRecentLibraries : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { SilencePlatform(); }
-
     void init()
     {
         QSettings(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("nodebrowser"),

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// What tests of the window share: how it is shown and closed, its rows and menus, a platform that is quiet, and settings
-/// that are nobody's.
+/// What tests of the window share: how it is shown and closed, its rows and menus, and settings that are nobody's.
 #pragma once
 
 #include "host/librarybrowser.h"
@@ -26,30 +25,9 @@ inline QPoint RowCentre(int in_row)
     return QPoint(100, gListTop + gRowHeight * in_row + gRowHeight / 2);
 }
 
-/// The test's own handler of messages, which gets all that SilencePlatform() lets through.
-inline QtMessageHandler& TestMessageHandler()
-{
-    static QtMessageHandler handler = nullptr;
-    return handler;
-}
-
-inline void PassUnlessPlatform(QtMsgType in_type, const QMessageLogContext& in_context, const QString& in_text)
-{
-    if (!in_text.startsWith(QStringLiteral("This plugin does not support ")))
-        TestMessageHandler()(in_type, in_context, in_text);
-}
-
-/// Windows and menus that open have wishes that a platform without a screen cannot fulfil; its complaints are dropped
-/// from now on, every other warning still fails the test. To be called once, from initTestCase().
-inline void SilencePlatform()
-{
-    TestMessageHandler() = qInstallMessageHandler(PassUnlessPlatform);
-}
-
 inline void ShowMainWindow(host::MainWindow& in_window, int in_width = 900, int in_height = 600)
 {
     in_window.resize(in_width, in_height);
-    in_window.setMinimumSize(1, 1); // a platform without windows complains of any other least size
     in_window.show();
     in_window.grab();
 }

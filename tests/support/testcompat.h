@@ -2,6 +2,7 @@
 /// Every difference between the toolkit's versions that only tests meet.
 #pragma once
 
+#include <QApplication>
 #include <QPixmap>
 #include <QPoint>
 #include <QString>
@@ -38,6 +39,7 @@ inline QWheelEvent MakeWheelEvent(const QPoint& in_position, const QPoint& in_gl
 #endif
 }
 
+/// What the events of the mouse arrive at during a drag: the window that the platform has, rather than one of its
 /// widgets, where the toolkit tells the two apart.
 inline QObject* DragEventReceiver(QWidget& in_window)
 {
@@ -48,8 +50,8 @@ inline QObject* DragEventReceiver(QWidget& in_window)
 #endif
 }
 
-/// Whether windows can be brought to the front. Where they cannot, each try leads to a warning.
-inline bool CanRaiseWindows()
+/// Whether the platform has real windows, which can be raised for example.
+inline bool HasWindowSystem()
 {
 #if QT_VERSION >= 0x050000
     const QString platform = QGuiApplication::platformName();
@@ -80,13 +82,31 @@ inline std::unique_ptr<QValidator> MakePatternValidator(const QString& in_patter
 #endif
 }
 
-/// How often an open menu grabs the keyboard again when the menu beside it closes.
-inline int KeyboardGrabsAfterSubmenu()
+/// Waits until the window system has taken in what it was told, where the toolkit talks to it without waiting.
+inline void SyncWindowSystem()
 {
-#if QT_VERSION >= 0x060000
-    return 2;
+#if QT_VERSION < 0x050000
+    QApplication::syncX();
+#endif
+}
+
+/// Drops the messages that a rule picks, from now on. All others go on to the handler that was in place.
+inline void DropMessages(bool (*in_rule)(const QString&))
+{
+    static bool (*rule)(const QString&) = nullptr;
+    rule = in_rule;
+#if QT_VERSION >= 0x050000
+    static QtMessageHandler next = nullptr;
+    next = qInstallMessageHandler([](QtMsgType in_type, const QMessageLogContext& in_context, const QString& in_text) {
+        if (!rule(in_text))
+            next(in_type, in_context, in_text);
+    });
 #else
-    return 1;
+    static QtMsgHandler next = nullptr;
+    next = qInstallMsgHandler([](QtMsgType in_type, const char* in_text) {
+        if (!rule(QString::fromLocal8Bit(in_text)))
+            next(in_type, in_text);
+    });
 #endif
 }
 

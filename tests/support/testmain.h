@@ -2,6 +2,8 @@
 /// The main function of every test program.
 #pragma once
 
+#include "tests/support/platformremarks.h"
+
 #include <QApplication>
 #include <QWidget>
 #include <QtTest>
@@ -14,6 +16,7 @@ template <class TestClass> int RunTest(int in_argc, char** in_argv)
     QApplication application(in_argc, in_argv);
     int result = 0;
     {
+        const PlatformRemarkFilter filter;
         TestClass test;
         result = QTest::qExec(&test, in_argc, in_argv);
     }

@@ -233,7 +233,7 @@ private Q_SLOTS:
         bool stayedOpen = false;
         ModalUser user;
         user.WhenDialogOpens(creation.m_title, [](QDialog& in_dialog) { FillIn(in_dialog, "", "some"); });
-        user.WhenLaidOutDialogOpens("Invalid Name", [](QDialog& in_box) { Press(in_box, Qt::Key_Return); });
+        user.WhenDialogOpens("Invalid Name", [](QDialog& in_box) { Press(in_box, Qt::Key_Return); });
         user.WhenDialogOpens(creation.m_title, [&stayedOpen](QDialog& in_dialog) {
             stayedOpen = in_dialog.isVisible();
             Press(in_dialog, Qt::Key_Escape);
@@ -251,7 +251,7 @@ private Q_SLOTS:
         browser.SetItemLibrary(layer.GetAccessor());
         ModalUser user;
         user.WhenDialogOpens("Create compound", [](QDialog& in_dialog) { FillIn(in_dialog, "", "some"); });
-        user.WhenLaidOutDialogOpens("Invalid Name", [](QDialog& in_box) { Press(in_box, Qt::Key_Return); });
+        user.WhenDialogOpens("Invalid Name", [](QDialog& in_box) { Press(in_box, Qt::Key_Return); });
         user.WhenDialogOpens("Create compound", [](QDialog& in_dialog) { FillIn(in_dialog, "Late", "some"); });
         Trigger(browser, CNodeBrowser::eNewCompound);
         QVERIFY(user.IsDone());

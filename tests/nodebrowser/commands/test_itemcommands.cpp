@@ -45,7 +45,7 @@ void WhenOneOpens(ModalUser& out_user, bool in_tags, const InDialog& in_action)
     if (in_tags)
         out_user.WhenDialogOpens(gTagsTitle, in_action);
     else
-        out_user.WhenLaidOutDialogOpens("Rename Blend", in_action);
+        out_user.WhenDialogOpens("Rename Blend", in_action);
 }
 
 /// Gives one of the two commands, and does something in the dialog that it opens.
@@ -274,7 +274,7 @@ private Q_SLOTS:
         QString text;
         ModalUser user;
         // The title comes from the compound, which there is none of.
-        user.WhenLaidOutDialogOpens("Rename ", [&text](QDialog& in_dialog) {
+        user.WhenDialogOpens("Rename ", [&text](QDialog& in_dialog) {
             text = Field(in_dialog).text();
             FillIn(in_dialog, "Mix");
         });
@@ -648,7 +648,7 @@ private Q_SLOTS:
         real.m_layer.GetSourceControl().SetShowFilesHandler([&shown](const ItemID&) { ++shown; });
         real.m_layer.RemoveLibrary(real.m_library);
         ModalUser user;
-        user.WhenLaidOutDialogOpens("Rename ", [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
+        user.WhenDialogOpens("Rename ", [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         // The rows are still those of the last paint, and hold nothing any more.
         QCOMPARE(real.m_browser.GetRowCount(), std::size_t(1));
         real.m_browser.OnShowItemFiles();

@@ -60,7 +60,7 @@ struct Scene
     {
         ModalUser user;
         user.WhenMenuOpens([](QMenu& in_menu) { Choose(in_menu, "Rename Blend"); });
-        user.WhenLaidOutDialogOpens("Rename Blend", [in_name](QDialog& in_dialog) {
+        user.WhenDialogOpens("Rename Blend", [in_name](QDialog& in_dialog) {
             Retype(Field(in_dialog), in_name);
             Press(Field(in_dialog), Qt::Key_Return);
         });
@@ -120,7 +120,7 @@ private Q_SLOTS:
             else
                 Choose(in_menu, "Rename Blend");
         });
-        user.WhenLaidOutDialogOpens("Rename Blend", [byMouse](QDialog& in_dialog) {
+        user.WhenDialogOpens("Rename Blend", [byMouse](QDialog& in_dialog) {
             Retype(Field(in_dialog), "Zebra");
             if (byMouse)
                 QTest::mouseClick(&OkButton(in_dialog), Qt::LeftButton);
@@ -205,8 +205,7 @@ private Q_SLOTS:
         bool refusedUsed = false;
         bool refusedEmpty = false;
         bool toldWhy = false;
-        user.WhenLaidOutDialogOpens("Rename Blend", [&](QDialog& in_dialog) {
-            ExpectRaisedWindow();
+        user.WhenDialogOpens("Rename Blend", [&](QDialog& in_dialog) {
             Retype(Field(in_dialog), "Mix");
             toldWhy = Field(in_dialog).toolTip() == FromLatin1("Name already used");
             Press(Field(in_dialog), Qt::Key_Return);
@@ -262,7 +261,7 @@ private Q_SLOTS:
                 Choose(in_menu, "Rename Blend");
         });
         if (end != 0)
-            user.WhenLaidOutDialogOpens("Rename Blend", [end](QDialog& in_dialog) {
+            user.WhenDialogOpens("Rename Blend", [end](QDialog& in_dialog) {
                 if (end == 1)
                     Retype(Field(in_dialog), "Zebra");
                 Press(Field(in_dialog), end == 1 ? Qt::Key_Escape : Qt::Key_Return);

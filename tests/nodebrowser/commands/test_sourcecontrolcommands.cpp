@@ -142,9 +142,9 @@ private Q_SLOTS:
         OneCompound<> one;
         one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
         MoveTo(one.m_browser, "There");
-        QCOMPARE(one.m_layer.m_log.mid(3), QStringList()
-                                               << FromLatin1("find ") + one.Uid() << FromLatin1("database helper")
-                                               << FromLatin1("move %1 to '//there', with content: yes").arg(one.Uid()));
+        QCOMPARE(QStringList(one.m_layer.m_log.mid(3)),
+                 QStringList() << FromLatin1("find ") + one.Uid() << FromLatin1("database helper")
+                               << FromLatin1("move %1 to '//there', with content: yes").arg(one.Uid()));
         QCOMPARE(one.m_layer.m_log.at(0), FromLatin1("find ") + one.Uid());
         QVERIFY(one.m_layer.m_log.at(1).startsWith(FromLatin1("can modify Blend")));
         QVERIFY(one.m_layer.m_log.at(2).startsWith(FromLatin1("query")));
@@ -160,7 +160,7 @@ private Q_SLOTS:
             if (GoTo(in_menu, "Compound source"))
                 Press(in_menu, Qt::Key_Right);
         });
-        user.WhenSubmenuOpens([](QMenu& in_submenu) { Choose(in_submenu, "There"); });
+        user.WhenMenuOpens([](QMenu& in_submenu) { Choose(in_submenu, "There"); });
         one.m_browser.RightPress(0);
         QVERIFY(user.IsDone());
         QVERIFY(!one.m_browser.GetSelection().IsValid());

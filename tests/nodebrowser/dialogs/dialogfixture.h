@@ -10,7 +10,6 @@
 #include <QDialog>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QString>
@@ -27,19 +26,10 @@ inline bool Activate(QWidget& in_window)
     return WaitFor([&in_window] { return QApplication::activeWindow() == &in_window && QApplication::focusWidget(); });
 }
 
-/// Fixes what a dialog's layout makes of its size before there is a window: the platform without a screen warns when a
-/// window's limits change.
-inline void SettleLayout(const QWidget& in_window)
-{
-    if (in_window.layout())
-        in_window.layout()->activate();
-}
-
 /// Runs a dialog modally with a person in front of it, who is expected to close it.
 /// \return the dialog's result; -1 when it never became the active window
 inline int RunDialog(QDialog& in_dialog, const std::function<void(QWidget&)>& in_work)
 {
-    SettleLayout(in_dialog);
     bool active = false;
     ModalUser user;
     user.WhenWindowOpens([&](QWidget& in_window) {
@@ -108,7 +98,6 @@ inline QList<QLineEdit*> FindEdits(const QWidget& in_window)
 /// Shows a window and waits until it is the active one.
 inline bool ShowActive(QWidget& in_window)
 {
-    SettleLayout(in_window);
     in_window.show();
     return Activate(in_window);
 }

@@ -78,7 +78,7 @@ void ConfirmEmptyName(QWidget& in_window, const std::function<void(QWidget&)>& i
 {
     ModalUser reader;
     // The toolkit fixes the size of a message that has a window already.
-    reader.WhenLaidOutDialogOpens("Invalid Name", [&in_look](QDialog& in_message) {
+    reader.WhenDialogOpens("Invalid Name", [&in_look](QDialog& in_message) {
         QVERIFY(Activate(in_message));
         if (in_look)
             in_look(in_message);
@@ -401,7 +401,7 @@ private Q_SLOTS:
         ModalUser reader;
         bool gone = false;
         const int result = RunDialog(*dialog, [&](QWidget& in_window) {
-            reader.WhenLaidOutDialogOpens("Invalid Name", [&](QDialog& in_message) {
+            reader.WhenDialogOpens("Invalid Name", [&](QDialog& in_message) {
                 QVERIFY(Activate(in_message));
                 delete dialog;
                 gone = !dialog && in_message.isVisible();

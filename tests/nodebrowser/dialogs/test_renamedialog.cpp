@@ -294,7 +294,6 @@ private Q_SLOTS:
         Renaming renaming;
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Clear();
         QVERIFY(dialog.Shows(gEmpty));
         dialog.SetName(FromLatin1("Free"));
@@ -308,7 +307,6 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         Clear();
         QVERIFY(dialog.Shows(gEmpty));
         TypeText(FromLatin1("x"));
@@ -323,12 +321,10 @@ private Q_SLOTS:
         QVERIFY(ShowActive(dialog));
         Retype("Ad");
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         TypeText(FromLatin1("d"));
         QVERIFY(dialog.Shows(gUsed));
         TypeText(FromLatin1("2"));
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         PressKey(Qt::Key_Backspace);
         QVERIFY(dialog.Shows(gUsed));
     }
@@ -339,7 +335,6 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver("A"));
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Retype("A");
         QVERIFY(dialog.Shows(gUsed));
         PressKey(Qt::Key_Backspace);
@@ -361,7 +356,6 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         dialog.move(100, 100);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         if (empty)
             Clear();
         else
@@ -385,7 +379,6 @@ private Q_SLOTS:
         Renaming renaming;
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Clear();
         QVERIFY(FindToolTip());
         TypeText(FromLatin1("x"));
@@ -400,7 +393,6 @@ private Q_SLOTS:
         const QPalette::ColorRole role = dialog.Edit().backgroundRole();
         QPalette expected;
         expected.setColor(QPalette::All, role, gRed);
-        ExpectRaisedWindow();
         Clear();
         const QPalette::ColorGroup groups[] = {QPalette::Active, QPalette::Inactive, QPalette::Disabled};
         for (const QPalette::ColorGroup group : groups)
@@ -419,7 +411,6 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
         QVERIFY(GroundOf(dialog.Edit()) != gRed);
-        ExpectRaisedWindow();
         Clear();
         QCOMPARE(GroundOf(dialog.Edit()), gRed);
         TypeText(FromLatin1("x"));
@@ -432,7 +423,6 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         bool stayedOpen = false;
         const int result = RunDialog(dialog, [&](QWidget& in_window) {
-            ExpectRaisedWindow();
             Clear();
             PressKey(Qt::Key_Return);
             Click(dialog.Ok());
@@ -476,7 +466,6 @@ private Q_SLOTS:
         const char* const names[] = {"foo", "Foo", "FOO"};
         for (const char* const name : names)
         {
-            ExpectRaisedWindow();
             Clear();
             QVERIFY(dialog.Shows(gEmpty));
             Paste(FromLatin1(name));
@@ -494,7 +483,6 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver(variant));
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Clear();
         Paste(FromLatin1(variant));
         QCOMPARE(dialog.GetName(), FromLatin1(variant));
@@ -520,7 +508,6 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver("foo"));
         Retype("foo");
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         Retype("bar");
         QVERIFY(dialog.Shows(gUsed));
         QCOMPARE(dialog.windowTitle(), FromLatin1("Rename foo"));
@@ -531,7 +518,6 @@ private Q_SLOTS:
         Renaming renaming;
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Clear();
         TypeText(FromLatin1(" -.;%&/\xA0\xD7"));
         QCOMPARE(dialog.GetName(), QString());
@@ -606,7 +592,6 @@ private Q_SLOTS:
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
         PressKey(Qt::Key_A, Qt::ControlModifier);
-        ExpectRaisedWindow();
         TypeText(QString(QLatin1Char('a')) + QChar(0x6F22));
         QVERIFY(dialog.Shows(gUsed));
     }
@@ -673,7 +658,6 @@ private Q_SLOTS:
         Paste(QString(10000, QLatin1Char('a')));
         QCOMPARE(dialog.GetName().size(), 10000);
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         PressKey(Qt::Key_Backspace);
         QVERIFY(dialog.Shows(gUsed));
     }
@@ -684,13 +668,11 @@ private Q_SLOTS:
         renaming.m_library.Add(NewItem::Solver("Add"));
         RenameDialog dialog(renaming);
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Retype("Add");
         QVERIFY(dialog.Shows(gUsed));
         renaming.m_library.Close();
         Retype("Add");
         QVERIFY(dialog.ShowsNoFault());
-        ExpectRaisedWindow();
         Clear();
         QVERIFY(dialog.Shows(gEmpty));
     }
@@ -751,7 +733,6 @@ private Q_SLOTS:
         CRenameCompoundDialog dialog(renaming.m_library.GetAccessor(), none);
         QCOMPARE(dialog.windowTitle(), FromLatin1("Rename "));
         QVERIFY(ShowActive(dialog));
-        ExpectRaisedWindow();
         Retype("Blend");
         QCOMPARE(QToolTip::text(), FromLatin1(gUsed));
         Clear();

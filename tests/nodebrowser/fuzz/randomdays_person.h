@@ -19,30 +19,6 @@
 
 #include <functional>
 
-/// Announces the warnings of a platform that can neither raise a window, nor grab the keyboard, nor limit a window's
-/// size, each at the moment when a window is about to lead to it.
-class WarningAnnouncer : public QObject
-{
-public:
-    WarningAnnouncer() { qApp->installEventFilter(this); }
-
-    bool eventFilter(QObject* in_object, QEvent* in_event) override
-    {
-        if (testcompat::CanRaiseWindows() || !in_object->isWidgetType())
-            return false;
-        const bool polished = in_event->type() == QEvent::Polish;
-        const QDialog* const dialog = qobject_cast<QDialog*>(in_object);
-        if (polished && dialog && dialog->layout())
-            QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
-        // Both are raised before they are told that they are shown. A menu inside another one is never shown here.
-        if (polished && ((in_object->inherits("QMenu") && !in_object->parent()) || in_object->inherits("QTipLabel")))
-            QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
-        if (in_event->type() == QEvent::Show && in_object->inherits("QMenu"))
-            QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
-        return false;
-    }
-};
-
 /// Between Begin() and End() it does one thing after another to the window on top, and lets the host do things
 /// meanwhile. All windows are left in the end, one way or another.
 class Person : public QObject
@@ -132,7 +108,7 @@ private:
         else if (what == 3)
             Press(in_menu, Qt::Key_Down);
         else if (!action->menu())
-            QTest::mouseClick(&in_menu, Qt::LeftButton, Qt::NoModifier, in_menu.actionGeometry(action).center());
+            ClickEntry(in_menu, *action);
         else if (!action->menu()->actions().isEmpty())
             action->menu()->actions().at(m_chance.Below(static_cast<int>(action->menu()->actions().size())))->trigger();
     }

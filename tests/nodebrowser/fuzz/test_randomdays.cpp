@@ -91,8 +91,8 @@ protected:
 
     void childEvent(QChildEvent* in_event) override
     {
-        // Nothing else becomes a child once the browser is made.
-        m_drags += in_event->added() ? 1 : 0;
+        // Nothing else becomes a child once the browser is made, but for the widget that a drag of some platforms needs.
+        m_drags += in_event->added() && !in_event->child()->isWidgetType() ? 1 : 0;
         ProbedBrowser::childEvent(in_event);
     }
 
@@ -661,7 +661,6 @@ private:
     World m_world;
     std::set<std::string> m_tagsSeen; // every tag that an item of the list had on this day
     Person m_person;
-    WarningAnnouncer m_announcer;
     std::unique_ptr<DayBrowser> m_browser;
     ItemLibraryAccessor m_library;
     std::deque<QString> m_log = std::deque<QString>(1);

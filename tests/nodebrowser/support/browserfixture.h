@@ -4,7 +4,7 @@
 
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/nodebrowser.h"
-#include "tests/support/platformwarnings.h"
+#include "tests/support/testcompat.h"
 #include "tests/support/waiting.h"
 
 #include <QApplication>
@@ -78,18 +78,21 @@ inline void Settle()
     for (int round = 0; round < 5; ++round)
     {
         QCoreApplication::sendPostedEvents();
+        testcompat::SyncWindowSystem();
         QCoreApplication::processEvents();
     }
 }
 
-/// Shows a browser in a size and waits until it has been painted.
+/// Shows a browser in a size and waits until it has been painted. The test fails when that does not happen.
 inline void ShowBrowser(ProbedBrowser& in_browser, int in_width = 300, int in_height = 400)
 {
     QApplication::setCursorFlashTime(0); // a blinking cursor repaints what lies below the search field
     in_browser.resize(in_width, in_height);
     in_browser.show();
-    for (int wait = 0; wait < 100 && in_browser.m_paints == 0; ++wait)
-        QTest::qWait(10);
+    // What is not visible, inside a window that is hidden for example, is not waited for.
+    WaitFor([&in_browser] { return in_browser.m_paints > 0 || !in_browser.isVisible(); }, 5000);
+    QTest::qVerify(in_browser.m_paints > 0, "in_browser.m_paints > 0", "The browser is not painted.", __FILE__,
+                   __LINE__);
     Settle();
 }
 

@@ -80,7 +80,7 @@ inline void UseSources(CommandBrowser& in_browser, int in_row, const std::functi
         if (GoTo(in_menu, "Compound source"))
             Press(in_menu, Qt::Key_Right);
     });
-    user.WhenSubmenuOpens(in_action);
+    user.WhenMenuOpens(in_action);
     in_browser.RightPress(in_row);
     QVERIFY(user.IsDone());
 }

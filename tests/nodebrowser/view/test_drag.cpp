@@ -134,7 +134,8 @@ public:
 
     bool eventFilter(QObject*, QEvent* in_event) override
     {
-        if (in_event->type() == QEvent::ChildAdded)
+        // Some platforms need a widget for a drag, which becomes a child too.
+        if (in_event->type() == QEvent::ChildAdded && !static_cast<QChildEvent*>(in_event)->child()->isWidgetType())
             ++m_drags;
         return false;
     }

@@ -50,6 +50,25 @@ private:
     QSignalSpy m_signals;
 };
 
+/// Lets go of the left button again and again: a platform that carries drags out waits for that.
+class LettingGo : public QObject
+{
+public:
+    explicit LettingGo(QWidget& in_window) : m_window(in_window) { startTimer(10); }
+
+protected:
+    void timerEvent(QTimerEvent*) override
+    {
+        const QPoint position = m_window.rect().center();
+        QMouseEvent release(QEvent::MouseButtonRelease, position, m_window.mapToGlobal(position), Qt::LeftButton,
+                            Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(testcompat::DragEventReceiver(m_window), &release);
+    }
+
+private:
+    QWidget& m_window;
+};
+
 void Press(QWidget& in_browser, const QPoint& in_position, Qt::MouseButton in_button = Qt::LeftButton)
 {
     QTest::mousePress(&in_browser, in_button, Qt::NoModifier, in_position);
@@ -648,6 +667,7 @@ private:
         else if (in_action == eMove)
         {
             const QPoint away = in_position - QPoint(50, 50);
+            const LettingGo person(in_browser);
             QMouseEvent move(QEvent::MouseMove, away, in_browser.mapToGlobal(away), Qt::NoButton, Qt::LeftButton,
                              Qt::NoModifier);
             QCoreApplication::sendEvent(&in_browser, &move);
