@@ -20,8 +20,9 @@ namespace
 /// In milliseconds. No step on the largest library takes as long.
 const qint64 gPatience = 600000;
 
-/// Counts the processor time of this process from its making, where the C library tells it. Nothing that is measured
-/// waits for anything, so this is the time that passes on an idle machine; on a busy one the turns of others are left out.
+/// Counts the processor time of this process, all threads together, where the C library tells it. Nothing that is
+/// measured waits for anything else, so this is about the time that passes on an idle machine; the turns of others
+/// are left out.
 class Stopwatch
 {
 public:
