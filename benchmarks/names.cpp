@@ -11,12 +11,12 @@ namespace
 
 using Words = std::vector<std::string>;
 
-// How the made-up libraries got their shape. A large site has thousands of packages: nearly half of them hold one to three
-// nodes, a few hold hundreds, and 100,000 nodes come from about 5,600 packages. Names come in families: one
+// How the made-up libraries got their shape. A large site has thousands of packages: nearly half of them hold one to
+// three nodes, a few hold hundreds, and 100,000 nodes come from about 5,600 packages. Names come in families: one
 // operation, spelt once per type of value. They have 3 to 34 characters, mostly 12 to 24. A package spells all of its
-// names one way. The tags of a node are the group of its operation, its package, and for most nodes the operation
-// or the site that made the package. Joined they have 15 to 55 characters. A group is shared by a twentieth of all nodes, a package's tag
-// by its nodes alone.
+// names one way. The tags of a node are the group of its operation, its package, and for most nodes the operation or
+// the site that made the package. Joined they have 15 to 55 characters. A group is shared by a twentieth of all nodes,
+// a package's tag by its nodes alone.
 
 const Words gActions = {"add",  "blend", "clamp",  "convert", "curve", "divide", "extract", "fade",
                         "fill", "grade", "invert", "merge",   "mix",   "noise",  "offset",  "project",
