@@ -21,7 +21,7 @@ namespace
 
 const char gNameEnd = '\n';
 
-/// The first place of a word in a range of text; the end of the range when it is not there.
+/// Where a word first occurs in a range of text; the end of the range when it is not there.
 const char* FindWord(const char* in_begin, const char* in_end, const std::string& in_word)
 {
 #if defined(__GLIBC__)
@@ -76,8 +76,8 @@ std::size_t CountOccurrences(const std::string& in_text, const std::vector<std::
     std::size_t count = 0;
     const char* const end = in_text.data() + in_text.size();
     for (const std::string& word : in_words)
-        for (const char* place = FindWord(in_text.data(), end, word); place != end;
-             place = FindWord(place + word.size(), end, word))
+        for (const char* found = FindWord(in_text.data(), end, word); found != end;
+             found = FindWord(found + word.size(), end, word))
             ++count;
     return count;
 }

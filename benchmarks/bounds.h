@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// What cannot be done without, as fast as it can be done: the limits that the browser is compared with.
+/// The lower bounds that the browser is compared with: what cannot be done without, as fast as it can be done.
 #pragma once
 
 #include "datamodel/itemlibrary.h"

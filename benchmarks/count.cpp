@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "count.h"
 
+#include "bounds.h"
 #include "countedstep.h"
 #include "measure.h"
 #include "panel.h"
@@ -13,15 +14,27 @@
 void CountStep(const Content& in_content, const QString& in_step)
 {
     const std::unique_ptr<CNodeBrowser> browser = ShowBrowser();
-    const auto open = [&] { browser->SetItemLibrary(in_content.m_library.GetAccessor()); };
+    const vireo::datamodel::ItemLibraryAccessor library = in_content.m_library.GetAccessor();
     QLineEdit* const field = GetPanel(*browser).m_field;
     if (in_step == QLatin1String("open"))
     {
-        CountedStep(*browser, open);
+        CountedStep(*browser, [&] { browser->SetItemLibrary(library); });
+    }
+    else if (in_step == QLatin1String("onebuild"))
+    {
+        volatile std::size_t read = 0;
+        CountedStep(*browser, [&] { read = ReadBoundary(library); });
+    }
+    else if (in_step == QLatin1String("rename"))
+    {
+        browser->SetItemLibrary(library);
+        Settle();
+        const vireo::datamodel::ItemID item = in_content.m_library.GetItems()[in_content.GetCount() / 2];
+        CountedStep(*browser, [&] { in_content.m_library.Rename(item, "renamed"); });
     }
     else
     {
-        open();
+        browser->SetItemLibrary(library);
         Settle();
         field->setText(QLatin1String("nois"));
         Settle();

@@ -6,6 +6,7 @@
 
 class QString;
 
-/// Prepares a browser, runs the step "key" or "open" once as CountedStep(), and prints its name and the number of items.
-/// "key" types the last letter of a word with the tab "All"; "open" attaches the library.
+/// Prepares a browser, runs a step once as CountedStep(), and prints its name and the number of items. "key" types the
+/// last letter of a word with the tab "All"; "open" attaches the library; "rename" gives one item another name;
+/// "onebuild" is the lower bound of one build of the list.
 void CountStep(const Content& in_content, const QString& in_step);

@@ -12,14 +12,14 @@ const int gRepetitions = 20;
 
 /// Runs a step and what it leads to, until a frame with the list in it has been painted. A step that leads to no frame
 /// ends the program.
-/// \return milliseconds from the start of the step to the end of that frame
+/// \return milliseconds of processor time from the start of the step to the end of that frame
 double TimeToFrame(const Panel& in_panel, const std::function<void()>& in_step);
 
 /// Paints the whole window as it is.
-/// \return milliseconds to the end of the frame
+/// \return milliseconds of processor time to the end of the frame
 double TimeRepaint(const Panel& in_panel);
 
-/// Milliseconds that a step takes which paints nothing.
+/// Milliseconds of processor time that a step takes which paints nothing.
 double Time(const std::function<void()>& in_step);
 
 /// Lets everything happen that steps left for later, so that it is not counted with the next one.

@@ -13,8 +13,8 @@ extern const char* const gUsage;
 
 struct Options
 {
-    std::vector<std::size_t> m_sizes; ///< of libraries with made-up names; none when there is a file
-    std::string m_names;              ///< the file with the names; empty for none
+    std::vector<std::size_t> m_sizes; ///< of the libraries; none stands for the size of the file
+    std::string m_names;              ///< the file with the names; empty for made-up names
     QString m_count;                  ///< the step to run once instead of the table; empty for the table
 };
 

@@ -91,10 +91,10 @@ int ScorePeerRow(const std::vector<std::string>& in_words, const PeerRow& in_row
     for (int index = 0; index < count; ++index)
     {
         const std::string& word = in_words[static_cast<std::size_t>(index)];
-        const std::size_t place = in_row.m_lowerName.find(word);
-        if (place == 0)
+        const std::size_t offset = in_row.m_lowerName.find(word);
+        if (offset == 0)
             return index;
-        if (place != std::string::npos)
+        if (offset != std::string::npos)
             score = count + index;
         else if (score == gPeerNoMatch && IsInTags(word, in_row.m_lowerTags))
             score = gTagScore;

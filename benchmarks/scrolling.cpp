@@ -16,8 +16,8 @@ const int gSteps = 10 * gRepetitions;
 /// Turns the wheel towards the user.
 void TurnWheel(QWidget& in_list)
 {
-    const QPointF place = QRectF(in_list.rect()).center();
-    QWheelEvent event(place, in_list.mapToGlobal(place.toPoint()), QPoint(), QPoint(0, -120), Qt::NoButton,
+    const QPointF center = QRectF(in_list.rect()).center();
+    QWheelEvent event(center, in_list.mapToGlobal(center.toPoint()), QPoint(), QPoint(0, -120), Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(&in_list, &event);
 }

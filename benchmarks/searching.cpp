@@ -25,7 +25,7 @@ double TimeKey(const Panel& in_panel, const QString& in_text)
     return time;
 }
 
-double TimeLimit(const Panel& in_browser, const std::string& in_names, const QString& in_text)
+double TimeLowerBound(const Panel& in_browser, const std::string& in_names, const QString& in_text)
 {
     const std::vector<std::string> words = SplitPeerWords(in_text);
     volatile std::size_t found = 0;
@@ -84,7 +84,7 @@ bool MeasureKeys(const Content& in_content, const std::vector<NamedItem>& in_ite
                 samples[i][subject.m_column].push_back(TimeKey(subject.m_panel, text));
             if (!Agree(subjects, gTexts[i]))
                 return false;
-            samples[i][eColumnLimit].push_back(TimeLimit(GetPanel(*subjects.m_browser), names, text));
+            samples[i][eColumnLowerBound].push_back(TimeLowerBound(GetPanel(*subjects.m_browser), names, text));
         }
     PrintKeys(in_content.GetCount(), samples);
     return true;

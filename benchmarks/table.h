@@ -12,7 +12,8 @@ enum eColumn : std::size_t
     eColumnBrowser,
     eColumnListView,
     eColumnTreeWidget,
-    eColumnLimit,
+    eColumnLowerBound,
+    eColumnOneBuild, ///< the lower bound of a step that builds the list once
     eColumnCount,
 };
 
