@@ -143,8 +143,8 @@ void MainWindow::ConnectDataLayer()
 void MainWindow::Attach(memorymodel::Library& in_library)
 {
     m_library = &in_library;
-    m_watcher.reset(new ChangeWatcher(
-        m_library->GetAccessor(), [this] { OnLibraryChanged(); }, [this] { OnLibraryCommitted(); }));
+    m_watcher.reset(
+        new ChangeWatcher(m_library->GetAccessor(), [this] { OnLibraryChanged(); }, [this] { OnLibraryCommitted(); }));
     m_layer.SetCurrentLibrary(m_library);
     m_browser->SetItemLibrary(m_library->GetAccessor());
     m_canvas->SetLibrary(m_library);
