@@ -44,6 +44,7 @@ private Q_SLOTS:
     void singleFileIsASourceOfItsOwn();
     void openedFolderMayBeCalledInAnyWay_data();
     void openedFolderMayBeCalledInAnyWay();
+    void relativePathsAreOpened();
     void documentsComeInPathOrder();
     void rootAndTopFolderOfOneNameAreTwoSources();
     void tagsAreDistinctAndInOrder();
@@ -174,6 +175,22 @@ void MaterialXReadTest::openedFolderMayBeCalledInAnyWay()
     folder.Write(QStringLiteral("opened/top/below/b.mtlx"), Document("<nodedef name='ND_b' node='b'/>"));
     QCOMPARE(ReadLines(folder.GetPath(QStringLiteral("opened")) + ending),
              Lines({"signature a [] @opened", "signature b [top] @top"}));
+}
+
+void MaterialXReadTest::relativePathsAreOpened()
+{
+    const DocumentFolder folder;
+    folder.Write(QStringLiteral("opened/a.mtlx"), Document("<nodedef name='ND_a' node='a'/>"));
+    folder.Write(QStringLiteral("opened/top/b.mtlx"), Document("<nodedef name='ND_b' node='b'/>"));
+    const QStringList expected = Lines({"signature a [] @opened", "signature b [top] @top"});
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(folder.GetPath()));
+    const QStringList below = ReadLines(QStringLiteral("opened"));
+    QVERIFY(QDir::setCurrent(folder.GetPath(QStringLiteral("opened/top"))));
+    const QStringList above = ReadLines(QStringLiteral(".."));
+    QVERIFY(QDir::setCurrent(before));
+    QCOMPARE(below, expected);
+    QCOMPARE(above, expected);
 }
 
 void MaterialXReadTest::documentsComeInPathOrder()
