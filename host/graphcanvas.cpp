@@ -90,7 +90,7 @@ void GraphCanvas::RefreshBox(GraphBox& in_box) const
 {
     const bool missing = !m_library->GetSourceOf(in_box.GetItem());
     in_box.SetMissing(missing);
-    // An item that is gone has no name any more; its box keeps the one it had.
+    // An item that is gone has no name; its box keeps the last one.
     if (!missing)
         in_box.SetName(GetItemName(*m_library, in_box.GetItem()));
 }
