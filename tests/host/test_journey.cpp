@@ -155,7 +155,8 @@ private:
     void AddLateChange();
     void AddQuit();
 
-    /// A step that leaves the data model as the facts are at this point of the script, and that needs what the check says.
+    /// A step that leaves the data model as the facts are at this point of the script, and that needs what the check
+    /// says.
     void Step(const QString& in_name, Journey::Action in_action, Journey::Check in_check)
     {
         const Facts facts = m_facts;
