@@ -25,8 +25,8 @@ public:
     /// Makes an object writable without checking it out. Otherwise like CheckOut().
     virtual void MakeWritable(const NEXAHandle<IDbObject>& in_object, bool in_interactive) = 0;
 
-    /// The object with an identity; an invalid handle when there is none. The browser asks once for each compound and
-    /// rebuild, and requests the compound's state with the same handle.
+    /// The object with an identity; an invalid handle when there is none. A rebuild asks once for each compound, and
+    /// requests the state of the compound with the same handle.
     virtual NEXAHandle<IDbObject> FindObject(const DbObjectId& in_id) = 0;
 
     /// Shows the files that an object is stored in.
