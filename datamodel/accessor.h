@@ -19,9 +19,9 @@ class DATAMODEL_EXPORT IContext
 public:
     virtual ~IContext() = default;
 
-    /// False once the thing is gone (an item that was removed, a library that was closed). Accessors that still point at
-    /// it are invalid from then on; they become valid again when the thing comes back, for example by undo. A thing that
-    /// goes forgets its observers, since they cannot be removed through an invalid accessor.
+    /// False once the thing is gone: the item was removed, the library was closed. All its accessors are then invalid.
+    /// They become valid again if the thing comes back, for example by undo. A thing that goes drops its observers,
+    /// because nobody can remove them through an invalid accessor.
     virtual bool IsAlive() const = 0;
 };
 
@@ -37,8 +37,9 @@ using ContextPtr = std::shared_ptr<IContext>;
 ///     if (compound.GetContext())
 ///         compound.RefreshInterfacePointer();
 ///
-/// Between the two it is invalid. An invalid accessor answers every read with an empty result and every write with a
-/// refusal. Finding the interface costs one run-time cast; every operation costs one liveness test and one virtual call.
+/// Between the two steps it is invalid. An invalid accessor answers every read with an empty result and refuses every
+/// write. RefreshInterfacePointer() costs one run-time cast. Every operation costs one test of IsAlive() and one
+/// virtual call.
 class DATAMODEL_EXPORT BaseAccessor
 {
 public:
@@ -58,7 +59,7 @@ public:
     /// Finds the interface in the context; the accessor stays invalid when the context does not offer it.
     void RefreshInterfacePointer() { m_interface = m_context ? FindInterface(*m_context) : nullptr; }
 
-    /// Points at what another accessor points at, whatever interface that one speaks: both steps at once.
+    /// Takes both steps: points at the context of another accessor, whatever interface that one speaks.
     void CopyFromOtherBaseAccessor(const BaseAccessor& in_other)
     {
         ResetContext(in_other.GetContext());
@@ -74,7 +75,7 @@ protected:
     BaseAccessor& operator=(const BaseAccessor&) = default;
     BaseAccessor& operator=(BaseAccessor&&) = default;
 
-    /// The accessor's interface of a context; null when the context does not offer it.
+    /// The interface that this accessor speaks; null when the context does not offer it.
     virtual void* FindInterface(IContext& in_context) const = 0;
 
     ContextPtr m_context;
@@ -99,7 +100,7 @@ private:
 };
 
 /// An accessor whose interface is not fixed yet: what ItemLibraryAccessor::GetModel() returns before the caller views
-/// it as a compound, a type and so on. Any context is good enough for it.
+/// it as a compound, a type and so on. It accepts any context.
 class DATAMODEL_EXPORT UnspecifiedAccessor : public InterfaceAccessor<IContext>
 {
 public:

@@ -173,7 +173,7 @@ IItemLibraryModifier* WritingSide(const ItemLibraryAccessor& in_library)
     return in_library.IsValid() ? dynamic_cast<IItemLibraryModifier*>(in_library.GetContext().get()) : nullptr;
 }
 
-/// Points a modifier at what a library has just made, and tells its identity.
+/// Points a modifier at what a library has just made, and returns the identity.
 template <class Modifier> ItemID PointAtNewModel(Modifier& out_modifier, const ContextPtr& in_model)
 {
     out_modifier.CopyFromOtherBaseAccessor(UnspecifiedAccessor(in_model));

@@ -35,21 +35,21 @@ class DATAMODEL_EXPORT CompoundModifierAccessor : public InterfaceAccessor<IComp
 public:
     using InterfaceAccessor<ICompoundModifier>::InterfaceAccessor;
 
-    /// Takes up the compound pointed at; to be called after the two steps of pointing, before the operations below that
-    /// ask for it.
+    /// Prepares the two operations below. Call it after ResetContext() and RefreshInterfacePointer().
     void Initialize();
 
-    /// Whether the compound takes changes. Needs Initialize(), false without it.
-    /// \param in_withSource also ask whether the data source it lives in takes changes
+    /// Whether the compound can be changed. False before Initialize().
+    /// \param in_withSource also ask whether the compound's data source can be changed
     bool CanModifyCompound(bool in_withSource) const;
 
-    /// Gives the compound a new name; observers get one ItemNameChanged(). Needs Initialize(). Does nothing without it,
-    /// for the name it has, for an empty name, for a name that is in use, and for a compound that takes no changes.
+    /// Gives the compound a new name; observers get one ItemNameChanged(). Does nothing before Initialize(), for the
+    /// name that the compound has, for an empty name, for a name that is in use, and for a compound that cannot be
+    /// changed.
     void RenameCompound(const char* in_newName, hmx::fwk::ICommandManager* in_commands) const;
 
-    /// Makes a compound in the library and points this accessor at it, initialised; observers get one ItemAdded(). The
-    /// accessor is invalid afterwards when the library refuses: an empty name or one in use, an unknown base class, no
-    /// data source that takes new items, an invalid library.
+    /// Makes a compound in the library, points this accessor at it and calls Initialize(). Observers get one
+    /// ItemAdded(). The library refuses an empty name, a name in use, an unknown base class, and every compound while
+    /// no data source takes new items. The accessor is then invalid, as with an invalid library.
     /// \param in_signature true for a signature, an interface without a graph
     /// \param in_baseClass identity text of the signature that the compound implements; empty or null for none
     /// \param in_category free text; empty or null for none

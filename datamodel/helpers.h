@@ -18,18 +18,18 @@ namespace vireo
 namespace datamodel
 {
 
-/// Without a data layer: false, and nothing done.
+/// Without a data layer the questions are answered with false, and nothing is done.
 struct DATAMODEL_EXPORT Helpers
 {
     /// True when a compound is a signature: an interface without a graph behind it.
     static bool IsAbstractFunction(ItemAccessor& in_item);
 
-    /// True when the item can stand in a graph as an item of this type.
-    /// \param in_typeName the type-name constant of the list that the item was met in
+    /// True when a graph can contain the item as an item of this type.
+    /// \param in_typeName the type-name constant that IterateItems() was asked for
     static bool IsValidGraphItemType(const char* in_typeName, ItemAccessor& in_item);
 
-    /// Makes a compound the one that the application edits. No observer of the boundary is told; a host asks its data
-    /// layer.
+    /// Makes a compound the one that the application edits. No observer of the boundary is notified; a host asks its
+    /// data layer.
     /// \param in_target the compound; an invalid accessor leaves no target
     /// \param in_root the compound that the target is shown inside of; the empty accessor shows it by itself
     static void SetGlobalVireoCompoundTarget(CompoundAccessor in_target, CompoundAccessor in_root);
@@ -39,7 +39,7 @@ struct DATAMODEL_EXPORT Helpers
 struct DATAMODEL_EXPORT ItemIDUnlock
 {
     /// The identity text of the item's database object, or a text that nexa4::DbObjectId::IsUID() refuses when it has
-    /// none. Never null. The text is the data layer's: it stays as it is until the layer is next called.
+    /// none. Never null. The text belongs to the data layer and is valid until the layer is called again.
     static const char* GetItemIDUID(const ItemID& in_item);
 };
 

@@ -25,7 +25,7 @@ private:
     bool m_present = false;
 };
 
-/// Keys of the values that say how an item belongs to another one. Items that have either are not listed by themselves.
+/// Keys of the values that make an item part of another one. Items that have either value are not listed.
 extern DATAMODEL_EXPORT const char* const gParentKey;      ///< "Parent": the item lives inside another item
 extern DATAMODEL_EXPORT const char* const gSpecializesKey; ///< "Specializes": the item is a variant of another item
 

@@ -12,8 +12,8 @@ namespace vireo
 namespace datamodel
 {
 
-/// Type names of node items. An item's ItemID::GetType() is one of these very pointers, so types are told apart by
-/// comparing pointers, never characters.
+/// Type names of node items. ItemID::GetType() returns one of these pointers itself: compare pointers, never
+/// characters.
 struct DATAMODEL_EXPORT VireoType
 {
     static const char* const gPolymorphicSolver; ///< one node with several solver variants behind it
@@ -28,9 +28,9 @@ struct DATAMODEL_EXPORT LibType
     static const char* const gType; ///< a type definition
 };
 
-/// The identity of an item: a small value that stays the same for as long as the item exists, and that no other item
-/// ever gets. It keeps nothing alive and may outlive its item; every operation of the boundary accepts the identity of
-/// an item that is gone and answers nothing for it.
+/// The identity of an item: a small value that stays the same while the item exists, and that no other item ever gets.
+/// It keeps nothing alive and may outlive its item. Every operation of the boundary accepts the identity of an item
+/// that is gone, and answers nothing for it.
 ///
 /// Copying, comparing and ordering cost a few machine words: a value keeps its fields in the header. Equal identities
 /// always have the same type.
@@ -42,8 +42,8 @@ public:
 
     /// Made by implementations of the data layer only.
     /// \param in_type one of the type-name constants above; null makes the invalid identity
-    /// \param in_space what the item is numbered in, for example its library: no two may share one within a process
-    /// \param in_number the item's number in that space; numbers are never reused
+    /// \param in_space the set of items that in_number counts, for example a library; each set of a process has its own
+    /// \param in_number the item's number in that set; numbers are never reused
     ItemID(const char* in_type, std::uint64_t in_space, std::uint64_t in_number)
         : m_type(in_type), m_space(in_type ? in_space : 0), m_number(in_type ? in_number : 0)
     {
@@ -54,14 +54,13 @@ public:
     /// The type-name constant of the item, to be compared by pointer; null for the invalid identity.
     const char* GetType() const { return m_type; }
 
-    /// What the item is numbered in and its number there, for implementations to find the item with; 0 for the invalid
-    /// identity.
+    /// The set of items and the number in it, for implementations to find the item; 0 for the invalid identity.
     std::uint64_t GetSpace() const { return m_space; }
     std::uint64_t GetNumber() const { return m_number; }
 
-    /// The identity as printable ASCII text without blanks: the type name, a colon, and the space and the number as 16
-    /// hexadecimal digits each with a hyphen between them. Equal identities give equal texts, different ones different
-    /// texts. Empty for the invalid identity.
+    /// The identity as printable ASCII text without blanks: the type name, a colon, the set, a hyphen, the number. Set
+    /// and number have 16 hexadecimal digits each. Equal identities give equal texts, different ones different texts.
+    /// Empty for the invalid identity.
     std::string Serialize() const;
 
     friend bool operator==(const ItemID& in_left, const ItemID& in_right)

@@ -24,10 +24,10 @@ namespace datamodel
 
 /// What a library offers to writers.
 ///
-/// Every write takes a command manager. With one, the write becomes exactly one command of it that can be undone and
-/// redone; with null it is done at once and for good. A write that is refused or changes nothing leaves no command and
-/// notifies nobody. A write that is done notifies the library's and the table of contents' observers before it returns,
-/// between OnBeginChanges() and OnEndChanges(); so do its undo and redo.
+/// Every write takes a command manager. With one, the write becomes exactly one command of it, which can be undone and
+/// redone. With null it is done for good. A write that is refused or changes nothing makes no command and notifies
+/// nobody. Every other write notifies the observers of the library and of the table of contents before it returns,
+/// between OnBeginChanges() and OnEndChanges(). So do its undo and redo.
 class DATAMODEL_EXPORT IItemLibraryModifier
 {
 public:
@@ -49,19 +49,20 @@ class DATAMODEL_EXPORT ItemLibraryModifierAccessor : public InterfaceAccessor<II
 public:
     using InterfaceAccessor<IItemLibraryModifier>::InterfaceAccessor;
 
-    /// Saves the library. Observers are asked with OnPreCommit() first and told with OnPostCommit() afterwards; one veto
-    /// stops it. Committed items are no longer dirty.
+    /// Saves the library. Calls OnPreCommit() of the observers first; one veto stops the commit. Calls OnPostCommit()
+    /// afterwards. Committed items are no longer dirty.
     /// \param out_written whether anything was written
-    /// \param out_messages gets one sentence for each thing that went wrong; may be null
-    /// \param in_everything also what has no changes
+    /// \param out_messages gets one sentence for each failure; may be null
+    /// \param in_everything also write what has no changes
     /// \param in_source identity of the resource that stands for the data source to save; the null identity saves all
-    /// \return success; saving nothing is a success, a veto and an invalid accessor are none
+    /// \return true on success, also when there was nothing to save; false after a veto, and when invalid
     bool CommitToDisk(bool& out_written, std::list<std::string>* out_messages, bool in_everything,
                       const nexa4::TezUID& in_source) const;
 
     /// Replaces the item's tags under a key; observers get one ItemTagsChanged(). The text is stored as it is.
     /// \param in_tags the tags joined by ";"; empty for none
-    /// \return false when the library does not have the item or the item is read-only; true when the tags are as wanted
+    /// \return false when the library does not have the item or the item is read-only; else true: the item has these
+    /// tags
     bool SetItemTags(const ItemID& in_item, const char* in_key, const char* in_tags,
                      hmx::fwk::ICommandManager* in_commands) const;
 };
@@ -80,7 +81,7 @@ class DATAMODEL_EXPORT LowLevelItemLibraryAccessor : public InterfaceAccessor<IL
 public:
     using InterfaceAccessor<ILowLevelItemLibrary>::InterfaceAccessor;
 
-    /// Brings the library into a state that can be committed; called once right before CommitToDisk(). Notifies nobody.
+    /// Prepares the library for a commit. Called once right before CommitToDisk(). Notifies nobody.
     /// \return whether it can be committed; false when invalid
     bool PreCommit() const;
 };

@@ -12,7 +12,7 @@ namespace vireo
 namespace datamodel
 {
 
-/// Walks the items of one type. Implementations derive from it; callers use ItemIterator.
+/// Iterates over the items of one type. Implementations derive from it; callers use ItemIterator.
 class DATAMODEL_EXPORT IItemIterator
 {
 public:
@@ -27,7 +27,7 @@ public:
 ///     for (ItemIterator item = toc.IterateItems(LibType::gType); !item.IsAtEnd(); item.Next())
 ///         use(item.GetItem());
 ///
-/// Each step is constant time. It walks the items that were there when it was made: items added later do not appear,
+/// Each step is constant time. It covers the items that existed when it was made: items added later do not appear,
 /// items removed meanwhile appear as invalid accessors.
 class DATAMODEL_EXPORT ItemIterator
 {
@@ -39,7 +39,7 @@ public:
     bool IsAtEnd() const { return !m_items || m_items->IsAtEnd(); }
     /// Does nothing at the end.
     void Next();
-    /// The item under the iterator; an invalid accessor at the end.
+    /// The current item; an invalid accessor at the end.
     ItemAccessor GetItem() const;
 
 private:
@@ -63,17 +63,17 @@ class DATAMODEL_EXPORT ItemTOCAccessor : public InterfaceAccessor<IItemTOC>
 public:
     using InterfaceAccessor<IItemTOC>::InterfaceAccessor;
 
-    /// The items whose type is this very constant; none for any other pointer, and none when invalid.
+    /// The items whose type is this constant, compared by pointer. None for any other pointer, and none when invalid.
     ItemIterator IterateItems(const char* in_type) const;
 
-    /// Registers an observer, which must be removed before it dies unless the library went first. Adding one that is registered already, or adding to
-    /// an invalid accessor, does nothing.
+    /// Registers an observer. Remove it before it dies, unless the library is gone by then. Does nothing for an
+    /// observer that is registered already, and on an invalid accessor.
     /// \param in_kind eItemTOCNotificationKind
     /// \param in_context this accessor's own context
     void AddObserver(IItemTOCNotification* in_observer, int in_kind, const ContextPtr& in_context) const;
 
-    /// Takes the same three values as AddObserver(). Removing an observer that is not registered does nothing. From here
-    /// on the observer is not called again, not even by a round of calls that is under way.
+    /// Takes the same three values as AddObserver(). Does nothing for an observer that is not registered. The observer
+    /// is not called again, not even for a change that is being notified right now.
     void RemoveObserver(IItemTOCNotification* in_observer, int in_kind, const ContextPtr& in_context) const;
 };
 

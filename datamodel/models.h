@@ -42,7 +42,7 @@ public:
     using InterfaceAccessor<ILoopCompound>::InterfaceAccessor;
 };
 
-/// Offered by the model of whatever can stand in a graph as a function: compounds, signatures and solvers.
+/// Offered by the models of compounds, signatures and solvers: what a graph can contain as a function.
 class DATAMODEL_EXPORT IFunction
 {
 public:

@@ -11,12 +11,12 @@
 namespace nexa4
 {
 
-/// What a handle finds its object with; null when the object or the whole database is gone.
+/// The object of a handle; null when the object or the whole database is gone.
 DATAMODEL_EXPORT std::shared_ptr<IDbObject> ResolveHandle(int in_instance, int in_cacheIndex);
 
-/// A handle on a database object: which database instance it is in, and at which place of that instance's cache. It
-/// holds no object: it is resolved at each use by the data layer that is installed then, so a handle on an object that is
-/// gone, or that another data layer made, is invalid and never dangles. Copying is free; each operation costs one look-up.
+/// A handle on a database object: a database instance, and a position in its cache. It holds no object. The
+/// installed data layer resolves it at each use. So a handle never dangles: it is invalid when its object is gone, or
+/// when another data layer made it. Copying is free; each operation costs one look-up.
 ///
 /// T is the interface that the object is viewed as: IDbObject, ITypeAsset or IValueAsset. A handle is valid when its
 /// object exists and offers that interface.
@@ -26,7 +26,7 @@ public:
     /// The invalid handle.
     NEXAHandle() = default;
 
-    /// A handle on the same place, viewed as T.
+    /// A handle on this position, viewed as T.
     static NEXAHandle AssignCast(int in_instance, int in_cacheIndex)
     {
         NEXAHandle handle;
@@ -40,17 +40,17 @@ public:
 
     bool IsValid() const { return (*this).operator->().IsValid(); }
 
-    /// The object; the null pointer when the handle is invalid, so that following it throws ExBase::NullPtr.
+    /// The object. When the handle is invalid: the null pointer, which throws ExBase::NullPtr when it is dereferenced.
     NEXAPtr<T> operator->() const
     {
         return NEXAPtr<T>(std::dynamic_pointer_cast<T>(ResolveHandle(m_instance, m_cacheIndex)));
     }
 
-    /// Whether the object's content is in memory (ITypeAsset). Throws ExBase::NullPtr on an invalid handle, and so do
-    /// the three below.
+    /// Whether the object's content is in memory (ITypeAsset). This and the three below throw ExBase::NullPtr when the
+    /// handle is invalid.
     bool IsLoaded() const { return (*this)->IsLoaded(); }
     DbObjectId GetDbObjectId() const { return (*this)->GetDbObjectId(); }
-    /// The data source that the object lives in.
+    /// The data source that the object is stored in.
     NEXAPtr<IDataSource> GetDataSource() const { return (*this)->GetDataSource(); }
     /// What manages the object.
     NEXAPtr<IDataModelMgr> GetManager() const { return (*this)->GetManager(); }

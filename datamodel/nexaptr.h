@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// Counted pointers on interfaces of the object database, and what happens when a null one is followed.
+/// Counted pointers to interfaces of the object database. Dereferencing a null one throws.
 #pragma once
 
 #include "datamodel/export.h"
@@ -12,7 +12,7 @@
 namespace nexa4
 {
 
-/// The base of the database's exceptions: where it happened, as text.
+/// The base of the database's exceptions. The text says where it happened.
 class DATAMODEL_EXPORT ExBase : public std::exception
 {
 public:
@@ -29,15 +29,14 @@ private:
     std::string m_text;
 };
 
-/// Thrown when a null NEXAPtr is followed.
+/// Thrown when a null NEXAPtr is dereferenced.
 class DATAMODEL_EXPORT ExBase::NullPtr : public ExBase
 {
 public:
     NullPtr(const std::string& in_function, const char* in_file, int in_line);
 };
 
-/// Silences the printing of database errors on this thread for as long as one lives; they are thrown all the same.
-/// Guards may be nested.
+/// While a guard lives, database errors are thrown but not printed on its thread. Guards may be nested.
 class DATAMODEL_EXPORT DisableErrorReportingGuard
 {
 public:
@@ -95,13 +94,13 @@ template <> inline const char* InterfaceName<IValueAsset>()
     return "nexa4::IValueAsset";
 }
 
-/// What all counted pointers share: the pointee and the checked way to it.
+/// What all counted pointers share: the pointee and checked access to it.
 template <class T> class NEXAPtrBase
 {
 public:
-    /// The pointee. When there is none: prints the message of an ExBase::NullPtr with PrintDebugString(), unless error
-    /// reporting is disabled, and throws it. The message names this function for T, this header and line 102, the line
-    /// that people search their logs for, wherever the check stands today.
+    /// The pointee. When there is none, throws ExBase::NullPtr. Prints its message first with PrintDebugString(),
+    /// unless error reporting is disabled. The message names this function for T, this header, and line 102 whatever
+    /// the real line is: people search their logs for it.
     T* GetPointeeNotNull() const
     {
         if (!m_pointee)
@@ -121,7 +120,7 @@ protected:
     std::shared_ptr<T> m_pointee;
 };
 
-/// A counted pointer on a database interface. Two are equal when they point at the same thing.
+/// A counted pointer to a database interface. Two are equal when they have the same pointee.
 template <class T> class NEXAPtr : public NEXAPtrBase<T>
 {
 public:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// What a data layer tells its observers, and the codes an observer registers with.
+/// The notifications of a data layer, and the codes that observers register with.
 #pragma once
 
 #include "datamodel/export.h"
@@ -28,8 +28,8 @@ enum : unsigned
     eAccessStateRequested = 0x400000u, ///< asked for, not answered yet (4194304)
 };
 
-/// Told when items come to or leave a library. All calls arrive on the thread of the user interface. An observer may
-/// add and remove observers, itself included, from inside a call.
+/// Notified when items come to or leave a library. All calls arrive on the thread of the user interface. An observer
+/// may add and remove observers inside a call, itself included.
 class DATAMODEL_EXPORT IItemTOCNotification
 {
 public:
@@ -40,19 +40,22 @@ public:
     virtual void ItemRemoved(ItemAccessor& in_item) = 0;
 };
 
-/// Told when a library or an item in it changes. Every change of items arrives between OnBeginChanges() and
-/// OnEndChanges(), undone and redone changes included; what changes nothing is silent. The pairs nest when an observer
-/// changes something itself. Commits have calls of their own outside the pairs. Same thread and re-entrance as above.
+/// Notified when a library or an item in it changes. Every change of items arrives between OnBeginChanges() and
+/// OnEndChanges(), undone and redone changes included. What changes nothing sends nothing. The pairs nest when an
+/// observer changes something itself. Commits have calls of their own outside the pairs. Thread and re-entrancy are as
+/// above.
 class DATAMODEL_EXPORT IItemLibraryNotification
 {
 public:
     virtual ~IItemLibraryNotification() = default;
     /// Changes are coming.
     virtual void OnBeginChanges(ItemLibraryAccessor& in_library) = 0;
-    /// The changes that were announced have all been told.
+    /// All changes since OnBeginChanges() have been notified.
     virtual void OnEndChanges(ItemLibraryAccessor& in_library) = 0;
-    /// Everything known about the library is out of date; it may be gone altogether.
+    /// Everything known about the library is out of date; it may even be gone. Send it also when a compound becomes a
+    /// signature or ceases to be one: observers read that once, like the name.
     virtual void LibraryInvalidated(ItemLibraryAccessor& in_library) = 0;
+    /// The item has another name. Send it for each such change: the browser searches the names as it read them last.
     virtual void ItemNameChanged(ItemLibraryAccessor& in_library, const ItemID& in_item) = 0;
     /// \param in_key the tag set that changed, for example "ApplicationTags"
     virtual void ItemTagsChanged(ItemLibraryAccessor& in_library, const ItemID& in_item, const char* in_key) = 0;

@@ -105,7 +105,7 @@ bool DisableErrorReportingGuard::IsErrorReportingDisabled()
 
 void PrintDebugString(const char* in_text)
 {
-    std::cerr << in_text << std::endl;
+    std::cerr << in_text << '\n';
 }
 
 void ThrowNullPtr(const char* in_interface)

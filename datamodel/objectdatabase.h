@@ -24,7 +24,7 @@ class DATAMODEL_EXPORT IDataSource
 {
 public:
     virtual ~IDataSource() = default;
-    /// eDataSourceReadOnly or a code of the data layer's own. Nobody is told when it changes.
+    /// eDataSourceReadOnly or a code of the data layer's own. A change of it is not notified.
     virtual int GetState() const = 0;
 };
 
@@ -43,12 +43,11 @@ class DATAMODEL_EXPORT ITypeAsset : public virtual IDbObject
 {
 public:
     virtual bool IsLoaded() const = 0;
-    /// Whether the asset is built into the product: nobody changes it, and it came with the product. Meaningful only
-    /// for a loaded asset.
+    /// Whether the asset came with the product and cannot be changed. Meaningful only for a loaded asset.
     virtual bool IsBuiltIn() const = 0;
 };
 
-/// An object that is a value, resources among them: a resource is a value that stands for a data source.
+/// An object that is a value. A resource is one: a value that stands for a data source.
 class DATAMODEL_EXPORT IValueAsset : public virtual IDbObject
 {
 public:
@@ -65,13 +64,13 @@ public:
     virtual ~IDatabase() = default;
     /// The object with an identity; an invalid handle when there is none.
     virtual NEXAHandle<IDbObject> FindObject(const DbObjectId& in_id) const = 0;
-    /// The identities of the objects that a query matches, in the database's order; none for a query that it cannot read.
+    /// The identities of the objects that a query matches, in the database's order; none when it cannot read the query.
     /// \param in_query "select object where IS_OF_TYPE_VERSION( {TYPE } )" with the identity text of a type
     /// \param in_loaded also objects whose content has to be loaded first
     virtual std::vector<DbObjectId> Query(const std::string& in_query, bool in_loaded) const = 0;
 };
 
-/// What manages objects of a database.
+/// The manager of objects of a database.
 class DATAMODEL_EXPORT IDataModelMgr
 {
 public:
@@ -89,9 +88,10 @@ public:
     /// The helper of a database instance; null for a null database or without a data layer.
     static NEXAPtr<IHelper> GetHelper(const NEXAPtr<IDatabase>& in_database);
 
-    /// Moves an object to another data source. Observers of the libraries concerned are told.
-    /// \param in_withContent also what belongs to the object
-    /// \return false when nothing was moved: unknown object or source, a read-only one on either side, the same source
+    /// Moves an object to another data source. Notifies the observers of the libraries concerned.
+    /// \param in_withContent also move what belongs to the object
+    /// \return false when nothing was moved: an unknown object or source, a read-only source on either side, the same
+    /// source
     virtual bool MoveToDataSource(const NEXAHandle<IDbObject>& in_object, const NEXAPtr<IDataSource>& in_target,
                                   bool in_withContent) = 0;
 };

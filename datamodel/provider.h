@@ -23,7 +23,7 @@ namespace vireo
 namespace datamodel
 {
 
-/// Behind GetTOC(), IsNameInNodeLibraryHierarchy(), Helpers, ItemIDUnlock and GetApplicationCommandManager().
+/// Implements GetTOC(), IsNameInNodeLibraryHierarchy(), Helpers, ItemIDUnlock and GetApplicationCommandManager().
 class DATAMODEL_EXPORT IItemModel
 {
 public:
@@ -44,13 +44,13 @@ public:
 namespace nexa4
 {
 
-/// Behind the handles, the well-known identities and the free functions of the object database.
+/// Implements the handles, the well-known identities and the free functions of the object database.
 class DATAMODEL_EXPORT IObjectDatabase
 {
 public:
     virtual ~IObjectDatabase() = default;
-    /// The object at a place, null when there is none. Instance numbers must differ between all implementations that
-    /// take turns in one process: NewDatabaseInstance() gives them out.
+    /// The object at a position of an instance's cache; null when there is none. Implementations that take turns in one
+    /// process need different instance numbers: NewDatabaseInstance() hands them out.
     virtual std::shared_ptr<IDbObject> GetObjectAt(int in_instance, int in_cacheIndex) = 0;
     virtual DbObjectId GetResourceType() = 0;
     virtual NEXAPtr<IHelper> GetHelper(const NEXAPtr<IDatabase>& in_database) = 0;
@@ -64,7 +64,7 @@ DATAMODEL_EXPORT int NewDatabaseInstance();
 
 } // namespace nexa4
 
-/// Behind ScsTask and ScsUtils.
+/// Implements ScsTask and ScsUtils.
 class DATAMODEL_EXPORT ISourceControlDisplay
 {
 public:
@@ -73,12 +73,13 @@ public:
                                      const std::list<nexa4::NEXAHandle<nexa4::IDbObject>>& in_objects) = 0;
     virtual void TaskEnded(const ScsTask& in_task) = 0;
     virtual bool IsFileVersionControlActive() = 0;
+    /// The result must depend on the arguments alone: the browser asks once for all items that look alike.
     virtual QPixmap GetAssetStateIcon(const QPixmap& in_base, unsigned in_state, bool in_active, bool in_ownSpace) = 0;
     virtual QString GetToolTip(const nexa4::NEXAHandle<nexa4::IDbObject>& in_object, const QString& in_icon) = 0;
 };
 
-/// An implementation of the data layer, in four groups. A null group answers like no data layer at all. The groups stay
-/// the implementation's and must outlive their installation.
+/// An implementation of the data layer, in four groups. A null group answers as if there were no data layer. The groups
+/// belong to the implementation and must live until another one is installed.
 struct DATAMODEL_EXPORT Provider
 {
     hmx::ISystem* m_system = nullptr;
@@ -87,7 +88,7 @@ struct DATAMODEL_EXPORT Provider
     ISourceControlDisplay* m_sourceControl = nullptr;
 };
 
-/// Makes an implementation the one that all free functions and statics of the boundary forward to, at once and until
-/// the next call. An empty Provider leaves no data layer: every service is absent and no accessor can be had.
+/// Installs an implementation: all free functions and statics of the boundary forward to it until the next call. An
+/// empty Provider means no data layer: every service is absent and every accessor is invalid.
 /// \return what was installed before, so that implementations can take turns
 DATAMODEL_EXPORT Provider InstallProvider(const Provider& in_provider);

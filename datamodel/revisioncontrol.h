@@ -13,23 +13,24 @@
 namespace nexa4
 {
 
-/// The service "RevisionControlUIHelper": acts on database objects with whatever dialogs revision control needs.
+/// The service "RevisionControlUIHelper": works on database objects, with the dialogs that revision control needs.
 class DATAMODEL_EXPORT IRevisionControlUIHelper : public hmx::IBase
 {
 public:
     /// Checks an object out. Its new state arrives as ItemAccessStateChanged(). Invalid objects are ignored.
-    /// \param out_result told whether it worked; may be null
-    /// \param in_interactive may ask the user
+    /// \param out_result whether it worked; may be null
+    /// \param in_interactive whether it may ask the user
     virtual void CheckOut(const NEXAHandle<IDbObject>& in_object, bool* out_result, bool in_interactive) = 0;
 
     /// Makes an object writable without checking it out. Otherwise like CheckOut().
     virtual void MakeWritable(const NEXAHandle<IDbObject>& in_object, bool in_interactive) = 0;
 
-    /// The object with an identity; an invalid handle when there is none.
+    /// The object with an identity; an invalid handle when there is none. A rebuild asks once for each compound, and
+    /// requests the state of the compound with the same handle.
     virtual NEXAHandle<IDbObject> FindObject(const DbObjectId& in_id) = 0;
 
     /// Shows the files that an object is stored in.
-    /// \param in_options null for what the application usually does
+    /// \param in_options null for the application's defaults
     virtual void ShowFiles(const NEXAHandle<IDbObject>& in_object, const char* in_options) = 0;
 };
 
@@ -37,8 +38,8 @@ public:
 
 class IRevisionControlPropertiesMgr;
 
-/// Told when the properties of revision control change. Called on the thread of the user interface; with null when the
-/// manager is going away.
+/// Notified when the properties of revision control change. Called on the thread of the user interface, and with null
+/// when the manager is going away.
 class DATAMODEL_EXPORT IRevisionControlPropertiesMgr_Slot
 {
 public:
@@ -46,8 +47,8 @@ public:
     virtual void OnRevisionControlPropertiesChange(IRevisionControlPropertiesMgr* in_manager) = 0;
 };
 
-/// Keeps one slot connected to the properties manager for as long as it lives: destroying it ends the connection.
-/// Whichever of record and manager dies first, the other does not mind.
+/// A connection of one slot to the properties manager; destroying it ends the connection. Connection and manager may be
+/// destroyed in either order.
 class DATAMODEL_EXPORT RevisionControlConnection
 {
 public:
@@ -56,7 +57,7 @@ public:
     RevisionControlConnection(RevisionControlConnection&&) = default;
     RevisionControlConnection& operator=(RevisionControlConnection&&) = default;
 
-    /// For the manager: what to keep alive while connected. Its deletion must end the connection.
+    /// For the manager: keeps in_link alive while connected. Deleting in_link must end the connection.
     void Hold(std::shared_ptr<void> in_link) { m_link = std::move(in_link); }
 
 private:
@@ -70,7 +71,8 @@ public:
     /// Writes whether source control is switched on. To be called only when HasProperties().
     virtual void GetSourceControlEnabled(bool* out_enabled) = 0;
 
-    /// Connects a slot until the record is destroyed. The slot is told of each later change, not of the present state.
+    /// Connects a slot until the connection is destroyed. The slot is notified of each later change, not of the present
+    /// state.
     virtual void Connect(IRevisionControlPropertiesMgr_Slot* in_slot, RevisionControlConnection& out_connection) = 0;
 
     /// Whether there are properties to read.

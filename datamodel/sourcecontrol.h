@@ -12,9 +12,9 @@
 #include <list>
 #include <string>
 
-/// A standing task that asks for the source-control states of objects. Made with new and ended with DeleteMe(), never
-/// deleted: the data layer may still be at work for it. Without a data layer it does nothing. Its memory is given back
-/// by the library that this header belongs to, so on Windows both must use one run-time library (/MD).
+/// A task that requests the source-control states of objects. Make it with new and end it with DeleteMe(), never with
+/// delete: the data layer may still work for it. Without a data layer it does nothing. The library of this header frees
+/// its memory, so on Windows both must use one run-time library (/MD).
 class DATAMODEL_EXPORT ScsTask
 {
 public:
@@ -24,12 +24,11 @@ public:
 
     const std::string& GetName() const { return m_name; }
 
-    /// Asks for the states of objects. Returns at once; the states arrive later, never from inside this call, as one
-    /// ItemAccessStateChanged() per object to the observers of its library. Invalid handles are skipped.
+    /// Requests the states of objects. Returns at once. The states arrive later, never inside this call: the observers
+    /// of an object's library get one ItemAccessStateChanged() per object. Invalid handles are skipped.
     void RequestObjectStates(const std::list<nexa4::NEXAHandle<nexa4::IDbObject>>& in_objects);
 
-    /// Ends the task; the pointer is dead afterwards. What it asked the installed data layer for and has not been
-    /// answered is dropped.
+    /// Ends the task and deletes it. Requests that are not answered yet are dropped.
     void DeleteMe();
 
 private:
@@ -38,7 +37,7 @@ private:
     std::string m_name;
 };
 
-/// Without a data layer: versioning is not active, icons come back as they are, tool tips are empty.
+/// Without a data layer version control is not active, icons are returned unchanged, and tool tips are empty.
 struct DATAMODEL_EXPORT ScsUtils
 {
     /// Whether files are under version control at all.
@@ -53,7 +52,7 @@ struct DATAMODEL_EXPORT ScsUtils
     ///     the badge to stand in. False: the result has the icon's size, and the badge leaves its leftmost 7 pixels free
     static QPixmap getAssetStateIcon(QPixmap& in_base, unsigned in_state, bool in_active, bool in_ownSpace);
 
-    /// What source control knows about an object, as tool-tip text; empty for an invalid object.
+    /// What source control knows about an object, as text of a tool tip; empty for an invalid object.
     /// \param in_icon resource name of the icon to show with the text
     static QString GetToolTip(nexa4::NEXAHandle<nexa4::IDbObject> in_object, const QString& in_icon);
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The application framework as far as the boundary goes: services looked up by name, and undo.
+/// What the boundary needs of the application's framework: services looked up by name, and undo.
 #pragma once
 
 #include "datamodel/export.h"
@@ -15,8 +15,8 @@ class ItemLibraryAccessor;
 namespace hmx
 {
 
-/// The base of every service. Callers cast it at run time to the interface they want; a service that does not offer it
-/// counts as absent.
+/// The base of every service. Callers cast it at run time to the interface that they want. A service without that
+/// interface counts as absent.
 class DATAMODEL_EXPORT IBase
 {
 public:
@@ -28,16 +28,16 @@ class DATAMODEL_EXPORT ISystem
 {
 public:
     virtual ~ISystem() = default;
-    /// The service with a name, null when there is none. It stays the system's; callers look it up anew for each use,
-    /// since services come and go.
+    /// The service with a name; null when there is none. It belongs to the system. Callers look it up again for each
+    /// use, since services come and go.
     virtual IBase* GetService(const char* in_name) = 0;
 };
 
 namespace fwk
 {
 
-/// The host's undo stack. Callers hand it to the operations that change data and never look inside; the data layer
-/// that receives one knows how to put a command on it.
+/// The host's undo stack. Callers pass it to the operations that change data, and never look inside. The data layer
+/// that receives it knows how to add a command.
 class DATAMODEL_EXPORT ICommandManager
 {
 public:

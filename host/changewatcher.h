@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// Notifies the window of changes to the library that it shows.
+/// Notifies the window of changes to its library.
 #pragma once
 
 #include "datamodel/itemlibrary.h"

@@ -9,7 +9,7 @@ namespace host
 namespace
 {
 
-// Enough for any screen, and little enough that a picture of it fits into memory everywhere.
+// Larger than any screen, and small enough for a picture of it to fit into memory.
 const int gLargestSide = 8192;
 
 QString ParseTab(const QString& in_text, int* out_tab)

@@ -17,8 +17,8 @@ class Library;
 namespace host
 {
 
-/// Lists where an item is stored: the location of its data source, and the item's own place in it. A location that is a
-/// file or a folder on disk is listed alone, since it keeps many items together.
+/// Lists where an item is stored: the location of its data source, and the item's own path in it. A location that is a
+/// file or a folder on disk is listed alone: it contains many items.
 ///
 /// Not modal; Escape closes it, and it destroys itself when it is closed.
 class FilesWindow : public QDialog
@@ -32,7 +32,7 @@ public:
     static void Open(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item,
                      QWidget& in_parent);
 
-    /// Shows what is true now, after a change of the library. Closes the window when the item is gone.
+    /// Call it after a change of the library: shows the present location. Closes the window when the item is gone.
     void Refresh();
 
 private:

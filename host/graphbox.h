@@ -12,7 +12,7 @@
 namespace host
 {
 
-/// A child of the canvas. The left button moves it, inside of the canvas; Delete takes it away.
+/// A child of the canvas. The left mouse button moves it inside the canvas; the Delete key deletes it.
 class GraphBox : public QWidget
 {
     Q_OBJECT
@@ -30,12 +30,12 @@ public:
     void SetName(const QString& in_name);
     const QString& GetDrawnName() const { return m_drawnName; }
 
-    /// Greys the box out, with a dashed edge and a tool tip that says why, while its item is not in the library. It can
-    /// be moved and taken away as before.
+    /// Greys the box out while its item is not in the library: a dashed edge, and a tool tip that says why. It can
+    /// still be moved and deleted.
     void SetMissing(bool in_missing);
     bool IsMissing() const { return m_missing; }
 
-    /// Moves the box so that its middle is at a point of the canvas, or as near as the canvas' edges allow.
+    /// Moves the centre of the box to a point of the canvas, or as near as the edges of the canvas allow.
     void MoveCentreTo(const QPoint& in_point);
 
 protected:

@@ -22,12 +22,12 @@ class GraphBox;
 
 /// Takes the drop of a row of the browser (mime format "vireo/toc.key": the serialized identity of an item as one
 /// QString in a QDataStream) and shows a box for the item where it was dropped. Nodes of all kinds can be dropped,
-/// signatures and global constants too; types cannot, since a graph has no place for one. Everything that is no node of
-/// the library is refused while it is still over the canvas.
+/// signatures and global constants too. Types cannot: a graph does not contain any. Everything else is refused while it
+/// is dragged over the canvas.
 ///
-/// Every compound has a graph of its own, and there is one more for no compound. Graphs start empty and live as long as
-/// the library is shown here, so a compound that was edited before comes back with its boxes. A box whose item leaves
-/// the library, as when its creation is undone, stays greyed out, and lives again when the item comes back.
+/// Every compound has a graph of its own, and there is one more for no compound. Graphs start empty and live while the
+/// library is shown here: a compound that is edited again has its boxes. When an item leaves the library, for example
+/// because its creation is undone, its boxes stay and are greyed out until the item comes back.
 class GraphCanvas : public QWidget
 {
     Q_OBJECT
@@ -35,14 +35,14 @@ class GraphCanvas : public QWidget
 public:
     GraphCanvas();
 
-    /// Takes all boxes away and accepts items of this library from now on; null for none. The library must be replaced
-    /// here before it dies.
+    /// Deletes all boxes and accepts items of this library from now on; null for none. Set another one before the
+    /// library dies.
     void SetLibrary(const memorymodel::Library* in_library);
 
     /// Shows the graph of a compound of the library and names it at the top; the invalid identity for none.
     void SetCompound(const vireo::datamodel::ItemID& in_compound);
 
-    /// Shows names and boxes as the items are now, after a change of the library.
+    /// Call it after a change of the library: brings names and boxes up to date.
     void Refresh();
 
     /// The line at the top left: "Editing Blend"; empty for no compound.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The browser of the reference host: it can be set from the command line and can tell what it shows.
+/// The browser of the reference host: the command line can set it, and it reports its rows.
 #pragma once
 
 #include "host/row.h"

@@ -50,7 +50,7 @@ QStringList ReadArguments(int in_count, char** in_arguments)
     return QCoreApplication::arguments();
 }
 
-/// Rows never need a display, and a picture does without one where there is none.
+/// Rows never need a display. A picture is drawn on one if there is one, else off screen.
 void ChoosePlatform(const CommandLine& in_commandLine)
 {
 #if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
@@ -149,7 +149,7 @@ int main(int in_argc, char** in_argv)
         return PrintOut(host::HelpText().toLocal8Bit()) ? eExitSuccess : eExitFailure;
 
     ChoosePlatform(commandLine);
-    // All arguments are the host's: the value of an option is never taken for an option of the toolkit.
+    // The toolkit gets no arguments: it would take the value of an option for an option of its own.
     int programOnly = 1;
     QApplication application(programOnly, in_argv);
     return RunHost(commandLine);

@@ -143,8 +143,8 @@ void MainWindow::ConnectDataLayer()
 void MainWindow::Attach(memorymodel::Library& in_library)
 {
     m_library = &in_library;
-    m_watcher.reset(new ChangeWatcher(
-        m_library->GetAccessor(), [this] { OnLibraryChanged(); }, [this] { OnLibraryCommitted(); }));
+    m_watcher.reset(
+        new ChangeWatcher(m_library->GetAccessor(), [this] { OnLibraryChanged(); }, [this] { OnLibraryCommitted(); }));
     m_layer.SetCurrentLibrary(m_library);
     m_browser->SetItemLibrary(m_library->GetAccessor());
     m_canvas->SetLibrary(m_library);
@@ -164,13 +164,13 @@ bool MainWindow::Open(const QString& in_path)
         return false;
     }
     memorymodel::Library& old = *m_library;
-    // At once: they must not outlive the library, not even until the event loop runs.
+    // Delete them now, not in the event loop: they must not outlive the library.
     qDeleteAll(findChildren<FilesWindow*>());
     m_layer.GetCommandManager().GetStack().clear();
     Helpers::SetGlobalVireoCompoundTarget(CompoundAccessor(), CompoundAccessor());
     Attach(*library);
     m_layer.RemoveLibrary(old);
-    // What is opened from files has no source control behind it, other than the sample.
+    // Only the sample library has source control; libraries from files have none.
     m_layer.GetSourceControl().SetEnabled(false);
     m_layer.GetSourceControl().SetVersionControlActive(false);
     AddRecentLibrary(in_path);

@@ -24,11 +24,11 @@ class ChangeWatcher;
 class GraphCanvas;
 class LibraryBrowser;
 
-/// Shows one library of a data layer and can open another in its place. Title and graph follow the compound that is
+/// Shows one library of a data layer, and can open another one instead. Title and graph follow the compound that is
 /// edited, the status bar names the selected item and the library. Whoever closes the window or opens another library
 /// is asked what to do with changes that are not saved.
 ///
-/// The data layer must outlive the window; the window takes its handlers for the compound target and for showing files.
+/// The data layer must outlive the window. The window sets its handlers for the compound target and for "Show Files".
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -41,9 +41,9 @@ public:
     LibraryBrowser& GetBrowser() { return *m_browser; }
     memorymodel::Library& GetLibrary() { return *m_library; }
 
-    /// Opens a file or a folder in the place of the library shown and puts it at the front of the recent ones. The undo
-    /// history and the graphs start anew. When the user would rather keep unsaved changes, the library shown stays; so
-    /// it does when the other one cannot be read, and a message says why.
+    /// Opens a file or a folder instead of the present library and makes it the first of the recent ones. The undo
+    /// history and the graphs start anew. The present library stays when the user keeps its unsaved changes, and when
+    /// the other one cannot be read; a message then says why.
     /// \return whether it was opened
     bool Open(const QString& in_path);
 

@@ -20,7 +20,7 @@ QString Key()
     return QStringLiteral("recentLibraries");
 }
 
-/// The user's settings, in the place that QSettings::setPath() gives them.
+/// The user's settings, in the folder that QSettings::setPath() sets.
 class Settings : public QSettings
 {
 public:

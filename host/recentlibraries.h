@@ -16,7 +16,8 @@ QStringList GetRecentLibraries();
 /// Puts a library at the front.
 void AddRecentLibrary(const QString& in_path);
 
-/// The menu of these libraries, filled each time it opens. One that is not there any more says so and cannot be chosen.
+/// The menu of these libraries, filled each time it opens. A library that no longer exists is marked and cannot be
+/// chosen.
 class RecentMenu : public QMenu
 {
     Q_OBJECT

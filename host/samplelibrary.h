@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The library that the reference host shows when it is given none.
+/// The library that the reference host shows when no other is named.
 #pragma once
 
 namespace memorymodel
@@ -11,7 +11,7 @@ class Library;
 namespace host
 {
 
-/// Adds the sample library to a data layer and switches source control on, with a state of its own for some compounds.
+/// Adds the sample library to a data layer, switches source control on, and gives some compounds a state.
 ///
 /// Its data sources: "Local" (takes new items), "Factory" (the factory source), "Studio" (writable) and
 /// "Archive" (read-only).

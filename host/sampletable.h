@@ -33,7 +33,7 @@ struct SampleItem
     const char* m_name; ///< Latin-1
     const char* m_tags;
     SampleSource m_source = SampleSource::Factory;
-    const char* m_parent = nullptr;  ///< the compound that it lives inside of
+    const char* m_parent = nullptr;  ///< the compound that it is inside of
     const char* m_general = nullptr; ///< the polymorphic solver that it is a variant of
 };
 

@@ -19,8 +19,8 @@ namespace host
 class LibraryBrowser;
 
 /// Checks out the browser's selected item, makes it writable, and switches the display of states in the browser. The
-/// switch follows the property, whoever changes it. All is greyed out without version control, and the first two also
-/// while no item with a database object is selected.
+/// switch follows the property, whoever changes it. Everything is greyed out without version control. The first two are
+/// also greyed out while no item with a database object is selected.
 class SourceControlMenu : public QMenu, private IRevisionControlPropertiesMgr_Slot
 {
     Q_OBJECT

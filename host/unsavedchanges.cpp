@@ -53,7 +53,7 @@ QString ListNames(const memorymodel::Library& in_library, const std::vector<Item
     return names.join(QStringLiteral(", "));
 }
 
-/// Names are shown letter by letter, whatever is in them.
+/// Shows a message in plain text: the names in it may look like markup.
 int Ask(QMessageBox& in_box, const QString& in_title, const QString& in_details)
 {
     in_box.setTextFormat(Qt::PlainText);

@@ -53,8 +53,8 @@ std::optional<MaterialXError> FindDocuments(const QString& in_folder, QStringLis
     while (entries.hasNext())
     {
         const QString path = entries.next();
-        const QString relativePath = folder.relativeFilePath(path);
         const QFileInfo entry = entries.fileInfo();
+        const QString relativePath = folder.relativeFilePath(entry.absoluteFilePath());
         if (relativePath.startsWith(QLatin1Char('.')) || relativePath.contains(QLatin1String("/.")))
             continue;
         if (!entry.isDir())

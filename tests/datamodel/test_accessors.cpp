@@ -102,7 +102,7 @@ private Q_SLOTS:
         ItemAccessor item((UnspecifiedAccessor(std::make_shared<Compound>())));
         const ItemAccessor other(std::move(item));
         QVERIFY(other.IsValid());
-        QVERIFY(!item.IsValid());
+        QVERIFY(!item.IsValid()); // NOLINT(bugprone-use-after-move): this is what is tested
         QVERIFY(!item.GetItemID().IsValid());
     }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-/// A person at a real screen: every move, press and key goes through the X server, and each step waits for what it has to
-/// bring about.
+/// A person at a real screen: every move, press and key goes through the X server, and each step waits for what it has
+/// to bring about.
 #pragma once
 
 #include <QApplication>
@@ -18,11 +18,12 @@
 #include <utility>
 #include <vector>
 
-/// What a person does, step by step, from the event loop: from a nested one too, while a menu, a dialog or a drag is open.
+/// What a person does, step by step, from the event loop: from a nested one too, while a menu, a dialog or a drag is
+/// open.
 ///
 /// A step is what is asked of the tool "xdotool", and a check that says what is still missing. It is over when the tool
-/// has ended and the check finds nothing missing in two rounds in a row; then a picture of the screen is saved. With the
-/// last step the program has to leave by itself, as it does when its last window closes.
+/// has ended and the check finds nothing missing in two rounds in a row; then a picture of the screen is saved. With
+/// the last step the program has to leave by itself, as it does when its last window closes.
 class Journey : public QObject
 {
 public:
@@ -49,8 +50,8 @@ public:
             }
     }
 
-    /// Starts the program that frames windows and hands them the focus, and waits until it does. Windows must not be shown
-    /// before.
+    /// Starts the program that frames windows and hands them the focus, and waits until it does. Windows must not be
+    /// shown before.
     /// \return why it cannot, else empty
     QString StartWindowManager()
     {
@@ -172,7 +173,8 @@ private:
                      {QStringLiteral("mouseup"), QStringLiteral("1"), QStringLiteral("key"), QStringLiteral("Escape")});
     }
 
-    /// A loop that runs inside of another one has to end before the other can. The program then ends without a question.
+    /// A loop that runs inside of another one has to end before the other can. The program then ends without a
+    /// question.
     void CloseWhatIsOpen()
     {
         if (QWidget* const popup = QApplication::activePopupWidget())

@@ -203,7 +203,33 @@ private Q_SLOTS:
         QCOMPARE(result.m_out, QByteArray("0\ttype\ta\\tb\\nc\\\\d\tType\t0\n"));
     }
 
-    void theSharedDocumentsAreOpened()
+    void aFolderIsOpened()
+    {
+        const Result result = RunHost({QStringLiteral("--library"), QStringLiteral(OBSERVATORY_FOLDER),
+                                       QStringLiteral("--tab"), QStringLiteral("all"), QStringLiteral("--rows")});
+        QCOMPARE(result.m_status, 0);
+        QCOMPARE(result.m_out, QByteArray("0\tpolymorphic-solver\tadd\tPolymorphicSolver;astronomy;math;sky;stdlib\t0\n"
+                                          "1\tsignature\taurora\tCompound;sky\t0\n"
+                                          "2\tcompound\tcheckerboard\tCompound;procedural2d;stdlib\t0\n"
+                                          "3\ttype\tcolor3\tType;color\t0\n"
+                                          "4\tglobal-constant\tdegree\tGlobalConstant;angle\t0\n"
+                                          "5\ttype\tfloat\tType\t0\n"
+                                          "6\tcompound\tkaleidoscope\tCompound;glass\t0\n"
+                                          "7\tcompound\tlens\tCompound;glass;optics\t0\n"
+                                          "8\tcompound\tmilky_way\tCompound;sky\t0\n"
+                                          "9\tpolymorphic-solver\tmix\tPolymorphicSolver;colour;compositing;stdlib\t0\n"
+                                          "10\tcompound\tnight_sky\tCompound;astronomy;sky\t0\n"
+                                          "11\tsolver\tnoise2d\tSolver;procedural2d;stdlib\t0\n"
+                                          "12\tglobal-constant\tparsec\tGlobalConstant;distance\t0\n"
+                                          "13\ttype\tphoton\tType\t0\n"
+                                          "14\tglobal-constant\tradian\tGlobalConstant;angle\t0\n"
+                                          "15\ttype\tstarlight\tType;light\t0\n"
+                                          "16\tsignature\tsurface_unlit\tCompound;shader;stdlib\t0\n"
+                                          "17\ttype\tsurfaceshader\tType;shader\t0\n"
+                                          "18\tsolver\ttwinkle\tSolver;astronomy;sky\t0\n"));
+    }
+
+    void theStandardLibraryIsOpened()
     {
         const QString path = QStringLiteral(MATERIALX_FOLDER);
         if (!QDir(path).exists())

@@ -155,7 +155,8 @@ private:
     void AddLateChange();
     void AddQuit();
 
-    /// A step that leaves the data model as the facts are at this point of the script, and that needs what the check says.
+    /// A step that leaves the data model as the facts are at this point of the script, and that needs what the check
+    /// says.
     void Step(const QString& in_name, Journey::Action in_action, Journey::Check in_check)
     {
         const Facts facts = m_facts;
@@ -191,8 +192,7 @@ private:
                 const QAction* const entry = EntryInFront(in_entry);
                 return Needs(entry && entry->isEnabled(), qPrintable(in_entry));
             });
-        Step(
-            in_entry, [in_entry] { return ClickAt(CentreOfEntry(in_entry)); }, std::move(in_check));
+        Step(in_entry, [in_entry] { return ClickAt(CentreOfEntry(in_entry)); }, std::move(in_check));
     }
 
     /// Opens a menu of the menu bar with the mouse.
@@ -387,9 +387,7 @@ void TestJourney::AddDrag()
         [this] { return Needs(m_dragWatcher.m_entered, "the drag over the canvas"); });
     Step(
         QStringLiteral("drop on the canvas"),
-        [] {
-            return QStringList{QStringLiteral("mouseup"), QStringLiteral("1")};
-        },
+        [] { return QStringList{QStringLiteral("mouseup"), QStringLiteral("1")}; },
         [this] {
             const QList<GraphBox*> boxes = Canvas()->findChildren<GraphBox*>();
             if (boxes.size() != 1)
@@ -485,9 +483,7 @@ void TestJourney::AddCreation()
         [] { return Needs(InDialog<QComboBox>()->view()->isVisible(), "the list of signatures"); });
     Step(
         QStringLiteral("choose a signature"),
-        [] {
-            return PressKeys({QStringLiteral("Down"), QStringLiteral("Return")});
-        },
+        [] { return PressKeys({QStringLiteral("Down"), QStringLiteral("Return")}); },
         [] {
             return Both(Same(InDialog<QComboBox>()->currentText(), QStringLiteral("Blend Function")),
                         Needs(!QApplication::activePopupWidget(), "the end of the list"));

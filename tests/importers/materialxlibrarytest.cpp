@@ -114,6 +114,7 @@ class MaterialXLibraryTest : public QObject
 
 private Q_SLOTS:
     void everyKindIsListedAsItself();
+    void everyItemOfAWholeLibraryIsListed();
     void tagsReachTheLibrary();
     void sourcesOfTheLibrary();
     void newItemsGoToLocal();
@@ -138,6 +139,34 @@ void MaterialXLibraryTest::everyKindIsListedAsItself()
     QCOMPARE(names["compound"], Words("tint wood both free lamp"));
     QCOMPARE(names["signature"], Words("lamp nameless"));
     QCOMPARE(filled.m_library.GetItemCount(), std::size_t(30));
+}
+
+void MaterialXLibraryTest::everyItemOfAWholeLibraryIsListed()
+{
+    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/observatory")));
+    std::map<std::string, QStringList> names = ListedNames(filled.m_library);
+    QCOMPARE(names["type"], Words("photon starlight float color3 surfaceshader"));
+    QCOMPARE(names["constant"], Words("parsec degree radian"));
+    QCOMPARE(names["polymorphic"], Words("mix add"));
+    QCOMPARE(names["solver"], Words("twinkle noise2d"));
+    QCOMPARE(names["compound"], Words("lens night_sky checkerboard kaleidoscope milky_way"));
+    QCOMPARE(names["signature"], Words("aurora surface_unlit"));
+    QCOMPARE(names.size(), std::size_t(6));
+    QCOMPARE(filled.m_library.GetItemCount(), std::size_t(34));
+
+    QStringList sources;
+    for (const std::shared_ptr<memorymodel::DataSource>& source : filled.m_library.GetDataSources())
+        sources.append(QString::fromLatin1(source->GetName().c_str()));
+    QCOMPARE(sources, Words("Local glass observatory sky stdlib"));
+    QCOMPARE(filled.m_library.GetDataSources().back()->GetFlags(),
+             unsigned(memorymodel::eReadOnlySource | memorymodel::eFactorySource));
+    QCOMPARE(TagsOf(filled.m_library, "surfaceshader"), std::string("shader"));
+    QCOMPARE(TagsOf(filled.m_library, "parsec"), std::string("distance"));
+    QCOMPARE(TagsOf(filled.m_library, "noise2d"), std::string("procedural2d;stdlib"));
+    QCOMPARE(TagsOf(filled.m_library, "add"), std::string("astronomy;math;sky;stdlib"));
+    QCOMPARE(SourceOf(filled.m_library, "noise2d"), std::string("stdlib"));
+    QCOMPARE(SourceOf(filled.m_library, "add"), std::string("sky"));
+    QCOMPARE(SourceOf(filled.m_library, "mix"), std::string("observatory"));
 }
 
 void MaterialXLibraryTest::tagsReachTheLibrary()

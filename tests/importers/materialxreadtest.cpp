@@ -39,10 +39,12 @@ class MaterialXReadTest : public QObject
 
 private Q_SLOTS:
     void everyRuleOfTheLibraryFolder();
+    void everyItemOfAWholeLibrary();
     void sourcesAreTheTopFoldersAndTheOpenedOne();
     void singleFileIsASourceOfItsOwn();
     void openedFolderMayBeCalledInAnyWay_data();
     void openedFolderMayBeCalledInAnyWay();
+    void relativePathsAreOpened();
     void documentsComeInPathOrder();
     void rootAndTopFolderOfOneNameAreTwoSources();
     void tagsAreDistinctAndInOrder();
@@ -91,6 +93,49 @@ void MaterialXReadTest::everyRuleOfTheLibraryFolder()
     QCOMPARE(lines.join(QLatin1Char('\n')), expected.join(QLatin1Char('\n')));
 }
 
+/// Documents as a library has them, in four sources; which rule each line follows is said in the documents.
+void MaterialXReadTest::everyItemOfAWholeLibrary()
+{
+    const QStringList lines = ReadLines(QStringLiteral(TEST_DATA_FOLDER "/observatory"));
+    const QStringList expected = Lines({
+        "type photon [] @observatory",
+        "type starlight [light] @sky",
+        "type float [] @stdlib",
+        "type color3 [color] @stdlib",
+        "type surfaceshader [shader] @stdlib",
+        "constant parsec [distance] @sky",
+        "constant degree [angle] @sky",
+        "constant radian [angle] @sky",
+        "compound lens [optics;glass] @glass",
+        "polymorphic mix [compositing;colour;stdlib] @observatory",
+        "signature ND_mix_starlight [compositing] @observatory of mix",
+        "solver ND_mix_float [compositing;stdlib] @stdlib of mix",
+        "solver ND_mix_color3 [colour;stdlib] @stdlib of mix",
+        "polymorphic add [astronomy;math;sky;stdlib] @sky",
+        "compound ND_add_starlight [astronomy;sky] @sky of add",
+        "solver ND_add_float [math;stdlib] @stdlib of add",
+        "compound night_sky [astronomy;sky] @sky",
+        "solver twinkle [astronomy;sky] @sky",
+        "signature aurora [sky] @sky",
+        "solver noise2d [procedural2d;stdlib] @stdlib",
+        "compound checkerboard [procedural2d;stdlib] @stdlib",
+        "signature surface_unlit [shader;stdlib] @stdlib",
+        "compound kaleidoscope [glass] @glass",
+        "compound milky_way [sky] @sky",
+        "polymorphic halo [glass] @glass in NG_lens",
+        "compound mirrors [glass] @glass in kaleidoscope",
+        "compound eyepiece [glass] @glass in kaleidoscope",
+        "polymorphic sum [sky] @sky in NG_add_starlight",
+        "solver stars [sky] @sky in NG_night_sky",
+        "signature curtain [sky] @sky in NG_night_sky",
+        "compound backdrop_sky [sky] @sky in milky_way",
+        "solver flicker [sky] @sky in milky_way",
+        "signature haze [sky] @sky in milky_way",
+        "signature board [stdlib] @stdlib in NG_checkerboard",
+    });
+    QCOMPARE(lines.join(QLatin1Char('\n')), expected.join(QLatin1Char('\n')));
+}
+
 void MaterialXReadTest::sourcesAreTheTopFoldersAndTheOpenedOne()
 {
     MaterialXContent content;
@@ -130,6 +175,22 @@ void MaterialXReadTest::openedFolderMayBeCalledInAnyWay()
     folder.Write(QStringLiteral("opened/top/below/b.mtlx"), Document("<nodedef name='ND_b' node='b'/>"));
     QCOMPARE(ReadLines(folder.GetPath(QStringLiteral("opened")) + ending),
              Lines({"signature a [] @opened", "signature b [top] @top"}));
+}
+
+void MaterialXReadTest::relativePathsAreOpened()
+{
+    const DocumentFolder folder;
+    folder.Write(QStringLiteral("opened/a.mtlx"), Document("<nodedef name='ND_a' node='a'/>"));
+    folder.Write(QStringLiteral("opened/top/b.mtlx"), Document("<nodedef name='ND_b' node='b'/>"));
+    const QStringList expected = Lines({"signature a [] @opened", "signature b [top] @top"});
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(folder.GetPath()));
+    const QStringList below = ReadLines(QStringLiteral("opened"));
+    QVERIFY(QDir::setCurrent(folder.GetPath(QStringLiteral("opened/top"))));
+    const QStringList above = ReadLines(QStringLiteral(".."));
+    QVERIFY(QDir::setCurrent(before));
+    QCOMPARE(below, expected);
+    QCOMPARE(above, expected);
 }
 
 void MaterialXReadTest::documentsComeInPathOrder()

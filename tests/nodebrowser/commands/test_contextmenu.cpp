@@ -824,7 +824,7 @@ private Q_SLOTS:
         QMenu menu;
         menu.addAction(FromLatin1("Quit"));
         // The value reaches the browser as a host that is newer than it would pass it.
-        void (CNodeBrowser::*const create)(CNodeBrowser::eMenuCommand, QMenu*) = &CNodeBrowser::CreateMenuCommand;
+        void (CNodeBrowser::* const create)(CNodeBrowser::eMenuCommand, QMenu*) = &CNodeBrowser::CreateMenuCommand;
         (browser.*create)(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
         QCOMPARE(Texts(menu), QStringList(FromLatin1("Quit")));
         QVERIFY(menu.findChildren<QMenu*>().isEmpty());
