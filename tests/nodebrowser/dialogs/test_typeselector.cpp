@@ -4,6 +4,7 @@
 #include "nodebrowser/typeselector.h"
 #include "qtcompat/latin1.h"
 #include "tests/nodebrowser/dialogs/dialogfixture.h"
+#include "tests/support/otherservice.h"
 #include "tests/support/testmain.h"
 
 #include <QHBoxLayout>
@@ -39,11 +40,6 @@ public:
     ItemID m_compound;
     ItemID m_colour;
     ItemID m_float;
-};
-
-/// Another service than the one that is asked for.
-class OtherService : public hmx::IBase
-{
 };
 
 CNodeBrowser& Browser(const QWidget& in_selector)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
 
@@ -177,7 +177,7 @@ struct Scene
     /// The text that stands for the item of a row.
     QString RowText(int in_row) const { return SerializedText(m_library.GetItem(in_row).m_id); }
 
-    FakeLibrary m_library;
+    FakeLayer m_library;
     ProbedBrowser m_browser;
     DropTarget m_target;
     Hand m_hand;
@@ -301,7 +301,7 @@ private Q_SLOTS:
 
     void aTypeSelectorCanBeDraggedFromToo()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(LibType::gType, "Colour");
         ProbedBrowser browser(eConfigTypeSelector);
         ShowLibrary(browser, library.GetAccessor());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "qtcompat/qtcompat.h"
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/pictures.h"
 #include "tests/support/testmain.h"
 
@@ -75,7 +75,7 @@ private Q_SLOTS:
 
     void sizesBelowTheHeaderAreHarmless()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(30);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -156,7 +156,7 @@ private Q_SLOTS:
 
     void scrollBarHidesWhenAllRowsFit()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(10);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
@@ -167,7 +167,7 @@ private Q_SLOTS:
 
     void scrollBarShowsForOneRowMoreThanFits()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(11);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
@@ -180,7 +180,7 @@ private Q_SLOTS:
 
     void scrollBarShowsForOnePixelTooLittle()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(10);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
@@ -194,7 +194,7 @@ private Q_SLOTS:
 
     void scrollBarCountsFromTheListTopOfATypeSelector()
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 10; ++i)
             library.Add(LibType::gType, "Type");
         ProbedBrowser browser(eConfigTypeSelector);
@@ -205,7 +205,7 @@ private Q_SLOTS:
 
     void withoutRowsTheScrollBarIsHiddenAtZero()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -219,7 +219,7 @@ private Q_SLOTS:
 
     void hidingLeavesTheRangeAsItWas()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -246,7 +246,7 @@ private Q_SLOTS:
 
     void fewerRowsClampTheScrollPosition()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         for (int i = 0; i < 20; ++i)
             library.Add(VireoType::gSolver, "Other");
@@ -263,7 +263,7 @@ private Q_SLOTS:
 
     void aScrollPositionThatStillFitsIsKept()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(60);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -276,7 +276,7 @@ private Q_SLOTS:
 
     void growingClampsTheScrollPositionAndMovesTheRows()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(20);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
@@ -292,7 +292,7 @@ private Q_SLOTS:
 
     void theScrollBarMovesByOnePixelPerStep()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(60);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -333,7 +333,7 @@ private Q_SLOTS:
         QFETCH(int, scroll);
         QFETCH(int, y);
         QFETCH(int, row);
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 40; ++i)
             library.Add(config == 0 ? VireoType::gSolver : LibType::gType,
                         std::string(static_cast<std::size_t>(i), 'a'));
@@ -350,7 +350,7 @@ private Q_SLOTS:
 
     void aPointAtTheRightEdgeIsOutsideAndLeftOfTheWidgetIsNot()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -389,7 +389,7 @@ private Q_SLOTS:
 
     void manyRowsOfOneNameKeepTheOrderOfTheList()
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 100; ++i)
             library.Add(VireoType::gSolver, "Same");
         ProbedBrowser browser;
@@ -403,23 +403,23 @@ private Q_SLOTS:
 
     void aResizeNeverRebuilds()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(100);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         browser.SearchField().setText(QString::fromLatin1("node"));
         Settle();
-        library.ForgetCounts();
+        library.Forget();
         for (int step = 1; step <= 10; ++step)
         {
             browser.resize(300 + step, 400 - step);
             Settle();
         }
-        QCOMPARE(library.GetWalks(), 0);
+        QCOMPARE(library.Count("iterate"), 0);
         // Filtering again would ask for the names of all rows.
-        QVERIFY(library.GetItem(0).m_nameReads > 0);
-        QCOMPARE(library.GetItem(50).m_nameReads, 0);
-        QCOMPARE(library.GetItem(99).m_nameReads, 0);
+        QVERIFY(library.Count("name", library.GetItem(0).m_id) > 0);
+        QCOMPARE(library.Count("name", library.GetItem(50).m_id), 0);
+        QCOMPARE(library.Count("name", library.GetItem(99).m_id), 0);
     }
 
     void aResizeUsesTheRowsOfTheLastPaint()
@@ -442,7 +442,7 @@ private Q_SLOTS:
 
     void anInvalidLibraryLeavesAShownScrollBarAsItWas()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -462,7 +462,7 @@ private Q_SLOTS:
 
     void theNewRowsWaitForThePaint()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/pictures.h"
 #include "tests/support/testmain.h"
 
@@ -59,7 +59,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, name);
         QFETCH(bool, visible);
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 3; ++i)
             library.AddAs(VireoType::gCompound, gNoIcon, "");
         library.GetItem(1).m_name = std::string(name.constData(), static_cast<std::size_t>(name.size()));
@@ -139,7 +139,7 @@ private:
     /// How much a list that is full of one name draws: the bytes of a recording of its paint.
     static uint MeasurePaint(const std::string& in_name)
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 20; ++i)
             library.Add(VireoType::gSolver, in_name);
         ProbedBrowser browser;

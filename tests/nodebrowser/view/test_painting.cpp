@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "qtcompat/qtcompat.h"
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/pictures.h"
 #include "tests/nodebrowser/support/plaindisplay.h"
 #include "tests/support/testmain.h"
@@ -85,7 +85,7 @@ struct IconlessRows
         m_browser.Show(m_library.GetAccessor());
     }
 
-    FakeLibrary m_library;
+    FakeLayer m_library;
     PlainBrowser m_browser;
 };
 
@@ -109,14 +109,14 @@ private Q_SLOTS:
         PlainBrowser browser;
         const QColor ground = browser.palette().color(QPalette::Window);
         QCOMPARE(CountPixels(browser.m_empty, browser.m_empty.rect(), ground.rgb()), gWidth * gHeight);
-        FakeLibrary library;
+        FakeLayer library;
         browser.Show(library.GetAccessor());
         QVERIFY(PictureWithoutChildren(browser) == browser.m_empty);
     }
 
     void aRowIsItsIconAndItsName()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(VireoType::gSolver, "Mix");
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
@@ -127,7 +127,7 @@ private Q_SLOTS:
 
     void rowsFollowEachOtherEvery24Pixels()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(VireoType::gSolver, "Same");
         library.Add(VireoType::gSolver, "Same");
         library.Add(VireoType::gSolver, "Same");
@@ -143,7 +143,7 @@ private Q_SLOTS:
 
     void theFirstRowOfATypeSelectorStartsAt23()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(LibType::gType, "Colour");
         PlainBrowser browser(eConfigTypeSelector);
         browser.Show(library.GetAccessor());
@@ -168,7 +168,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, icon);
         const char* const types[] = {VireoType::gPolymorphicSolver, VireoType::gCompound, VireoType::gGlobalConstant,
                                      VireoType::gSolver, LibType::gType};
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(types[type], "");
         PlainBrowser browser;
         browser.TabBar()->setCurrentIndex(2);
@@ -250,7 +250,7 @@ private Q_SLOTS:
 
     void theBandHasTheColourOfTheStyleAndNotOfTheWidget()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(3);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
@@ -272,7 +272,7 @@ private Q_SLOTS:
 
     void iconAndNameLieOnTheBand()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(VireoType::gSolver, "Mix");
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
@@ -292,7 +292,7 @@ private Q_SLOTS:
 
     void theNextRowIsDrawnOverTheLastLineOfTheBand()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(VireoType::gSolver, "Mix");
         library.Add(VireoType::gSolver, "Mix");
         PlainBrowser browser;
@@ -325,7 +325,7 @@ private Q_SLOTS:
 
     void nothingIsDrawnOverTheHeader()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
@@ -348,7 +348,7 @@ private Q_SLOTS:
 
     void theScreenShowsTheHeaderUntouchedByScrolledRows()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
@@ -394,7 +394,7 @@ private Q_SLOTS:
         QFETCH(int, scroll);
         QFETCH(int, first);
         QFETCH(int, last);
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
@@ -402,14 +402,14 @@ private Q_SLOTS:
         browser.ScrollBar().setValue(scroll);
         Settle();
         QCOMPARE(browser.ScrollBar().value(), scroll);
-        library.ForgetCounts();
+        library.Forget();
         browser.repaint();
-        QCOMPARE(library.GetWalks(), 0);
+        QCOMPARE(library.Count("iterate"), 0);
         for (int i = 0; i < 40; ++i)
         {
             const int asked = i >= first && i <= last ? 1 : 0;
-            QCOMPARE(library.GetItem(i).m_nameReads, asked);
-            QCOMPARE(library.GetItem(i).m_dirtyReads, asked);
+            QCOMPARE(library.Count("name", library.GetItem(i).m_id), asked);
+            QCOMPARE(library.Count("dirty", library.GetItem(i).m_id), asked);
         }
     }
 
@@ -427,7 +427,7 @@ private Q_SLOTS:
 
     void theScrollBarCoversTheRightEndOfTheRows()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
@@ -443,15 +443,15 @@ private Q_SLOTS:
 
     void everyRowInSightIsPaintedWhateverPartWasAskedFor()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
-        library.ForgetCounts();
+        library.Forget();
         browser.repaint(QRect(0, gTop, 10, 10));
-        QCOMPARE(library.GetItem(0).m_nameReads, 1);
-        QCOMPARE(library.GetItem(14).m_nameReads, 1);
-        QCOMPARE(library.GetItem(15).m_nameReads, 0);
+        QCOMPARE(library.Count("name", library.GetItem(0).m_id), 1);
+        QCOMPARE(library.Count("name", library.GetItem(14).m_id), 1);
+        QCOMPARE(library.Count("name", library.GetItem(15).m_id), 0);
     }
 
     void bytesAbove127AreLatin1Letters()
@@ -468,7 +468,7 @@ private Q_SLOTS:
 
     void anAmpersandIsALetterLikeAnyOther()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddAs(VireoType::gCompound, gOtherCompound, "A&B");
         library.AddAs(VireoType::gCompound, gOtherCompound, "AB");
         PlainBrowser browser;
@@ -558,18 +558,18 @@ private Q_SLOTS:
 
     void attachingBuildsTheListAtOnceAndOnceMoreWithTheNextPaint()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(5);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
-        library.ForgetCounts();
+        library.Forget();
         browser.SetItemLibrary(library.GetAccessor());
-        QCOMPARE(library.GetWalks(), 5);
+        QCOMPARE(library.Count("iterate"), 5);
         Settle();
-        QCOMPARE(library.GetWalks(), 10);
+        QCOMPARE(library.Count("iterate"), 10);
         browser.update();
         Settle();
-        QCOMPARE(library.GetWalks(), 10);
+        QCOMPARE(library.Count("iterate"), 10);
     }
 
 private:

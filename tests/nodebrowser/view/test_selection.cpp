@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/pictures.h"
 #include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
@@ -126,7 +126,7 @@ struct Scene
     /// A point of a row that neither its icon nor its name reaches.
     QPoint PointOnBand(int in_row) { return QPoint(250, m_browser.RowCentre(in_row).y()); }
 
-    FakeLibrary m_library;
+    FakeLayer m_library;
     MenuBrowser m_browser;
 };
 
@@ -164,7 +164,7 @@ private Q_SLOTS:
 
     void aLeftPressSelectsAtOnceInATypeSelectorToo()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(LibType::gType, "Colour");
         MenuBrowser browser(eConfigTypeSelector);
         ShowLibrary(browser, library.GetAccessor());
@@ -225,7 +225,7 @@ private Q_SLOTS:
     void aRightPressInATypeSelectorClearsTheSelectionAndOpensNothing()
     {
         QFETCH(int, config);
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(LibType::gType, "Colour");
         library.Add(LibType::gType, "Number");
         MenuBrowser browser(static_cast<eConfigType>(config));
@@ -442,17 +442,14 @@ private Q_SLOTS:
     void doubleClickingACompoundMakesItTheTarget()
     {
         QFETCH(int, button);
-        FakeLibrary library;
-        library.Add(VireoType::gCompound, "Blend");
-        library.Add(VireoType::gCompound, "Mix");
+        FakeLayer library;
+        library.AddCompound("Blend");
+        library.AddCompound("Mix");
         MenuBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         QTest::mouseDClick(&browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier, browser.RowCentre(1));
-        QCOMPARE(library.m_targets.size(), std::size_t(1));
-        QVERIFY(library.m_targets[0].IsValid());
-        QVERIFY(library.m_targets[0].GetItemID() == library.GetItem(1).m_id);
-        QVERIFY(!library.m_roots[0].IsValid());
-        QVERIFY(!library.m_roots[0].GetContext());
+        QCOMPARE(library.Commands(), QStringList(QString::fromLatin1("target Mix, root none")));
+        QCOMPARE(library.Count("target", library.GetItem(1).m_id), 1);
     }
 
     void doubleClickingTheCompoundsOfALibrary_data()
@@ -489,14 +486,14 @@ private Q_SLOTS:
 
     void doubleClickingComparesTypeNamesByAddress()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddAs(VireoType::gCompound, gOtherCompound, "Blend");
         MenuBrowser browser;
         ShowAll(browser, library.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(1));
         QVERIFY(std::string(gOtherCompound) == VireoType::gCompound);
         QTest::mouseDClick(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(0));
-        QVERIFY(library.m_targets.empty());
+        QCOMPARE(library.Commands(), QStringList());
     }
 
     void doubleClickingBesideTheRowsDoesNothing_data()
@@ -510,19 +507,19 @@ private Q_SLOTS:
     void doubleClickingBesideTheRowsDoesNothing()
     {
         QFETCH(QPoint, position);
-        FakeLibrary library;
-        library.Add(VireoType::gCompound, "Blend");
+        FakeLayer library;
+        library.AddCompound("Blend");
         MenuBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         QTest::mouseDClick(&browser, Qt::LeftButton, Qt::NoModifier, position);
-        QVERIFY(library.m_targets.empty());
+        QCOMPARE(library.Commands(), QStringList());
     }
 
     void doubleClickingLeavesTheSelectionToItsPresses()
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 5; ++i)
-            library.Add(VireoType::gCompound, "Blend");
+            library.AddCompound("Blend");
         MenuBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         PressRow(browser, 1);
@@ -531,31 +528,31 @@ private Q_SLOTS:
         QCOMPARE(paints, 0);
         QVERIFY(browser.GetSelection() == library.GetItem(1).m_id);
         QCOMPARE(browser.SignalCount(), 1);
-        QCOMPARE(library.m_targets.size(), std::size_t(1));
+        QCOMPARE(library.Count("target"), 1);
     }
 
     void aWholeDoubleClickSelectsOnce()
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 5; ++i)
-            library.Add(VireoType::gCompound, "Blend");
+            library.AddCompound("Blend");
         MenuBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         DoubleClick(browser, browser.RowCentre(2));
         QCOMPARE(browser.SignalCount(), 1);
         QVERIFY(browser.GetSelection() == library.GetItem(2).m_id);
-        QCOMPARE(library.m_targets.size(), std::size_t(1));
-        QVERIFY(library.m_targets[0].GetItemID() == library.GetItem(2).m_id);
+        QCOMPARE(library.Count("target"), 1);
+        QCOMPARE(library.Count("target", library.GetItem(2).m_id), 1);
     }
 
     void doubleClickingInATypeSelectorDoesNothing()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(LibType::gType, "Colour");
         MenuBrowser browser(eConfigTypeSelector);
         ShowLibrary(browser, library.GetAccessor());
         DoubleClick(browser, browser.RowCentre(0));
-        QVERIFY(library.m_targets.empty());
+        QCOMPARE(library.Commands(), QStringList());
         QCOMPARE(browser.SignalCount(), 1);
     }
 

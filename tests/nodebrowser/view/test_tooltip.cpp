@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/plaindisplay.h"
+#include "tests/support/otherservice.h"
 #include "tests/support/testmain.h"
 
 #include "datamodel/revisioncontrol.h"
@@ -78,11 +79,6 @@ bool HoverForTip(QWidget& in_widget, const QPoint& in_position)
     ExpectRaisedWindow();
     return Hover(in_widget, in_position) && QToolTip::isVisible();
 }
-
-/// A service that is no revision-control helper.
-class OtherService : public hmx::IBase
-{
-};
 
 /// Tells what it is asked for a tool tip, and answers with a text of its own.
 class SpokenTips : public PlainDisplay
@@ -260,7 +256,7 @@ private Q_SLOTS:
 
     void aTypeNameThatOnlyReadsLikeCompoundHidesTheTip()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddAs(VireoType::gCompound, gOtherCompound, "Blend");
         ProbedBrowser browser;
         ShowAll(browser, library.GetAccessor());
@@ -352,7 +348,7 @@ private Q_SLOTS:
 
     void theToolTipOfTheWidgetItselfIsNeverShown()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(1);
         ProbedBrowser browser;
         browser.setToolTip(FromLatin1("of the widget"));

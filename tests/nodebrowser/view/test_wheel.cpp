@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/pictures.h"
 #include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
@@ -56,7 +56,7 @@ struct Embedded
     }
     ~Embedded() { m_browser.setParent(nullptr); }
 
-    FakeLibrary m_library;
+    FakeLayer m_library;
     QWidget m_window;
     ProbedBrowser m_browser;
 };
@@ -87,7 +87,7 @@ private Q_SLOTS:
         QFETCH(int, delta);
         QFETCH(int, orientation);
         QFETCH(int, scroll);
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(100);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -99,7 +99,7 @@ private Q_SLOTS:
 
     void theRowsOnTheScreenMoveBy72Pixels()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(100);
         ProbedBrowser browser;
         UsePlainColours(browser);
@@ -113,7 +113,7 @@ private Q_SLOTS:
 
     void theEndsOfTheListStopTheWheel()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(20);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -146,7 +146,7 @@ private Q_SLOTS:
     {
         QFETCH(QPoint, position);
         QFETCH(bool, inside);
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(100);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -156,7 +156,7 @@ private Q_SLOTS:
 
     void theListOfATypeSelectorStartsAt23()
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 40; ++i)
             library.Add(vireo::datamodel::LibType::gType, "Type");
         ProbedBrowser browser(eConfigTypeSelector);
@@ -190,7 +190,7 @@ private Q_SLOTS:
 
     void aScrollBarThatWasNeverShownMovesTheRowsUpTo99()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(3);
         ProbedBrowser browser;
         UsePlainColours(browser);
@@ -216,7 +216,7 @@ private Q_SLOTS:
 
     void aHiddenScrollBarMovesTheRowsWithinTheRangeItHad()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(20);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -245,7 +245,7 @@ private Q_SLOTS:
 
     void theMouseFollowsTheRowsThatTheWheelMoved()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(100);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
