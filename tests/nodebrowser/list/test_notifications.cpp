@@ -209,6 +209,7 @@ private Q_SLOTS:
         m_browser->render(&picture);
         const QStringList log = m_spy->Lines("library|contents|iterate|valid|dirty|request|task ended");
         QVERIFY(FirstLine(log, "iterate") >= 0);
+        QVERIFY(FirstLine(log, "valid") >= 0);
         QVERIFY(LastLine(log, "valid") < FirstLine(log, "request"));
         QVERIFY(LastLine(log, "iterate") < FirstLine(log, "request"));
         QCOMPARE(CountLines(log, "request"), 1);

@@ -90,6 +90,7 @@ inline void ShowBrowser(ProbedBrowser& in_browser, int in_width = 300, int in_he
     in_browser.show();
     for (int wait = 0; wait < 100 && in_browser.m_paints == 0; ++wait)
         QTest::qWait(10);
+    QVERIFY2(in_browser.m_paints > 0, "The browser was not painted.");
     Settle();
 }
 

@@ -109,6 +109,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("style");
         QTest::addColumn<int>("fontSize");
         const QStringList styles = QStyleFactory::keys();
+        QVERIFY(!styles.isEmpty());
         for (int i = 0; i < styles.size(); ++i)
             for (int fontSize = 0; fontSize <= 36; fontSize += 18)
             {
@@ -142,6 +143,7 @@ private Q_SLOTS:
         ProbedBrowser browser;
         ShowBrowser(browser, 600, 300);
         const QStringList styles = QStyleFactory::keys();
+        QVERIFY(!styles.isEmpty());
         for (int i = 0; i < styles.size(); ++i)
         {
             QVERIFY(QApplication::setStyle(styles.at(i)));
