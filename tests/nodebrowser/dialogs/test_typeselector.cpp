@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/nodebrowser.h"
+#include "nodebrowser/rowlayout.h"
 #include "nodebrowser/typeselector.h"
 #include "qtcompat/latin1.h"
 #include "tests/nodebrowser/dialogs/dialogfixture.h"
@@ -56,7 +57,8 @@ QLineEdit& SearchField(const QWidget& in_selector)
 void PressRow(const QWidget& in_selector, int in_row, Qt::MouseButton in_button = Qt::LeftButton)
 {
     CNodeBrowser& browser = Browser(in_selector);
-    QTest::mouseClick(&browser, in_button, Qt::NoModifier, QPoint(browser.width() / 2, 23 + 24 * in_row + 12));
+    QTest::mouseClick(&browser, in_button, Qt::NoModifier,
+                      QPoint(browser.width() / 2, gListTop + gRowHeight * in_row + gRowHeight / 2));
 }
 
 /// Lets the browser paint, and so read its library.

@@ -285,9 +285,9 @@ private:
         if (m_random.OneIn(4) || m_browser->m_model.RowCount() == 0)
             return QPoint(m_random.Between(-5, m_browser->width() + 5), m_random.Between(-5, m_browser->height() + 5));
         // Mostly on the rows in sight, and a little around them.
-        const int rowsInSight = std::min(m_browser->m_model.RowCount() + 1, m_browser->height() / 24);
+        const int rowsInSight = std::min(m_browser->m_model.RowCount() + 1, m_browser->height() / gRowHeight);
         return QPoint(m_random.Below(m_browser->width()),
-                      m_browser->ListTop() + m_random.Between(-2, 24 * std::max(rowsInSight, 1)));
+                      m_browser->ListTop() + m_random.Between(-2, gRowHeight * std::max(rowsInSight, 1)));
     }
 
     template <class Step> void WithPerson(const Step& in_step)

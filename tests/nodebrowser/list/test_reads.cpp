@@ -33,7 +33,7 @@ private Q_SLOTS:
         m_spy.reset(new SpyLayer);
         m_browser.reset(new ProbedBrowser);
         m_browser->SetItemLibrary(m_spy->Watch(m_library->GetAccessor()));
-        ShowBrowser(*m_browser, 300, 43 + 10 * 24 + 5);
+        ShowBrowser(*m_browser, 300, gBrowserTop + 10 * gRowHeight + 5);
         m_spy->Forget();
     }
 
@@ -49,9 +49,9 @@ private Q_SLOTS:
         QTest::addColumn<int>("offset");
         QTest::addColumn<int>("rows");
         QTest::newRow("at the top") << 0 << 11;
-        QTest::newRow("in the middle, rows cut at both ends") << 1210 << 11;
-        QTest::newRow("one pixel of the first row") << 23 << 12;
-        QTest::newRow("at the end") << 300 * 24 - 245 << 11;
+        QTest::newRow("in the middle, rows cut at both ends") << 50 * gRowHeight + 10 << 11;
+        QTest::newRow("one pixel of the first row") << gRowHeight - 1 << 12;
+        QTest::newRow("at the end") << 300 * gRowHeight - 245 << 11;
     }
 
     void aPaintAsksForTheRowsInTheListAreaAndForNoOthers()
@@ -77,7 +77,7 @@ private Q_SLOTS:
             QWheelEvent wheel = testcompat::MakeWheelEvent(point, m_browser->mapToGlobal(point), -120, Qt::Vertical);
             QApplication::sendEvent(m_browser.get(), &wheel);
             Settle();
-            QCOMPARE(m_browser->ScrollBar().value(), 72 * (step + 1));
+            QCOMPARE(m_browser->ScrollBar().value(), 3 * gRowHeight * (step + 1));
             QVERIFY(NamedItems() == VisibleItems());
             CheckReads();
         }
@@ -185,8 +185,8 @@ private:
         std::set<ItemID> items;
         for (std::size_t row = 0; row < m_browser->GetRowCount(); ++row)
         {
-            const int top = m_browser->ListTop() - m_browser->ScrollBar().value() + 24 * static_cast<int>(row);
-            if (top + 24 > m_browser->ListTop() && top < m_browser->height())
+            const int top = m_browser->ListTop() - m_browser->ScrollBar().value() + gRowHeight * static_cast<int>(row);
+            if (top + gRowHeight > m_browser->ListTop() && top < m_browser->height())
                 items.insert(m_browser->GetRowItem(row).GetItemID());
         }
         m_spy->m_calls = before;

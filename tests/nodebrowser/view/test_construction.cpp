@@ -295,11 +295,11 @@ private Q_SLOTS:
         ProbedBrowser browser(eConfigTypeSelector);
         ShowLibrary(browser, m_library->GetAccessor());
         QCOMPARE(browser.RowNames(m_library->GetAccessor()).join(QLatin1String(",")), FromLatin1("Colour,Vector"));
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 23));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, gListTop));
         QVERIFY(!browser.GetSelection().IsValid());
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 24));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, gListTop + 1));
         QVERIFY(browser.GetSelection() == m_library->FindByName("Colour"));
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 23 + 24));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, gListTop + gRowHeight));
         QVERIFY(browser.GetSelection() == m_library->FindByName("Vector"));
     }
 
@@ -307,9 +307,9 @@ private Q_SLOTS:
     {
         ProbedBrowser browser;
         ShowLibrary(browser, m_library->GetAccessor());
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, 43));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, gBrowserTop));
         QVERIFY(!browser.GetSelection().IsValid());
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, 44));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, gBrowserTop + 1));
         QVERIFY(browser.GetSelection() == m_library->FindByName("Add"));
     }
 
@@ -559,15 +559,15 @@ private Q_SLOTS:
             m_library->Add(NewItem::Solver(FromLatin1("S%1").arg(i + 10).toLatin1().constData()));
         ProbedBrowser browser;
         ShowLibrary(browser, m_library->GetAccessor());
-        QMetaObject::invokeMethod(&browser, "SliderValueChanged", Q_ARG(int, 240));
+        QMetaObject::invokeMethod(&browser, "SliderValueChanged", Q_ARG(int, 10 * gRowHeight));
         Settle();
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 60));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, gBrowserTop + 17));
         QVERIFY(browser.GetSelection() == m_library->FindByName("Add"));
         int paints =
             CountPaints(browser, [&] { QMetaObject::invokeMethod(&browser, "SliderValueChanged", Q_ARG(int, 0)); });
         QCOMPARE(paints, 1);
-        browser.ScrollBar().setValue(48);
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 60));
+        browser.ScrollBar().setValue(2 * gRowHeight);
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, gBrowserTop + 17));
         QVERIFY(browser.GetSelection() == m_library->FindByName("S10"));
     }
 

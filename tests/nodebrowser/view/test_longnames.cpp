@@ -75,7 +75,7 @@ private Q_SLOTS:
         while (browser.GetRowItem(static_cast<std::size_t>(row)).GetItemID() != library.GetItem(1).m_id)
             ++row;
         // The rectangle that names are drawn in reaches one line into the next row.
-        const QRect place(35, 43 + 24 * row, 300 - 35, 25);
+        const QRect place(35, gBrowserTop + gRowHeight * row, 300 - 35, gRowHeight + 1);
         const QRect ink = Difference(PictureWithoutChildren(browser), empty);
         QCOMPARE(ink.isValid(), visible);
         QVERIFY2(!ink.isValid() || place.contains(ink), qPrintable(QString::number(ink.bottom())));

@@ -243,17 +243,18 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("button");
         QTest::addColumn<QPoint>("position");
-        const QPoint onRow(100, 43 + 36);
-        const QPoint belowRows(100, 43 + 5 * 24 + 5);
+        const QPoint onRow(100, gBrowserTop + gRowHeight + gRowHeight / 2);
+        const QPoint belowRows(100, gBrowserTop + 5 * gRowHeight + 5);
         QTest::newRow("middle button on a row") << int(Qt::MiddleButton) << onRow;
         QTest::newRow("another button on a row") << int(Qt::XButton1) << onRow;
         QTest::newRow("left below the last row") << int(Qt::LeftButton) << belowRows;
-        QTest::newRow("left just below the last row") << int(Qt::LeftButton) << QPoint(100, 43 + 5 * 24);
+        QTest::newRow("left just below the last row")
+            << int(Qt::LeftButton) << QPoint(100, gBrowserTop + 5 * gRowHeight);
         QTest::newRow("right below the last row") << int(Qt::RightButton) << belowRows;
         QTest::newRow("middle below the last row") << int(Qt::MiddleButton) << belowRows;
         QTest::newRow("left in the header") << int(Qt::LeftButton) << gHeaderPoint;
         QTest::newRow("right in the header") << int(Qt::RightButton) << gHeaderPoint;
-        QTest::newRow("left on the line of the list top") << int(Qt::LeftButton) << QPoint(100, 43);
+        QTest::newRow("left on the line of the list top") << int(Qt::LeftButton) << QPoint(100, gBrowserTop);
     }
 
     void pressesThatPickNothingClearSilentlyAndWithoutARepaint()
@@ -500,8 +501,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QPoint>("position");
         QTest::newRow("header") << gHeaderPoint;
-        QTest::newRow("line of the list top") << QPoint(100, 43);
-        QTest::newRow("below the last row") << QPoint(100, 43 + 24);
+        QTest::newRow("line of the list top") << QPoint(100, gBrowserTop);
+        QTest::newRow("below the last row") << QPoint(100, gBrowserTop + gRowHeight);
     }
 
     void doubleClickingBesideTheRowsDoesNothing()

@@ -388,7 +388,7 @@ private:
         QImage picture(300, 400, QImage::Format_ARGB32);
         picture.fill(0);
         m_browser->render(&picture);
-        return picture.copy(0, 43, 280, 200);
+        return picture.copy(0, gBrowserTop, 280, 200);
     }
 
     Recorder m_record;

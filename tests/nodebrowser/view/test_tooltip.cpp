@@ -226,14 +226,14 @@ private Q_SLOTS:
     void hoveringBesideCompoundsHidesTheTipAndIsIgnored_data()
     {
         QTest::addColumn<QPoint>("position");
-        QTest::newRow("solver") << QPoint(100, 43 + 24 + 12);
-        QTest::newRow("polymorphic solver") << QPoint(100, 43 + 48 + 12);
-        QTest::newRow("global constant") << QPoint(100, 43 + 72 + 12);
-        QTest::newRow("type") << QPoint(100, 43 + 96 + 12);
-        QTest::newRow("below the last row") << QPoint(100, 43 + 120 + 12);
-        QTest::newRow("just below the last row") << QPoint(100, 43 + 120);
+        QTest::newRow("solver") << QPoint(100, gBrowserTop + gRowHeight + gRowHeight / 2);
+        QTest::newRow("polymorphic solver") << QPoint(100, gBrowserTop + 2 * gRowHeight + gRowHeight / 2);
+        QTest::newRow("global constant") << QPoint(100, gBrowserTop + 3 * gRowHeight + gRowHeight / 2);
+        QTest::newRow("type") << QPoint(100, gBrowserTop + 4 * gRowHeight + gRowHeight / 2);
+        QTest::newRow("below the last row") << QPoint(100, gBrowserTop + 5 * gRowHeight + gRowHeight / 2);
+        QTest::newRow("just below the last row") << QPoint(100, gBrowserTop + 5 * gRowHeight);
         QTest::newRow("header") << QPoint(290, 30);
-        QTest::newRow("line of the list top") << QPoint(100, 43);
+        QTest::newRow("line of the list top") << QPoint(100, gBrowserTop);
     }
 
     void hoveringBesideCompoundsHidesTheTipAndIsIgnored()
