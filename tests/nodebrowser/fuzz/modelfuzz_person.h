@@ -2,7 +2,7 @@
 /// Somebody who deals at random with whatever menu, dialog or drag is up.
 #pragma once
 
-#include "tests/nodebrowser/fuzz/randomdays_world.h"
+#include "tests/nodebrowser/fuzz/modelfuzz_world.h"
 #include "tests/support/modaluser.h"
 #include "tests/support/testcompat.h"
 

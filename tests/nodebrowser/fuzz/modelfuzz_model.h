@@ -7,7 +7,7 @@
 #include "datamodel/itemtoc.h"
 #include "datamodel/notifications.h"
 #include "datamodel/sourcecontrol.h"
-#include "tests/nodebrowser/fuzz/randomdays_world.h"
+#include "tests/nodebrowser/fuzz/modelfuzz_world.h"
 #include "tests/nodebrowser/support/browserfixture.h"
 #include "tests/nodebrowser/support/pictures.h"
 

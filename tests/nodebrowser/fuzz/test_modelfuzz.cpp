@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "qtcompat/qtcompat.h"
-#include "tests/nodebrowser/fuzz/randomdays_model.h"
-#include "tests/nodebrowser/fuzz/randomdays_person.h"
-#include "tests/nodebrowser/fuzz/randomdays_world.h"
+#include "tests/nodebrowser/fuzz/modelfuzz_model.h"
+#include "tests/nodebrowser/fuzz/modelfuzz_person.h"
+#include "tests/nodebrowser/fuzz/modelfuzz_world.h"
 #include "tests/nodebrowser/support/browserfixture.h"
 #include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
@@ -23,10 +23,10 @@ namespace
 {
 
 /// A browser that tells its model of everything just before it takes it in itself.
-class DayBrowser : public ProbedBrowser
+class FuzzBrowser : public ProbedBrowser
 {
 public:
-    DayBrowser(World& in_world, eConfigType in_config)
+    FuzzBrowser(World& in_world, eConfigType in_config)
         : ProbedBrowser(in_config), m_model(in_world, in_config == eConfigNodeBrowser), m_world(in_world)
     {
         UsePlainColours(*this);
@@ -133,15 +133,15 @@ QString Say(const char* in_text, const QPoint& in_point)
 
 } // namespace
 
-/// One day: somebody works with a browser, and the data layer does what it likes.
-class Day : public QObject,
-            private vireo::datamodel::IItemTOCNotification,
-            private vireo::datamodel::IItemLibraryNotification
+/// One run of the fuzz: somebody works with a browser, and the data layer does what it likes.
+class FuzzRun : public QObject,
+                private vireo::datamodel::IItemTOCNotification,
+                private vireo::datamodel::IItemLibraryNotification
 {
     Q_OBJECT
 
 public:
-    Day(memorymodel::DataLayer& in_layer, unsigned in_seed)
+    FuzzRun(memorymodel::DataLayer& in_layer, unsigned in_seed)
         : m_seed(in_seed), m_random(in_seed), m_world(in_layer, m_random), m_person([this] { HostActs(); })
     {
         m_world.m_propertiesChanged = [this] {
@@ -151,7 +151,7 @@ public:
         m_world.GetLayer().SetCompoundTargetHandler([this] { ++m_targets; });
         MakeBrowser(eConfigNodeBrowser);
     }
-    ~Day() override
+    ~FuzzRun() override
     {
         m_world.m_propertiesChanged = nullptr;
         m_world.GetLayer().SetCompoundTargetHandler(nullptr);
@@ -239,7 +239,7 @@ private:
         StopObserving();
         m_browser.reset();
         m_signals = 0;
-        m_browser.reset(new DayBrowser(m_world, in_config));
+        m_browser.reset(new FuzzBrowser(m_world, in_config));
         connect(&m_browser->SearchField(), SIGNAL(textChanged(QString)), this, SLOT(TextChanged(QString)));
         if (m_browser->TabBar())
             connect(m_browser->TabBar(), SIGNAL(currentChanged(int)), this, SLOT(TabChanged(int)));
@@ -659,10 +659,10 @@ private:
     const unsigned m_seed;
     Random m_random;
     World m_world;
-    std::set<std::string> m_tagsSeen; // every tag that an item of the list had on this day
+    std::set<std::string> m_tagsSeen; // every tag that an item of the list had in this run
     Person m_person;
     WarningAnnouncer m_announcer;
-    std::unique_ptr<DayBrowser> m_browser;
+    std::unique_ptr<FuzzBrowser> m_browser;
     ItemLibraryAccessor m_library;
     std::deque<QString> m_log = std::deque<QString>(1);
     // The minimal platform warns now and then when the focus goes from one window to the next: only for drags.
@@ -672,9 +672,9 @@ private:
     int m_targets = 0;
 };
 
-/// Days of random events, each held against the plain model after every event. NODEBROWSER_SEED replays another day,
-/// NODEBROWSER_EVENTS says how long the days are.
-class TestRandomDays : public QObject
+/// A model-based fuzz: after each of many random events the browser is compared with a plain model of it.
+/// NODEBROWSER_SEED repeats a run, NODEBROWSER_EVENTS is the number of events.
+class TestModelFuzz : public QObject
 {
     Q_OBJECT
 
@@ -693,11 +693,11 @@ private Q_SLOTS:
         QTest::addColumn<unsigned>("seed");
         if (IsSeedGiven())
         {
-            QTest::newRow("a given day") << 0u;
+            QTest::newRow("a given seed") << 0u;
             return;
         }
-        QTest::newRow("one day") << 20260101u;
-        QTest::newRow("another day") << 17u;
+        QTest::newRow("one seed") << 20260101u;
+        QTest::newRow("another seed") << 17u;
     }
 
     void theBrowserIsAsThePlainModelSays()
@@ -707,8 +707,8 @@ private Q_SLOTS:
         const int given = qgetenv("NODEBROWSER_EVENTS").toInt();
         const int events = given > 0 ? given : 8000;
         std::printf("%d events\n", events);
-        Day day(m_layer, seed);
-        const QByteArray failure = day.Run(events).toLatin1();
+        FuzzRun run(m_layer, seed);
+        const QByteArray failure = run.Run(events).toLatin1();
         QVERIFY2(failure.isEmpty(), failure.constData());
     }
 
@@ -719,9 +719,9 @@ private Q_SLOTS:
     }
 
 private:
-    // One for all days, since the factory objects of the first one are kept until the process ends.
+    // One for all runs, since the factory objects of the first one are kept until the process ends.
     memorymodel::DataLayer m_layer;
 };
 
-NODEBROWSER_TEST_MAIN(TestRandomDays)
-#include "test_randomdays.moc"
+NODEBROWSER_TEST_MAIN(TestModelFuzz)
+#include "test_modelfuzz.moc"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The data layer of a random day: its libraries, and what may happen to them while somebody works with a browser.
+/// The data layer of the fuzz: its libraries, and what may happen to them while somebody works with a browser.
 #pragma once
 
 #include "memorymodel/datalayer.h"
@@ -23,7 +23,7 @@ struct Traits
     bool m_loaded = true;
 };
 
-/// The libraries of a day and the switches around them. Act() does one random thing of all that a data layer may do.
+/// The libraries of a run and the switches around them. Act() does one random thing of all that a data layer may do.
 class World : private vireo::datamodel::IItemTOCNotification
 {
 public:
