@@ -29,7 +29,7 @@ struct Scene
         m_layer.Forget();
     }
 
-    void TellInvalidated()
+    void NotifyInvalidated()
     {
         m_layer.NotifyLibrary([](IItemLibraryNotification& in_observer, ItemLibraryAccessor& in_library) {
             in_observer.LibraryInvalidated(in_library);
@@ -91,13 +91,38 @@ private Q_SLOTS:
             ++told;
             scene.Rename(scene.m_layer.GetItem(1), "Zoom");
         });
-        scene.TellInvalidated();
+        scene.NotifyInvalidated();
         QCOMPARE(told, 0);
         Settle();
         QCOMPARE(told, 1);
         QCOMPARE(scene.m_layer.CountRebuilds(), 2);
         QCOMPARE(scene.Rows(), QString::fromLatin1("Blend,Colour,Zoom"));
         QCOMPARE(CountPaints(*scene.m_browser, [] {}), 0);
+    }
+
+    void anItemThatLeavesDuringABuildHasNoRow_data() { AddReads(); }
+
+    void anItemThatLeavesDuringABuildHasNoRow()
+    {
+        QFETCH(QByteArray, read);
+        Scene scene;
+        scene.m_layer.WhenNext(read.constData(), [&scene] { scene.m_layer.Remove(1); });
+        scene.NotifyInvalidated();
+        Settle();
+        QCOMPARE(scene.m_layer.Count("notify contents"), 1);
+        QCOMPARE(scene.m_layer.CountRebuilds(), 2);
+        QCOMPARE(scene.Rows(), QString::fromLatin1("Blend,Colour"));
+    }
+
+    void aChangeThatIsToldDuringANotificationIsOneBuild()
+    {
+        Scene scene;
+        scene.m_layer.WhenNext("notify library", [&scene] { scene.Rename(scene.m_layer.GetItem(1), "Zoom"); });
+        scene.NotifyInvalidated();
+        Settle();
+        QCOMPARE(scene.m_layer.Count("notify library"), 2);
+        QCOMPARE(scene.m_layer.CountRebuilds(), 1);
+        QCOMPARE(scene.Rows(), QString::fromLatin1("Blend,Colour,Zoom"));
     }
 
     void statesThatAreWantedDuringABuildAreRequestedByAnother_data() { AddReads(); }

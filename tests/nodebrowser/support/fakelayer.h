@@ -551,15 +551,27 @@ public:
         InstallProvider(m_provider);
     }
 
-    /// Tells the library's observers something: calls in_tell(observer, library) for each.
-    template <class Tell> void NotifyLibrary(Tell in_tell)
+    /// Notifies the library's observers: calls in_notify(observer, library) for each.
+    template <class Notification> void NotifyLibrary(Notification in_notify)
     {
-        const std::vector<vireo::datamodel::IItemLibraryNotification*> observers = m_library->m_observers;
-        for (vireo::datamodel::IItemLibraryNotification* const observer : observers)
-        {
-            ItemLibraryAccessor library = GetAccessor();
-            in_tell(*observer, library);
-        }
+        Show(QString::fromLatin1("notify library"));
+        ItemLibraryAccessor library = GetAccessor();
+        const std::vector<FakeLibrary::Observer*> observers = m_library->m_observers;
+        for (FakeLibrary::Observer* const observer : observers)
+            in_notify(*observer, library);
+    }
+
+    /// Takes an item out of the library, and notifies the observers of the table of contents first.
+    void Remove(int in_index)
+    {
+        Show(QString::fromLatin1("notify contents"));
+        const std::shared_ptr<FakeItem> item = m_contents->m_items[static_cast<std::size_t>(in_index)];
+        ItemAccessor accessor((vireo::datamodel::UnspecifiedAccessor(item)));
+        const std::vector<FakeContents::Observer*> observers = m_contents->m_observers;
+        for (FakeContents::Observer* const observer : observers)
+            observer->ItemRemoved(accessor);
+        item->m_alive = false;
+        m_contents->m_items.erase(std::find(m_contents->m_items.begin(), m_contents->m_items.end(), item));
     }
 
     const std::shared_ptr<FakeDatabase> m_database;

@@ -38,6 +38,7 @@ struct RecordedCall
 ///   used 'NAME'                          whether a name is in use
 ///   service 'NAME'                       a service was looked up
 ///   active, icon STATE                   whether there is source control at all; an icon of a state was asked for
+///   notify library, notify contents      no call of the browser: its observers are about to be notified
 /// An observer that passes another context than that of its accessor has "wrong context" at the end of its line.
 ///
 /// All other calls are commands:
