@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/importers/documents.h"
+#include "tests/support/random.h"
 #include "tests/support/testmain.h"
 
 #include <algorithm>
-#include <random>
 
 using importers::MaterialXContent;
 using importers::MaterialXError;
@@ -278,10 +278,8 @@ void MaterialXFaultTest::randomMutationsOfAValidDocument()
     const QByteArray original = ReadRichDocument();
     QVERIFY(original.size() > 500);
     const QByteArray dictionary = QByteArrayLiteral("<>/&;#'\"=! -[]?:\0\xFF\xC3\n\r\taex0");
-    std::mt19937 random(20240229);
-    const auto below = [&random](qsizetype in_limit) {
-        return static_cast<int>(random() % static_cast<std::mt19937::result_type>(in_limit));
-    };
+    Random random(TestSeed(20240229));
+    const auto below = [&random](qsizetype in_limit) { return random.Below(static_cast<int>(in_limit)); };
     int readable = 0;
     int faulty = 0;
     for (int round = 0; round < 5000; ++round)

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "qtcompat/latin1.h"
 #include "tests/nodebrowser/support/commandbrowser.h"
-#include "tests/nodebrowser/support/commandlayer.h"
+#include "tests/nodebrowser/support/fakelayer.h"
+#include "tests/support/otherservice.h"
 #include "tests/support/testmain.h"
 
 #include <QPointer>
@@ -152,7 +153,7 @@ private Q_SLOTS:
 
     void aRowPastTheLastOneReplacesTheSelection()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.Add(VireoType::gSolver, "a");
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -166,7 +167,7 @@ private Q_SLOTS:
     {
         if (sizeof(std::size_t) <= 4)
             return;
-        CommandLayer layer;
+        FakeLayer layer;
         layer.Add(VireoType::gSolver, "a");
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -200,7 +201,7 @@ private Q_SLOTS:
 
     void aRightPressBelowTheLastRowOpensNoMenu()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.Add(VireoType::gSolver, "a");
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -241,8 +242,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, type);
         QFETCH(bool, known);
         QFETCH(QStringList, entries);
-        CommandLayer layer;
-        RecordedItem& item = AddKind(layer, type);
+        FakeLayer layer;
+        FakeItem& item = AddKind(layer, type);
         if (known)
             layer.GiveObject(item);
         CommandBrowser browser;
@@ -270,20 +271,21 @@ private Q_SLOTS:
     void entriesThatNeedAnObjectGoWhenThereIsNone()
     {
         QFETCH(int, lack);
-        CommandLayer layer;
-        NotTheHelper other;
-        RecordedCompound& compound = layer.AddCompound("X");
+        FakeLayer layer;
+        OtherService other;
+        FakeCompound& compound = layer.AddCompound("X");
         layer.GiveObject(compound, lack != eUnknown);
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
         if (lack == eNoSystem)
             layer.SetSystemPresent(false);
-        layer.m_helperPresent = lack != eNoHelper && lack != eOtherService;
+        if (lack == eNoHelper)
+            layer.SetService("RevisionControlUIHelper", nullptr);
         if (lack == eOtherService)
-            layer.m_otherService = &other;
+            layer.SetService("RevisionControlUIHelper", &other);
         if (lack == eNoUid)
             compound.m_uid = "12345";
-        layer.m_log.clear();
+        layer.Forget();
         const MenuLook look(browser, 0);
         QCOMPARE(bool(look.m_entries.contains(FromLatin1("Show Files for X"))), lack == eNothing);
         QCOMPARE(bool(look.m_entries.contains(FromLatin1("Compound source"))), lack == eNothing);
@@ -308,7 +310,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, type);
         QFETCH(bool, readOnly);
-        CommandLayer layer;
+        FakeLayer layer;
         AddKind(layer, type).m_readOnly = readOnly;
         CommandBrowser browser;
         ShowAll(browser, layer.GetAccessor());
@@ -330,8 +332,8 @@ private Q_SLOTS:
     {
         QFETCH(bool, readOnly);
         QFETCH(bool, modifiable);
-        CommandLayer layer;
-        RecordedCompound& compound = layer.AddCompound("X");
+        FakeLayer layer;
+        FakeCompound& compound = layer.AddCompound("X");
         compound.m_readOnly = readOnly;
         compound.m_modifiable = modifiable;
         CommandBrowser browser;
@@ -347,7 +349,7 @@ private Q_SLOTS:
 
     void aCompoundWithoutAModelCannotBeEdited()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.Add(VireoType::gCompound, "X"); // its model is no compound
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -358,8 +360,8 @@ private Q_SLOTS:
 
     void showingFilesNeedsNoWriteAccess()
     {
-        CommandLayer layer;
-        RecordedItem& item = layer.Add(VireoType::gSolver, "X");
+        FakeLayer layer;
+        FakeItem& item = layer.Add(VireoType::gSolver, "X");
         item.m_readOnly = true;
         layer.GiveObject(item);
         CommandBrowser browser;
@@ -371,7 +373,7 @@ private Q_SLOTS:
 
     void typesAreComparedByAddress()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.AddAs(VireoType::gCompound, gOtherCompound, "X");
         CommandBrowser browser;
         ShowAll(browser, layer.GetAccessor());
@@ -397,7 +399,7 @@ private Q_SLOTS:
     void namesStandInTheTextsAsTheyAre()
     {
         QFETCH(QByteArray, name);
-        CommandLayer layer;
+        FakeLayer layer;
         layer.GiveObject(layer.AddCompound(name.constData()));
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -411,7 +413,7 @@ private Q_SLOTS:
 
     void theMenuOpensAtTheGivenPointAndSelectsItsRow()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.AddCompound("a");
         layer.AddCompound("b");
         CommandBrowser browser;
@@ -428,14 +430,14 @@ private Q_SLOTS:
         browser.PopContexMenu(position, 1);
         QVERIFY(user.IsDone());
         QCOMPARE(menuPosition, position);
-        QVERIFY(selection == layer.m_library->m_items[1]->m_id);
+        QVERIFY(selection == layer.m_contents->m_items[1]->m_id);
         // The signal is the business of whoever opened the menu.
         QCOMPARE(browser.SignalCount(), 0);
     }
 
     void noEntryIsMarkedWhenTheMenuOpens()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.AddCompound("a");
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -449,8 +451,8 @@ private Q_SLOTS:
 
     void theMenuIsMadeAfreshForEachPress()
     {
-        CommandLayer layer;
-        RecordedCompound& compound = layer.AddCompound("Old");
+        FakeLayer layer;
+        FakeCompound& compound = layer.AddCompound("Old");
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
         QCOMPARE(MenuLook(browser, 0).m_entries, QStringList()
@@ -467,7 +469,7 @@ private Q_SLOTS:
 
     void nothingIsLeftOfAMenuThatWasClosed()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.GiveObject(layer.AddCompound("X"));
         layer.AddResource("Local", "//local", layer.MakeSource("//local"));
         CommandBrowser browser;
@@ -502,7 +504,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, entry);
         QFETCH(QString, call);
-        CommandLayer layer;
+        FakeLayer layer;
         layer.GiveObject(layer.AddCompound("X"));
         ListeningBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -537,8 +539,8 @@ private Q_SLOTS:
         QFETCH(bool, signature);
         QFETCH(bool, modifiable);
         QFETCH(bool, known);
-        CommandLayer layer;
-        RecordedCompound& compound = layer.AddCompound("X");
+        FakeLayer layer;
+        FakeCompound& compound = layer.AddCompound("X");
         compound.m_signature = signature;
         compound.m_modifiable = modifiable;
         if (known)
@@ -560,12 +562,12 @@ private Q_SLOTS:
         QVERIFY(there);
         QVERIFY(!enabled);
         QCOMPARE(browser.m_calls, QStringList() << FromLatin1("menu closed") << FromLatin1("selection changed"));
-        QCOMPARE(layer.m_library->m_items.size(), std::size_t(1));
+        QCOMPARE(layer.m_contents->m_items.size(), std::size_t(1));
     }
 
     void theDeleteEntryIsConnectedAllTheSame()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.AddCompound("X");
         ListeningBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -578,7 +580,7 @@ private Q_SLOTS:
 
     void anItemWithoutEntriesHasAnEmptyMenuOrNone()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.Add(LibType::gType, "X");
         ListeningBrowser browser;
         ShowAll(browser, layer.GetAccessor());
@@ -600,8 +602,8 @@ private Q_SLOTS:
 
     void theDataSourcesOfACompound()
     {
-        CommandLayer layer;
-        RecordedCompound& compound = layer.AddCompound("X");
+        FakeLayer layer;
+        FakeCompound& compound = layer.AddCompound("X");
         layer.GiveObject(compound)->m_source = layer.MakeSource("//here");
         const auto here = layer.AddResource("Here", "//here", layer.MakeSource("//here"));
         layer.AddResource("Nowhere", "//nowhere", nullptr);
@@ -609,7 +611,7 @@ private Q_SLOTS:
         const auto fixed = layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
-        layer.m_log.clear();
+        layer.Forget();
         MenuLook look;
         QStringList tips;
         QList<QVariant> data;
@@ -649,7 +651,7 @@ private Q_SLOTS:
 
     void aDataSourceIsChosenWithTheKeyboard()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.GiveObject(layer.AddCompound("X"));
         layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
@@ -662,7 +664,7 @@ private Q_SLOTS:
 
     void aDataSourceThatIsOffCannotBeClicked()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.GiveObject(layer.AddCompound("X"));
         layer.AddResource("Fixed", "//fixed", layer.MakeSource("//fixed", 1));
         ListeningBrowser browser;
@@ -679,7 +681,7 @@ private Q_SLOTS:
 
     void aCompoundInAReadOnlySourceCanBeMovedNowhere()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.GiveObject(layer.AddCompound("X"))->m_source = layer.MakeSource("//here", 1);
         layer.AddResource("Here", "//here", layer.MakeSource("//here", 1));
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
@@ -693,8 +695,8 @@ private Q_SLOTS:
 
     void theSubmenuIsThereForACompoundThatCannotBeEdited()
     {
-        CommandLayer layer;
-        RecordedCompound& compound = layer.AddCompound("X");
+        FakeLayer layer;
+        FakeCompound& compound = layer.AddCompound("X");
         compound.m_modifiable = false;
         layer.GiveObject(compound);
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
@@ -714,7 +716,7 @@ private Q_SLOTS:
     void anEmptySubmenuIsShown()
     {
         QFETCH(bool, matches);
-        CommandLayer layer;
+        FakeLayer layer;
         layer.GiveObject(layer.AddCompound("X"));
         if (matches)
             layer.AddResource("Nowhere", "//nowhere", nullptr);
@@ -748,7 +750,7 @@ private Q_SLOTS:
     void nullPointersOfTheDatabaseAreThrownThroughTheMenu()
     {
         QFETCH(int, hole);
-        CommandLayer layer;
+        FakeLayer layer;
         const auto object = layer.GiveObject(layer.AddCompound("X"));
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
         ListeningBrowser browser;
@@ -767,7 +769,7 @@ private Q_SLOTS:
         QVERIFY(user.IsDone());
         QVERIFY(browser.m_threw);
         QVERIFY(!QApplication::activePopupWidget());
-        QVERIFY(browser.GetSelection() == layer.m_library->m_items[0]->m_id);
+        QVERIFY(browser.GetSelection() == layer.m_contents->m_items[0]->m_id);
     }
 
     void hostMenusGetTheCommands_data()
@@ -846,7 +848,7 @@ private Q_SLOTS:
 
     void hostCommandsAreDeafOnceTheBrowserIsGone()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
         browser->SetItemLibrary(layer.GetAccessor());
         QMenu menu;
@@ -858,12 +860,12 @@ private Q_SLOTS:
         for (int i = 0; i < 4; ++i)
             menu.actions().at(i)->trigger();
         QVERIFY(user.IsDone());
-        QCOMPARE(layer.m_log, QStringList());
+        QCOMPARE(layer.Commands(), QStringList());
     }
 
     void onlyTheContextMenuIsTranslated()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.GiveObject(layer.AddCompound("name %1"));
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -1027,17 +1029,13 @@ private:
         eEmptyLibrary
     };
 
-    struct NotTheHelper : public hmx::IBase
-    {
-    };
-
-    static RecordedItem& AddKind(CommandLayer& out_layer, const QByteArray& in_kind)
+    static FakeItem& AddKind(FakeLayer& out_layer, const QByteArray& in_kind)
     {
         if (in_kind == "compound")
             return out_layer.AddCompound("X");
         if (in_kind == "signature")
         {
-            RecordedCompound& signature = out_layer.AddCompound("X");
+            FakeCompound& signature = out_layer.AddCompound("X");
             signature.m_signature = true;
             return signature;
         }

@@ -2,7 +2,7 @@
 #include "datamodel/helpers.h"
 #include "qtcompat/latin1.h"
 #include "tests/nodebrowser/support/commandbrowser.h"
-#include "tests/nodebrowser/support/commandlayer.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
 
@@ -114,7 +114,7 @@ private Q_SLOTS:
     void confirmingTheDefaultNameCreatesAndMakesItTheTarget()
     {
         const Creation& creation = FetchCreation();
-        CommandLayer layer;
+        FakeLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         browser.SetCommandManager(&layer.m_commands);
@@ -128,9 +128,9 @@ private Q_SLOTS:
         QCOMPARE(name, FromLatin1(creation.m_defaultName));
         // Only a signature has no signature to build on.
         QCOMPARE(combos, creation.m_command == CNodeBrowser::eNewSignature ? 0 : 1);
-        QCOMPARE(layer.m_log, QStringList()
-                                  << FromLatin1(creation.m_log)
-                                  << FromLatin1("target %1, root none").arg(FromLatin1(creation.m_defaultName)));
+        QCOMPARE(layer.Commands(), QStringList()
+                                       << FromLatin1(creation.m_log)
+                                       << FromLatin1("target %1, root none").arg(FromLatin1(creation.m_defaultName)));
     }
 
     void nameAndCategoryArriveAsTyped_data() { AddCreationRows(); }
@@ -138,13 +138,13 @@ private Q_SLOTS:
     void nameAndCategoryArriveAsTyped()
     {
         const Creation& creation = FetchCreation();
-        CommandLayer layer;
+        FakeLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         Create(browser, creation, [](QDialog& in_dialog) { FillIn(in_dialog, "my node-\xE4", "a / b \xF6 "); });
-        QCOMPARE(layer.m_log.size(), 2);
-        QVERIFY(layer.m_log.at(0).contains(FromLatin1("'my_node_\xE4'")));
-        QVERIFY(layer.m_log.at(0).contains(FromLatin1("category: 'a / b \xF6 '")));
+        QCOMPARE(layer.Commands().size(), 2);
+        QVERIFY(layer.Commands().at(0).contains(FromLatin1("'my_node_\xE4'")));
+        QVERIFY(layer.Commands().at(0).contains(FromLatin1("category: 'a / b \xF6 '")));
     }
 
     void aMissingCommandManagerIsPassedOnAsItIs_data() { AddCreationRows(); }
@@ -152,12 +152,12 @@ private Q_SLOTS:
     void aMissingCommandManagerIsPassedOnAsItIs()
     {
         const Creation& creation = FetchCreation();
-        CommandLayer layer;
+        FakeLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         Create(browser, creation);
-        QCOMPARE(layer.m_log.size(), 2);
-        QVERIFY(layer.m_log.at(0).endsWith(FromLatin1(", no manager")));
+        QCOMPARE(layer.Commands().size(), 2);
+        QVERIFY(layer.Commands().at(0).endsWith(FromLatin1(", no manager")));
     }
 
     void leavingTheDialogCreatesNothing_data()
@@ -174,7 +174,7 @@ private Q_SLOTS:
     {
         QFETCH(int, way);
         const Creation& creation = FetchCreation();
-        CommandLayer layer;
+        FakeLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         Create(browser, creation, [way](QDialog& in_dialog) {
@@ -186,7 +186,7 @@ private Q_SLOTS:
             else
                 in_dialog.close();
         });
-        QCOMPARE(layer.m_log, QStringList());
+        QCOMPARE(layer.Commands(), QStringList());
     }
 
     void theNameAloneDecidesNotTheDialogsResult_data() { AddCreationRows(); }
@@ -194,7 +194,7 @@ private Q_SLOTS:
     void theNameAloneDecidesNotTheDialogsResult()
     {
         const Creation& creation = FetchCreation();
-        CommandLayer layer;
+        FakeLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         browser.SetCommandManager(&layer.m_commands);
@@ -210,16 +210,17 @@ private Q_SLOTS:
 
     void theListIsLeftToTheNotifications()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
-        Create(browser, FetchCreation(), [&layer](QDialog& in_dialog) {
-            layer.m_library->m_walks = 0; // the dialog has walked the compounds for its signatures
+        int iterations = 0;
+        Create(browser, FetchCreation(), [&layer, &iterations](QDialog& in_dialog) {
+            iterations = layer.Count("iterate"); // the dialog has gone through the compounds for its signatures
             Press(in_dialog, Qt::Key_Return);
         });
         Settle();
         QCOMPARE(layer.Lines("create").size(), 1);
-        QCOMPARE(layer.m_library->m_walks, 0);
+        QCOMPARE(layer.Count("iterate"), iterations);
     }
 
     void anEmptyNameIsRefusedAndThenLeft_data() { AddCreationRows(); }
@@ -227,7 +228,7 @@ private Q_SLOTS:
     void anEmptyNameIsRefusedAndThenLeft()
     {
         const Creation& creation = FetchCreation();
-        CommandLayer layer;
+        FakeLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         bool stayedOpen = false;
@@ -241,12 +242,12 @@ private Q_SLOTS:
         Trigger(browser, creation.m_command);
         QVERIFY(user.IsDone());
         QVERIFY(stayedOpen);
-        QCOMPARE(layer.m_log, QStringList());
+        QCOMPARE(layer.Commands(), QStringList());
     }
 
     void aNameAfterARefusalStillCounts()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         ModalUser user;
@@ -256,7 +257,7 @@ private Q_SLOTS:
         Trigger(browser, CNodeBrowser::eNewCompound);
         QVERIFY(user.IsDone());
         QCOMPARE(
-            layer.m_log,
+            layer.Commands(),
             QStringList() << FromLatin1("create 'Late', signature: no, base class: '', category: 'some', no manager")
                           << FromLatin1("target Late, root none"));
     }
@@ -271,25 +272,25 @@ private Q_SLOTS:
     void theChosenSignatureBecomesTheBaseClass()
     {
         const Creation& creation = FetchCreation();
-        CommandLayer layer;
-        RecordedCompound& second = layer.AddCompound("b");
+        FakeLayer layer;
+        FakeCompound& second = layer.AddCompound("b");
         second.m_signature = true;
         layer.GiveObject(second);
-        RecordedCompound& first = layer.AddCompound("a");
+        FakeCompound& first = layer.AddCompound("a");
         first.m_signature = true;
         layer.GiveObject(first);
         layer.AddCompound("c");
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
-        layer.m_log.clear();
+        layer.Forget();
         Create(browser, creation, [](QDialog& in_dialog) {
             QComboBox& combo = *in_dialog.findChild<QComboBox*>();
             Press(combo, Qt::Key_Down);
             Press(combo, Qt::Key_Down);
             ClickButton(in_dialog, "Ok");
         });
-        QCOMPARE(layer.m_log.size(), 2);
-        QVERIFY(layer.m_log.at(0).contains(FromLatin1("base class: '%1'").arg(FromLatin1(second.m_uid.c_str()))));
+        QCOMPARE(layer.Commands().size(), 2);
+        QVERIFY(layer.Commands().at(0).contains(FromLatin1("base class: '%1'").arg(FromLatin1(second.m_uid.c_str()))));
     }
 
     void aRefusedCreationLeavesTheTarget_data() { AddCreationRows(); }
@@ -297,13 +298,13 @@ private Q_SLOTS:
     void aRefusedCreationLeavesTheTarget()
     {
         const Creation& creation = FetchCreation();
-        CommandLayer layer;
+        FakeLayer layer;
         layer.m_library->m_refusing = true;
         CommandBrowser browser;
         browser.SetItemLibrary(layer.GetAccessor());
         browser.SetCommandManager(&layer.m_commands);
         Create(browser, creation);
-        QCOMPARE(layer.m_log, QStringList(FromLatin1(creation.m_log)));
+        QCOMPARE(layer.Commands(), QStringList(FromLatin1(creation.m_log)));
     }
 
     void withoutALibraryTheDialogOpensAndNothingIsMade_data() { AddCreationRows(); }
@@ -311,10 +312,10 @@ private Q_SLOTS:
     void withoutALibraryTheDialogOpensAndNothingIsMade()
     {
         const Creation& creation = FetchCreation();
-        CommandLayer layer;
+        FakeLayer layer;
         CommandBrowser browser;
         Create(browser, creation);
-        QCOMPARE(layer.m_log, QStringList());
+        QCOMPARE(layer.Commands(), QStringList());
     }
 
     void eachCreationIsOneStepThatIsTheTargetAndInTheListAfterTheNextPaint_data() { AddCreationRows(); }
@@ -436,7 +437,7 @@ private Q_SLOTS:
 
     void aBrowserDestroyedWhileItsDialogIsOpenMakesNothing()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
         browser->SetItemLibrary(layer.GetAccessor());
         browser->SetCommandManager(&layer.m_commands);
@@ -445,7 +446,7 @@ private Q_SLOTS:
             Press(in_dialog, Qt::Key_Return);
         });
         QVERIFY(!browser);
-        QCOMPARE(layer.m_log, QStringList());
+        QCOMPARE(layer.Commands(), QStringList());
     }
 
     void aBrowserMayBeDestroyedByWhatItCreates_data() { AddCreationRows(); }
@@ -478,7 +479,7 @@ private Q_SLOTS:
     void savingPreparesThenCommitsAndShowsNothing()
     {
         QFETCH(bool, failing);
-        CommandLayer layer;
+        FakeLayer layer;
         layer.m_library->m_refusing = failing;
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -488,9 +489,9 @@ private Q_SLOTS:
         QVERIFY(user.IsDone());
         QCOMPARE(paints, 0);
         QCOMPARE(CountVisibleWindows(), windows);
-        QCOMPARE(layer.m_log, QStringList() << FromLatin1("pre-commit")
-                                            << FromLatin1("commit, everything: no, source: "
-                                                          "00000000-0000-0000-0000-000000000000, messages: 0"));
+        QCOMPARE(layer.Commands(), QStringList() << FromLatin1("pre-commit")
+                                                 << FromLatin1("commit, everything: no, source: "
+                                                               "00000000-0000-0000-0000-000000000000, messages: 0"));
     }
 
     void savingAnInvalidLibraryAsksForNothing_data()
@@ -503,13 +504,13 @@ private Q_SLOTS:
     void savingAnInvalidLibraryAsksForNothing()
     {
         QFETCH(bool, attached);
-        CommandLayer layer;
+        FakeLayer layer;
         CommandBrowser browser;
         if (attached)
             browser.SetItemLibrary(layer.GetAccessor());
         layer.m_library->m_alive = false;
         Trigger(browser, CNodeBrowser::eSaveGraphLibrary);
-        QCOMPARE(layer.m_log, QStringList());
+        QCOMPARE(layer.Commands(), QStringList());
     }
 
     void savingClearsTheDirtyMarksOfTheWholeLibrary()

@@ -147,7 +147,7 @@ private Q_SLOTS:
         one.m_browser.OnEditItemTags();
         one.m_browser.OnShowItemFiles();
         QVERIFY(user.IsDone());
-        QCOMPARE(one.m_layer.m_log, QStringList());
+        QCOMPARE(one.m_layer.Commands(), QStringList());
     }
 
     void renamingAsksWithThePresentNameSelected()
@@ -162,7 +162,7 @@ private Q_SLOTS:
         });
         QCOMPARE(text, FromLatin1("Blend"));
         QCOMPARE(selected, FromLatin1("Blend"));
-        QCOMPARE(one.m_layer.m_log, QStringList());
+        QCOMPARE(one.m_layer.Commands(), QStringList());
     }
 
     void renaming_data()
@@ -188,7 +188,7 @@ private Q_SLOTS:
         QFETCH(QStringList, log);
         OneCompound<> one;
         Rename(one.m_browser, [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
-        QCOMPARE(one.m_layer.m_log, log);
+        QCOMPARE(one.m_layer.Commands(), log);
     }
 
     void confirmingTheNameUntouchedWritesNothing()
@@ -197,7 +197,7 @@ private Q_SLOTS:
         Rename(one.m_browser, [](QDialog& in_dialog) {
             QTest::mouseClick(in_dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
         });
-        QCOMPARE(one.m_layer.m_log, QStringList());
+        QCOMPARE(one.m_layer.Commands(), QStringList());
     }
 
     void leavingADialogWritesNothing_data()
@@ -226,7 +226,7 @@ private Q_SLOTS:
             else
                 in_dialog.close();
         });
-        QCOMPARE(one.m_layer.m_log, QStringList());
+        QCOMPARE(one.m_layer.Commands(), QStringList());
     }
 
     void writesPassOnAMissingCommandManager()
@@ -235,9 +235,9 @@ private Q_SLOTS:
         one.m_browser.SetCommandManager(nullptr);
         Rename(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
         EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
-        QCOMPARE(one.m_layer.m_log, QStringList()
-                                        << FromLatin1("rename Blend to 'Mix', no manager")
-                                        << FromLatin1("tag Blend under 'ApplicationTags' with 'x', no manager"));
+        QCOMPARE(one.m_layer.Commands(), QStringList()
+                                             << FromLatin1("rename Blend to 'Mix', no manager")
+                                             << FromLatin1("tag Blend under 'ApplicationTags' with 'x', no manager"));
     }
 
     void writesGoToTheCommandManagerOfTheMoment()
@@ -248,7 +248,7 @@ private Q_SLOTS:
             one.m_browser.SetCommandManager(&other);
             FillIn(in_dialog, "Mix");
         });
-        QCOMPARE(one.m_layer.m_log, QStringList(FromLatin1("rename Blend to 'Mix', another manager")));
+        QCOMPARE(one.m_layer.Commands(), QStringList(FromLatin1("rename Blend to 'Mix', another manager")));
     }
 
     void writeAccessIsNotTheBusinessOfTheCommands()
@@ -259,14 +259,14 @@ private Q_SLOTS:
         Rename(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
         EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         // Asked and left to the data layer; whether it may be changed is not even asked.
-        QCOMPARE(one.m_layer.m_log, QStringList()
-                                        << FromLatin1("rename Blend to 'Mix', the manager")
-                                        << FromLatin1("tag Blend under 'ApplicationTags' with 'x', the manager"));
+        QCOMPARE(one.m_layer.Commands(), QStringList()
+                                             << FromLatin1("rename Blend to 'Mix', the manager")
+                                             << FromLatin1("tag Blend under 'ApplicationTags' with 'x', the manager"));
     }
 
     void renamingWhatIsNoCompoundAsksAndWritesNothing()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         layer.Add(VireoType::gSolver, "Solver");
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -281,7 +281,7 @@ private Q_SLOTS:
         browser.OnRenameItem();
         QVERIFY(user.IsDone());
         QCOMPARE(text, FromLatin1("Solver"));
-        QCOMPARE(layer.m_log, QStringList());
+        QCOMPARE(layer.Commands(), QStringList());
     }
 
     void aRefusedRenameIsSilent()
@@ -311,7 +311,7 @@ private Q_SLOTS:
         const int paints = CountPaints(one.m_browser, [&] { one.m_browser.OnDeleteItem(); });
         QVERIFY(user.IsDone());
         QCOMPARE(paints, 0);
-        QCOMPARE(one.m_layer.m_log, QStringList());
+        QCOMPARE(one.m_layer.Commands(), QStringList());
         QCOMPARE(one.m_browser.SignalCount(), 1);
         QVERIFY(one.m_browser.GetSelection() == one.m_compound.m_id);
     }
@@ -338,7 +338,7 @@ private Q_SLOTS:
         });
         QCOMPARE(tags, FromLatin1("color;mix"));
         QVERIFY(named);
-        QCOMPARE(one.m_layer.m_log, QStringList());
+        QCOMPARE(one.m_layer.Commands(), QStringList());
     }
 
     void editingTags_data()
@@ -367,7 +367,7 @@ private Q_SLOTS:
         EditTags(one.m_browser, [&typed](QDialog& in_dialog) { FillIn(in_dialog, typed.constData()); });
         const QStringList wanted(FromLatin1("tag Blend under 'ApplicationTags' with '%1', the manager")
                                      .arg(FromLatin1(written.constData())));
-        QCOMPARE(one.m_layer.m_log, written == "-" ? QStringList() : wanted);
+        QCOMPARE(one.m_layer.Commands(), written == "-" ? QStringList() : wanted);
     }
 
     void confirmingUntouchedTagsWritesTheirPlainForm_data()
@@ -387,7 +387,7 @@ private Q_SLOTS:
         OneCompound<> one;
         one.m_compound.m_tags = old.constData();
         EditTags(one.m_browser, [](QDialog& in_dialog) { Press(in_dialog, Qt::Key_Return); });
-        QCOMPARE(one.m_layer.m_log, log);
+        QCOMPARE(one.m_layer.Commands(), log);
     }
 
     void whatStandsBehindANullCharacterIsNoPartOfTheTags()
@@ -398,7 +398,7 @@ private Q_SLOTS:
             Field(in_dialog).setText(FromLatin1("a") + QChar(0) + FromLatin1("b"));
             Press(in_dialog, Qt::Key_Return);
         });
-        QCOMPARE(one.m_layer.m_log, QStringList());
+        QCOMPARE(one.m_layer.Commands(), QStringList());
     }
 
     void aTagsDialogThatIsNotAcceptedWritesNothing()
@@ -408,7 +408,7 @@ private Q_SLOTS:
             FillIn(in_dialog, "x");
             in_dialog.setResult(QDialog::Rejected);
         });
-        QCOMPARE(one.m_layer.m_log, QStringList());
+        QCOMPARE(one.m_layer.Commands(), QStringList());
     }
 
     void everyResultButZeroAccepts()
@@ -423,18 +423,17 @@ private Q_SLOTS:
             in_dialog.setResult(2);
         });
         QCOMPARE(one.m_layer.Lines("rename").size(), 1);
-        QCOMPARE(one.m_layer.Lines("tag").size(), 1);
+        QCOMPARE(one.m_layer.Lines("tag ").size(), 1);
     }
 
     void theListIsLeftToTheNotifications()
     {
         OneCompound<> one;
-        one.m_layer.m_library->m_walks = 0;
         Rename(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "Mix"); });
         EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
         one.m_browser.OnShowItemFiles();
         Settle();
-        QCOMPARE(one.m_layer.m_library->m_walks, 0);
+        QCOMPARE(one.m_layer.Count("iterate"), 0);
     }
 
     void aBrowserMayBeDestroyedByWhatItWrites_data()
@@ -472,7 +471,7 @@ private Q_SLOTS:
         OneCompound<> one;
         one.m_layer.m_library->m_refusing = true;
         EditTags(one.m_browser, [](QDialog& in_dialog) { FillIn(in_dialog, "x"); });
-        QCOMPARE(one.m_layer.Lines("tag").size(), 1);
+        QCOMPARE(one.m_layer.Lines("tag ").size(), 1);
     }
 
     void newTagsAreOneStepThatTheNextSearchSees()
@@ -493,7 +492,7 @@ private Q_SLOTS:
         OneCompound<> one;
         one.m_browser.OnShowItemFiles();
         const QString uid = one.Uid();
-        QCOMPARE(one.m_layer.m_log,
+        QCOMPARE(one.m_layer.Commands(),
                  QStringList() << FromLatin1("find ") + uid << FromLatin1("show files %1, options: null").arg(uid));
     }
 
@@ -515,13 +514,13 @@ private Q_SLOTS:
         if (lack == 0)
             one.m_layer.SetSystemPresent(false);
         else if (lack == 1)
-            one.m_layer.m_helperPresent = false;
+            one.m_layer.SetService("RevisionControlUIHelper", nullptr);
         else if (lack == 2)
             one.m_compound.m_uid = "C0DE0000-0000-0000-0000-00000000000";
         else
             one.m_compound.m_uid = "C0DE0000-0000-0000-0000-0000DEADDEAD";
         one.m_browser.OnShowItemFiles();
-        QCOMPARE(one.m_layer.m_log, asked ? QStringList(FromLatin1("find ") + one.Uid()) : QStringList());
+        QCOMPARE(one.m_layer.Commands(), asked ? QStringList(FromLatin1("find ") + one.Uid()) : QStringList());
     }
 
     void filesOfEveryKindOfItemCanBeShown_data()
@@ -623,7 +622,7 @@ private Q_SLOTS:
     void aBrowserDestroyedWhileItsDialogIsOpenWritesNothing()
     {
         QFETCH(bool, tags);
-        CommandLayer layer;
+        FakeLayer layer;
         layer.AddCompound("Blend");
         std::unique_ptr<CommandBrowser> browser(new CommandBrowser);
         browser->SetCommandManager(&layer.m_commands);
@@ -631,14 +630,14 @@ private Q_SLOTS:
         ModalUser user;
         user.WhenMenuOpens([tags](QMenu& in_menu) { Choose(in_menu, tags ? "Edit Tags for Blend" : "Rename Blend"); });
         WhenOneOpens(user, tags, [&](QDialog& in_dialog) {
-            layer.m_log.clear();
+            layer.Forget();
             browser.reset();
             FillIn(in_dialog, "x");
         });
         browser->RightPress(0);
         QVERIFY(user.IsDone());
         QVERIFY(!browser);
-        QCOMPARE(layer.m_log, QStringList());
+        QCOMPARE(layer.Commands(), QStringList());
     }
 
     void rowsWhoseItemsAreGoneSinceTheLastPaintAreHarmless()

@@ -143,9 +143,9 @@ private Q_SLOTS:
         // The rows of both names and nothing else look different; the selected row is the same number.
         const int top = scene.m_browser.ListTop();
         const QRect changed = Difference(before, expected);
-        QVERIFY(changed.top() >= top + 24 && changed.bottom() < top + 72);
-        QVERIFY(Difference(before, expected, QRect(0, top + 24, 300, 24)).isValid());
-        QVERIFY(Difference(before, expected, QRect(0, top + 48, 300, 24)).isValid());
+        QVERIFY(changed.top() >= top + gRowHeight && changed.bottom() < top + 3 * gRowHeight);
+        QVERIFY(Difference(before, expected, QRect(0, top + gRowHeight, 300, gRowHeight)).isValid());
+        QVERIFY(Difference(before, expected, QRect(0, top + 2 * gRowHeight, 300, gRowHeight)).isValid());
         QVERIFY(scene.m_browser.GetSelection() == scene.m_library.FindByName("Mix"));
 
         scene.m_stack.undo();
@@ -166,7 +166,7 @@ private Q_SLOTS:
         const QImage before = testcompat::ScreenPicture(scene.m_browser).toImage();
         scene.RenameBlend(1, "Zebra");
         Settle();
-        const QRect rows(0, scene.m_browser.ListTop(), 300, 72);
+        const QRect rows(0, scene.m_browser.ListTop(), 300, 3 * gRowHeight);
         const QImage after = testcompat::ScreenPicture(scene.m_browser).toImage();
         QVERIFY(Difference(before, after, rows).isValid());
         QVERIFY(!Difference(scene.Look(), after, rows).isValid());

@@ -3,6 +3,7 @@
 #include "tests/nodebrowser/support/onecompound.h"
 #include "tests/nodebrowser/support/pictures.h"
 #include "tests/nodebrowser/support/plaindisplay.h"
+#include "tests/nodebrowser/support/propertiesmanager.h"
 #include "tests/nodebrowser/support/spylayer.h"
 #include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
@@ -53,11 +54,11 @@ private Q_SLOTS:
         });
         // The new state comes back by itself or not at all: nothing is refreshed here.
         QCOMPARE(paints, 0);
-        QCOMPARE(one.m_layer.m_log, QStringList()
-                                        << FromLatin1("find ") + one.Uid()
-                                        << FromLatin1("check out %1, result: yes, interactive: yes").arg(one.Uid())
-                                        << FromLatin1("find ") + one.Uid()
-                                        << FromLatin1("make writable %1, interactive: yes").arg(one.Uid()));
+        QCOMPARE(one.m_layer.Commands(), QStringList()
+                                             << FromLatin1("find ") + one.Uid()
+                                             << FromLatin1("check out %1, result: yes, interactive: yes").arg(one.Uid())
+                                             << FromLatin1("find ") + one.Uid()
+                                             << FromLatin1("make writable %1, interactive: yes").arg(one.Uid()));
     }
 
     void theyAreCommandsThatAHostCanConnect_data()
@@ -72,7 +73,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, slot);
         QFETCH(QByteArray, line);
-        CommandLayer layer;
+        FakeLayer layer;
         layer.GiveObject(layer.Add(VireoType::gSolver, "Solver"));
         CommandBrowser browser;
         ShowLibrary(browser, layer.GetAccessor());
@@ -106,19 +107,19 @@ private Q_SLOTS:
         else if (lack == 2)
             one.m_layer.SetSystemPresent(false);
         else if (lack == 3)
-            one.m_layer.m_helperPresent = false;
+            one.m_layer.SetService("RevisionControlUIHelper", nullptr);
         else if (lack == 4)
             one.m_compound.m_uid = "Blend";
         else if (lack == 5)
             one.m_compound.m_uid = "C0DE0000-0000-0000-0000-0000DEADDEAD";
         else if (lack == 6)
             one.m_compound.m_alive = false;
-        one.m_layer.m_log.clear();
+        one.m_layer.Forget();
         one.m_browser.OnCheckOutItem();
         one.m_browser.OnMakeItemWritable();
         QVERIFY(user.IsDone());
         const QString find = FromLatin1("find C0DE0000-0000-0000-0000-0000DEADDEAD");
-        QCOMPARE(one.m_layer.m_log, asked ? QStringList() << find << find : QStringList());
+        QCOMPARE(one.m_layer.Commands(), asked ? QStringList() << find << find : QStringList());
     }
 
     void theNewStateComesBackAsANotification()
@@ -142,12 +143,12 @@ private Q_SLOTS:
         OneCompound<> one;
         one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
         MoveTo(one.m_browser, "There");
-        QCOMPARE(QStringList(one.m_layer.m_log.mid(3)),
+        QCOMPARE(QStringList(one.m_layer.Commands().mid(3)),
                  QStringList() << FromLatin1("find ") + one.Uid() << FromLatin1("database helper")
                                << FromLatin1("move %1 to '//there', with content: yes").arg(one.Uid()));
-        QCOMPARE(one.m_layer.m_log.at(0), FromLatin1("find ") + one.Uid());
-        QVERIFY(one.m_layer.m_log.at(1).startsWith(FromLatin1("can modify Blend")));
-        QVERIFY(one.m_layer.m_log.at(2).startsWith(FromLatin1("query")));
+        QCOMPARE(one.m_layer.Commands().at(0), FromLatin1("find ") + one.Uid());
+        QVERIFY(one.m_layer.Commands().at(1).startsWith(FromLatin1("can modify Blend")));
+        QVERIFY(one.m_layer.Commands().at(2).startsWith(FromLatin1("query")));
     }
 
     void aMoveKnowsItsCompoundByItself()
@@ -172,11 +173,10 @@ private Q_SLOTS:
     {
         OneCompound<> one;
         one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
-        one.m_layer.m_library->m_walks = 0;
         MoveTo(one.m_browser, "There");
         Settle();
         QCOMPARE(one.m_layer.Lines("move").size(), 1);
-        QCOMPARE(one.m_layer.m_library->m_walks, 0);
+        QCOMPARE(one.m_layer.Count("iterate"), 0);
     }
 
     void aMoveDoesNotAskAgainWhatTheMenuAsked()
@@ -198,10 +198,10 @@ private Q_SLOTS:
         one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
         one.m_layer.m_database->m_refusing = true;
         QCOMPARE(CountPaints(one.m_browser, [&one] { one.m_browser.OnCheckOutItem(); }), 0);
-        QCOMPARE(one.m_layer.m_log.filter(FromLatin1("check out ")).size(), 1);
+        QCOMPARE(one.m_layer.Commands().filter(FromLatin1("check out ")).size(), 1);
 
         MoveTo(one.m_browser, "There");
-        QCOMPARE(one.m_layer.m_log.filter(FromLatin1("move ")).size(), 1);
+        QCOMPARE(one.m_layer.Commands().filter(FromLatin1("move ")).size(), 1);
         QVERIFY(!QApplication::activeModalWidget());
         QCOMPARE(CountPaints(one.m_browser, [] {}), 0);
     }
@@ -220,17 +220,17 @@ private Q_SLOTS:
         one.m_layer.AddResource("There", "//there", one.m_layer.MakeSource("//there"));
         UseSources(one.m_browser, 0, [&](QMenu& in_submenu) {
             if (system)
-                one.m_layer.m_helperPresent = false;
+                one.m_layer.SetService("RevisionControlUIHelper", nullptr);
             else
                 one.m_layer.SetSystemPresent(false);
             // Without a helper nobody looks at what the entry would move where.
             for (QAction* const action : in_submenu.actions())
                 action->setData(QVariant());
-            one.m_layer.m_log.clear();
+            one.m_layer.Forget();
             Choose(in_submenu, "There");
         });
         QVERIFY(!one.m_browser.m_threw);
-        QCOMPARE(one.m_layer.m_log, QStringList());
+        QCOMPARE(one.m_layer.Commands(), QStringList());
     }
 
     void aMoveOfWhatIsUnknownThrowsAndMovesNothing_data()
@@ -249,14 +249,14 @@ private Q_SLOTS:
         const nexa4::DisableErrorReportingGuard quiet;
         UseSources(one.m_browser, 0, [&](QMenu& in_submenu) {
             (compound ? one.m_object->m_id : resource->m_id) = one.m_layer.m_database->MakeId(0xBADu);
-            one.m_layer.m_log.clear();
+            one.m_layer.Forget();
             Choose(in_submenu, "There");
         });
         QVERIFY(one.m_browser.m_threw);
         // It looked as far as there was something to be found.
-        QCOMPARE(one.m_layer.m_log, compound
-                                        ? QStringList(FromLatin1("find ") + uid)
-                                        : QStringList() << FromLatin1("find ") + uid << FromLatin1("database helper"));
+        QCOMPARE(one.m_layer.Commands(), compound ? QStringList(FromLatin1("find ") + uid)
+                                                  : QStringList()
+                                                        << FromLatin1("find ") + uid << FromLatin1("database helper"));
     }
 
     void aMoveThatNoEntryAskedForDoesNothing()
@@ -269,7 +269,7 @@ private Q_SLOTS:
         timer.start(0);
         QVERIFY(WaitFor([&timer] { return !timer.isActive(); }));
         QVERIFY(!one.m_browser.m_threw);
-        QCOMPARE(one.m_layer.m_log, QStringList());
+        QCOMPARE(one.m_layer.Commands(), QStringList());
     }
 
     void aMoveIsOneStepToUndoAndShowsInTheNextMenu()
@@ -299,18 +299,18 @@ private Q_SLOTS:
         layer.GetSourceControl().SetVersionControlActive(true);
         Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Compound("Blend"));
-        FakePropertiesManager manager(m_log);
+        FakePropertiesManager manager(m_record);
         layer.SetService("RevisionControlPropertiesMgr", &manager);
         CommandBrowser browser;
         ShowLibrary(browser, spy.Watch(library.GetAccessor()));
         spy.Forget();
         manager.m_enabled = true;
         QVERIFY(CountPaints(browser, [&manager] { manager.Tell(&manager); }) > 0);
-        QCOMPARE(CountLines(spy.m_log, "request 1"), 1);
+        QCOMPARE(spy.Count("request 1"), 1);
         QCOMPARE(spy.CountRebuilds(), 1);
         spy.Forget();
         QCOMPARE(CountPaints(browser, [&manager] { manager.Tell(&manager); }), 0);
-        QCOMPARE(CountLines(spy.m_log, "request"), 0);
+        QCOMPARE(spy.Count("request"), 0);
         QCOMPARE(spy.CountRebuilds(), 0);
     }
 
@@ -347,7 +347,7 @@ private Q_SLOTS:
         Library& library = layer.AddLibrary("Nodes");
         library.Add(NewItem::Compound("Blend"));
         library.Add(NewItem::Solver("Solver"));
-        FakePropertiesManager manager(m_log);
+        FakePropertiesManager manager(m_record);
         manager.m_enabled = true;
         layer.SetService("RevisionControlPropertiesMgr", &manager);
         CommandBrowser browser;
@@ -361,7 +361,7 @@ private Q_SLOTS:
         QVERIFY(!spy.m_icons[0].m_active);
         QCOMPARE(CountPaints(browser, [&manager] { manager.Tell(&manager); }), 0);
         QCOMPARE(spy.m_icons.size(), std::size_t(1));
-        QCOMPARE(CountLines(spy.m_log, "request"), 0);
+        QCOMPARE(spy.Count("request"), 0);
     }
 
     void whatSwitchesTheDisplayOff_data()
@@ -381,7 +381,7 @@ private Q_SLOTS:
         layer.GetSourceControl().SetVersionControlActive(true);
         Library& library = layer.AddLibrary("Nodes");
         const ItemID item = library.Add(NewItem::Compound("Blend"));
-        FakePropertiesManager manager(m_log);
+        FakePropertiesManager manager(m_record);
         manager.m_enabled = true;
         layer.SetService("RevisionControlPropertiesMgr", &manager);
         CommandBrowser browser;
@@ -389,12 +389,12 @@ private Q_SLOTS:
         manager.m_has = change != 1;
         manager.m_enabled = change != 2;
         layer.GetSourceControl().SetVersionControlActive(change != 3);
-        m_log.clear();
+        m_record.Forget();
         spy.Forget();
         QCOMPARE(CountPaints(browser, [&] { manager.Tell(change == 0 ? nullptr : &manager); }), 0);
-        QCOMPARE(m_log, change == 0   ? QStringList()
-                        : change == 1 ? QStringList(FromLatin1("has"))
-                                      : QStringList() << FromLatin1("has") << FromLatin1("read"));
+        QCOMPARE(m_record.Log(), change == 0   ? QStringList()
+                                 : change == 1 ? QStringList(FromLatin1("has"))
+                                               : QStringList() << FromLatin1("has") << FromLatin1("read"));
         // Cleared at once, and drawn without versioning from then on.
         QCOMPARE(spy.m_icons.size(), std::size_t(1));
         layer.GetSourceControl().SetVersionControlActive(true);
@@ -406,7 +406,7 @@ private Q_SLOTS:
     void versionControlIsAskedForOnlyWhenTheDisplayIsWanted()
     {
         DataLayer layer;
-        FakePropertiesManager manager(m_log);
+        FakePropertiesManager manager(m_record);
         layer.SetService("RevisionControlPropertiesMgr", &manager);
         CommandBrowser browser;
         PlainDisplay display;
@@ -423,7 +423,7 @@ private Q_SLOTS:
     }
 
 private:
-    QStringList m_log;
+    Recorder m_record;
 };
 
 NODEBROWSER_TEST_MAIN(TestSourceControlCommands)

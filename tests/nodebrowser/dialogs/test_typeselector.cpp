@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/nodebrowser.h"
+#include "nodebrowser/rowlayout.h"
 #include "nodebrowser/typeselector.h"
 #include "qtcompat/latin1.h"
 #include "tests/nodebrowser/dialogs/dialogfixture.h"
+#include "tests/support/otherservice.h"
 #include "tests/support/testmain.h"
 
 #include <QHBoxLayout>
@@ -41,11 +43,6 @@ public:
     ItemID m_float;
 };
 
-/// Another service than the one that is asked for.
-class OtherService : public hmx::IBase
-{
-};
-
 CNodeBrowser& Browser(const QWidget& in_selector)
 {
     return *in_selector.findChild<CNodeBrowser*>();
@@ -60,7 +57,8 @@ QLineEdit& SearchField(const QWidget& in_selector)
 void PressRow(const QWidget& in_selector, int in_row, Qt::MouseButton in_button = Qt::LeftButton)
 {
     CNodeBrowser& browser = Browser(in_selector);
-    QTest::mouseClick(&browser, in_button, Qt::NoModifier, QPoint(browser.width() / 2, 23 + 24 * in_row + 12));
+    QTest::mouseClick(&browser, in_button, Qt::NoModifier,
+                      QPoint(browser.width() / 2, gListTop + gRowHeight * in_row + gRowHeight / 2));
 }
 
 /// Lets the browser paint, and so read its library.

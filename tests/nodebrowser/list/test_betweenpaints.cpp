@@ -78,9 +78,9 @@ private Q_SLOTS:
     void changesAreTakenInWhenNothingOfTheListIsInSight_data()
     {
         QTest::addColumn<int>("visible");
-        QTest::newRow("the search field") << 20;
-        QTest::newRow("the whole header") << 43;
-        QTest::newRow("a line of the list") << 44;
+        QTest::newRow("the search field") << gHeaderHeight;
+        QTest::newRow("the whole header") << gBrowserTop;
+        QTest::newRow("a line of the list") << gBrowserTop + 1;
     }
 
     void changesAreTakenInWhenNothingOfTheListIsInSight()

@@ -59,7 +59,8 @@ private Q_SLOTS:
         SpyLayer spy;
         ProbedBrowser browser;
         browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        QCOMPARE(QStringList(spy.m_log.mid(3)).join(QLatin1String("|")),
+        const QStringList log = spy.Lines("library|contents|iterate|valid|dirty|request|task ended");
+        QCOMPARE(QStringList(log.mid(3)).join(QLatin1String("|")),
                  QString::fromLatin1("iterate PolymorphicSolver|iterate Compound|iterate GlobalConstant|"
                                      "iterate Solver|iterate Type"));
     }
@@ -150,12 +151,12 @@ private Q_SLOTS:
         SpyLayer spy;
         ProbedBrowser browser;
         browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        QCOMPARE(CountLines(spy.m_log, "valid Compound"), 2);
-        QCOMPARE(CountLines(spy.m_log, "valid Type"), 1);
-        QCOMPARE(CountLines(spy.m_log, "valid Solver"), 1);
-        QCOMPARE(CountLines(spy.m_log, "valid PolymorphicSolver"), 1);
-        QCOMPARE(CountLines(spy.m_log, "valid GlobalConstant"), 1);
-        QCOMPARE(CountLines(spy.m_log, "valid"), 6);
+        QCOMPARE(spy.Count("valid Compound"), 2);
+        QCOMPARE(spy.Count("valid Type"), 1);
+        QCOMPARE(spy.Count("valid Solver"), 1);
+        QCOMPARE(spy.Count("valid PolymorphicSolver"), 1);
+        QCOMPARE(spy.Count("valid GlobalConstant"), 1);
+        QCOMPARE(spy.Count("valid"), 6);
     }
 
     void anEmptyLibraryIsListedAsNothing()
@@ -224,7 +225,8 @@ private Q_SLOTS:
         SpyLayer spy;
         ProbedBrowser browser;
         browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        QCOMPARE(spy.m_tagKeys.join(QLatin1String("|")), QString::fromLatin1("ApplicationTags"));
+        QCOMPARE(spy.Count("tags"), 2);
+        QCOMPARE(spy.Lines("tags").filter(QString::fromLatin1(" 'ApplicationTags'")).size(), 2);
     }
 
     void tagsOfTheLibraryBeforeAreForgotten()
@@ -245,8 +247,8 @@ private Q_SLOTS:
         ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
         QTest::keyClicks(&browser.SearchField(), QString::fromLatin1("a"));
         Settle();
-        QVERIFY(spy.m_nameReads > 0);
-        QCOMPARE(spy.m_oddNameReads, 0);
+        QVERIFY(spy.Count("name") > 0);
+        QCOMPARE(spy.Count("odd name"), 0);
     }
 
     void sortingReadsEachNameOnce()
@@ -256,7 +258,7 @@ private Q_SLOTS:
         SpyLayer spy;
         ProbedBrowser browser;
         browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        QCOMPARE(spy.m_nameReads, 200);
+        QCOMPARE(spy.Count("name"), 200);
     }
 
     void theFirstPaintRequestsTheStatesOfSourceControlledItems()
@@ -412,10 +414,10 @@ private:
         return browser.RowNames(m_library->GetAccessor()).join(QLatin1String(","));
     }
 
-    static QString StatesOfIcons(const SpyRecord& in_record)
+    static QString StatesOfIcons(const SpyLayer& in_spy)
     {
         QStringList states;
-        for (const SpyRecord::Icon& icon : in_record.m_icons)
+        for (const SpyLayer::Icon& icon : in_spy.m_icons)
             states << QString::number(icon.m_state);
         return states.join(QLatin1String(" "));
     }

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "nodebrowser/tagindex.h"
+#include "tests/support/random.h"
 #include "tests/support/testmain.h"
 
 #include <boost/algorithm/string/find.hpp>
-
-#include <random>
 
 namespace
 {
@@ -167,25 +166,19 @@ private Q_SLOTS:
 
     void agreesWithASearchTagByTag()
     {
-        std::mt19937 random(5u);
-        std::uniform_int_distribution<std::size_t> pick(0, 7);
-        const auto text = [&](std::size_t in_letters) {
-            std::string made;
-            for (std::size_t left = in_letters; left > 0; --left)
-                made += "abABx\xE4\xC4\xB5"[pick(random)];
-            return made;
-        };
+        Random random(TestSeed(5));
+        const char letters[] = "abABx\xE4\xC4\xB5";
         std::vector<std::set<std::string>> tags(20);
         for (std::size_t i = 0; i < tags.size(); ++i)
             m_index.Add("");
         for (int change = 0; change < 3000; ++change)
         {
-            const std::uint32_t item = static_cast<std::uint32_t>(random() % tags.size());
-            const std::string first = text(1 + pick(random));
-            const std::string second = text(1 + pick(random));
+            const std::uint32_t item = static_cast<std::uint32_t>(random.Below(static_cast<int>(tags.size())));
+            const std::string first = random.Text(letters, 1, 8);
+            const std::string second = random.Text(letters, 1, 8);
             m_index.SetTags(item, first + ";" + second);
             tags[item] = {first, second};
-            const std::string word = text(1 + pick(random) % 3);
+            const std::string word = random.Text(letters, 1, 3);
             std::set<std::uint32_t> expected;
             for (std::uint32_t i = 0; i < tags.size(); ++i)
                 for (const std::string& tag : tags[i])

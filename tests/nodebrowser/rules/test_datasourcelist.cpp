@@ -3,7 +3,7 @@
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/datasourcelist.h"
 #include "qtcompat/latin1.h"
-#include "tests/nodebrowser/support/commandlayer.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/support/testmain.h"
 
 using memorymodel::DataLayer;
@@ -50,17 +50,17 @@ template <class Call> bool Throws(Call in_call)
 /// A compound with an object in a source of its own.
 struct Compound
 {
-    explicit Compound(CommandLayer& out_layer, int in_state = 0)
+    explicit Compound(FakeLayer& out_layer, int in_state = 0)
         : m_item(out_layer.AddCompound("X")),
           m_object(out_layer.GiveObject(m_item)),
           m_handle(out_layer.m_database->FindObject(m_object->m_id))
     {
         m_object->m_source = out_layer.MakeSource("//here", in_state);
-        out_layer.m_log.clear();
+        out_layer.Forget();
     }
 
-    RecordedCompound& m_item;
-    const std::shared_ptr<RecordedObject> m_object;
+    FakeCompound& m_item;
+    const std::shared_ptr<FakeObject> m_object;
     const NEXAHandle<IDbObject> m_handle;
 };
 
@@ -73,16 +73,16 @@ class TestDataSourceList : public QObject
 private Q_SLOTS:
     void theDatabaseIsAskedOnceWithThePlainQuery()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer);
         QVERIFY(ListDataSources(compound.m_handle).empty());
-        QCOMPARE(layer.m_log, QStringList(FromLatin1("query 'select object where IS_OF_TYPE_VERSION( "
-                                                     "{0FACE000-1111-2222-3333-444455556666 } )', loaded: yes")));
+        QCOMPARE(layer.Commands(), QStringList(FromLatin1("query 'select object where IS_OF_TYPE_VERSION( "
+                                                          "{0FACE000-1111-2222-3333-444455556666 } )', loaded: yes")));
     }
 
     void sourcesAreListedInTheDatabasesOrder()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer);
         layer.AddResource("b", "//b", layer.MakeSource("//b"));
         layer.AddResource("c", "//c", layer.MakeSource("//c"));
@@ -93,7 +93,7 @@ private Q_SLOTS:
 
     void anEntrySaysWhatItIsAbout()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer);
         const auto resource = layer.AddResource("Gr\xF6\xDF"
                                                 "e",
@@ -133,7 +133,7 @@ private Q_SLOTS:
         QFETCH(QString, uri);
         QFETCH(int, state);
         QFETCH(QString, label);
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer, own);
         const std::string location = uri.toLatin1().constData();
         layer.AddResource("R", location, layer.MakeSource(location, state));
@@ -142,7 +142,7 @@ private Q_SLOTS:
 
     void theOwnSourceIsToldByItsLocationNotByItsName()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer);
         layer.AddResource("Twin", "//there", layer.MakeSource("//there"));
         layer.AddResource("Twin", "//here", layer.MakeSource("//here"));
@@ -152,7 +152,7 @@ private Q_SLOTS:
 
     void resourcesThatLeadToNoSourceAreSkipped()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer);
         layer.AddResource("Nowhere", "//here", nullptr);
         layer.AddResource("There", "//there", layer.MakeSource("//there"));
@@ -162,7 +162,7 @@ private Q_SLOTS:
 
     void theSourceIsThatOfTheDesignatedValue()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer);
         const auto resource = layer.AddResource("R", "//there", nullptr);
         resource->m_source = layer.MakeSource("//of the resource itself");
@@ -173,7 +173,7 @@ private Q_SLOTS:
 
     void aCompoundsMissingSourceMattersOnlyWhenThereIsAnotherOne()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer);
         compound.m_object->m_source.reset();
         layer.AddResource("Nowhere", "//nowhere", nullptr);
@@ -185,7 +185,7 @@ private Q_SLOTS:
 
     void listingThrowsWhereTheDatabaseHasNothing()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer);
         const nexa4::DisableErrorReportingGuard quiet;
         QVERIFY(Throws([&] { ListDataSources(NEXAHandle<IDbObject>()); }));
@@ -205,18 +205,18 @@ private Q_SLOTS:
 
     void aMoveGoesThroughTheHelperOfTheCompoundsDatabase()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer);
         const auto resource = layer.AddResource("There", "//there", layer.MakeSource("//there"));
         MoveToDataSource(compound.m_handle, resource->m_id);
-        QCOMPARE(layer.m_log, QStringList() << FromLatin1("database helper")
-                                            << FromLatin1("move %1 to '//there', with content: yes")
-                                                   .arg(FromLatin1(compound.m_item.m_uid.c_str())));
+        QCOMPARE(layer.Commands(), QStringList() << FromLatin1("database helper")
+                                                 << FromLatin1("move %1 to '//there', with content: yes")
+                                                        .arg(FromLatin1(compound.m_item.m_uid.c_str())));
     }
 
     void aMoveChecksNoAccess()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer, 1);
         const auto here = layer.AddResource("Here", "//here", layer.MakeSource("//here", 1));
         MoveToDataSource(compound.m_handle, here->m_id);
@@ -225,7 +225,7 @@ private Q_SLOTS:
 
     void aMoveToAResourceWithoutASourceIsTheHelpersBusiness()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer);
         const auto nowhere = layer.AddResource("Nowhere", "//nowhere", nullptr);
         MoveToDataSource(compound.m_handle, nowhere->m_id);
@@ -237,16 +237,16 @@ private Q_SLOTS:
 
     void aMoveThrowsAndMovesNothingWhereTheDatabaseHasNothing()
     {
-        CommandLayer layer;
+        FakeLayer layer;
         const Compound compound(layer);
         const auto there = layer.AddResource("There", "//there", layer.MakeSource("//there"));
         const nexa4::DisableErrorReportingGuard quiet;
         QVERIFY(Throws([&] { MoveToDataSource(NEXAHandle<IDbObject>(), there->m_id); }));
-        QCOMPARE(layer.m_log, QStringList());
+        QCOMPARE(layer.Commands(), QStringList());
         QVERIFY(Throws([&] { MoveToDataSource(compound.m_handle, nexa4::UID_Null()); }));
         QVERIFY(Throws([&] { MoveToDataSource(compound.m_handle, compound.m_object->m_id); }));
         // The helper comes first, then the resource.
-        QCOMPARE(layer.m_log, QStringList() << FromLatin1("database helper") << FromLatin1("database helper"));
+        QCOMPARE(layer.Commands(), QStringList() << FromLatin1("database helper") << FromLatin1("database helper"));
         layer.m_database->m_helped = false;
         QVERIFY(Throws([&] { MoveToDataSource(compound.m_handle, there->m_id); }));
         QCOMPARE(layer.Lines("move"), QStringList());

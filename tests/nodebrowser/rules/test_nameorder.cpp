@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "nodebrowser/nameorder.h"
+#include "tests/support/random.h"
 #include "tests/support/testmain.h"
 
 #include <algorithm>
-#include <random>
 
 namespace
 {
@@ -86,18 +86,12 @@ private Q_SLOTS:
 
     void agreesWithAStableSortOfFoldedNames()
     {
-        std::mt19937 random(11u);
-        std::uniform_int_distribution<int> length(0, 20);
-        std::uniform_int_distribution<std::size_t> pick(0, 7);
+        Random random(TestSeed(11));
         for (int round = 0; round < 300; ++round)
         {
             std::vector<std::string> names;
             for (int left = round; left > 0; --left)
-            {
-                names.emplace_back();
-                for (int letters = length(random); letters > 0; --letters)
-                    names.back() += "aaaAbB_\xC4"[pick(random)];
-            }
+                names.push_back(random.Text("aaaAbB_\xC4", 0, 20));
             std::vector<std::pair<std::string, std::uint32_t>> folded;
             for (const std::string& name : names)
             {

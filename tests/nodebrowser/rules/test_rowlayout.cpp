@@ -22,6 +22,16 @@ class TestRowLayout : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    /// Here alone the measures are numbers: the other tests take them by name.
+    void measures()
+    {
+        QCOMPARE(gRowHeight, 24);
+        QCOMPARE(gListTop, 23);
+        QCOMPARE(gListTop + gTabBarRoom, 43);
+        QCOMPARE(gTabBarRoom, 20);
+        QCOMPARE(gHeaderHeight, 20);
+    }
+
     void pointsMapToRows_data()
     {
         QTest::addColumn<int>("x");

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/searchscore.h"
+#include "tests/support/random.h"
 #include "tests/support/testmain.h"
 
 #include <algorithm>
-#include <random>
 #include <vector>
 
 using memorymodel::NewItem;
@@ -119,15 +119,9 @@ int PlainScore(const std::string& in_text, const std::string& in_name, const std
 
 /// Short texts over few characters, so that random words are found often: white space, both cases, Latin-1 letters with
 /// and without an upper case, and other bytes above 127, a no-break space among them.
-std::string RandomText(std::mt19937& in_random, int in_longest)
+std::string RandomText(Random& io_random, int in_longest)
 {
-    static const char characters[] = "aabbAB   \t\n.1\xE4\xC4\xFF\xDF\xD7\xA0\xB5";
-    std::uniform_int_distribution<int> length(0, in_longest);
-    std::uniform_int_distribution<std::size_t> pick(0, sizeof characters - 2);
-    std::string text;
-    for (int left = length(in_random); left > 0; --left)
-        text += characters[pick(in_random)];
-    return text;
+    return io_random.Text("aabbAB   \t\n.1\xE4\xC4\xFF\xDF\xD7\xA0\xB5", 0, in_longest);
 }
 
 } // namespace
@@ -205,7 +199,7 @@ private Q_SLOTS:
 
     void agreesWithASlowSecondVersionOnRandomPairs()
     {
-        std::mt19937 random(20090423u);
+        Random random(TestSeed(20090423));
         int found = 0;
         const int pairs = 200000;
         for (int pair = 0; pair < pairs; ++pair)

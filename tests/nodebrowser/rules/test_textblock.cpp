@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "nodebrowser/textblock.h"
+#include "tests/support/random.h"
 #include "tests/support/testmain.h"
-
-#include <random>
 
 namespace
 {
@@ -106,22 +105,14 @@ private Q_SLOTS:
 
     void agreesWithASearchTextByText()
     {
-        std::mt19937 random(7u);
-        std::uniform_int_distribution<int> length(0, 12);
-        std::uniform_int_distribution<int> letter('a', 'c');
-        const auto text = [&](int in_longest) {
-            std::string made;
-            for (int left = length(random) % (in_longest + 1); left > 0; --left)
-                made += static_cast<char>(letter(random));
-            return made;
-        };
+        Random random(TestSeed(7));
         for (int block = 0; block < 2000; ++block)
         {
             std::vector<std::string> texts;
             // Long runs of texts without the word between two hits, too.
             for (int left = block % 60; left > 0; --left)
-                texts.push_back(left % 7 ? "x" : text(12));
-            const std::string word = text(4);
+                texts.push_back(left % 7 ? "x" : random.Text("abc", 0, 12));
+            const std::string word = random.Text("abc", 0, 4);
             QCOMPARE(Found(texts, word), PlainFound(texts, word));
         }
     }

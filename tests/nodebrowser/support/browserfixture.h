@@ -4,6 +4,7 @@
 
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/nodebrowser.h"
+#include "nodebrowser/rowlayout.h"
 #include "tests/support/testcompat.h"
 #include "tests/support/waiting.h"
 
@@ -17,6 +18,9 @@
 #include <QtTest>
 
 #include <vector>
+
+/// Where the first row starts below the tab bar.
+const int gBrowserTop = gListTop + gTabBarRoom;
 
 /// A type name that reads like the one of compounds and is another one: types are told apart by address.
 const char gOtherCompound[] = "Compound";
@@ -38,10 +42,13 @@ public:
     QScrollBar& ScrollBar() { return *findChild<QScrollBar*>(); }
     QTabBar* TabBar() { return findChild<QTabBar*>(); }
 
-    int ListTop() { return TabBar() ? 43 : 23; }
+    int ListTop() { return TabBar() ? gBrowserTop : gListTop; }
 
     /// The middle of a row of the list, wherever it is scrolled to.
-    QPoint RowCentre(int in_row) { return QPoint(width() / 2, ListTop() - ScrollBar().value() + 24 * in_row + 12); }
+    QPoint RowCentre(int in_row)
+    {
+        return QPoint(width() / 2, ListTop() - ScrollBar().value() + gRowHeight * in_row + gRowHeight / 2);
+    }
 
     /// The names of the rows as last laid out.
     QStringList RowNames(const vireo::datamodel::ItemLibraryAccessor& in_library)

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "qtcompat/latin1.h"
 #include "tests/nodebrowser/support/browserfixture.h"
+#include "tests/nodebrowser/support/fakelayer.h"
+#include "tests/nodebrowser/support/propertiesmanager.h"
 #include "tests/nodebrowser/support/spylayer.h"
+#include "tests/support/otherservice.h"
 #include "tests/support/testmain.h"
 
 #include <QIcon>
@@ -36,7 +39,7 @@ class DeathLog : public QObject
     Q_OBJECT
 
 public:
-    explicit DeathLog(QStringList& in_log) : m_log(in_log) {}
+    explicit DeathLog(Recorder& out_recorder) : m_recorder(out_recorder) {}
 
     void Watch(QObject* in_object, const char* in_name)
     {
@@ -46,10 +49,10 @@ public:
     }
 
 public Q_SLOTS:
-    void Note(QObject* in_object) { m_log << m_names.at(m_objects.indexOf(in_object)); }
+    void Note(QObject* in_object) { m_recorder.Command(m_names.at(m_objects.indexOf(in_object))); }
 
 private:
-    QStringList& m_log;
+    Recorder& m_recorder;
     QList<QObject*> m_objects;
     QStringList m_names;
 };
@@ -78,20 +81,8 @@ bool TakeConnection(QObject& in_sender, const char* in_signal, QObject& in_recei
            !QObject::disconnect(&in_sender, in_signal, &in_receiver, in_slot);
 }
 
-/// A log without the lines that begin with a text.
-QStringList Without(const QStringList& in_log, const char* in_beginning)
-{
-    QStringList rest;
-    for (int i = 0; i < in_log.size(); ++i)
-        if (!in_log.at(i).startsWith(QLatin1String(in_beginning)))
-            rest << in_log.at(i);
-    return rest;
-}
-
-/// A service that is no properties manager.
-class OtherService : public hmx::IBase
-{
-};
+/// The lines of a log that tell who observes what, which lists are read, and what becomes of states.
+const char gBrowsing[] = "library|contents|iterate|dirty|request|task ended";
 
 } // namespace
 
@@ -304,11 +295,11 @@ private Q_SLOTS:
         ProbedBrowser browser(eConfigTypeSelector);
         ShowLibrary(browser, m_library->GetAccessor());
         QCOMPARE(browser.RowNames(m_library->GetAccessor()).join(QLatin1String(",")), FromLatin1("Colour,Vector"));
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 23));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, gListTop));
         QVERIFY(!browser.GetSelection().IsValid());
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 24));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, gListTop + 1));
         QVERIFY(browser.GetSelection() == m_library->FindByName("Colour"));
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 23 + 24));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, gListTop + gRowHeight));
         QVERIFY(browser.GetSelection() == m_library->FindByName("Vector"));
     }
 
@@ -316,9 +307,9 @@ private Q_SLOTS:
     {
         ProbedBrowser browser;
         ShowLibrary(browser, m_library->GetAccessor());
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, 43));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, gBrowserTop));
         QVERIFY(!browser.GetSelection().IsValid());
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, 44));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(200, gBrowserTop + 1));
         QVERIFY(browser.GetSelection() == m_library->FindByName("Add"));
     }
 
@@ -327,19 +318,19 @@ private Q_SLOTS:
         SpyLayer spy;
         ProbedBrowser browser;
         ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
-        QCOMPARE(spy.m_taskNames.join(QLatin1String(",")), FromLatin1("NodeBrowser"));
+        QCOMPARE(spy.Lines("request").join(QLatin1String("|")), FromLatin1("request 1 for NodeBrowser"));
     }
 
     void thePropertiesManagerIsConnectedAndThenAskedOnce()
     {
-        QStringList log;
-        FakePropertiesManager manager(log);
+        Recorder record;
+        FakePropertiesManager manager(record);
         m_layer->SetService("RevisionControlPropertiesMgr", &manager);
         {
             ProbedBrowser browser;
-            QCOMPARE(log.join(QLatin1String(",")), FromLatin1("connect,has,read"));
+            QCOMPARE(record.Log().join(QLatin1String(",")), FromLatin1("connect,has,read"));
         }
-        QCOMPARE(log.join(QLatin1String(",")), FromLatin1("connect,has,read,disconnect"));
+        QCOMPARE(record.Log().join(QLatin1String(",")), FromLatin1("connect,has,read,disconnect"));
     }
 
     void aBrowserWithoutPropertiesManagerWorks_data()
@@ -394,7 +385,7 @@ private Q_SLOTS:
         QVERIFY(browser.GetCommandManager() == commands);
         QCOMPARE(CountPaints(browser, [&] { browser.SetCommandManager(nullptr); }), 0);
         QVERIFY(!browser.GetCommandManager());
-        QVERIFY(spy.m_log.isEmpty());
+        QVERIFY(spy.Log().isEmpty());
         QCOMPARE(selections.count(), 0);
     }
 
@@ -403,8 +394,8 @@ private Q_SLOTS:
         SpyLayer spy;
         ProbedBrowser browser;
         browser.SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        QCOMPARE(Without(spy.m_log, "valid").join(QLatin1String("|")),
-                 FromLatin1("library+40 A|toc of A|toc+39 A|iterate PolymorphicSolver|iterate Compound|"
+        QCOMPARE(spy.Lines(gBrowsing).join(QLatin1String("|")),
+                 FromLatin1("library+40 A|contents of A|contents+39 A|iterate PolymorphicSolver|iterate Compound|"
                             "iterate GlobalConstant|iterate Solver|iterate Type"));
         QCOMPARE(spy.m_requests.size(), std::size_t(0));
         QCOMPARE(browser.GetRowCount(), std::size_t(0));
@@ -418,8 +409,8 @@ private Q_SLOTS:
         browser.SetItemLibrary(spy.Watch(m_library->GetAccessor(), "A"));
         spy.Forget();
         browser.SetItemLibrary(spy.Watch(other.GetAccessor(), "B"));
-        QCOMPARE(QStringList(spy.m_log.mid(0, 5)).join(QLatin1String("|")),
-                 FromLatin1("toc-39 A|library-40 A|library+40 B|toc of B|toc+39 B"));
+        QCOMPARE(QStringList(spy.Lines(gBrowsing).mid(0, 5)).join(QLatin1String("|")),
+                 FromLatin1("contents-39 A|library-40 A|library+40 B|contents of B|contents+39 B"));
         QCOMPARE(spy.CountRebuilds(), 1);
     }
 
@@ -431,8 +422,8 @@ private Q_SLOTS:
         ShowLibrary(browser, library);
         spy.Forget();
         browser.SetItemLibrary(library);
-        QCOMPARE(QStringList(spy.m_log.mid(0, 5)).join(QLatin1String("|")),
-                 FromLatin1("toc-39 A|library-40 A|library+40 A|toc of A|toc+39 A"));
+        QCOMPARE(QStringList(spy.Lines(gBrowsing).mid(0, 5)).join(QLatin1String("|")),
+                 FromLatin1("contents-39 A|library-40 A|library+40 A|contents of A|contents+39 A"));
         QCOMPARE(spy.CountRebuilds(), 1);
         Settle();
         QCOMPARE(browser.GetRowCount(), std::size_t(2));
@@ -443,6 +434,40 @@ private Q_SLOTS:
         QCOMPARE(browser.GetRowCount(), std::size_t(3));
     }
 
+    void theContentsAndTheLibraryAreLeftIndependently_data()
+    {
+        QTest::addColumn<bool>("dies");
+        QTest::addColumn<bool>("contents");
+        QTest::addColumn<bool>("library");
+        QTest::newRow("dies, both valid") << true << true << true;
+        QTest::newRow("dies, no library") << true << true << false;
+        QTest::newRow("dies, no contents") << true << false << true;
+        QTest::newRow("dies, neither") << true << false << false;
+        QTest::newRow("another library, both valid") << false << true << true;
+        QTest::newRow("another library, no library") << false << true << false;
+        QTest::newRow("another library, no contents") << false << false << true;
+        QTest::newRow("another library, neither") << false << false << false;
+    }
+
+    void theContentsAndTheLibraryAreLeftIndependently()
+    {
+        QFETCH(bool, dies);
+        QFETCH(bool, contents);
+        QFETCH(bool, library);
+        FakeLayer layer;
+        std::unique_ptr<ProbedBrowser> browser(new ProbedBrowser);
+        browser->SetItemLibrary(layer.GetAccessor());
+        layer.Forget();
+        layer.m_contents->m_alive = contents;
+        layer.m_library->m_alive = library;
+        if (dies)
+            browser.reset();
+        else
+            browser->SetItemLibrary(ItemLibraryAccessor());
+        QCOMPARE(layer.Log(), QStringList() << (contents ? QStringList(FromLatin1("contents-39 A")) : QStringList())
+                                            << (library ? QStringList(FromLatin1("library-40 A")) : QStringList()));
+    }
+
     void aLibraryThatWasClosedIsNotLeft()
     {
         SpyLayer spy;
@@ -451,8 +476,8 @@ private Q_SLOTS:
         m_library->Close();
         spy.Forget();
         browser.SetItemLibrary(spy.Watch(m_layer->AddLibrary("B").GetAccessor(), "B"));
-        QCOMPARE(QStringList(spy.m_log.mid(0, 3)).join(QLatin1String("|")),
-                 FromLatin1("library+40 B|toc of B|toc+39 B"));
+        QCOMPARE(QStringList(spy.Lines(gBrowsing).mid(0, 3)).join(QLatin1String("|")),
+                 FromLatin1("library+40 B|contents of B|contents+39 B"));
     }
 
     void attachingAnInvalidLibraryLeavesTheOldOneAndShowsNothingAtTheNextPaint()
@@ -462,7 +487,7 @@ private Q_SLOTS:
         ShowLibrary(browser, spy.Watch(m_library->GetAccessor()));
         spy.Forget();
         QCOMPARE(CountPaints(browser, [&] { browser.SetItemLibrary(ItemLibraryAccessor()); }), 0);
-        QCOMPARE(spy.m_log.join(QLatin1String("|")), FromLatin1("toc-39 A|library-40 A"));
+        QCOMPARE(spy.Log().join(QLatin1String("|")), FromLatin1("contents-39 A|library-40 A"));
         QCOMPARE(browser.GetRowCount(), std::size_t(2));
         QVERIFY(!browser.GetRowItem(0).IsValid());
         browser.update();
@@ -534,24 +559,24 @@ private Q_SLOTS:
             m_library->Add(NewItem::Solver(FromLatin1("S%1").arg(i + 10).toLatin1().constData()));
         ProbedBrowser browser;
         ShowLibrary(browser, m_library->GetAccessor());
-        QMetaObject::invokeMethod(&browser, "SliderValueChanged", Q_ARG(int, 240));
+        QMetaObject::invokeMethod(&browser, "SliderValueChanged", Q_ARG(int, 10 * gRowHeight));
         Settle();
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 60));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, gBrowserTop + 17));
         QVERIFY(browser.GetSelection() == m_library->FindByName("Add"));
         int paints =
             CountPaints(browser, [&] { QMetaObject::invokeMethod(&browser, "SliderValueChanged", Q_ARG(int, 0)); });
         QCOMPARE(paints, 1);
-        browser.ScrollBar().setValue(48);
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, 60));
+        browser.ScrollBar().setValue(2 * gRowHeight);
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, gBrowserTop + 17));
         QVERIFY(browser.GetSelection() == m_library->FindByName("S10"));
     }
 
     void aBrowserDiesInOrder()
     {
         SpyLayer spy;
-        FakePropertiesManager manager(spy.m_log);
+        FakePropertiesManager manager(spy);
         m_layer->SetService("RevisionControlPropertiesMgr", &manager);
-        DeathLog deaths(spy.m_log);
+        DeathLog deaths(spy);
         std::unique_ptr<ProbedBrowser> browser(new ProbedBrowser);
         deaths.Watch(&browser->SearchField(), "search field");
         deaths.Watch(&browser->ClearingButton(), "clear button");
@@ -559,24 +584,24 @@ private Q_SLOTS:
         deaths.Watch(browser->TabBar(), "tab bar");
         deaths.Watch(browser.get(), "browser");
         browser->SetItemLibrary(spy.Watch(m_library->GetAccessor()));
-        spy.m_log.clear();
+        spy.Forget();
         browser.reset();
-        QCOMPARE(spy.m_log.join(QLatin1String("|")),
-                 FromLatin1("toc-39 A|library-40 A|scroll bar|tab bar|search field|clear button|"
+        QCOMPARE(spy.Log().join(QLatin1String("|")),
+                 FromLatin1("contents-39 A|library-40 A|scroll bar|tab bar|search field|clear button|"
                             "task ended NodeBrowser|disconnect|browser"));
     }
 
     void aTypeSelectorDiesInOrder()
     {
         SpyLayer spy;
-        DeathLog deaths(spy.m_log);
+        DeathLog deaths(spy);
         std::unique_ptr<ProbedBrowser> browser(new ProbedBrowser(eConfigTypeSelector));
         deaths.Watch(&browser->SearchField(), "search field");
         deaths.Watch(&browser->ClearingButton(), "clear button");
         deaths.Watch(&browser->ScrollBar(), "scroll bar");
-        spy.m_log.clear();
+        spy.Forget();
         browser.reset();
-        QCOMPARE(spy.m_log.join(QLatin1String("|")),
+        QCOMPARE(spy.Log().join(QLatin1String("|")),
                  FromLatin1("scroll bar|search field|clear button|task ended NodeBrowser"));
     }
 
@@ -588,7 +613,7 @@ private Q_SLOTS:
             ShowBrowser(browser);
             spy.Forget();
         }
-        QCOMPARE(spy.m_log.join(QLatin1String("|")), FromLatin1("task ended NodeBrowser"));
+        QCOMPARE(spy.Log().join(QLatin1String("|")), FromLatin1("task ended NodeBrowser"));
     }
 
     void aLibraryThatWasClosedIsNotLeftByADyingBrowser()
@@ -601,7 +626,7 @@ private Q_SLOTS:
             Settle();
             spy.Forget();
         }
-        QCOMPARE(spy.m_log.join(QLatin1String("|")), FromLatin1("task ended NodeBrowser"));
+        QCOMPARE(spy.Log().join(QLatin1String("|")), FromLatin1("task ended NodeBrowser"));
     }
 
     void nobodyCallsABrowserThatIsGone()

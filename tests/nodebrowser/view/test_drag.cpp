@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
 
@@ -178,7 +178,7 @@ struct Scene
     /// The text that stands for the item of a row.
     QString RowText(int in_row) const { return SerializedText(m_library.GetItem(in_row).m_id); }
 
-    FakeLibrary m_library;
+    FakeLayer m_library;
     ProbedBrowser m_browser;
     DropTarget m_target;
     Hand m_hand;
@@ -254,7 +254,7 @@ private Q_SLOTS:
         QVERIFY(!text.empty());
         QByteArray expected;
         const unsigned bytes = static_cast<unsigned>(text.size()) * 2;
-        for (int shift = 24; shift >= 0; shift -= 8)
+        for (int shift = gRowHeight; shift >= 0; shift -= 8)
             expected.append(static_cast<char>((bytes >> shift) & 0xFFu));
         for (char character : text)
         {
@@ -302,7 +302,7 @@ private Q_SLOTS:
 
     void aTypeSelectorCanBeDraggedFromToo()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(LibType::gType, "Colour");
         ProbedBrowser browser(eConfigTypeSelector);
         ShowLibrary(browser, library.GetAccessor());
@@ -377,7 +377,7 @@ private Q_SLOTS:
         QVERIFY(scene.m_browser.GetSelection() == scene.m_library.GetItem(0).m_id);
         scene.m_hand.Move(QPoint(1, 1));
         QCOMPARE(scene.m_hand.m_drags, 0);
-        scene.m_hand.Move(QPoint(0, 96));
+        scene.m_hand.Move(QPoint(0, 4 * gRowHeight));
         QCOMPARE(scene.m_hand.m_drags, 1);
     }
 
@@ -420,7 +420,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("button");
         QTest::addColumn<QPoint>("position");
-        QTest::newRow("middle button on a row") << int(Qt::MiddleButton) << QPoint(100, 43 + 12);
+        QTest::newRow("middle button on a row") << int(Qt::MiddleButton) << QPoint(100, gBrowserTop + gRowHeight / 2);
         QTest::newRow("left button below the rows") << int(Qt::LeftButton) << QPoint(100, 390);
         QTest::newRow("left button in the header") << int(Qt::LeftButton) << QPoint(290, 42);
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "qtcompat/qtcompat.h"
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/pictures.h"
 #include "tests/support/testmain.h"
 
@@ -18,7 +18,7 @@ namespace
 /// Room for exactly this many rows in a browser with tabs.
 int HeightFor(int in_rows)
 {
-    return 43 + 24 * in_rows;
+    return gBrowserTop + gRowHeight * in_rows;
 }
 
 } // namespace
@@ -46,12 +46,12 @@ private Q_SLOTS:
         QTest::addColumn<int>("config");
         QTest::addColumn<int>("listTop");
         QTest::addColumn<QSize>("size");
-        QTest::newRow("browser") << 0 << 43 << QSize(300, 400);
-        QTest::newRow("browser, wide") << 0 << 43 << QSize(900, 200);
-        QTest::newRow("browser, as high as its header") << 0 << 43 << QSize(200, 43);
-        QTest::newRow("type selector") << 1 << 23 << QSize(300, 400);
-        QTest::newRow("type selector, tall") << 1 << 23 << QSize(120, 800);
-        QTest::newRow("a configuration without a name") << 7 << 23 << QSize(300, 400);
+        QTest::newRow("browser") << 0 << gBrowserTop << QSize(300, 400);
+        QTest::newRow("browser, wide") << 0 << gBrowserTop << QSize(900, 200);
+        QTest::newRow("browser, as high as its header") << 0 << gBrowserTop << QSize(200, gBrowserTop);
+        QTest::newRow("type selector") << 1 << gListTop << QSize(300, 400);
+        QTest::newRow("type selector, tall") << 1 << gListTop << QSize(120, 800);
+        QTest::newRow("a configuration without a name") << 7 << gListTop << QSize(300, 400);
     }
 
     void childrenFollowTheSize()
@@ -65,17 +65,18 @@ private Q_SLOTS:
         Settle();
         const int width = size.width();
         QCOMPARE(browser.size(), size);
-        QCOMPARE(browser.SearchField().geometry(), QRect(0, 0, width - 20, 20));
-        QCOMPARE(browser.ClearingButton().geometry(), QRect(width - 20, 0, 20, 20));
-        QCOMPARE(browser.ScrollBar().geometry(), QRect(width - 20, listTop, 20, size.height() - listTop));
+        QCOMPARE(browser.SearchField().geometry(), QRect(0, 0, width - gHeaderHeight, gHeaderHeight));
+        QCOMPARE(browser.ClearingButton().geometry(), QRect(width - gHeaderHeight, 0, gHeaderHeight, gHeaderHeight));
+        QCOMPARE(browser.ScrollBar().geometry(),
+                 QRect(width - gHeaderHeight, listTop, gHeaderHeight, size.height() - listTop));
         QCOMPARE(browser.TabBar() != nullptr, config == 0);
         if (browser.TabBar())
-            QCOMPARE(browser.TabBar()->pos(), QPoint(0, 20));
+            QCOMPARE(browser.TabBar()->pos(), QPoint(0, gHeaderHeight));
     }
 
     void sizesBelowTheHeaderAreHarmless()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(30);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -86,10 +87,10 @@ private Q_SLOTS:
             Picture(browser);
         }
         QCOMPARE(browser.SearchField().pos(), QPoint(0, 0));
-        QCOMPARE(browser.ClearingButton().pos(), QPoint(browser.width() - 20, 0));
+        QCOMPARE(browser.ClearingButton().pos(), QPoint(browser.width() - gHeaderHeight, 0));
         browser.resize(300, 400);
         Settle();
-        QCOMPARE(browser.ScrollBar().maximum(), 30 * 24 - (400 - 43));
+        QCOMPARE(browser.ScrollBar().maximum(), 30 * gRowHeight - (400 - gBrowserTop));
         QCOMPARE(browser.ScrollBar().value(), 0);
     }
 
@@ -109,6 +110,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("style");
         QTest::addColumn<int>("fontSize");
         const QStringList styles = QStyleFactory::keys();
+        QVERIFY(!styles.isEmpty());
         for (int i = 0; i < styles.size(); ++i)
             for (int fontSize = 0; fontSize <= 36; fontSize += 18)
             {
@@ -130,11 +132,11 @@ private Q_SLOTS:
         }
         ProbedBrowser browser;
         ShowBrowser(browser, 600, 300);
-        QCOMPARE(browser.TabBar()->y(), 20);
-        QCOMPARE(browser.TabBar()->height(), 23);
+        QCOMPARE(browser.TabBar()->y(), gHeaderHeight);
+        QCOMPARE(browser.TabBar()->height(), gBrowserTop - gHeaderHeight);
         QVERIFY(browser.TabBar()->isVisible());
         QCOMPARE(browser.childAt(5, 42), static_cast<QWidget*>(browser.TabBar()));
-        QVERIFY(!browser.childAt(5, 43));
+        QVERIFY(!browser.childAt(5, gBrowserTop));
     }
 
     void tabBarStillEndsThereWhenStyleAndFontChangeLater()
@@ -142,6 +144,7 @@ private Q_SLOTS:
         ProbedBrowser browser;
         ShowBrowser(browser, 600, 300);
         const QStringList styles = QStyleFactory::keys();
+        QVERIFY(!styles.isEmpty());
         for (int i = 0; i < styles.size(); ++i)
         {
             QVERIFY(QApplication::setStyle(styles.at(i)));
@@ -150,13 +153,13 @@ private Q_SLOTS:
             QApplication::setFont(font);
             browser.resize(browser.width() - 1, browser.height());
             Settle();
-            QCOMPARE(browser.TabBar()->geometry().bottom() + 1, 43);
+            QCOMPARE(browser.TabBar()->geometry().bottom() + 1, gBrowserTop);
         }
     }
 
     void scrollBarHidesWhenAllRowsFit()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(10);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
@@ -167,20 +170,20 @@ private Q_SLOTS:
 
     void scrollBarShowsForOneRowMoreThanFits()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(11);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
         QVERIFY(browser.ScrollBar().isVisible());
         QCOMPARE(browser.ScrollBar().minimum(), 0);
-        QCOMPARE(browser.ScrollBar().maximum(), 24);
+        QCOMPARE(browser.ScrollBar().maximum(), gRowHeight);
         QCOMPARE(browser.ScrollBar().pageStep(), 240);
         QCOMPARE(browser.ScrollBar().singleStep(), 1);
     }
 
     void scrollBarShowsForOnePixelTooLittle()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(10);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
@@ -194,18 +197,18 @@ private Q_SLOTS:
 
     void scrollBarCountsFromTheListTopOfATypeSelector()
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 10; ++i)
             library.Add(LibType::gType, "Type");
         ProbedBrowser browser(eConfigTypeSelector);
-        ShowLibrary(browser, library.GetAccessor(), 300, 23 + 200);
+        ShowLibrary(browser, library.GetAccessor(), 300, gListTop + 200);
         QCOMPARE(browser.ScrollBar().maximum(), 40);
         QCOMPARE(browser.ScrollBar().pageStep(), 200);
     }
 
     void withoutRowsTheScrollBarIsHiddenAtZero()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -219,13 +222,13 @@ private Q_SLOTS:
 
     void hidingLeavesTheRangeAsItWas()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         const int maximum = browser.ScrollBar().maximum();
         const int pageStep = browser.ScrollBar().pageStep();
-        QCOMPARE(maximum, 40 * 24 - 357);
+        QCOMPARE(maximum, 40 * gRowHeight - (400 - gBrowserTop));
         browser.SearchField().setText(QString::fromLatin1("001"));
         Settle();
         QVERIFY(!browser.ScrollBar().isVisible());
@@ -246,7 +249,7 @@ private Q_SLOTS:
 
     void fewerRowsClampTheScrollPosition()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         for (int i = 0; i < 20; ++i)
             library.Add(VireoType::gSolver, "Other");
@@ -254,16 +257,16 @@ private Q_SLOTS:
         ShowLibrary(browser, library.GetAccessor());
         browser.ScrollBar().setValue(browser.ScrollBar().maximum());
         Settle();
-        QCOMPARE(browser.ScrollBar().value(), 60 * 24 - 357);
+        QCOMPARE(browser.ScrollBar().value(), 60 * gRowHeight - (400 - gBrowserTop));
         browser.SearchField().setText(QString::fromLatin1("other"));
         Settle();
-        QCOMPARE(browser.ScrollBar().maximum(), 20 * 24 - 357);
-        QCOMPARE(browser.ScrollBar().value(), 20 * 24 - 357);
+        QCOMPARE(browser.ScrollBar().maximum(), 20 * gRowHeight - (400 - gBrowserTop));
+        QCOMPARE(browser.ScrollBar().value(), 20 * gRowHeight - (400 - gBrowserTop));
     }
 
     void aScrollPositionThatStillFitsIsKept()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(60);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -276,7 +279,7 @@ private Q_SLOTS:
 
     void growingClampsTheScrollPositionAndMovesTheRows()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(20);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor(), 300, HeightFor(10));
@@ -284,15 +287,15 @@ private Q_SLOTS:
         Settle();
         browser.resize(300, HeightFor(15));
         Settle();
-        QCOMPARE(browser.ScrollBar().value(), 120);
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, 43 + 1));
-        QTest::mouseRelease(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, 43 + 1));
+        QCOMPARE(browser.ScrollBar().value(), 5 * gRowHeight);
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, gBrowserTop + 1));
+        QTest::mouseRelease(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, gBrowserTop + 1));
         QVERIFY(browser.GetSelection() == library.GetItem(5).m_id);
     }
 
     void theScrollBarMovesByOnePixelPerStep()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(60);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -301,7 +304,7 @@ private Q_SLOTS:
         browser.ScrollBar().triggerAction(QAbstractSlider::SliderSingleStepAdd);
         QCOMPARE(browser.ScrollBar().value(), 1);
         const QImage after = PictureWithoutChildren(browser);
-        const QRect list(0, 43, 300, 356);
+        const QRect list(0, gBrowserTop, 300, 399 - gBrowserTop);
         QVERIFY(before != after);
         QVERIFY(before.copy(list.translated(0, 1)) == after.copy(list));
     }
@@ -312,19 +315,19 @@ private Q_SLOTS:
         QTest::addColumn<int>("scroll");
         QTest::addColumn<int>("y");
         QTest::addColumn<int>("row");
-        QTest::newRow("list top") << 0 << 0 << 43 << -1;
-        QTest::newRow("list top + 1") << 0 << 0 << 44 << 0;
-        QTest::newRow("list top + 23") << 0 << 0 << 66 << 0;
-        QTest::newRow("list top + 24") << 0 << 0 << 67 << 1;
-        QTest::newRow("list top + 47") << 0 << 0 << 90 << 1;
-        QTest::newRow("list top + 48") << 0 << 0 << 91 << 2;
-        QTest::newRow("scrolled by 23, list top") << 0 << 23 << 43 << -1;
-        QTest::newRow("scrolled by 23, list top + 1") << 0 << 23 << 44 << 1;
+        QTest::newRow("list top") << 0 << 0 << gBrowserTop << -1;
+        QTest::newRow("list top + 1") << 0 << 0 << gBrowserTop + 1 << 0;
+        QTest::newRow("last line of a row") << 0 << 0 << gBrowserTop + gRowHeight - 1 << 0;
+        QTest::newRow("second row") << 0 << 0 << gBrowserTop + gRowHeight << 1;
+        QTest::newRow("last line of the second row") << 0 << 0 << gBrowserTop + 2 * gRowHeight - 1 << 1;
+        QTest::newRow("third row") << 0 << 0 << gBrowserTop + 2 * gRowHeight << 2;
+        QTest::newRow("scrolled by a row less a pixel, list top") << 0 << gRowHeight - 1 << gBrowserTop << -1;
+        QTest::newRow("scrolled by a row less a pixel, list top + 1") << 0 << gRowHeight - 1 << gBrowserTop + 1 << 1;
         QTest::newRow("scrolled by 10, list top + 13") << 0 << 10 << 56 << 0;
         QTest::newRow("scrolled by 10, list top + 14") << 0 << 10 << 57 << 1;
-        QTest::newRow("type selector, list top") << 1 << 0 << 23 << -1;
-        QTest::newRow("type selector, list top + 1") << 1 << 0 << 24 << 0;
-        QTest::newRow("type selector, list top + 24") << 1 << 0 << 47 << 1;
+        QTest::newRow("type selector, list top") << 1 << 0 << gListTop << -1;
+        QTest::newRow("type selector, list top + 1") << 1 << 0 << gListTop + 1 << 0;
+        QTest::newRow("type selector, second row") << 1 << 0 << gListTop + gRowHeight << 1;
     }
 
     void rowsMapToTheMouseInPixels()
@@ -333,7 +336,7 @@ private Q_SLOTS:
         QFETCH(int, scroll);
         QFETCH(int, y);
         QFETCH(int, row);
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 40; ++i)
             library.Add(config == 0 ? VireoType::gSolver : LibType::gType,
                         std::string(static_cast<std::size_t>(i), 'a'));
@@ -350,7 +353,7 @@ private Q_SLOTS:
 
     void aPointAtTheRightEdgeIsOutsideAndLeftOfTheWidgetIsNot()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -358,7 +361,7 @@ private Q_SLOTS:
         const int xs[] = {300, 299, 281, 0, -5};
         for (int x : xs)
         {
-            const QPoint position(x, 43 + 30);
+            const QPoint position(x, gBrowserTop + gRowHeight + 6);
             QMouseEvent press(QEvent::MouseButtonPress, position, browser.mapToGlobal(position), Qt::LeftButton,
                               Qt::LeftButton, Qt::NoModifier);
             QCoreApplication::sendEvent(&browser, &press);
@@ -389,7 +392,7 @@ private Q_SLOTS:
 
     void manyRowsOfOneNameKeepTheOrderOfTheList()
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 100; ++i)
             library.Add(VireoType::gSolver, "Same");
         ProbedBrowser browser;
@@ -403,23 +406,23 @@ private Q_SLOTS:
 
     void aResizeNeverRebuilds()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(100);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         browser.SearchField().setText(QString::fromLatin1("node"));
         Settle();
-        library.ForgetCounts();
+        library.Forget();
         for (int step = 1; step <= 10; ++step)
         {
             browser.resize(300 + step, 400 - step);
             Settle();
         }
-        QCOMPARE(library.GetWalks(), 0);
+        QCOMPARE(library.Count("iterate"), 0);
         // Filtering again would ask for the names of all rows.
-        QVERIFY(library.GetItem(0).m_nameReads > 0);
-        QCOMPARE(library.GetItem(50).m_nameReads, 0);
-        QCOMPARE(library.GetItem(99).m_nameReads, 0);
+        QVERIFY(library.Count("name", library.GetItem(0).m_id) > 0);
+        QCOMPARE(library.Count("name", library.GetItem(50).m_id), 0);
+        QCOMPARE(library.Count("name", library.GetItem(99).m_id), 0);
     }
 
     void aResizeUsesTheRowsOfTheLastPaint()
@@ -442,7 +445,7 @@ private Q_SLOTS:
 
     void anInvalidLibraryLeavesAShownScrollBarAsItWas()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -462,7 +465,7 @@ private Q_SLOTS:
 
     void theNewRowsWaitForThePaint()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());

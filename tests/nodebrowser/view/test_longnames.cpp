@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/pictures.h"
 #include "tests/support/testmain.h"
 
@@ -59,7 +59,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, name);
         QFETCH(bool, visible);
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 3; ++i)
             library.AddAs(VireoType::gCompound, gNoIcon, "");
         library.GetItem(1).m_name = std::string(name.constData(), static_cast<std::size_t>(name.size()));
@@ -75,7 +75,7 @@ private Q_SLOTS:
         while (browser.GetRowItem(static_cast<std::size_t>(row)).GetItemID() != library.GetItem(1).m_id)
             ++row;
         // The rectangle that names are drawn in reaches one line into the next row.
-        const QRect place(35, 43 + 24 * row, 300 - 35, 25);
+        const QRect place(35, gBrowserTop + gRowHeight * row, 300 - 35, gRowHeight + 1);
         const QRect ink = Difference(PictureWithoutChildren(browser), empty);
         QCOMPARE(ink.isValid(), visible);
         QVERIFY2(!ink.isValid() || place.contains(ink), qPrintable(QString::number(ink.bottom())));
@@ -139,7 +139,7 @@ private:
     /// How much a list that is full of one name draws: the bytes of a recording of its paint.
     static uint MeasurePaint(const std::string& in_name)
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 20; ++i)
             library.Add(VireoType::gSolver, in_name);
         ProbedBrowser browser;

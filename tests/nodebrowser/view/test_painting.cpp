@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "qtcompat/qtcompat.h"
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/pictures.h"
 #include "tests/nodebrowser/support/plaindisplay.h"
 #include "tests/support/testmain.h"
@@ -19,7 +19,7 @@ namespace
 
 const int gWidth = 300;
 const int gHeight = 400;
-const int gTop = 43;
+const int gTop = gBrowserTop;
 
 QPixmap Icon(const char* in_name)
 {
@@ -58,8 +58,8 @@ public:
         QPainter painter(&expected);
         painter.setFont(font());
         painter.setPen(Qt::black);
-        painter.drawText(QRect(QPoint(35, in_rowTop), QPoint(gWidth, in_rowTop + 24)), Qt::AlignLeft | Qt::AlignVCenter,
-                         in_name);
+        painter.drawText(QRect(QPoint(35, in_rowTop), QPoint(gWidth, in_rowTop + gRowHeight)),
+                         Qt::AlignLeft | Qt::AlignVCenter, in_name);
         return expected;
     }
 
@@ -85,7 +85,7 @@ struct IconlessRows
         m_browser.Show(m_library.GetAccessor());
     }
 
-    FakeLibrary m_library;
+    FakeLayer m_library;
     PlainBrowser m_browser;
 };
 
@@ -109,14 +109,14 @@ private Q_SLOTS:
         PlainBrowser browser;
         const QColor ground = browser.palette().color(QPalette::Window);
         QCOMPARE(CountPixels(browser.m_empty, browser.m_empty.rect(), ground.rgb()), gWidth * gHeight);
-        FakeLibrary library;
+        FakeLayer library;
         browser.Show(library.GetAccessor());
         QVERIFY(PictureWithoutChildren(browser) == browser.m_empty);
     }
 
     void aRowIsItsIconAndItsName()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(VireoType::gSolver, "Mix");
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
@@ -127,27 +127,29 @@ private Q_SLOTS:
 
     void rowsFollowEachOtherEvery24Pixels()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(VireoType::gSolver, "Same");
         library.Add(VireoType::gSolver, "Same");
         library.Add(VireoType::gSolver, "Same");
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
         const QImage picture = PictureWithoutChildren(browser);
-        const QImage first = picture.copy(0, gTop, gWidth, 24);
-        QVERIFY(first != browser.m_empty.copy(0, gTop, gWidth, 24));
-        QVERIFY(picture.copy(0, gTop + 24, gWidth, 24) == first);
-        QVERIFY(picture.copy(0, gTop + 48, gWidth, 24) == first);
-        QVERIFY(picture.copy(0, gTop + 72, gWidth, 24) == browser.m_empty.copy(0, gTop + 72, gWidth, 24));
+        const QImage first = picture.copy(0, gTop, gWidth, gRowHeight);
+        QVERIFY(first != browser.m_empty.copy(0, gTop, gWidth, gRowHeight));
+        QVERIFY(picture.copy(0, gTop + gRowHeight, gWidth, gRowHeight) == first);
+        QVERIFY(picture.copy(0, gTop + 2 * gRowHeight, gWidth, gRowHeight) == first);
+        QVERIFY(picture.copy(0, gTop + 3 * gRowHeight, gWidth, gRowHeight) ==
+                browser.m_empty.copy(0, gTop + 3 * gRowHeight, gWidth, gRowHeight));
     }
 
     void theFirstRowOfATypeSelectorStartsAt23()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(LibType::gType, "Colour");
         PlainBrowser browser(eConfigTypeSelector);
         browser.Show(library.GetAccessor());
-        const QImage expected = WithIcon(browser.Expect(QString::fromLatin1("Colour"), 23), Icon(":type.png"), 9, 25);
+        const QImage expected =
+            WithIcon(browser.Expect(QString::fromLatin1("Colour"), gListTop), Icon(":type.png"), 9, gListTop + 2);
         QCOMPARE(Difference(PictureWithoutChildren(browser), expected), QRect());
     }
 
@@ -168,7 +170,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, icon);
         const char* const types[] = {VireoType::gPolymorphicSolver, VireoType::gCompound, VireoType::gGlobalConstant,
                                      VireoType::gSolver, LibType::gType};
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(types[type], "");
         PlainBrowser browser;
         browser.TabBar()->setCurrentIndex(2);
@@ -194,8 +196,8 @@ private Q_SLOTS:
         const QRect ink = Difference(PictureWithoutChildren(rows.m_browser), rows.m_browser.m_empty);
         QVERIFY2(ink.left() >= 35 && ink.left() <= 38, qPrintable(QString::number(ink.left())));
         // Capitals stand a little above the middle of a line of text.
-        QVERIFY2(ink.top() > gTop && ink.bottom() < gTop + 24, qPrintable(QString::number(ink.top())));
-        QVERIFY2(qAbs(ink.center().y() - (gTop + 12)) <= 3, qPrintable(QString::number(ink.center().y())));
+        QVERIFY2(ink.top() > gTop && ink.bottom() < gTop + gRowHeight, qPrintable(QString::number(ink.top())));
+        QVERIFY2(qAbs(ink.center().y() - (gTop + gRowHeight / 2)) <= 3, qPrintable(QString::number(ink.center().y())));
     }
 
     void aDirtyItemHasAStarAfterItsName()
@@ -243,14 +245,14 @@ private Q_SLOTS:
         IconlessRows rows("", 10);
         rows.m_browser.Press(row);
         const QImage picture = PictureWithoutChildren(rows.m_browser);
-        const QRect band(0, gTop + 24 * row, gWidth, 25);
+        const QRect band(0, gTop + gRowHeight * row, gWidth, gRowHeight + 1);
         QCOMPARE(Difference(picture, rows.m_browser.m_empty), band);
         QCOMPARE(CountPixels(picture, picture.rect(), BandColour(rows.m_browser).rgb()), gWidth * 25);
     }
 
     void theBandHasTheColourOfTheStyleAndNotOfTheWidget()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(3);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
@@ -272,7 +274,7 @@ private Q_SLOTS:
 
     void iconAndNameLieOnTheBand()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(VireoType::gSolver, "Mix");
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
@@ -284,24 +286,26 @@ private Q_SLOTS:
             painter.fillRect(QRect(0, gTop, gWidth, 25), BandColour(browser));
             painter.drawPixmap(9, gTop + 2, Icon(":solver.png"));
             painter.setPen(Qt::black);
-            painter.drawText(QRect(QPoint(35, gTop), QPoint(gWidth, gTop + 24)), Qt::AlignLeft | Qt::AlignVCenter,
-                             QString::fromLatin1("Mix"));
+            painter.drawText(QRect(QPoint(35, gTop), QPoint(gWidth, gTop + gRowHeight)),
+                             Qt::AlignLeft | Qt::AlignVCenter, QString::fromLatin1("Mix"));
         }
         QCOMPARE(Difference(PictureWithoutChildren(browser), expected), QRect());
     }
 
     void theNextRowIsDrawnOverTheLastLineOfTheBand()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(VireoType::gSolver, "Mix");
         library.Add(VireoType::gSolver, "Mix");
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
         browser.Press(0);
         const QImage picture = PictureWithoutChildren(browser);
-        QCOMPARE(CountPixels(picture, QRect(0, gTop + 24, gWidth, 1), BandColour(browser).rgb()), gWidth);
-        QCOMPARE(CountPixels(picture, QRect(0, gTop + 25, gWidth, 23), BandColour(browser).rgb()), 0);
-        const QRect area(9, gTop + 26, 20, 20);
+        QCOMPARE(CountPixels(picture, QRect(0, gTop + gRowHeight, gWidth, 1), BandColour(browser).rgb()), gWidth);
+        QCOMPARE(
+            CountPixels(picture, QRect(0, gTop + gRowHeight + 1, gWidth, gRowHeight - 1), BandColour(browser).rgb()),
+            0);
+        const QRect area(9, gTop + gRowHeight + 2, 20, 20);
         QCOMPARE(Difference(picture, WithIcon(browser.m_empty, Icon(":solver.png"), 9, gTop + 26), area), QRect());
     }
 
@@ -325,11 +329,11 @@ private Q_SLOTS:
 
     void nothingIsDrawnOverTheHeader()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
-        browser.ScrollBar().setValue(12);
+        browser.ScrollBar().setValue(gRowHeight / 2);
         Settle();
         browser.PressAt(QPoint(100, gTop + 6));
         QVERIFY(browser.GetSelection() == library.GetItem(0).m_id);
@@ -338,23 +342,24 @@ private Q_SLOTS:
         QCOMPARE(Difference(picture, browser.m_empty, QRect(0, 0, gWidth, gTop)), QRect());
         // The lower half of the first row, and the line that its band has more than the row.
         QCOMPARE(picture.pixel(2, gTop), band);
-        QCOMPARE(picture.pixel(2, gTop + 12), band);
+        QCOMPARE(picture.pixel(2, gTop + gRowHeight / 2), band);
         QVERIFY(picture.pixel(2, gTop + 13) != band);
         const QRect icon(9, gTop, 20, 10);
         QImage expected = browser.m_empty;
-        QPainter(&expected).fillRect(QRect(0, gTop - 12, gWidth, 25), BandColour(browser));
-        QCOMPARE(Difference(picture, WithIcon(expected, Icon(":solver.png"), 9, gTop - 12 + 2), icon), QRect());
+        QPainter(&expected).fillRect(QRect(0, gTop - gRowHeight / 2, gWidth, gRowHeight + 1), BandColour(browser));
+        QCOMPARE(Difference(picture, WithIcon(expected, Icon(":solver.png"), 9, gTop - gRowHeight / 2 + 2), icon),
+                 QRect());
     }
 
     void theScreenShowsTheHeaderUntouchedByScrolledRows()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
         const QRect header(0, 0, gWidth, gTop);
         const QImage before = Picture(browser).copy(header);
-        browser.ScrollBar().setValue(12);
+        browser.ScrollBar().setValue(gRowHeight / 2);
         Settle();
         browser.PressAt(QPoint(100, gTop + 6));
         QVERIFY(browser.GetSelection() == library.GetItem(0).m_id);
@@ -364,9 +369,9 @@ private Q_SLOTS:
     void theRowThatStartsOnePixelAboveTheBottomEdgeIsDrawn()
     {
         IconlessRows rows("", 40);
-        rows.m_browser.resize(gWidth, gTop + 5 * 24 + 1);
+        rows.m_browser.resize(gWidth, gTop + 5 * gRowHeight + 1);
         Settle();
-        const QPoint lastLine(100, gTop + 5 * 24);
+        const QPoint lastLine(100, gTop + 5 * gRowHeight);
         rows.m_browser.PressAt(lastLine);
         QVERIFY(rows.m_browser.GetSelection() == rows.m_library.GetItem(5).m_id);
         const QImage picture = PictureWithoutChildren(rows.m_browser);
@@ -380,12 +385,12 @@ private Q_SLOTS:
         QTest::addColumn<int>("scroll");
         QTest::addColumn<int>("first");
         QTest::addColumn<int>("last");
-        QTest::newRow("unscrolled, whole rows") << gTop + 5 * 24 << 0 << 0 << 4;
-        QTest::newRow("a row starts one pixel above the bottom edge") << gTop + 5 * 24 + 1 << 0 << 0 << 5;
-        QTest::newRow("a row ends one pixel below the list top") << gTop + 5 * 24 << 23 << 0 << 5;
-        QTest::newRow("a row ends at the list top") << gTop + 5 * 24 << 24 << 1 << 5;
-        QTest::newRow("a row ends one pixel above the list top") << gTop + 5 * 24 << 25 << 1 << 6;
-        QTest::newRow("at the end") << gTop + 5 * 24 << 35 * 24 << 35 << 39;
+        QTest::newRow("unscrolled, whole rows") << gTop + 5 * gRowHeight << 0 << 0 << 4;
+        QTest::newRow("a row starts one pixel above the bottom edge") << gTop + 5 * gRowHeight + 1 << 0 << 0 << 5;
+        QTest::newRow("a row ends one pixel below the list top") << gTop + 5 * gRowHeight << gRowHeight - 1 << 0 << 5;
+        QTest::newRow("a row ends at the list top") << gTop + 5 * gRowHeight << gRowHeight << 1 << 5;
+        QTest::newRow("a row ends one pixel above the list top") << gTop + 5 * gRowHeight << gRowHeight + 1 << 1 << 6;
+        QTest::newRow("at the end") << gTop + 5 * gRowHeight << 35 * gRowHeight << 35 << 39;
     }
 
     void onlyRowsInSightAskTheLibrary()
@@ -394,7 +399,7 @@ private Q_SLOTS:
         QFETCH(int, scroll);
         QFETCH(int, first);
         QFETCH(int, last);
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
@@ -402,14 +407,14 @@ private Q_SLOTS:
         browser.ScrollBar().setValue(scroll);
         Settle();
         QCOMPARE(browser.ScrollBar().value(), scroll);
-        library.ForgetCounts();
+        library.Forget();
         browser.repaint();
-        QCOMPARE(library.GetWalks(), 0);
+        QCOMPARE(library.Count("iterate"), 0);
         for (int i = 0; i < 40; ++i)
         {
             const int asked = i >= first && i <= last ? 1 : 0;
-            QCOMPARE(library.GetItem(i).m_nameReads, asked);
-            QCOMPARE(library.GetItem(i).m_dirtyReads, asked);
+            QCOMPARE(library.Count("name", library.GetItem(i).m_id), asked);
+            QCOMPARE(library.Count("dirty", library.GetItem(i).m_id), asked);
         }
     }
 
@@ -419,19 +424,21 @@ private Q_SLOTS:
         IconlessRows rows(std::string(200, 'W'), 40);
         QVERIFY(rows.m_browser.ScrollBar().isVisible());
         const QImage picture = PictureWithoutChildren(rows.m_browser);
-        const QRect row(0, gTop, gWidth, 24);
+        const QRect row(0, gTop, gWidth, gRowHeight);
         QCOMPARE(Difference(picture, rows.m_browser.Expect(longName, gTop), row), QRect());
         // Below the scroll bar too, up to the last letter that begins left of the edge.
-        QVERIFY(Difference(picture, rows.m_browser.m_empty, QRect(gWidth - 20, gTop, 20, 24)).isValid());
+        QVERIFY(
+            Difference(picture, rows.m_browser.m_empty, QRect(gWidth - gHeaderHeight, gTop, gHeaderHeight, gRowHeight))
+                .isValid());
     }
 
     void theScrollBarCoversTheRightEndOfTheRows()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
-        const QRect bar(gWidth - 20, gTop, 20, gHeight - gTop);
+        const QRect bar(gWidth - gHeaderHeight, gTop, gHeaderHeight, gHeight - gTop);
         const QImage before = Picture(browser);
         browser.Press(2);
         const QImage after = Picture(browser);
@@ -443,15 +450,15 @@ private Q_SLOTS:
 
     void everyRowInSightIsPaintedWhateverPartWasAskedFor()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(40);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
-        library.ForgetCounts();
+        library.Forget();
         browser.repaint(QRect(0, gTop, 10, 10));
-        QCOMPARE(library.GetItem(0).m_nameReads, 1);
-        QCOMPARE(library.GetItem(14).m_nameReads, 1);
-        QCOMPARE(library.GetItem(15).m_nameReads, 0);
+        QCOMPARE(library.Count("name", library.GetItem(0).m_id), 1);
+        QCOMPARE(library.Count("name", library.GetItem(14).m_id), 1);
+        QCOMPARE(library.Count("name", library.GetItem(15).m_id), 0);
     }
 
     void bytesAbove127AreLatin1Letters()
@@ -468,15 +475,16 @@ private Q_SLOTS:
 
     void anAmpersandIsALetterLikeAnyOther()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddAs(VireoType::gCompound, gOtherCompound, "A&B");
         library.AddAs(VireoType::gCompound, gOtherCompound, "AB");
         PlainBrowser browser;
         browser.TabBar()->setCurrentIndex(2);
         browser.Show(library.GetAccessor());
         const QImage picture = PictureWithoutChildren(browser);
-        const int withIt = Difference(picture, browser.m_empty, QRect(0, gTop, gWidth, 24)).right();
-        const int withoutIt = Difference(picture, browser.m_empty, QRect(0, gTop + 24, gWidth, 24)).right();
+        const int withIt = Difference(picture, browser.m_empty, QRect(0, gTop, gWidth, gRowHeight)).right();
+        const int withoutIt =
+            Difference(picture, browser.m_empty, QRect(0, gTop + gRowHeight, gWidth, gRowHeight)).right();
         QVERIFY(withIt > withoutIt + 4);
     }
 
@@ -558,18 +566,18 @@ private Q_SLOTS:
 
     void attachingBuildsTheListAtOnceAndOnceMoreWithTheNextPaint()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(5);
         PlainBrowser browser;
         browser.Show(library.GetAccessor());
-        library.ForgetCounts();
+        library.Forget();
         browser.SetItemLibrary(library.GetAccessor());
-        QCOMPARE(library.GetWalks(), 5);
+        QCOMPARE(library.Count("iterate"), 5);
         Settle();
-        QCOMPARE(library.GetWalks(), 10);
+        QCOMPARE(library.Count("iterate"), 10);
         browser.update();
         Settle();
-        QCOMPARE(library.GetWalks(), 10);
+        QCOMPARE(library.Count("iterate"), 10);
     }
 
 private:

@@ -50,6 +50,18 @@ private:
     }
 };
 
+/// A text that nobody else holds.
+QString DetachedText(int in_number)
+{
+    return QString::fromLatin1("Blend %1").arg(in_number);
+}
+
+/// Whether somebody holds on to the very text, as the toolkit does for as long as it keeps what it has shaped.
+bool IsKept(const QString& in_text)
+{
+    return !in_text.isDetached();
+}
+
 } // namespace
 
 class TestRowTexts : public QObject
@@ -117,6 +129,32 @@ private Q_SLOTS:
                 const QString text = QString::fromLatin1("Blend %1").arg(i);
                 QCOMPARE(canvas.Draw(texts, text), canvas.DrawPlainly(text));
             }
+    }
+
+    void aTextIsShapedOnceForManyFrames()
+    {
+        RowTexts texts;
+        Canvas canvas;
+        const QString first = DetachedText(1);
+        const QString second = DetachedText(1);
+        canvas.Draw(texts, first);
+        QVERIFY(IsKept(first));
+        // The text was shaped already, so nothing holds on to the second one.
+        canvas.Draw(texts, second);
+        QVERIFY(!IsKept(second));
+        QVERIFY(IsKept(first));
+    }
+
+    void textsThatAreDrawnNoMoreAreForgotten()
+    {
+        RowTexts texts;
+        Canvas canvas;
+        const QString first = DetachedText(1);
+        canvas.Draw(texts, first);
+        QVERIFY(IsKept(first));
+        for (int i = 2; i < 600; ++i)
+            canvas.Draw(texts, DetachedText(i));
+        QVERIFY(!IsKept(first));
     }
 
     void anotherFontIsFollowed()

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/pictures.h"
 #include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
@@ -145,7 +145,7 @@ struct Scene
     /// A point of a row that neither its icon nor its name reaches.
     QPoint PointOnBand(int in_row) { return QPoint(250, m_browser.RowCentre(in_row).y()); }
 
-    FakeLibrary m_library;
+    FakeLayer m_library;
     MenuBrowser m_browser;
 };
 
@@ -183,7 +183,7 @@ private Q_SLOTS:
 
     void aLeftPressSelectsAtOnceInATypeSelectorToo()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(LibType::gType, "Colour");
         MenuBrowser browser(eConfigTypeSelector);
         ShowLibrary(browser, library.GetAccessor());
@@ -244,7 +244,7 @@ private Q_SLOTS:
     void aRightPressInATypeSelectorClearsTheSelectionAndOpensNothing()
     {
         QFETCH(int, config);
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(LibType::gType, "Colour");
         library.Add(LibType::gType, "Number");
         MenuBrowser browser(static_cast<eConfigType>(config));
@@ -262,17 +262,18 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("button");
         QTest::addColumn<QPoint>("position");
-        const QPoint onRow(100, 43 + 36);
-        const QPoint belowRows(100, 43 + 5 * 24 + 5);
+        const QPoint onRow(100, gBrowserTop + gRowHeight + gRowHeight / 2);
+        const QPoint belowRows(100, gBrowserTop + 5 * gRowHeight + 5);
         QTest::newRow("middle button on a row") << int(Qt::MiddleButton) << onRow;
         QTest::newRow("another button on a row") << int(Qt::XButton1) << onRow;
         QTest::newRow("left below the last row") << int(Qt::LeftButton) << belowRows;
-        QTest::newRow("left just below the last row") << int(Qt::LeftButton) << QPoint(100, 43 + 5 * 24);
+        QTest::newRow("left just below the last row")
+            << int(Qt::LeftButton) << QPoint(100, gBrowserTop + 5 * gRowHeight);
         QTest::newRow("right below the last row") << int(Qt::RightButton) << belowRows;
         QTest::newRow("middle below the last row") << int(Qt::MiddleButton) << belowRows;
         QTest::newRow("left in the header") << int(Qt::LeftButton) << gHeaderPoint;
         QTest::newRow("right in the header") << int(Qt::RightButton) << gHeaderPoint;
-        QTest::newRow("left on the line of the list top") << int(Qt::LeftButton) << QPoint(100, 43);
+        QTest::newRow("left on the line of the list top") << int(Qt::LeftButton) << QPoint(100, gBrowserTop);
     }
 
     void pressesThatPickNothingClearSilentlyAndWithoutARepaint()
@@ -461,17 +462,14 @@ private Q_SLOTS:
     void doubleClickingACompoundMakesItTheTarget()
     {
         QFETCH(int, button);
-        FakeLibrary library;
-        library.Add(VireoType::gCompound, "Blend");
-        library.Add(VireoType::gCompound, "Mix");
+        FakeLayer library;
+        library.AddCompound("Blend");
+        library.AddCompound("Mix");
         MenuBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         QTest::mouseDClick(&browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier, browser.RowCentre(1));
-        QCOMPARE(library.m_targets.size(), std::size_t(1));
-        QVERIFY(library.m_targets[0].IsValid());
-        QVERIFY(library.m_targets[0].GetItemID() == library.GetItem(1).m_id);
-        QVERIFY(!library.m_roots[0].IsValid());
-        QVERIFY(!library.m_roots[0].GetContext());
+        QCOMPARE(library.Commands(), QStringList(QString::fromLatin1("target Mix, root none")));
+        QCOMPARE(library.Count("target", library.GetItem(1).m_id), 1);
     }
 
     void doubleClickingTheCompoundsOfALibrary_data()
@@ -508,40 +506,40 @@ private Q_SLOTS:
 
     void doubleClickingComparesTypeNamesByAddress()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddAs(VireoType::gCompound, gOtherCompound, "Blend");
         MenuBrowser browser;
         ShowAll(browser, library.GetAccessor());
         QCOMPARE(browser.GetRowCount(), std::size_t(1));
         QVERIFY(std::string(gOtherCompound) == VireoType::gCompound);
         QTest::mouseDClick(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(0));
-        QVERIFY(library.m_targets.empty());
+        QCOMPARE(library.Commands(), QStringList());
     }
 
     void doubleClickingBesideTheRowsDoesNothing_data()
     {
         QTest::addColumn<QPoint>("position");
         QTest::newRow("header") << gHeaderPoint;
-        QTest::newRow("line of the list top") << QPoint(100, 43);
-        QTest::newRow("below the last row") << QPoint(100, 43 + 24);
+        QTest::newRow("line of the list top") << QPoint(100, gBrowserTop);
+        QTest::newRow("below the last row") << QPoint(100, gBrowserTop + gRowHeight);
     }
 
     void doubleClickingBesideTheRowsDoesNothing()
     {
         QFETCH(QPoint, position);
-        FakeLibrary library;
-        library.Add(VireoType::gCompound, "Blend");
+        FakeLayer library;
+        library.AddCompound("Blend");
         MenuBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         QTest::mouseDClick(&browser, Qt::LeftButton, Qt::NoModifier, position);
-        QVERIFY(library.m_targets.empty());
+        QCOMPARE(library.Commands(), QStringList());
     }
 
     void doubleClickingLeavesTheSelectionToItsPresses()
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 5; ++i)
-            library.Add(VireoType::gCompound, "Blend");
+            library.AddCompound("Blend");
         MenuBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         PressRow(browser, 1);
@@ -550,31 +548,31 @@ private Q_SLOTS:
         QCOMPARE(paints, 0);
         QVERIFY(browser.GetSelection() == library.GetItem(1).m_id);
         QCOMPARE(browser.SignalCount(), 1);
-        QCOMPARE(library.m_targets.size(), std::size_t(1));
+        QCOMPARE(library.Count("target"), 1);
     }
 
     void aWholeDoubleClickSelectsOnce()
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 5; ++i)
-            library.Add(VireoType::gCompound, "Blend");
+            library.AddCompound("Blend");
         MenuBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         DoubleClick(browser, browser.RowCentre(2));
         QCOMPARE(browser.SignalCount(), 1);
         QVERIFY(browser.GetSelection() == library.GetItem(2).m_id);
-        QCOMPARE(library.m_targets.size(), std::size_t(1));
-        QVERIFY(library.m_targets[0].GetItemID() == library.GetItem(2).m_id);
+        QCOMPARE(library.Count("target"), 1);
+        QCOMPARE(library.Count("target", library.GetItem(2).m_id), 1);
     }
 
     void doubleClickingInATypeSelectorDoesNothing()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.Add(LibType::gType, "Colour");
         MenuBrowser browser(eConfigTypeSelector);
         ShowLibrary(browser, library.GetAccessor());
         DoubleClick(browser, browser.RowCentre(0));
-        QVERIFY(library.m_targets.empty());
+        QCOMPARE(library.Commands(), QStringList());
         QCOMPARE(browser.SignalCount(), 1);
     }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
+#include "tests/nodebrowser/support/propertiesmanager.h"
 #include "tests/nodebrowser/support/spylayer.h"
 #include "tests/support/testmain.h"
 
@@ -19,10 +20,10 @@ class TestSourceControlDisplay : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_log.clear();
+        m_record.Forget();
         m_layer.reset(new memorymodel::DataLayer);
         m_layer->GetSourceControl().SetVersionControlActive(true);
-        m_manager.reset(new FakePropertiesManager(m_log));
+        m_manager.reset(new FakePropertiesManager(m_record));
         m_layer->SetService("RevisionControlPropertiesMgr", m_manager.get());
         m_library = &m_layer->AddLibrary("A");
         m_blend = m_library->Add(NewItem::Compound("Blend"));
@@ -103,7 +104,7 @@ private Q_SLOTS:
         Settle();
         m_spy->Forget();
         QCOMPARE(CountPaints(*m_browser, [&] { Enable(true); }), 0);
-        QVERIFY(m_spy->m_log.isEmpty());
+        QCOMPARE(m_spy->Log().join(QLatin1String("|")), QString::fromLatin1("active"));
         QVERIFY(m_spy->m_icons.empty());
     }
 
@@ -138,7 +139,7 @@ private Q_SLOTS:
         Settle();
         m_spy->Forget();
         QCOMPARE(CountPaints(*m_browser, [&] { Enable(false); }), 0);
-        QVERIFY(m_spy->m_log.isEmpty());
+        QCOMPARE(m_spy->Log().join(QLatin1String("|")), QString::fromLatin1("icon 0"));
         // Both records take one icon.
         QCOMPARE(m_spy->m_icons.size(), std::size_t(1));
         QCOMPARE(m_spy->m_icons[0].m_state, 0u);
@@ -253,12 +254,12 @@ private Q_SLOTS:
         Enable(true);
         Settle();
         TellState(m_blend, 3);
-        m_log.clear();
+        m_record.Forget();
         m_spy->Forget();
         m_manager->Tell(nullptr);
         QVERIFY(!m_spy->m_icons.empty());
-        QVERIFY(m_log.isEmpty());
-        QCOMPARE(m_spy->m_activeQueries, 0);
+        QVERIFY(m_record.Log().isEmpty());
+        QCOMPARE(m_spy->Count("active"), 0);
         QVERIFY(!IsDisplayed());
     }
 
@@ -267,18 +268,18 @@ private Q_SLOTS:
         Show();
         Enable(true);
         Settle();
-        m_log.clear();
+        m_record.Forget();
         m_manager->m_has = false;
         m_manager->Tell(m_manager.get());
-        QCOMPARE(m_log.join(QLatin1String(",")), QString::fromLatin1("has"));
+        QCOMPARE(m_record.Log().join(QLatin1String(",")), QString::fromLatin1("has"));
         QVERIFY(!IsDisplayed());
     }
 
     void aManagerWithPropertiesIsAskedFirstAndReadThen()
     {
-        m_log.clear();
+        m_record.Forget();
         Enable(true);
-        QCOMPARE(m_log.join(QLatin1String(",")), QString::fromLatin1("has,read"));
+        QCOMPARE(m_record.Log().join(QLatin1String(",")), QString::fromLatin1("has,read"));
     }
 
     void withoutVersionControlTheDisplayStaysOff()
@@ -302,9 +303,9 @@ private Q_SLOTS:
         Show();
         m_spy->Forget();
         Enable(false);
-        QCOMPARE(m_spy->m_activeQueries, 0);
+        QCOMPARE(m_spy->Count("active"), 0);
         Enable(true);
-        QCOMPARE(m_spy->m_activeQueries, 1);
+        QCOMPARE(m_spy->Count("active"), 1);
     }
 
     void badgesAlsoNeedVersionControlWhileTheyAreComposed()
@@ -429,10 +430,10 @@ private:
         QImage picture(300, 400, QImage::Format_ARGB32);
         picture.fill(0);
         m_browser->render(&picture);
-        return picture.copy(0, 43, 280, 300);
+        return picture.copy(0, gBrowserTop, 280, 300);
     }
 
-    QStringList m_log;
+    Recorder m_record;
     std::unique_ptr<FakePropertiesManager> m_manager;
     std::unique_ptr<memorymodel::DataLayer> m_layer;
     std::unique_ptr<SpyLayer> m_spy;

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/plaindisplay.h"
+#include "tests/support/otherservice.h"
 #include "tests/support/testmain.h"
 
 #include "datamodel/revisioncontrol.h"
@@ -77,11 +78,6 @@ bool HoverForTip(QWidget& in_widget, const QPoint& in_position)
 {
     return Hover(in_widget, in_position) && QToolTip::isVisible();
 }
-
-/// A service that is no revision-control helper.
-class OtherService : public hmx::IBase
-{
-};
 
 /// Tells what it is asked for a tool tip, and answers with a text of its own.
 class SpokenTips : public PlainDisplay
@@ -228,14 +224,14 @@ private Q_SLOTS:
     void hoveringBesideCompoundsHidesTheTipAndIsIgnored_data()
     {
         QTest::addColumn<QPoint>("position");
-        QTest::newRow("solver") << QPoint(100, 43 + 24 + 12);
-        QTest::newRow("polymorphic solver") << QPoint(100, 43 + 48 + 12);
-        QTest::newRow("global constant") << QPoint(100, 43 + 72 + 12);
-        QTest::newRow("type") << QPoint(100, 43 + 96 + 12);
-        QTest::newRow("below the last row") << QPoint(100, 43 + 120 + 12);
-        QTest::newRow("just below the last row") << QPoint(100, 43 + 120);
+        QTest::newRow("solver") << QPoint(100, gBrowserTop + gRowHeight + gRowHeight / 2);
+        QTest::newRow("polymorphic solver") << QPoint(100, gBrowserTop + 2 * gRowHeight + gRowHeight / 2);
+        QTest::newRow("global constant") << QPoint(100, gBrowserTop + 3 * gRowHeight + gRowHeight / 2);
+        QTest::newRow("type") << QPoint(100, gBrowserTop + 4 * gRowHeight + gRowHeight / 2);
+        QTest::newRow("below the last row") << QPoint(100, gBrowserTop + 5 * gRowHeight + gRowHeight / 2);
+        QTest::newRow("just below the last row") << QPoint(100, gBrowserTop + 5 * gRowHeight);
         QTest::newRow("header") << QPoint(290, 30);
-        QTest::newRow("line of the list top") << QPoint(100, 43);
+        QTest::newRow("line of the list top") << QPoint(100, gBrowserTop);
     }
 
     void hoveringBesideCompoundsHidesTheTipAndIsIgnored()
@@ -258,7 +254,7 @@ private Q_SLOTS:
 
     void aTypeNameThatOnlyReadsLikeCompoundHidesTheTip()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddAs(VireoType::gCompound, gOtherCompound, "Blend");
         ProbedBrowser browser;
         ShowAll(browser, library.GetAccessor());
@@ -350,7 +346,7 @@ private Q_SLOTS:
 
     void theToolTipOfTheWidgetItselfIsNeverShown()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(1);
         ProbedBrowser browser;
         browser.setToolTip(FromLatin1("of the widget"));

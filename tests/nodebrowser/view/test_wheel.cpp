@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
-#include "tests/nodebrowser/support/fakelibrary.h"
+#include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/nodebrowser/support/pictures.h"
 #include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
@@ -21,6 +21,7 @@ bool Turn(QWidget& in_widget, const QPoint& in_position, int in_delta, Qt::Orien
 }
 
 const QPoint gOverList(100, 200);
+const int gStep = 3 * gRowHeight;
 
 } // namespace
 
@@ -56,7 +57,7 @@ struct Embedded
     }
     ~Embedded() { m_browser.setParent(nullptr); }
 
-    FakeLibrary m_library;
+    FakeLayer m_library;
     QWidget m_window;
     ProbedBrowser m_browser;
 };
@@ -71,15 +72,15 @@ private Q_SLOTS:
         QTest::addColumn<int>("delta");
         QTest::addColumn<int>("orientation");
         QTest::addColumn<int>("scroll");
-        QTest::newRow("one notch towards the user") << -120 << int(Qt::Vertical) << 372;
-        QTest::newRow("one notch away") << 120 << int(Qt::Vertical) << 228;
-        QTest::newRow("a little towards the user") << -1 << int(Qt::Vertical) << 372;
-        QTest::newRow("a little away") << 1 << int(Qt::Vertical) << 228;
-        QTest::newRow("far towards the user") << -12000 << int(Qt::Vertical) << 372;
-        QTest::newRow("far away") << 12000 << int(Qt::Vertical) << 228;
-        QTest::newRow("not at all scrolls down") << 0 << int(Qt::Vertical) << 372;
-        QTest::newRow("sideways, above 0") << 120 << int(Qt::Horizontal) << 228;
-        QTest::newRow("sideways, below 0") << -120 << int(Qt::Horizontal) << 372;
+        QTest::newRow("one notch towards the user") << -120 << int(Qt::Vertical) << 300 + gStep;
+        QTest::newRow("one notch away") << 120 << int(Qt::Vertical) << 300 - gStep;
+        QTest::newRow("a little towards the user") << -1 << int(Qt::Vertical) << 300 + gStep;
+        QTest::newRow("a little away") << 1 << int(Qt::Vertical) << 300 - gStep;
+        QTest::newRow("far towards the user") << -12000 << int(Qt::Vertical) << 300 + gStep;
+        QTest::newRow("far away") << 12000 << int(Qt::Vertical) << 300 - gStep;
+        QTest::newRow("not at all scrolls down") << 0 << int(Qt::Vertical) << 300 + gStep;
+        QTest::newRow("sideways, above 0") << 120 << int(Qt::Horizontal) << 300 - gStep;
+        QTest::newRow("sideways, below 0") << -120 << int(Qt::Horizontal) << 300 + gStep;
     }
 
     void aTurnMovesThreeRowsHoweverFarItWas()
@@ -87,7 +88,7 @@ private Q_SLOTS:
         QFETCH(int, delta);
         QFETCH(int, orientation);
         QFETCH(int, scroll);
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(100);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -99,7 +100,7 @@ private Q_SLOTS:
 
     void theRowsOnTheScreenMoveBy72Pixels()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(100);
         ProbedBrowser browser;
         UsePlainColours(browser);
@@ -107,17 +108,17 @@ private Q_SLOTS:
         const QImage before = PictureWithoutChildren(browser);
         QCOMPARE(CountPaints(browser, [&browser] { Turn(browser, gOverList, -120); }), 1);
         const QImage after = PictureWithoutChildren(browser);
-        QVERIFY(before.copy(0, 43 + 72, 300, 357 - 72) == after.copy(0, 43, 300, 357 - 72));
+        QVERIFY(before.copy(0, gBrowserTop + gStep, 300, 280) == after.copy(0, gBrowserTop, 300, 280));
         QVERIFY(before != after);
     }
 
     void theEndsOfTheListStopTheWheel()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(20);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
-        const int maximum = 20 * 24 - 357;
+        const int maximum = 20 * gRowHeight - (400 - gBrowserTop);
         QVERIFY(Turn(browser, gOverList, 120));
         QCOMPARE(browser.ScrollBar().value(), 0);
         QVERIFY(Turn(browser, gOverList, -120));
@@ -131,7 +132,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QPoint>("position");
         QTest::addColumn<bool>("inside");
-        QTest::newRow("the line of the list top") << QPoint(100, 43) << true;
+        QTest::newRow("the line of the list top") << QPoint(100, gBrowserTop) << true;
         QTest::newRow("one line above") << QPoint(100, 42) << false;
         QTest::newRow("the last line") << QPoint(100, 399) << true;
         QTest::newRow("one line below") << QPoint(100, 400) << false;
@@ -146,25 +147,25 @@ private Q_SLOTS:
     {
         QFETCH(QPoint, position);
         QFETCH(bool, inside);
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(100);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         QCOMPARE(Turn(browser, position, -120), inside);
-        QCOMPARE(browser.ScrollBar().value(), inside ? 72 : 0);
+        QCOMPARE(browser.ScrollBar().value(), inside ? gStep : 0);
     }
 
     void theListOfATypeSelectorStartsAt23()
     {
-        FakeLibrary library;
+        FakeLayer library;
         for (int i = 0; i < 40; ++i)
             library.Add(vireo::datamodel::LibType::gType, "Type");
         ProbedBrowser browser(eConfigTypeSelector);
         ShowLibrary(browser, library.GetAccessor());
-        QVERIFY(!Turn(browser, QPoint(100, 22), -120));
+        QVERIFY(!Turn(browser, QPoint(100, gListTop - 1), -120));
         QCOMPARE(browser.ScrollBar().value(), 0);
-        QVERIFY(Turn(browser, QPoint(100, 23), -120));
-        QCOMPARE(browser.ScrollBar().value(), 72);
+        QVERIFY(Turn(browser, QPoint(100, gListTop), -120));
+        QCOMPARE(browser.ScrollBar().value(), gStep);
     }
 
     void aTurnOverTheHeaderGoesOnToTheParent()
@@ -177,7 +178,7 @@ private Q_SLOTS:
         QCOMPARE(embedded.m_browser.ScrollBar().value(), 0);
         QVERIFY(Turn(embedded.m_browser, gOverList, -120));
         QCOMPARE(counter.m_count, 1);
-        QCOMPARE(embedded.m_browser.ScrollBar().value(), 72);
+        QCOMPARE(embedded.m_browser.ScrollBar().value(), gStep);
     }
 
     void aTurnAtTheEndOfTheListStillStaysHere()
@@ -190,14 +191,14 @@ private Q_SLOTS:
 
     void aScrollBarThatWasNeverShownMovesTheRowsUpTo99()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(3);
         ProbedBrowser browser;
         UsePlainColours(browser);
         ShowLibrary(browser, library.GetAccessor());
         QVERIFY(!browser.ScrollBar().isVisible());
         const QImage before = PictureWithoutChildren(browser);
-        const int expected[] = {72, 99, 99};
+        const int expected[] = {gStep, 99, 99};
         for (int value : expected)
         {
             QVERIFY(Turn(browser, gOverList, -120));
@@ -205,9 +206,9 @@ private Q_SLOTS:
         }
         QVERIFY(!browser.ScrollBar().isVisible());
         QVERIFY(Turn(browser, gOverList, 120));
-        QCOMPARE(browser.ScrollBar().value(), 27);
+        QCOMPARE(browser.ScrollBar().value(), 99 - gStep);
         const QImage after = PictureWithoutChildren(browser);
-        QVERIFY(before.copy(0, 43 + 27, 300, 300) == after.copy(0, 43, 300, 300));
+        QVERIFY(before.copy(0, gBrowserTop + 99 - gStep, 300, 300) == after.copy(0, gBrowserTop, 300, 300));
         QVERIFY(before != after);
         QVERIFY(Turn(browser, gOverList, 120));
         QCOMPARE(browser.ScrollBar().value(), 0);
@@ -216,7 +217,7 @@ private Q_SLOTS:
 
     void aHiddenScrollBarMovesTheRowsWithinTheRangeItHad()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(20);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
@@ -225,7 +226,7 @@ private Q_SLOTS:
         Settle();
         QVERIFY(!browser.ScrollBar().isVisible());
         QVERIFY(Turn(browser, gOverList, -120));
-        QCOMPARE(browser.ScrollBar().value(), 72);
+        QCOMPARE(browser.ScrollBar().value(), gStep);
         QVERIFY(Turn(browser, gOverList, -120));
         QCOMPARE(browser.ScrollBar().value(), 123);
         QVERIFY(!browser.ScrollBar().isVisible());
@@ -240,18 +241,18 @@ private Q_SLOTS:
         ProbedBrowser browser;
         ShowBrowser(browser);
         QVERIFY(Turn(browser, gOverList, -120));
-        QCOMPARE(browser.ScrollBar().value(), 72);
+        QCOMPARE(browser.ScrollBar().value(), gStep);
     }
 
     void theMouseFollowsTheRowsThatTheWheelMoved()
     {
-        FakeLibrary library;
+        FakeLayer library;
         library.AddNodes(100);
         ProbedBrowser browser;
         ShowLibrary(browser, library.GetAccessor());
         QVERIFY(Turn(browser, gOverList, -120));
-        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, 43 + 12));
-        QTest::mouseRelease(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, 43 + 12));
+        QTest::mousePress(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, gBrowserTop + gRowHeight / 2));
+        QTest::mouseRelease(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(100, gBrowserTop + gRowHeight / 2));
         QVERIFY(browser.GetSelection() == library.GetItem(3).m_id);
     }
 };

@@ -7,7 +7,8 @@
 #include "datamodel/itemtoc.h"
 #include "datamodel/notifications.h"
 #include "datamodel/sourcecontrol.h"
-#include "tests/nodebrowser/fuzz/randomdays_world.h"
+#include "tests/nodebrowser/fuzz/modelfuzz_world.h"
+#include "tests/nodebrowser/support/browserfixture.h"
 #include "tests/nodebrowser/support/pictures.h"
 
 #include <QImage>
@@ -46,7 +47,8 @@ public:
         bool m_badged = false; ///< whether versioning was shown when the icon was composed
     };
 
-    PlainModel(World& in_world, bool in_tabs) : m_world(in_world), m_listTop(in_tabs ? 43 : 23), m_mode(in_tabs ? 0 : 1)
+    PlainModel(World& in_world, bool in_tabs)
+        : m_world(in_world), m_listTop(in_tabs ? gBrowserTop : gListTop), m_mode(in_tabs ? 0 : 1)
     {
         m_connected = m_world.HasSystem();
         PropertiesChanged();
@@ -126,7 +128,7 @@ public:
     {
         const int row = RowAt(in_position);
         const bool picks =
-            row >= 0 && (in_button == Qt::LeftButton || (in_button == Qt::RightButton && m_listTop == 43));
+            row >= 0 && (in_button == Qt::LeftButton || (in_button == Qt::RightButton && m_listTop == gBrowserTop));
         m_selectedRow = picks ? row : -1;
         m_signals += picks ? 1 : 0;
         if (picks && in_button == Qt::LeftButton)
@@ -202,7 +204,7 @@ public:
     {
         if (in_point.x() >= m_size.width() || in_point.y() <= m_listTop)
             return -1;
-        const int row = (m_offset - m_listTop + in_point.y()) / 24;
+        const int row = (m_offset - m_listTop + in_point.y()) / gRowHeight;
         return row < RowCount() ? row : -1;
     }
 
@@ -275,8 +277,8 @@ public:
         painter.setClipRect(QRect(0, m_listTop, m_size.width(), m_size.height() - m_listTop));
         for (int row = 0; row < RowCount(); ++row)
         {
-            const int top = m_listTop - m_offset + 24 * row;
-            if (top + 24 > m_listTop && top < m_size.height())
+            const int top = m_listTop - m_offset + gRowHeight * row;
+            if (top + gRowHeight > m_listTop && top < m_size.height())
                 DrawRow(painter, in_browser, row, top);
         }
         return picture;
@@ -419,7 +421,7 @@ private:
                 return in_left.m_score < in_right.m_score;
             return CompareBytes(m_records[in_left.m_record].m_name, m_records[in_right.m_record].m_name) < 0;
         });
-        m_contentHeight = 24 * RowCount();
+        m_contentHeight = gRowHeight * RowCount();
         FitBar();
     }
 
@@ -472,14 +474,14 @@ private:
         const ItemID id = record.m_item.GetItemID();
         const int width = m_size.width();
         if (in_row == m_selectedRow)
-            in_painter.fillRect(QRect(QPoint(0, in_top), QPoint(width, in_top + 24)), BandColour(in_browser));
+            in_painter.fillRect(QRect(QPoint(0, in_top), QPoint(width, in_top + gRowHeight)), BandColour(in_browser));
         const int left = record.m_factory || (record.m_controlled && m_enabled) ? 2 : 9;
         in_painter.drawPixmap(left, in_top + 2, ComposeIcon(record));
         QString name = QString::fromLatin1(m_library.GetItemName(id, true, nullptr).c_str());
         if (m_library.ItemIsDirty(id))
             name += QLatin1Char('*');
-        in_painter.drawText(QRect(QPoint(35, in_top), QPoint(width, in_top + 24)), Qt::AlignLeft | Qt::AlignVCenter,
-                            name);
+        in_painter.drawText(QRect(QPoint(35, in_top), QPoint(width, in_top + gRowHeight)),
+                            Qt::AlignLeft | Qt::AlignVCenter, name);
     }
 
     static QPixmap ComposeIcon(const Record& in_record)

@@ -2,7 +2,7 @@
 /// Somebody who deals at random with whatever menu, dialog or drag is up.
 #pragma once
 
-#include "tests/nodebrowser/fuzz/randomdays_world.h"
+#include "tests/nodebrowser/fuzz/modelfuzz_world.h"
 #include "tests/support/modaluser.h"
 #include "tests/support/testcompat.h"
 
@@ -29,8 +29,8 @@ public:
 
     void Begin(unsigned in_seed)
     {
-        m_chance = Chance(in_seed);
-        m_hostActs = m_chance.OneIn(2) ? m_chance.Below(4) : 0;
+        m_random = Random(in_seed);
+        m_hostActs = m_random.OneIn(2) ? m_random.Below(4) : 0;
         m_steps = 0;
         Restart();
     }
@@ -54,7 +54,7 @@ protected:
         // A timer does not fire while its own event is being handled, and this one may open another window.
         Restart();
         ++m_steps;
-        if (m_hostActs > 0 && m_chance.OneIn(2))
+        if (m_hostActs > 0 && m_random.OneIn(2))
         {
             --m_hostActs;
             m_host();
@@ -83,12 +83,12 @@ private:
         QWidget& window = *m_dragWindow;
         QObject* const receiver = testcompat::DragEventReceiver(window);
         const QPoint position = window.rect().center();
-        if (m_chance.OneIn(3) && m_steps < gMostSteps)
+        if (m_random.OneIn(3) && m_steps < gMostSteps)
         {
             QTest::sendKeyEvent(QTest::Click, &window, Qt::Key_Escape, QString(), Qt::NoModifier);
             return;
         }
-        const bool moves = m_chance.OneIn(2) && m_steps < gMostSteps;
+        const bool moves = m_random.OneIn(2) && m_steps < gMostSteps;
         QMouseEvent event(moves ? QEvent::MouseMove : QEvent::MouseButtonRelease, position,
                           window.mapToGlobal(position), moves ? Qt::NoButton : Qt::LeftButton,
                           moves ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
@@ -99,8 +99,8 @@ private:
     {
         const QList<QAction*> actions = in_menu.actions();
         QAction* const action =
-            actions.isEmpty() ? nullptr : actions.at(m_chance.Below(static_cast<int>(actions.size())));
-        const int what = m_chance.Below(8);
+            actions.isEmpty() ? nullptr : actions.at(m_random.Below(static_cast<int>(actions.size())));
+        const int what = m_random.Below(8);
         if (what == 0)
             in_menu.close();
         else if (what < 3 || !action)
@@ -110,12 +110,12 @@ private:
         else if (!action->menu())
             ClickEntry(in_menu, *action);
         else if (!action->menu()->actions().isEmpty())
-            action->menu()->actions().at(m_chance.Below(static_cast<int>(action->menu()->actions().size())))->trigger();
+            action->menu()->actions().at(m_random.Below(static_cast<int>(action->menu()->actions().size())))->trigger();
     }
 
     void UseDialog(QWidget& in_window)
     {
-        const int what = m_chance.Below(10);
+        const int what = m_random.Below(10);
         if (what == 0)
             in_window.close();
         else if (what < 3)
@@ -130,7 +130,7 @@ private:
     {
         const QList<QPushButton*> buttons = in_window.findChildren<QPushButton*>();
         if (!buttons.isEmpty())
-            buttons.at(m_chance.Below(static_cast<int>(buttons.size())))->click();
+            buttons.at(m_random.Below(static_cast<int>(buttons.size())))->click();
     }
 
     void FillIn(QWidget& in_window)
@@ -138,21 +138,21 @@ private:
         static const char* const texts[] = {"",    "Mix", "blend", "Blend", "Add",  " x",   "a b",
                                             "a;b", "[x]", "New 1", "New 2", "\xC4", "ab_1", " ; a ;; b "};
         QList<QComboBox*> combos = in_window.findChildren<QComboBox*>();
-        if (!combos.isEmpty() && m_chance.OneIn(3))
+        if (!combos.isEmpty() && m_random.OneIn(3))
         {
-            combos.at(0)->setCurrentIndex(m_chance.Below(combos.at(0)->count()));
+            combos.at(0)->setCurrentIndex(m_random.Below(combos.at(0)->count()));
             return;
         }
         const QList<QLineEdit*> edits = in_window.findChildren<QLineEdit*>();
         if (edits.isEmpty())
             return;
-        QLineEdit& edit = *edits.at(m_chance.Below(static_cast<int>(edits.size())));
+        QLineEdit& edit = *edits.at(m_random.Below(static_cast<int>(edits.size())));
         edit.selectAll();
-        edit.insert(QString::fromLatin1(m_chance.OneOf(texts)));
+        edit.insert(QString::fromLatin1(m_random.OneOf(texts)));
     }
 
     std::function<void()> m_host;
-    Chance m_chance = Chance(0);
+    Random m_random = Random(0);
     QWidget* m_dragWindow = nullptr;
     int m_hostActs = 0;
     int m_steps = 0;

@@ -1,38 +1,17 @@
 // SPDX-License-Identifier: MIT
-/// The data layer of a random day: its libraries, and what may happen to them while somebody works with a browser.
+/// The data layer of the fuzz: its libraries, and what may happen to them while somebody works with a browser.
 #pragma once
 
 #include "memorymodel/datalayer.h"
+#include "tests/support/random.h"
 
 #include <QString>
 
 #include <algorithm>
 #include <functional>
 #include <map>
-#include <random>
 #include <string>
 #include <vector>
-
-/// Chance that is the same on every machine for the same seed.
-class Chance
-{
-public:
-    explicit Chance(unsigned in_seed) : m_engine(in_seed) {}
-
-    /// A number from 0 up to, not including, another one, which is above 0.
-    int Below(int in_end) { return static_cast<int>(m_engine() % static_cast<unsigned>(in_end)); }
-    int Between(int in_first, int in_last) { return in_first + Below(in_last - in_first + 1); }
-    bool OneIn(int in_count) { return Below(in_count) == 0; }
-
-    /// One of some texts.
-    template <std::size_t count> const char* OneOf(const char* const (&in_texts)[count])
-    {
-        return in_texts[Below(static_cast<int>(count))];
-    }
-
-private:
-    std::mt19937 m_engine;
-};
 
 /// What an item was made with and no accessor tells.
 struct Traits
@@ -44,13 +23,13 @@ struct Traits
     bool m_loaded = true;
 };
 
-/// The libraries of a day and the switches around them. Act() does one random thing of all that a data layer may do.
+/// The libraries of a run and the switches around them. Act() does one random thing of all that a data layer may do.
 class World : private vireo::datamodel::IItemTOCNotification
 {
 public:
     using ItemID = vireo::datamodel::ItemID;
 
-    World(memorymodel::DataLayer& in_layer, Chance& in_chance) : m_layer(in_layer), m_chance(in_chance)
+    World(memorymodel::DataLayer& in_layer, Random& in_random) : m_layer(in_layer), m_random(in_random)
     {
         SetSystem(true);
         SetHelper(true);
@@ -124,7 +103,7 @@ public:
     /// Something to attach: a library, a closed one, or none.
     vireo::datamodel::ItemLibraryAccessor AnyAccessor(QString& out_text)
     {
-        if (m_chance.OneIn(8) || m_libraries.empty())
+        if (m_random.OneIn(8) || m_libraries.empty())
         {
             out_text = QString::fromLatin1("no library");
             return vireo::datamodel::ItemLibraryAccessor();
@@ -138,7 +117,7 @@ public:
     /// One random thing. While an observer is being told, the undo stack is left alone.
     QString Act(bool in_insideNotification)
     {
-        const int what = m_chance.Below(100);
+        const int what = m_random.Below(100);
         if (what < 50)
             return ActOnItems(in_insideNotification);
         if (what < 72)
@@ -159,24 +138,24 @@ private:
 
     std::size_t Index(std::size_t in_size)
     {
-        return static_cast<std::size_t>(m_chance.Below(static_cast<int>(in_size)));
+        return static_cast<std::size_t>(m_random.Below(static_cast<int>(in_size)));
     }
     /// Often the one that was attached last.
     memorymodel::Library& AnyLibrary()
     {
-        return m_attached && m_chance.OneIn(2) ? *m_attached : *m_libraries[Index(m_libraries.size())];
+        return m_attached && m_random.OneIn(2) ? *m_attached : *m_libraries[Index(m_libraries.size())];
     }
 
-    hmx::fwk::ICommandManager* AnyCommands() { return m_chance.OneIn(3) ? nullptr : &m_layer.GetCommandManager(); }
+    hmx::fwk::ICommandManager* AnyCommands() { return m_random.OneIn(3) ? nullptr : &m_layer.GetCommandManager(); }
 
     std::string AnyName()
     {
         static const char* const names[] = {
             "Blend", "blend", "BLEND", "Add", "add", "Zed", "_a", "[x]", "a b",       "\xC4rger", "\xE4rger", "Noise 2",
             "x y z", "A;B",   "",      "Mix", "mIX", "ab",  "ba", "Cab", "Condition", "\xDF",     "Z",        "zz"};
-        std::string name = m_chance.OneOf(names);
-        if (m_chance.OneIn(3))
-            name += std::to_string(m_chance.Below(10));
+        std::string name = m_random.OneOf(names);
+        if (m_random.OneIn(3))
+            name += std::to_string(m_random.Below(10));
         return name;
     }
 
@@ -184,12 +163,12 @@ private:
     {
         static const char* const tags[] = {"",  "a",     "a;b",    "color;mix", ";",        "a;;b",
                                            "Z", "BLEND", "\xC4;x", "Compound",  "State;ab", "type;noise"};
-        return m_chance.OneOf(tags);
+        return m_random.OneOf(tags);
     }
 
     memorymodel::NewItem AnyKind(const std::string& in_name)
     {
-        switch (m_chance.Below(9))
+        switch (m_random.Below(9))
         {
         case 0:
             return memorymodel::NewItem::LoopCompound(in_name);
@@ -218,7 +197,7 @@ private:
         const std::vector<std::shared_ptr<memorymodel::DataSource>>& sources = in_library.GetDataSources();
         if (!sources.empty())
             item.In(*sources[Index(sources.size())]);
-        switch (m_chance.Below(24))
+        switch (m_random.Below(24))
         {
         case 0:
             item.Parent("Somebody");
@@ -295,7 +274,7 @@ private:
             return Text("nothing");
         memorymodel::Library& library = AnyLibrary();
         const std::vector<ItemID> items = library.GetItems();
-        const int what = m_chance.Below(12);
+        const int what = m_random.Below(12);
         if (items.empty() || (what < 3 && items.size() < eMostItems))
             return Add(library);
         const ItemID item = items[Index(items.size())];
@@ -320,11 +299,11 @@ private:
         }
         if (what < 11 || in_insideNotification)
         {
-            const unsigned state = static_cast<unsigned>(m_chance.Below(9));
+            const unsigned state = static_cast<unsigned>(m_random.Below(9));
             m_layer.GetSourceControl().SetState(item, state);
             return Text("state of ") + which + Text(" is ") + QString::number(state);
         }
-        const int count = m_chance.Between(5, 20);
+        const int count = m_random.Between(5, 20);
         for (int i = 0; i < count && library.GetItemCount() < eMostItems; ++i)
             Add(library);
         return Text("add many");
@@ -332,14 +311,14 @@ private:
     QString ActOnStack()
     {
         QUndoStack& stack = m_layer.GetCommandManager().GetStack();
-        const int what = m_chance.Below(20);
+        const int what = m_random.Below(20);
         if (what == 0)
         {
             stack.clear();
             return Text("forget what can be undone");
         }
         const bool undo = what < 12;
-        const int steps = m_chance.OneIn(4) ? m_chance.Between(2, 6) : 1;
+        const int steps = m_random.OneIn(4) ? m_random.Between(2, 6) : 1;
         for (int i = 0; i < steps; ++i)
             undo ? stack.undo() : stack.redo();
         return Text(undo ? "undo" : "redo");
@@ -348,9 +327,9 @@ private:
     {
         memorymodel::SourceControl& sourceControl = m_layer.GetSourceControl();
         // Mostly everything is on, so that there is something to be seen of it.
-        const bool on = !m_chance.OneIn(4);
+        const bool on = !m_random.OneIn(4);
         const QString text = Text(on ? " on" : " off");
-        switch (m_chance.Below(8))
+        switch (m_random.Below(8))
         {
         case 0:
             SetHelper(on);
@@ -401,7 +380,7 @@ private:
     }
     QString ActOnLibraries()
     {
-        const int what = m_chance.Below(12);
+        const int what = m_random.Below(12);
         if (m_libraries.size() < 3 || what == 0)
         {
             AddLibrary(false);
@@ -439,16 +418,16 @@ private:
         static const unsigned flags[] = {memorymodel::ePlainSource, memorymodel::eReadOnlySource};
         memorymodel::Library& library = m_layer.AddLibrary("L" + std::to_string(++m_librariesMade));
         library.AddDataSource("Local");
-        library.AddDataSource("Other", flags[m_chance.Below(2)]);
-        if (in_factory || m_chance.OneIn(3))
+        library.AddDataSource("Other", flags[m_random.Below(2)]);
+        if (in_factory || m_random.OneIn(3))
         {
-            library.AddDataSource("Factory", memorymodel::eFactorySource | flags[m_chance.Below(2)]);
+            library.AddDataSource("Factory", memorymodel::eFactorySource | flags[m_random.Below(2)]);
             library.AddDataSource("Second", memorymodel::eSecondFactorySource);
         }
         const vireo::datamodel::ItemTOCAccessor toc = GetTOC(library.GetAccessor());
         toc.AddObserver(this, vireo::datamodel::eItemTOCNotificationKind, toc.GetContext());
         m_libraries.push_back(&library);
-        for (int count = m_chance.Below(40); count > 0; --count)
+        for (int count = m_random.Below(40); count > 0; --count)
             Add(library);
     }
     void RemoveLibrary(std::size_t in_index)
@@ -476,7 +455,7 @@ private:
     static QString Text(const std::string& in_text) { return QString::fromLatin1(in_text.c_str()); }
 
     memorymodel::DataLayer& m_layer;
-    Chance& m_chance;
+    Random& m_random;
     std::vector<memorymodel::Library*> m_libraries;
     std::map<ItemID, Traits> m_traits;
     memorymodel::Library* m_attached = nullptr;
