@@ -2,7 +2,6 @@
 #include "datamodel/objectdatabase.h"
 
 #include <cstdio>
-#include <cstring>
 #include <iostream>
 
 namespace nexa4
@@ -12,21 +11,50 @@ namespace
 
 const std::size_t gTextLength = 36;
 
-bool IsHyphenPlace(std::size_t in_place)
+/// Whether a hyphen stands before a byte of an identity.
+bool HasHyphenBefore(std::size_t in_byte)
 {
-    return in_place == 8 || in_place == 13 || in_place == 18 || in_place == 23;
+    return in_byte == 4 || in_byte == 6 || in_byte == 8 || in_byte == 10;
 }
 
-/// The value of a hexadecimal digit, or -1.
-int DigitValue(char in_character)
+/// What each character is worth as a hexadecimal digit; 16 or more for those that are none.
+struct DigitValues
 {
-    if (in_character >= '0' && in_character <= '9')
-        return in_character - '0';
-    if (in_character >= 'A' && in_character <= 'F')
-        return in_character - 'A' + 10;
-    if (in_character >= 'a' && in_character <= 'f')
-        return in_character - 'a' + 10;
-    return -1;
+    constexpr DigitValues() : m_values()
+    {
+        for (std::uint8_t& value : m_values)
+            value = 16;
+        for (std::uint8_t digit = 0; digit < 16; ++digit)
+        {
+            m_values[static_cast<unsigned char>("0123456789ABCDEF"[digit])] = digit;
+            m_values[static_cast<unsigned char>("0123456789abcdef"[digit])] = digit;
+        }
+    }
+    std::uint8_t m_values[256];
+};
+
+constexpr DigitValues gDigits;
+
+/// Reads an identity in one pass, which stops at the first character that does not belong there, a terminator too.
+bool ReadText(const char* in_text, std::array<std::uint8_t, 16>& out_bytes)
+{
+    if (!in_text)
+        return false;
+    const char* character = in_text;
+    for (std::size_t byte = 0; byte < out_bytes.size(); ++byte)
+    {
+        if (HasHyphenBefore(byte) && *character++ != '-')
+            return false;
+        const unsigned high = gDigits.m_values[static_cast<unsigned char>(character[0])];
+        if (high > 15)
+            return false;
+        const unsigned low = gDigits.m_values[static_cast<unsigned char>(character[1])];
+        if (low > 15)
+            return false;
+        out_bytes[byte] = static_cast<std::uint8_t>(high << 4 | low);
+        character += 2;
+    }
+    return *character == '\0';
 }
 
 thread_local int gSilencedReports = 0;
@@ -35,42 +63,29 @@ thread_local int gSilencedReports = 0;
 
 DbObjectId::DbObjectId(const char* in_text) : m_bytes()
 {
-    if (!IsUID(in_text))
-        return;
-    std::size_t digit = 0;
-    for (std::size_t place = 0; place < gTextLength; ++place)
-    {
-        if (IsHyphenPlace(place))
-            continue;
-        std::uint8_t& byte = m_bytes[digit / 2];
-        byte = static_cast<std::uint8_t>(byte << 4 | DigitValue(in_text[place]));
-        ++digit;
-    }
+    if (!ReadText(in_text, m_bytes))
+        m_bytes.fill(0);
 }
 
 bool DbObjectId::IsUID(const char* in_text)
 {
-    if (!in_text || std::strlen(in_text) != gTextLength)
-        return false;
-    for (std::size_t place = 0; place < gTextLength; ++place)
-        if (IsHyphenPlace(place) ? in_text[place] != '-' : DigitValue(in_text[place]) < 0)
-            return false;
-    return true;
+    std::array<std::uint8_t, 16> bytes;
+    return ReadText(in_text, bytes);
 }
 
 std::string DbObjectId::GetStr() const
 {
     static const char* const digits = "0123456789ABCDEF";
-    std::string text;
-    text.reserve(gTextLength);
-    for (const std::uint8_t byte : m_bytes)
+    char text[gTextLength];
+    char* end = text;
+    for (std::size_t byte = 0; byte < m_bytes.size(); ++byte)
     {
-        if (IsHyphenPlace(text.size()))
-            text += '-';
-        text += digits[byte >> 4];
-        text += digits[byte & 15];
+        if (HasHyphenBefore(byte))
+            *end++ = '-';
+        *end++ = digits[m_bytes[byte] >> 4];
+        *end++ = digits[m_bytes[byte] & 15];
     }
-    return text;
+    return std::string(text, gTextLength);
 }
 
 DbObjectId UID_Null()
