@@ -11,7 +11,7 @@ install(FILES ${datamodel_headers} DESTINATION ${headers}/datamodel)
 foreach(header accessstate commandmanager datalayer datasource export library newitem sourcecontrol)
     install(FILES ${PROJECT_SOURCE_DIR}/memorymodel/${header}.h DESTINATION ${headers}/memorymodel)
 endforeach()
-foreach(header export nodebrowser typeselector vireodialog)
+foreach(header dragformat export nodebrowser typeselector vireodialog)
     install(FILES ${PROJECT_SOURCE_DIR}/nodebrowser/${header}.h DESTINATION ${headers}/nodebrowser)
 endforeach()
 

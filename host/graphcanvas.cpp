@@ -4,11 +4,10 @@
 #include "host/graphbox.h"
 #include "host/itemlabel.h"
 #include "memorymodel/library.h"
-#include "qtcompat/latin1.h"
+#include "nodebrowser/dragformat.h"
 #include "qtcompat/qtcompat.h"
 
 #include <QChildEvent>
-#include <QDataStream>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMimeData>
@@ -26,20 +25,6 @@ namespace
 const int gGridStep = 20;
 const int gCaptionMargin = 12;
 
-QString DragFormat()
-{
-    return QStringLiteral("vireo/toc.key");
-}
-
-/// The one string that the payload consists of; empty when it is anything else.
-QString DecodePayload(const QByteArray& in_payload)
-{
-    QDataStream stream(in_payload);
-    QString text;
-    stream >> text;
-    return stream.status() == QDataStream::Ok && stream.atEnd() ? text : QString();
-}
-
 } // namespace
 
 GraphCanvas::GraphCanvas()
@@ -56,10 +41,10 @@ void GraphCanvas::SetLibrary(const memorymodel::Library* in_library)
 
 ItemID GraphCanvas::GetNode(const QMimeData& in_data) const
 {
-    if (!m_library || !in_data.hasFormat(DragFormat()))
+    const QString format = nodebrowser::GetDragFormat();
+    if (!m_library || !in_data.hasFormat(format))
         return ItemID();
-    const QString text = DecodePayload(in_data.data(DragFormat()));
-    const ItemID item = m_library->FindBySerialized(qtcompat::ToLatin1(text));
+    const ItemID item = m_library->FindBySerialized(nodebrowser::DecodeDrag(in_data.data(format)));
     return item.GetType() == LibType::gType ? ItemID() : item;
 }
 
@@ -90,7 +75,7 @@ void GraphCanvas::RefreshBox(GraphBox& io_box) const
 {
     const bool missing = !m_library->GetSourceOf(io_box.GetItem());
     io_box.SetMissing(missing);
-    // An item that is gone has no name any more; its box keeps the one it had.
+    // An item that is gone has no name; its box keeps the last one.
     if (!missing)
         io_box.SetName(GetItemName(*m_library, io_box.GetItem()));
 }

@@ -41,13 +41,13 @@ public:
         m_provider.m_system = this;
         m_provider.m_items = this;
         m_provider.m_objects = &m_contents.GetDatabase();
-        m_provider.m_sourceControl = m_sourceControl->m_services.get();
+        m_provider.m_sourceControl = m_sourceControl->m_private.get();
         Install();
     }
 
     ~Implementation() override
     {
-        m_sourceControl->m_services->m_properties.reset();
+        m_sourceControl->m_private->m_properties.reset();
         while (!m_libraries.empty())
             RemoveLibrary(*m_libraries.back());
         Uninstall();
@@ -98,9 +98,9 @@ public:
     hmx::IBase* GetOwnService(const std::string& in_name)
     {
         if (in_name == "RevisionControlUIHelper")
-            return m_sourceControl->m_services.get();
+            return m_sourceControl->m_private.get();
         if (in_name == "RevisionControlPropertiesMgr")
-            return m_sourceControl->m_services->m_properties.get();
+            return m_sourceControl->m_private->m_properties.get();
         return in_name == "NEXADBProxy" ? this : nullptr;
     }
 
@@ -205,68 +205,68 @@ private:
     std::string m_uid; ///< the last text that GetItemIDUID() gave out
 };
 
-DataLayer::DataLayer() : m_implementation(new Implementation) {}
+DataLayer::DataLayer() : m_private(new Implementation) {}
 
 DataLayer::~DataLayer() = default;
 
 void DataLayer::Install()
 {
-    m_implementation->Install();
+    m_private->Install();
 }
 
 Library& DataLayer::AddLibrary(std::string in_name)
 {
-    return m_implementation->AddLibrary(std::move(in_name));
+    return m_private->AddLibrary(std::move(in_name));
 }
 
 void DataLayer::RemoveLibrary(Library& in_library)
 {
-    m_implementation->RemoveLibrary(in_library);
+    m_private->RemoveLibrary(in_library);
 }
 
 void DataLayer::SetCurrentLibrary(Library* in_library)
 {
-    m_implementation->m_current = in_library;
+    m_private->m_current = in_library;
 }
 
 CommandManager& DataLayer::GetCommandManager()
 {
-    return m_implementation->m_commands;
+    return m_private->m_commands;
 }
 
 SourceControl& DataLayer::GetSourceControl()
 {
-    return *m_implementation->m_sourceControl;
+    return *m_private->m_sourceControl;
 }
 
 void DataLayer::SetService(const std::string& in_name, hmx::IBase* in_service)
 {
-    m_implementation->m_services[in_name] = in_service;
+    m_private->m_services[in_name] = in_service;
 }
 
 void DataLayer::RestoreService(const std::string& in_name)
 {
-    m_implementation->m_services.erase(in_name);
+    m_private->m_services.erase(in_name);
 }
 
 void DataLayer::SetSystemPresent(bool in_present)
 {
-    m_implementation->SetSystemPresent(in_present);
+    m_private->SetSystemPresent(in_present);
 }
 
 ItemID DataLayer::GetCompoundTarget() const
 {
-    return m_implementation->m_target.GetItemID();
+    return m_private->m_target.GetItemID();
 }
 
 ItemID DataLayer::GetCompoundTargetRoot() const
 {
-    return m_implementation->m_targetRoot.GetItemID();
+    return m_private->m_targetRoot.GetItemID();
 }
 
 void DataLayer::SetCompoundTargetHandler(std::function<void()> in_handler)
 {
-    m_implementation->m_targetHandler = std::move(in_handler);
+    m_private->m_targetHandler = std::move(in_handler);
 }
 
 } // namespace memorymodel

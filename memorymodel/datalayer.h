@@ -72,7 +72,7 @@ public:
 
 private:
     class Implementation;
-    std::unique_ptr<Implementation> m_implementation;
+    std::unique_ptr<Implementation> m_private;
 };
 
 } // namespace memorymodel

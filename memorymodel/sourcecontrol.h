@@ -63,7 +63,7 @@ private:
     explicit SourceControl(LayerContents& in_contents);
     ~SourceControl();
 
-    std::unique_ptr<SourceControlServices> m_services;
+    std::unique_ptr<SourceControlServices> m_private;
 };
 
 } // namespace memorymodel

@@ -10,73 +10,88 @@
 using nexa4::DbObjectId;
 using nexa4::IDbObject;
 using nexa4::NEXAHandle;
-using nodebrowser::GetObjectId;
+using nexa4::NEXAPtr;
 
+namespace nodebrowser
+{
 namespace
 {
 
 using FactoryObjects = std::array<NEXAHandle<IDbObject>, 2>;
 
-/// The two objects whose data sources hold what came with the product. They are looked up once, by the first record
-/// that has a database object to compare with, and their handles are kept until the process ends.
+/// The two objects whose data sources hold what came with the product. They are looked up once, by the first record with a
+/// database object, and their handles are kept until the process ends.
 const FactoryObjects& GetFactoryObjects(nexa4::IRevisionControlUIHelper& in_helper)
 {
-    static const FactoryObjects objects = {{
-        in_helper.FindObject(DbObjectId("D2BA853A-8668-704A-A121-1F7DE917B664")),
-        in_helper.FindObject(DbObjectId("34F315D3-58CF-4019-9BE3-381FCED0E983")),
-    }};
+    // Not one initialised static: the look-up may come back here, by way of another browser.
+    static FactoryObjects objects;
+    static bool found = false;
+    if (!found)
+    {
+        objects = {{
+            in_helper.FindObject(DbObjectId("D2BA853A-8668-704A-A121-1F7DE917B664")),
+            in_helper.FindObject(DbObjectId("34F315D3-58CF-4019-9BE3-381FCED0E983")),
+        }};
+        found = true;
+    }
     return objects;
 }
 
-void ReadFactorySources(RecordSurroundings& io_surroundings)
+void ReadFactorySources(RecordContext& io_context)
 {
-    if (io_surroundings.m_factorySourcesRead)
+    if (io_context.m_factorySourcesRead)
         return;
-    io_surroundings.m_factorySourcesRead = true;
-    for (const NEXAHandle<IDbObject>& object : GetFactoryObjects(*io_surroundings.m_helper))
+    io_context.m_factorySourcesRead = true;
+    for (const NEXAHandle<IDbObject>& object : GetFactoryObjects(*io_context.m_helper))
         if (object.IsValid())
-            io_surroundings.m_factorySources.push_back(object.GetDataSource());
+            io_context.m_factorySources.push_back(object.GetDataSource());
 }
 
 } // namespace
 
-BrowserItem::BrowserItem(vireo::datamodel::ItemAccessor in_item, unsigned in_accessState,
-                         RecordSurroundings& in_surroundings)
+ObjectLookup LookUpObject(const vireo::datamodel::ItemID& in_item, RecordContext& io_context)
+{
+    ObjectLookup lookup;
+    DbObjectId id;
+    if (!io_context.m_helper || !GetObjectId(in_item, id))
+        return lookup;
+    lookup.m_hasId = true;
+    ReadFactorySources(io_context);
+    lookup.m_object = io_context.m_helper->FindObject(id);
+    return lookup;
+}
+
+BrowserItem::BrowserItem(vireo::datamodel::ItemAccessor in_item, const ObjectLookup& in_object, unsigned in_accessState,
+                         RecordContext& io_context)
     : m_item(std::move(in_item))
 {
-    if (in_surroundings.m_helper)
-        ReadDataSource(in_surroundings);
+    if (in_object.m_hasId)
+        ReadDataSource(in_object.m_object, io_context);
     m_kind = KindOf(m_item);
     if (m_kind == eKindCompound || m_kind == eKindSignature)
     {
         m_accessState = in_accessState;
         m_sourceControlled = !m_readOnlySource;
     }
-    TakeIcon(in_surroundings.m_versioningActive, in_surroundings.m_icons);
+    TakeIcon(io_context.m_versioningActive, io_context.m_icons);
 }
 
-void BrowserItem::ReadDataSource(RecordSurroundings& in_surroundings)
+void BrowserItem::ReadDataSource(const NEXAHandle<IDbObject>& in_object, const RecordContext& in_context)
 {
-    DbObjectId id;
-    m_hasObjectId = GetObjectId(GetItemID(), id);
-    if (!m_hasObjectId)
-        return;
-    ReadFactorySources(in_surroundings);
-    m_dbObject = in_surroundings.m_helper->FindObject(id);
-    const nexa4::NEXAPtr<IDbObject> object = m_dbObject.operator->();
+    const NEXAPtr<IDbObject> object = in_object.operator->();
     if (!object.IsValid())
         return;
 
-    const nexa4::NEXAPtr<nexa4::IDataSource> source = object->GetDataSource();
+    const NEXAPtr<nexa4::IDataSource> source = object->GetDataSource();
     m_readOnlySource = source->GetState() == nexa4::eDataSourceReadOnly;
-    for (const nexa4::NEXAPtr<nexa4::IDataSource>& factorySource : in_surroundings.m_factorySources)
+    for (const NEXAPtr<nexa4::IDataSource>& factorySource : in_context.m_factorySources)
         m_factoryItem = m_factoryItem || factorySource == source;
     if (m_factoryItem && m_readOnlySource)
         return;
 
-    const NEXAHandle<nexa4::ITypeAsset> asset =
-        NEXAHandle<nexa4::ITypeAsset>::AssignCast(m_dbObject.GetInstance(), m_dbObject.GetCacheIndex());
-    if (asset.IsValid() && asset.IsLoaded())
+    const NEXAPtr<nexa4::ITypeAsset> asset =
+        NEXAHandle<nexa4::ITypeAsset>::AssignCast(in_object.GetInstance(), in_object.GetCacheIndex()).operator->();
+    if (asset.IsValid() && asset->IsLoaded())
     {
         // What is built in is both closed to changes and the product's own: the same question is asked for each flag.
         m_readOnlySource = asset->IsBuiltIn() || m_readOnlySource;
@@ -84,21 +99,23 @@ void BrowserItem::ReadDataSource(RecordSurroundings& in_surroundings)
     }
 }
 
-bool BrowserItem::SetAccessState(unsigned in_state, bool in_versioningActive, StateIcons& in_icons)
+bool BrowserItem::SetAccessState(unsigned in_state, bool in_versioningActive, StateIcons& io_icons)
 {
     if (in_state == m_accessState)
         return false;
     m_accessState = in_state;
-    TakeIcon(in_versioningActive, in_icons);
+    TakeIcon(in_versioningActive, io_icons);
     return true;
 }
 
-void BrowserItem::TakeIcon(bool in_versioningActive, StateIcons& in_icons)
+void BrowserItem::TakeIcon(bool in_versioningActive, StateIcons& io_icons)
 {
     IconMarks marks;
     marks.m_accessState = m_accessState;
     marks.m_factoryItem = m_factoryItem;
     marks.m_readOnlySource = m_readOnlySource;
     marks.m_versioningActive = in_versioningActive;
-    m_stateIcon = &in_icons.Find(m_kind, marks);
+    m_stateIcon = &io_icons.Find(m_kind, marks);
 }
+
+} // namespace nodebrowser

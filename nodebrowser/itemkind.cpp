@@ -7,6 +7,9 @@ using vireo::datamodel::Helpers;
 using vireo::datamodel::LibType;
 using vireo::datamodel::VireoType;
 
+namespace nodebrowser
+{
+
 eItemKind KindOf(vireo::datamodel::ItemAccessor& in_item)
 {
     const char* const type = in_item.GetItemID().GetType();
@@ -20,3 +23,5 @@ eItemKind KindOf(vireo::datamodel::ItemAccessor& in_item)
         return eKindType;
     return eKindOther;
 }
+
+} // namespace nodebrowser

@@ -4,6 +4,9 @@
 
 #include "datamodel/item.h"
 
+namespace nodebrowser
+{
+
 enum eItemKind : unsigned char
 {
     eKindOther = 0, ///< of a type that the browser does not know, or no item at all
@@ -19,3 +22,5 @@ const int gItemKinds = eKindType + 1;
 
 /// Asks the data layer about compounds only.
 eItemKind KindOf(vireo::datamodel::ItemAccessor& in_item);
+
+} // namespace nodebrowser

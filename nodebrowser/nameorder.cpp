@@ -5,21 +5,23 @@
 #include <cstring>
 #include <tuple>
 
+namespace nodebrowser
+{
 namespace
 {
 
-/// Some characters of a name as one number, which compares as they do.
+/// Some characters of a name as one number that compares as they do.
 struct SortKey
 {
     std::uint64_t m_characters;
-    std::uint32_t m_count; ///< how many there are, or one more than fit when the name goes on
-    std::uint32_t m_number;
+    std::uint32_t m_count; ///< how many there are; one more than fit when the name goes on
+    std::uint32_t m_entry;
 };
 
 using Keys = std::vector<SortKey>;
 
 const std::size_t gKeyLength = 8;
-/// Names that are the same for longer than this are compared as a whole, so that no name makes the sort too deep.
+/// Names that share more characters are compared as a whole, so that long names do not make the recursion deep.
 const std::size_t gDeepest = 20 * gKeyLength;
 
 unsigned char FoldAsciiCase(char in_character)
@@ -28,8 +30,8 @@ unsigned char FoldAsciiCase(char in_character)
     return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte - 'A' + 'a') : byte;
 }
 
-/// Lower case for the ASCII letters among eight characters at once: a byte's highest bit is free for sums of seven bits,
-/// which say what lies between "A" and "Z".
+/// Lowers the ASCII letters among eight characters at once. Each byte's highest bit takes the carry of a seven-bit sum,
+/// which tells whether the character lies between "A" and "Z".
 std::uint64_t FoldAsciiCase(std::uint64_t in_characters)
 {
     const std::uint64_t each = 0x0101010101010101u;
@@ -40,10 +42,10 @@ std::uint64_t FoldAsciiCase(std::uint64_t in_characters)
     return in_characters | capitals >> 2;
 }
 
-void ReadKey(const TextBlock& in_names, std::size_t in_from, SortKey& out_key)
+void ReadKey(const TextArena& in_names, std::size_t in_from, SortKey& out_key)
 {
-    const char* const name = in_names.Begin(out_key.m_number) + in_from;
-    const std::size_t left = in_names.Length(out_key.m_number) - in_from;
+    const char* const name = in_names.Begin(out_key.m_entry) + in_from;
+    const std::size_t left = in_names.Length(out_key.m_entry) - in_from;
     unsigned char bytes[gKeyLength] = {};
     std::memcpy(bytes, name, std::min(left, gKeyLength));
     std::uint64_t characters = 0;
@@ -55,11 +57,11 @@ void ReadKey(const TextBlock& in_names, std::size_t in_from, SortKey& out_key)
 
 bool IsLess(const SortKey& in_left, const SortKey& in_right)
 {
-    return std::tie(in_left.m_characters, in_left.m_count, in_left.m_number) <
-           std::tie(in_right.m_characters, in_right.m_count, in_right.m_number);
+    return std::tie(in_left.m_characters, in_left.m_count, in_left.m_entry) <
+           std::tie(in_right.m_characters, in_right.m_count, in_right.m_entry);
 }
 
-bool IsLessAsAWhole(const TextBlock& in_names, std::uint32_t in_left, std::uint32_t in_right)
+bool IsLessAsAWhole(const TextArena& in_names, std::uint32_t in_left, std::uint32_t in_right)
 {
     const auto less = [&in_names](std::uint32_t in_a, std::uint32_t in_b) {
         return std::lexicographical_compare(
@@ -70,13 +72,13 @@ bool IsLessAsAWhole(const TextBlock& in_names, std::uint32_t in_left, std::uint3
     return less(in_left, in_right) || (in_left < in_right && !less(in_right, in_left));
 }
 
-/// Sorts names that are the same up to a place.
-void Sort(const TextBlock& in_names, std::size_t in_from, Keys::iterator in_begin, Keys::iterator in_end)
+/// Sorts names that share the characters before in_from.
+void Sort(const TextArena& in_names, std::size_t in_from, Keys::iterator in_begin, Keys::iterator in_end)
 {
     if (in_from > gDeepest)
     {
         std::sort(in_begin, in_end, [&in_names](const SortKey& in_left, const SortKey& in_right) {
-            return IsLessAsAWhole(in_names, in_left.m_number, in_right.m_number);
+            return IsLessAsAWhole(in_names, in_left.m_entry, in_right.m_entry);
         });
         return;
     }
@@ -96,15 +98,17 @@ void Sort(const TextBlock& in_names, std::size_t in_from, Keys::iterator in_begi
 
 } // namespace
 
-std::vector<std::uint32_t> SortByName(const TextBlock& in_names)
+std::vector<std::uint32_t> SortByName(const TextArena& in_names)
 {
-    Keys keys(in_names.Size());
-    for (std::size_t number = 0; number < keys.size(); ++number)
-        keys[number].m_number = static_cast<std::uint32_t>(number);
+    Keys keys(in_names.GetSize());
+    for (std::size_t entry = 0; entry < keys.size(); ++entry)
+        keys[entry].m_entry = static_cast<std::uint32_t>(entry);
     Sort(in_names, 0, keys.begin(), keys.end());
     std::vector<std::uint32_t> order;
     order.reserve(keys.size());
     for (const SortKey& key : keys)
-        order.push_back(key.m_number);
+        order.push_back(key.m_entry);
     return order;
 }
+
+} // namespace nodebrowser

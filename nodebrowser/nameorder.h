@@ -1,13 +1,19 @@
 // SPDX-License-Identifier: MIT
-/// The order of the item list.
+/// The display order of names.
 #pragma once
 
-#include "nodebrowser/textblock.h"
+#include "nodebrowser/textarena.h"
 
 #include <cstdint>
 #include <vector>
 
-/// The numbers of names in their display order: by the bytes of the names without regard to the case of ASCII letters;
-/// equal names stay in the order in which they came. Costs a sort of numbers: names are compared eight characters at a
-/// time, and read once for each eight that they have in common with others.
-std::vector<std::uint32_t> SortByName(const TextBlock& in_names);
+namespace nodebrowser
+{
+
+/// Sorts the entries of an arena by their bytes, without regard to the case of ASCII letters. Equal names stay in the order
+/// in which they were added. Names are compared eight characters at a time, and are read once for each eight characters
+/// that they share with others.
+/// \return the entries in display order
+std::vector<std::uint32_t> SortByName(const TextArena& in_names);
+
+} // namespace nodebrowser

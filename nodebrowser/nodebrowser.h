@@ -14,34 +14,17 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <list>
 #include <memory>
 #include <set>
 #include <string>
-#include <vector>
 
-class BrowserItem;
-class ItemNumbers;
-class QAction;
-class QHelpEvent;
-class QLineEdit;
 class QMenu;
-class QPainter;
-class QPushButton;
-class QScrollBar;
-class QTabBar;
-class RowTexts;
-class ScsTask;
-class SearchIndex;
-class StateIcons;
-class TagIndex;
-struct RowLayout;
 
 /// Which of its two forms a browser takes.
 enum eConfigType : int
 {
     eConfigNodeBrowser = 0,  ///< the full browser, with the tabs "Nodes", "Types", "All"
-    eConfigTypeSelector = 1, ///< types only: no tabs, no context menu; so does every other value but 0
+    eConfigTypeSelector = 1, ///< types only: no tabs, no context menu. Any value but 0 means this one.
 };
 
 /// A panel that lists the items of one item library as rows of an icon and a name, below a search field.
@@ -55,19 +38,27 @@ enum eConfigType : int
 ///     connect(browser, SIGNAL(SelectionChanged()), this, SLOT(ShowSelection()));
 ///
 /// The data layer must be installed before the first browser is made and must outlive the last one. The browser holds
-/// copies of accessors, observes the library and its table of contents until it dies or gets another library, and never
-/// owns data: it changes items only through the data layer, which tells it of the change like everybody else.
+/// copies of accessors. It observes the library and its table of contents until it dies or gets another library. It owns
+/// no data: it changes items only through the data layer, whose notifications it follows like every other observer.
 ///
-/// Cost: a change of the items, a key stroke or a tab only raises a flag and asks for a repaint; tags and states of single
-/// items are taken in at once. The next paint rebuilds the item list if items changed (one pass over the library, and one
-/// sort of the names), searches the names and tags prepared then if the search or the list changed (the data layer is
-/// asked for nothing), and draws the rows in sight, with a name look-up each. While it is hidden nothing is done. It holds
-/// about 300 bytes an item.
+/// Cost: a change of the items, a key stroke or a tab only raises a flag and requests a repaint. Tags and states of single
+/// items are read at once. The next paint does the rest: it rebuilds the item list if items changed (one pass over the
+/// library, one sort of the names), searches what that build read if the search or the list changed, and draws the rows in
+/// sight, with one name look-up each. A hidden browser does nothing.
 ///
-/// For people: a row is dragged out as "vireo/toc.key" data, one QString in a QDataStream with the item's
-/// ItemID::Serialize(), for copying only. A double click makes a compound the application's compound target. Hovering
-/// over a compound shows its source-control tool tip. For hosts: OnCheckOutItem() and OnMakeItemWritable() are slots to
-/// connect to, in the string form, from a menu or a tool bar of the host. The browser has no size of its own.
+/// A search reads the names and tags, and whether a compound is a signature, as the last build read them; rows draw the
+/// names of the moment. So the data layer announces each new name by ItemNameChanged(), and each compound that becomes or
+/// ceases to be a signature by LibraryInvalidated(). State icons are composed once for each look (kind, state, flags) and
+/// build. At most 4,000 characters of a name are drawn.
+///
+/// A data layer must neither run the event loop nor change the library inside a read. Where one does, the browser may show
+/// stale or repeated rows until the next rebuild: no build starts while another one runs, and a library that is attached
+/// meanwhile is read at the next paint.
+///
+/// For people: a row is dragged out for copying, see nodebrowser/dragformat.h. A double click makes a compound the
+/// application's compound target. Hovering over a compound shows its source-control tool tip. For hosts:
+/// OnCheckOutItem() and OnMakeItemWritable() are slots to connect to, in the string form, from a menu or a tool bar of the
+/// host. The browser has no size of its own.
 ///
 /// Services used when there: "RevisionControlUIHelper" and "RevisionControlPropertiesMgr". What the data layer throws
 /// passes through uncaught. Delete a browser with deleteLater() from slots of its signal and during drags.
@@ -85,9 +76,8 @@ public:
     explicit CNodeBrowser(eConfigType in_config);
     ~CNodeBrowser() override;
 
-    /// Attaches a library in the place of the one before; the item list is built at once, the rows follow at the next
-    /// paint. An invalid library is accepted and shows nothing from the next paint on, which it does not ask for. The row
-    /// selected before stays selected by its number.
+    /// Attaches a library in the place of the one before. The item list is built at once, the rows follow at the next
+    /// paint. An invalid library empties the list at the next paint, but requests none. The selected row keeps its number.
     void SetItemLibrary(const vireo::datamodel::ItemLibraryAccessor& in_library);
 
     /// The command manager that all changes are made with; null, as at first, makes them without undo. It stays the
@@ -96,8 +86,8 @@ public:
     hmx::fwk::ICommandManager* GetCommandManager() const;
 
     /// The selected item; the invalid identity when no row is selected. The selection is a row, not an item: after a
-    /// change of the search or the library the same row may hold another item, or none, and between SetItemLibrary() and
-    /// the next paint the rows before are numbers into the new list.
+    /// change of the search or the library the same row may hold another item, or none. Until the paint after
+    /// SetItemLibrary(), old rows resolve against the new list.
     vireo::datamodel::ItemID GetSelection();
 
     /// Whether the selected item is a type.
@@ -141,9 +131,9 @@ protected Q_SLOTS:
     virtual void OnDatasourceChange();
 
 protected:
-    /// The rows as the last paint laid them out, for a derived browser that reports on them. An invalid accessor and no
-    /// tags for a row that is not there.
-    std::size_t GetRowCount() const { return m_visibleItems.size(); }
+    /// The rows as the last paint laid them out, for a derived browser that reports on them. A row that is not there has an
+    /// invalid accessor and no tags.
+    std::size_t GetRowCount() const;
     vireo::datamodel::ItemAccessor GetRowItem(std::uint64_t in_row) const;
     /// The tags of an item as the search sees them: its own and the name of its type.
     std::set<std::string> GetSearchTags(const vireo::datamodel::ItemID& in_item) const;
@@ -166,8 +156,6 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* in_event) override;
 
 private:
-    using ObjectHandles = std::list<nexa4::NEXAHandle<nexa4::IDbObject>>;
-
     void ItemAdded(vireo::datamodel::ItemAccessor& in_item) override;
     void ItemRemoved(vireo::datamodel::ItemAccessor& in_item) override;
     void OnBeginChanges(vireo::datamodel::ItemLibraryAccessor& in_library) override;
@@ -183,69 +171,6 @@ private:
     void OnPostCommit(vireo::datamodel::ItemLibraryAccessor& in_library) override;
     void OnRevisionControlPropertiesChange(IRevisionControlPropertiesMgr* in_manager) override;
 
-    void CreateHeader();
-    void ConnectHeader();
-    void ConnectRevisionControl();
-    void StopObserving();
-
-    void RequestRebuild();
-    void RefreshItems();
-    void BuildAllItemList(ObjectHandles* out_handles);
-    void AppendItems(const char* in_type, ObjectHandles* out_handles);
-    void ForgetItemsThatLeft();
-    std::string ReadSearchTags(const vireo::datamodel::ItemID& in_item) const;
-
-    void SetSourceControlEnabled(bool in_enabled);
-    bool isSourceControlEnabled() const { return m_sourceControlEnabled; }
-    bool IsVersioningShown() const;
-
-    void UpdateVisibleItems();
-    std::vector<std::uint64_t> FilterItemByItem() const;
-    void UpdateList();
-    void UpdateScrollbar();
-    RowLayout GetRowLayout() const;
-    std::size_t GetItemIndexAt(const QPoint& in_point) const;
-    const BrowserItem* FindRow(std::uint64_t in_row) const;
-
-    void DrawRow(QPainter& in_painter, const RowLayout& in_layout, std::size_t in_row);
-    QAction* AddAction(QMenu& out_menu, const QString& in_text, const char* in_slot);
-    void FillContextMenu(QMenu& out_menu, const vireo::datamodel::ItemID& in_item);
-    void FillDataSourceMenu(QMenu& out_menu, const nexa4::NEXAHandle<nexa4::IDbObject>& in_compound);
-    void CreateCompound(const char* in_kindWord, bool in_signature);
-    bool FindSelectedObject(nexa4::IRevisionControlUIHelper*& out_helper,
-                            nexa4::NEXAHandle<nexa4::IDbObject>& out_object) const;
-
-    void ShowToolTip(QHelpEvent& in_event);
-    bool ScrollByWheel(const QWheelEvent& in_event);
-
-    std::list<RevisionControlConnection> m_revisionControlConnections;
-    bool m_statesStale = true;
-    hmx::fwk::ICommandManager* m_commandManager = nullptr;
-    vireo::datamodel::ItemLibraryAccessor m_library;
-    vireo::datamodel::ItemTOCAccessor m_toc;
-    QScrollBar* m_scrollBar = nullptr;
-    QLineEdit* m_searchField = nullptr;
-    QPushButton* m_clearButton = nullptr;
-    QTabBar* m_tabBar = nullptr;
-    int m_filterMode = -1;
-    int m_listTop = 0;
-    ScsTask* m_scsTask = nullptr;
-    bool m_sourceControlEnabled = false;
-    std::set<std::string> m_searchWords; // the lowered search text, split once per key stroke
-    bool m_relayoutNeeded = false;
-    bool m_rebuildNeeded = false;
-    int m_contentHeight = 0;
-    std::unique_ptr<RowTexts> m_rowTexts;
-    QPoint m_dragStart;
-    std::uint64_t m_selectedRow; // not below the number of rows: none
-    int m_scrollOffset = 0;
-    std::vector<std::uint64_t> m_visibleItems; // places in the display order of the item list
-    // The item list, in the library's order; what follows goes by the numbers that the items have in it.
-    std::vector<BrowserItem> m_items;
-    std::unique_ptr<StateIcons> m_icons;
-    std::unique_ptr<ItemNumbers> m_itemNumbers;
-    std::set<vireo::datamodel::ItemID> m_leavingItems; // told to leave, but not seen to be gone
-    std::unique_ptr<TagIndex> m_tagIndex;
-    std::unique_ptr<SearchIndex> m_searchIndex;
-    const eConfigType m_config;
+    struct Private;
+    const std::unique_ptr<Private> m_private;
 };

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+namespace nodebrowser
+{
 namespace
 {
 
@@ -54,3 +56,5 @@ RowRange RowLayout::VisibleRows(std::size_t in_rowCount) const
     rows.m_first = std::min(rows.m_end, static_cast<std::size_t>(m_scrollOffset / gRowHeight));
     return rows;
 }
+
+} // namespace nodebrowser

@@ -7,6 +7,9 @@
 
 #include <cstddef>
 
+namespace nodebrowser
+{
+
 /// No row at all. Deliberately this 32-bit value on every platform; whether an index denotes a row is always asked of
 /// the number of rows, never of this value.
 const std::size_t gNoRow = 4294967295u;
@@ -59,3 +62,5 @@ struct RowLayout
     /// The rows of which at least one pixel line lies in the list, out of this many.
     RowRange VisibleRows(std::size_t in_rowCount) const;
 };
+
+} // namespace nodebrowser

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "nodebrowser/rowtexts.h"
 
+#include "qtcompat/qtcompat.h"
+
 #include <QPaintDevice>
 #include <QPainter>
 #include <QTextOption>
@@ -8,6 +10,8 @@
 #include <algorithm>
 #include <tuple>
 
+namespace nodebrowser
+{
 namespace
 {
 
@@ -45,6 +49,17 @@ std::shared_ptr<QTextLayout> Shape(const QPainter& in_painter, const QString& in
 
 } // namespace
 
+RowTexts::RowTexts()
+{
+    qtcompat::ConnectFontsChanged(*this, SLOT(Clear()));
+}
+
+void RowTexts::Clear()
+{
+    m_texts.clear();
+    m_tops.clear();
+}
+
 void RowTexts::BeginFrame(const QPainter& in_painter)
 {
     ++m_frame;
@@ -55,8 +70,7 @@ void RowTexts::BeginFrame(const QPainter& in_painter)
         return;
     m_font = in_painter.font();
     m_resolution = resolution;
-    m_texts.clear();
-    m_tops.clear();
+    Clear();
 }
 
 /// Forgets the texts that were not in the frame before.
@@ -73,13 +87,16 @@ const QTextLayout& RowTexts::Find(const QPainter& in_painter, const QString& in_
 {
     Shaped& text = m_texts[in_text];
     if (!text.m_layout)
+    {
         text.m_layout = Shape(in_painter, in_text);
+        ++m_shapings;
+    }
     text.m_frame = m_frame;
     return *text.m_layout;
 }
 
 /// The toolkit's versions round the height of a line in different ways, so it is asked once for each height.
-double RowTexts::FindTop(QPainter& in_painter, const QRect& in_rect, const QString& in_text, const QTextLine& in_line)
+double RowTexts::FindTop(QPainter& io_painter, const QRect& in_rect, const QString& in_text, const QTextLine& in_line)
 {
     const Top wanted = {in_line.ascent(), in_line.descent(), in_rect.height(), 0};
     for (const Top& top : m_tops)
@@ -87,24 +104,26 @@ double RowTexts::FindTop(QPainter& in_painter, const QRect& in_rect, const QStri
             std::tie(wanted.m_ascent, wanted.m_descent, wanted.m_rectHeight))
             return top.m_top;
     m_tops.push_back(wanted);
-    m_tops.back().m_top = in_painter.boundingRect(QRectF(in_rect), gAlignment, in_text).top() - in_rect.top();
+    m_tops.back().m_top = io_painter.boundingRect(QRectF(in_rect), gAlignment, in_text).top() - in_rect.top();
     return m_tops.back().m_top;
 }
 
-void RowTexts::Draw(QPainter& in_painter, const QRect& in_rect, const QString& in_text)
+void RowTexts::Draw(QPainter& io_painter, const QRect& in_rect, const QString& in_text)
 {
-    if (in_painter.layoutDirection() != Qt::RightToLeft && IsPlain(in_text))
+    if (io_painter.layoutDirection() != Qt::RightToLeft && IsPlain(in_text))
     {
-        const QTextLayout& layout = Find(in_painter, in_text);
+        const QTextLayout& layout = Find(io_painter, in_text);
         const QTextLine line = layout.lineAt(0);
-        const QPointF place(in_rect.left(), in_rect.top() + FindTop(in_painter, in_rect, in_text, line));
+        const QPointF place(in_rect.left(), in_rect.top() + FindTop(io_painter, in_rect, in_text, line));
         // With room for what sticks out of the last letter, so that the toolkit would not clip it either.
         const double height = line.height();
         if (QRectF(in_rect).contains(QRectF(place, QSizeF(line.naturalTextWidth() + height, height))))
         {
-            layout.draw(&in_painter, place);
+            layout.draw(&io_painter, place);
             return;
         }
     }
-    in_painter.drawText(in_rect, gAlignment, in_text);
+    io_painter.drawText(in_rect, gAlignment, in_text);
 }
+
+} // namespace nodebrowser

@@ -4,6 +4,7 @@
 
 #include <QFont>
 #include <QHash>
+#include <QObject>
 #include <QRect>
 #include <QString>
 #include <QTextLayout>
@@ -13,16 +14,29 @@
 
 class QPainter;
 
-/// Draws texts as QPainter::drawText() draws them to the left and in the middle of a rectangle, to the pixel. What was
-/// drawn in the frame before is not shaped anew, which is most of the work: scrolling by three rows shapes three names.
-/// Holds a few screens of texts.
-class RowTexts
+namespace nodebrowser
 {
+
+/// Draws texts as QPainter::drawText() draws them to the left and in the middle of a rectangle, to the pixel. What was
+/// drawn in the frame before is not shaped again: shaping is most of the work, and scrolling by three rows shapes three
+/// names. Holds a few screens of texts, and forgets them when the fonts of the system change.
+class RowTexts : public QObject
+{
+    Q_OBJECT
+
 public:
+    RowTexts();
+
     /// To be called before the first text of each frame.
     void BeginFrame(const QPainter& in_painter);
 
-    void Draw(QPainter& in_painter, const QRect& in_rect, const QString& in_text);
+    void Draw(QPainter& io_painter, const QRect& in_rect, const QString& in_text);
+
+    /// How many texts were shaped so far.
+    unsigned GetShapings() const { return m_shapings; }
+
+public Q_SLOTS:
+    void Clear();
 
 private:
     struct Shaped
@@ -34,7 +48,7 @@ private:
     const QTextLayout& Find(const QPainter& in_painter, const QString& in_text);
     void DropUnused();
 
-    double FindTop(QPainter& in_painter, const QRect& in_rect, const QString& in_text, const QTextLine& in_line);
+    double FindTop(QPainter& io_painter, const QRect& in_rect, const QString& in_text, const QTextLine& in_line);
 
     /// How far below the upper edge of a rectangle the toolkit starts a line of this height.
     struct Top
@@ -50,4 +64,7 @@ private:
     int m_resolution = 0;    // of the paint device, in dots per inch
     QHash<QString, Shaped> m_texts;
     unsigned m_frame = 0;
+    unsigned m_shapings = 0;
 };
+
+} // namespace nodebrowser

@@ -8,6 +8,8 @@
 #include <array>
 #include <utility>
 
+namespace nodebrowser
+{
 namespace
 {
 
@@ -29,69 +31,49 @@ KindTable KindsOfMode(int in_mode)
 
 } // namespace
 
-void SearchIndex::Clear()
+void SearchIndex::Build(const TextArena& in_names, const std::vector<eItemKind>& in_kinds)
 {
-    m_names.Clear();
-    m_kinds.clear();
-    m_prepared = false;
-}
-
-void SearchIndex::Add(const std::string& in_name, eItemKind in_kind)
-{
-    m_names.Add(in_name);
-    m_kinds.push_back(in_kind);
-    m_prepared = false;
-}
-
-const std::vector<std::uint32_t>& SearchIndex::GetOrder()
-{
-    Prepare();
-    return m_order;
-}
-
-void SearchIndex::Prepare()
-{
-    if (m_prepared)
-        return;
-    m_prepared = true;
-    m_order = SortByName(m_names);
-    m_places.resize(m_order.size());
-    m_lowerNames.Clear();
-    m_kindsInOrder.clear();
+    m_order = SortByName(in_names);
+    m_ranks.resize(m_order.size());
+    m_kinds.resize(m_order.size());
+    m_lowerNames = TextArena();
+    m_lowerNames.Reserve(m_order.size(), in_names.GetBytes());
     std::string name;
-    for (const std::uint32_t number : m_order)
+    for (std::size_t rank = 0; rank < m_order.size(); ++rank)
     {
-        m_places[number] = static_cast<std::uint32_t>(m_kindsInOrder.size());
-        name.assign(m_names.Begin(number), m_names.Length(number));
+        const std::uint32_t index = m_order[rank];
+        m_ranks[index] = static_cast<std::uint32_t>(rank);
+        m_kinds[rank] = in_kinds[index];
+        name.assign(in_names.Begin(index), in_names.Length(index));
         name = LowerName(std::move(name));
         m_lowerNames.Add(name);
-        m_kindsInOrder.push_back(m_kinds[number]);
     }
+    m_lowerNames.CountCharacters();
 }
 
-void SearchIndex::Score(const SearchWords& in_words, TagIndex& in_tags)
+void SearchIndex::Score(const SearchWords& in_words, TagIndex& io_tags)
 {
     // The empty word, which is the first one when it is there, starts every name.
     if (in_words.empty() || in_words.begin()->empty())
     {
-        m_scores.assign(m_kinds.size(), 0);
+        m_scores.assign(m_order.size(), 0);
         return;
     }
-    m_scores.assign(m_kinds.size(), gNone);
+    m_scores.assign(m_order.size(), gNone);
     const std::uint32_t wordCount = static_cast<std::uint32_t>(in_words.size());
-    std::uint32_t index = 0;
+    std::uint32_t wordIndex = 0;
     for (const std::string& word : in_words)
     {
         // The tags go first: what the word does in the name replaces what it did in the tags.
-        for (const TagIndex::Numbers* const items : in_tags.FindItems(word))
+        for (const TagIndex::Indexes* const items : io_tags.FindItems(word))
             for (const std::uint32_t item : *items)
-                if (m_scores[m_places[item]] == gNone)
-                    m_scores[m_places[item]] = gTagsOnly;
-        m_lowerNames.Find(word, [&](std::size_t in_place, bool in_atStart) {
-            if (!(m_scores[in_place] & gSettled))
-                m_scores[in_place] = in_atStart ? index | gSettled : wordCount + index;
+                if (m_scores[m_ranks[item]] == gNone)
+                    m_scores[m_ranks[item]] = gTagsOnly;
+        m_lowerNames.Find(word, [&](std::size_t in_rank, bool in_atStart) {
+            if (!(m_scores[in_rank] & gSettled))
+                m_scores[in_rank] = in_atStart ? wordIndex | gSettled : wordCount + wordIndex;
         });
-        ++index;
+        ++wordIndex;
     }
     for (std::uint32_t& score : m_scores)
         score &= ~gSettled;
@@ -100,19 +82,18 @@ void SearchIndex::Score(const SearchWords& in_words, TagIndex& in_tags)
 void SearchIndex::DropOtherKinds(int in_mode)
 {
     const KindTable kinds = KindsOfMode(in_mode);
-    for (std::size_t place = 0; place < m_scores.size(); ++place)
-        if (!kinds[m_kindsInOrder[place]])
-            m_scores[place] = gNone;
+    for (std::size_t rank = 0; rank < m_scores.size(); ++rank)
+        if (!kinds[m_kinds[rank]])
+            m_scores[rank] = gNone;
 }
 
-void SearchIndex::Find(const SearchWords& in_words, int in_mode, TagIndex& in_tags,
-                       std::vector<std::uint64_t>& out_places)
+void SearchIndex::Find(const SearchWords& in_words, int in_mode, TagIndex& io_tags,
+                       std::vector<std::uint64_t>& out_ranks)
 {
-    Prepare();
-    Score(in_words, in_tags);
+    Score(in_words, io_tags);
     if (in_mode != eFilterAll)
         DropOtherKinds(in_mode);
-    // Every score has room of its own among the rows, so that nothing need be compared to sort them.
+    // A counting sort: each score has its own run of rows, so nothing need be compared.
     std::vector<std::size_t> rows(std::max<std::size_t>(gTagsOnly, 2 * in_words.size()) + 1, 0);
     for (const std::uint32_t score : m_scores)
         if (score != gNone)
@@ -124,8 +105,10 @@ void SearchIndex::Find(const SearchWords& in_words, int in_mode, TagIndex& in_ta
         row = count;
         count += itemsOfScore;
     }
-    out_places.resize(count);
-    for (std::size_t place = 0; place < m_scores.size(); ++place)
-        if (m_scores[place] != gNone)
-            out_places[rows[m_scores[place]]++] = place;
+    out_ranks.resize(count);
+    for (std::size_t rank = 0; rank < m_scores.size(); ++rank)
+        if (m_scores[rank] != gNone)
+            out_ranks[rows[m_scores[rank]]++] = rank;
 }
+
+} // namespace nodebrowser

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace nodebrowser
+{
 namespace
 {
 
@@ -79,13 +81,13 @@ bool ScoreItem(const SearchWords& in_words, const std::string& in_lowerName, con
     std::size_t index = 0;
     for (const std::string& word : in_words)
     {
-        const std::size_t place = in_lowerName.find(word);
-        if (place == 0)
+        const std::size_t offset = in_lowerName.find(word);
+        if (offset == 0)
         {
             score = index;
             break;
         }
-        if (place != std::string::npos)
+        if (offset != std::string::npos)
             score = in_words.size() + index;
         else if (score == gNoMatch && IsInAnyTag(word, in_tags))
             score = gTagScore;
@@ -96,3 +98,5 @@ bool ScoreItem(const SearchWords& in_words, const std::string& in_lowerName, con
     *out_score = score;
     return true;
 }
+
+} // namespace nodebrowser

@@ -10,6 +10,9 @@
 #include <set>
 #include <string>
 
+namespace nodebrowser
+{
+
 /// Which kinds of item are shown. The tabs select the first three, in this order.
 enum eFilterMode
 {
@@ -48,3 +51,5 @@ const std::size_t gNoMatch = 10000;
 /// \return whether any word was found
 bool ScoreItem(const SearchWords& in_words, const std::string& in_lowerName, const std::set<std::string>& in_tags,
                std::size_t* out_score);
+
+} // namespace nodebrowser

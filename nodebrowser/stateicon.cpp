@@ -6,6 +6,8 @@
 
 #include <QPainter>
 
+namespace nodebrowser
+{
 namespace
 {
 
@@ -73,8 +75,4 @@ const QPixmap& StateIcons::Find(eItemKind in_kind, const IconMarks& in_marks)
     return icon->second;
 }
 
-void StateIcons::Clear()
-{
-    m_icons.clear();
-    m_last = nullptr;
-}
+} // namespace nodebrowser

@@ -10,6 +10,9 @@
 #include <tuple>
 #include <utility>
 
+namespace nodebrowser
+{
+
 /// How far the factory mark moves the icon of a factory item to the right, in pixels.
 const int gFactoryMarkWidth = 7;
 
@@ -39,14 +42,13 @@ public:
     StateIcons(const StateIcons&) = delete;
     StateIcons& operator=(const StateIcons&) = delete;
 
-    /// The picture stays where it is until Clear(). Costs one look-up among the icons in use.
+    /// The icon stays where it is. Costs one look-up among the icons in use.
     const QPixmap& Find(eItemKind in_kind, const IconMarks& in_marks);
-
-    /// Forgets the pictures, so that each is composed anew. No record must show one any more.
-    void Clear();
 
 private:
     using Key = std::tuple<eItemKind, unsigned, bool, bool, bool>;
     std::map<Key, QPixmap> m_icons;
     const std::pair<const Key, QPixmap>* m_last = nullptr; // neighbours in a list are mostly alike
 };
+
+} // namespace nodebrowser

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace nodebrowser
+{
 namespace
 {
 
@@ -19,48 +21,23 @@ std::string UpperCase(std::string in_text, const std::locale& in_locale)
 
 } // namespace
 
-void TagIndex::Clear()
-{
-    m_added.Clear();
-    m_spans.clear();
-    m_tags.clear();
-    m_used = 0;
-    m_itemsOfTag.clear();
-    m_tagNumbers.clear();
-    m_tagTexts.clear();
-    m_foldedTexts.Clear();
-}
-
 void TagIndex::Add(const std::string& in_joined)
 {
-    m_added.Add(in_joined);
-}
-
-void TagIndex::SplitAdded()
-{
-    if (m_added.Size() == 0)
-        return;
-    m_spans.reserve(m_spans.size() + m_added.Size());
-    for (std::size_t i = 0; i < m_added.Size(); ++i)
-    {
-        const std::uint32_t item = static_cast<std::uint32_t>(m_spans.size());
-        const Numbers tags = Split(std::string(m_added.Begin(i), m_added.Length(i)));
-        m_spans.emplace_back();
-        Store(item, tags);
-        for (const std::uint32_t tag : tags)
-            Link(item, tag);
-    }
-    m_added = TextBlock();
+    const std::uint32_t item = static_cast<std::uint32_t>(m_spans.size());
+    const TagIds tags = Split(in_joined);
+    m_spans.emplace_back();
+    Store(item, tags);
+    for (const std::uint32_t tag : tags)
+        Link(item, tag);
 }
 
 void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined)
 {
-    SplitAdded();
-    const Numbers tags = Split(in_joined);
+    const TagIds tags = Split(in_joined);
     const auto begin = m_tags.begin() + static_cast<std::ptrdiff_t>(m_spans[in_item].m_begin);
-    const Numbers before(begin, begin + static_cast<std::ptrdiff_t>(m_spans[in_item].m_count));
+    const TagIds before(begin, begin + static_cast<std::ptrdiff_t>(m_spans[in_item].m_count));
     // Most tags stay, the name of the type above all, which many items have.
-    Numbers changed;
+    TagIds changed;
     std::set_difference(before.begin(), before.end(), tags.begin(), tags.end(), std::back_inserter(changed));
     for (const std::uint32_t tag : changed)
         Unlink(in_item, tag);
@@ -69,29 +46,29 @@ void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined)
     for (const std::uint32_t tag : changed)
         Link(in_item, tag);
     Store(in_item, tags);
-    DropUnused();
+    CloseGaps();
 }
 
-/// The numbers of the tags of a tag string, ascending and distinct.
-TagIndex::Numbers TagIndex::Split(const std::string& in_joined)
+/// The ids of the tags in a tag string, ascending and distinct.
+TagIndex::TagIds TagIndex::Split(const std::string& in_joined)
 {
-    Numbers tags;
+    TagIds tags;
     if (in_joined.empty())
         return tags;
     std::size_t begin = 0;
     for (std::size_t end = in_joined.find(';'); end != std::string::npos; end = in_joined.find(';', begin))
     {
-        tags.push_back(NumberOf(in_joined.substr(begin, end - begin)));
+        tags.push_back(FindOrAddTag(in_joined.substr(begin, end - begin)));
         begin = end + 1;
     }
-    tags.push_back(NumberOf(in_joined.substr(begin)));
+    tags.push_back(FindOrAddTag(in_joined.substr(begin)));
     std::sort(tags.begin(), tags.end());
     tags.erase(std::unique(tags.begin(), tags.end()), tags.end());
     return tags;
 }
 
-/// Puts an item's tags at the end of all; their old place is unused from here on.
-void TagIndex::Store(std::uint32_t in_item, const Numbers& in_tags)
+/// Puts an item's tags behind all others, which leaves a gap where they were.
+void TagIndex::Store(std::uint32_t in_item, const TagIds& in_tags)
 {
     Span& span = m_spans[in_item];
     m_used = m_used - span.m_count + in_tags.size();
@@ -104,7 +81,7 @@ void TagIndex::Link(std::uint32_t in_item, std::uint32_t in_tag)
 {
     if (m_tagTexts[in_tag]->empty())
         return;
-    Numbers& items = m_itemsOfTag[in_tag];
+    Indexes& items = m_itemsOfTag[in_tag];
     if (items.empty() || items.back() < in_item)
         items.push_back(in_item);
     else
@@ -113,18 +90,18 @@ void TagIndex::Link(std::uint32_t in_item, std::uint32_t in_tag)
 
 void TagIndex::Unlink(std::uint32_t in_item, std::uint32_t in_tag)
 {
-    Numbers& items = m_itemsOfTag[in_tag];
-    const auto place = std::lower_bound(items.begin(), items.end(), in_item);
-    if (place != items.end() && *place == in_item)
-        items.erase(place);
+    Indexes& items = m_itemsOfTag[in_tag];
+    const auto found = std::lower_bound(items.begin(), items.end(), in_item);
+    if (found != items.end() && *found == in_item)
+        items.erase(found);
 }
 
-/// Closes the gaps once there are more of them than tags.
-void TagIndex::DropUnused()
+/// Closes the gaps once they take more room than the tags.
+void TagIndex::CloseGaps()
 {
     if (m_tags.size() < gSmall || m_tags.size() < 2 * m_used)
         return;
-    Numbers tags;
+    TagIds tags;
     tags.reserve(m_used);
     for (Span& span : m_spans)
     {
@@ -135,20 +112,19 @@ void TagIndex::DropUnused()
     m_tags.swap(tags);
 }
 
-std::uint32_t TagIndex::NumberOf(const std::string& in_tag)
+std::uint32_t TagIndex::FindOrAddTag(const std::string& in_tag)
 {
-    const auto known = m_tagNumbers.find(in_tag);
-    if (known != m_tagNumbers.end())
+    const auto known = m_tagIds.find(in_tag);
+    if (known != m_tagIds.end())
         return known->second;
-    const std::uint32_t number = static_cast<std::uint32_t>(m_tagTexts.size());
-    m_tagTexts.push_back(&m_tagNumbers.emplace(in_tag, number).first->first);
+    const std::uint32_t id = static_cast<std::uint32_t>(m_tagTexts.size());
+    m_tagTexts.push_back(&m_tagIds.emplace(in_tag, id).first->first);
     m_itemsOfTag.emplace_back();
-    return number;
+    return id;
 }
 
-TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item)
+TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item) const
 {
-    SplitAdded();
     Tags tags;
     if (in_item < m_spans.size())
         for (std::uint32_t i = 0; i < m_spans[in_item].m_count; ++i)
@@ -156,30 +132,31 @@ TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item)
     return tags;
 }
 
-TagIndex::Numbers TagIndex::GetItems(const std::string& in_tag)
+TagIndex::Indexes TagIndex::GetItems(const std::string& in_tag) const
 {
-    SplitAdded();
-    const auto entry = m_tagNumbers.find(in_tag);
-    return entry == m_tagNumbers.end() ? Numbers() : m_itemsOfTag[entry->second];
+    const auto entry = m_tagIds.find(in_tag);
+    return entry == m_tagIds.end() ? Indexes() : m_itemsOfTag[entry->second];
 }
 
 void TagIndex::FoldTexts()
 {
     const std::locale locale;
-    if (m_foldedTexts.Size() == m_tagTexts.size() && locale == m_locale)
+    if (m_foldedTexts.GetSize() == m_tagTexts.size() && locale == m_locale)
         return;
     m_locale = locale;
-    m_foldedTexts.Clear();
+    m_foldedTexts = TextArena();
     for (const std::string* const text : m_tagTexts)
         m_foldedTexts.Add(UpperCase(*text, locale));
+    m_foldedTexts.CountCharacters();
 }
 
-std::vector<const TagIndex::Numbers*> TagIndex::FindItems(const std::string& in_word)
+std::vector<const TagIndex::Indexes*> TagIndex::FindItems(const std::string& in_word)
 {
-    SplitAdded();
     FoldTexts();
-    std::vector<const Numbers*> found;
+    std::vector<const Indexes*> found;
     m_foldedTexts.Find(UpperCase(in_word, m_locale),
                        [&](std::size_t in_tag, bool) { found.push_back(&m_itemsOfTag[in_tag]); });
     return found;
 }
+
+} // namespace nodebrowser

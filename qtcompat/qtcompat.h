@@ -2,8 +2,10 @@
 /// Every difference between the toolkit's versions, each as one named function. No other room tests a version.
 #pragma once
 
+#include <QCoreApplication>
 #include <QDropEvent>
 #include <QMouseEvent>
+#include <QObject>
 #include <QPixmap>
 #include <QPoint>
 #include <QWheelEvent>
@@ -99,6 +101,18 @@ inline void SetPixelRatio(QPixmap& out_pixmap, double in_ratio)
 #else
     Q_UNUSED(out_pixmap);
     Q_UNUSED(in_ratio);
+#endif
+}
+
+/// Calls a slot whenever fonts are added to the system or removed. Qt 4 does not tell.
+/// \param in_slot in the string form, SLOT(...)
+inline void ConnectFontsChanged(QObject& in_receiver, const char* in_slot)
+{
+#if QT_VERSION >= 0x050000
+    QObject::connect(QCoreApplication::instance(), SIGNAL(fontDatabaseChanged()), &in_receiver, in_slot);
+#else
+    Q_UNUSED(in_receiver);
+    Q_UNUSED(in_slot);
 #endif
 }
 

@@ -716,7 +716,6 @@ private Q_SLOTS:
             delete (i == 0 ? static_cast<QWidget*>(&dialog.Ok()) : &dialog.Buttons());
             QVERIFY(ShowActive(dialog));
             dialog.Edit().setFocus();
-            ExpectRaisedWindow();
             Clear();
             QCOMPARE(dialog.Edit().toolTip(), FromLatin1(gEmpty));
             TypeText(FromLatin1("Mix"));

@@ -143,6 +143,14 @@ public:
         ++m_signals;
     }
 
+    /// The event loop runs again after a removal: a list that still has the item is rebuilt.
+    void EndRemoval()
+    {
+        for (const Record& record : m_records)
+            if (!record.m_item.IsValid())
+                m_rebuildNeeded = m_paintDue = true;
+    }
+
     void Paint()
     {
         m_requested = false;

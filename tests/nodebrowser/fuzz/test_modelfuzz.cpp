@@ -86,6 +86,9 @@ protected:
             const QWheelEvent& wheel = static_cast<const QWheelEvent&>(*in_event);
             m_model.Wheel(qtcompat::EventPosition(wheel), qtcompat::WheelDelta(wheel));
         }
+        // The only event of its own that a browser gets is the end of a removal.
+        if (in_event->type() > QEvent::User)
+            m_model.EndRemoval();
         return ProbedBrowser::event(in_event);
     }
 

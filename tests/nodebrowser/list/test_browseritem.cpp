@@ -4,6 +4,7 @@
 #include "nodebrowser/stateicon.h"
 
 #include "memorymodel/datalayer.h"
+#include "tests/nodebrowser/support/records.h"
 #include "tests/nodebrowser/support/spylayer.h"
 #include "tests/support/testmain.h"
 
@@ -11,8 +12,8 @@
 
 #include <memory>
 
+using namespace nodebrowser;
 using memorymodel::NewItem;
-using nodebrowser::FindRevisionControlHelper;
 using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemIterator;
@@ -183,7 +184,7 @@ private Q_SLOTS:
         m_layer->SetService("RevisionControlUIHelper", m_helper.get());
         m_helper->m_given = nexa4::NEXAHandle<nexa4::IDbObject>();
         m_helper->m_lookups.clear();
-        m_icons.Clear();
+        m_icons.reset(new StateIcons);
     }
 
     void cleanupTestCase()
@@ -382,16 +383,16 @@ private Q_SLOTS:
     {
         BrowserItem record = MakeRecord(NewItem::Compound("A"));
         SpyLayer spy;
-        QVERIFY(!record.SetAccessState(0, true, m_icons));
+        QVERIFY(!record.SetAccessState(0, true, *m_icons));
         QCOMPARE(spy.m_icons.size(), std::size_t(0));
-        QVERIFY(record.SetAccessState(memorymodel::eCheckedOut, true, m_icons));
+        QVERIFY(record.SetAccessState(memorymodel::eCheckedOut, true, *m_icons));
         QCOMPARE(spy.m_icons.size(), std::size_t(1));
         QCOMPARE(spy.m_icons[0].m_state, unsigned(memorymodel::eCheckedOut));
         QVERIFY(spy.m_icons[0].m_active);
         QCOMPARE(record.GetAccessState(), unsigned(memorymodel::eCheckedOut));
-        QVERIFY(!record.SetAccessState(memorymodel::eCheckedOut, false, m_icons));
+        QVERIFY(!record.SetAccessState(memorymodel::eCheckedOut, false, *m_icons));
         QCOMPARE(spy.m_icons.size(), std::size_t(1));
-        QVERIFY(record.SetAccessState(4294967295u, false, m_icons));
+        QVERIFY(record.SetAccessState(4294967295u, false, *m_icons));
         QCOMPARE(spy.m_icons[1].m_state, 4294967295u);
         QVERIFY(!spy.m_icons[1].m_active);
     }
@@ -400,20 +401,20 @@ private Q_SLOTS:
     {
         BrowserItem record = MakeRecord(NewItem::Compound("A"));
         const QImage plain = record.GetStateIcon().toImage();
-        record.SetAccessState(memorymodel::eCheckedOut, true, m_icons);
+        record.SetAccessState(memorymodel::eCheckedOut, true, *m_icons);
         const QImage badged = record.GetStateIcon().toImage();
         QVERIFY(badged != plain);
-        record.SetAccessState(memorymodel::eOutOfDate, true, m_icons);
-        record.SetAccessState(memorymodel::eCheckedOut, true, m_icons);
+        record.SetAccessState(memorymodel::eOutOfDate, true, *m_icons);
+        record.SetAccessState(memorymodel::eCheckedOut, true, *m_icons);
         QCOMPARE(record.GetStateIcon().toImage(), badged);
-        record.SetAccessState(0, true, m_icons);
+        record.SetAccessState(0, true, *m_icons);
         QCOMPARE(record.GetStateIcon().toImage(), plain);
     }
 
     void anItemThatIsNoCompoundTakesAStateToo()
     {
         BrowserItem record = MakeRecord(NewItem::Type("A"));
-        QVERIFY(record.SetAccessState(memorymodel::eOutOfDate, true, m_icons));
+        QVERIFY(record.SetAccessState(memorymodel::eOutOfDate, true, *m_icons));
         QCOMPARE(record.GetAccessState(), unsigned(memorymodel::eOutOfDate));
     }
 
@@ -423,7 +424,7 @@ private Q_SLOTS:
         BrowserItem record = MakeRecord(NewItem::Compound("A").In(*m_factory));
         const QImage before = record.GetStateIcon().toImage();
         SpyLayer spy;
-        QVERIFY(record.SetAccessState(memorymodel::eCheckedOut, true, m_icons));
+        QVERIFY(record.SetAccessState(memorymodel::eCheckedOut, true, *m_icons));
         QCOMPARE(record.GetAccessState(), unsigned(memorymodel::eCheckedOut));
         QCOMPARE(spy.m_icons.size(), std::size_t(0));
         QCOMPARE(record.GetStateIcon().toImage(), before);
@@ -432,20 +433,20 @@ private Q_SLOTS:
     void aRecordReadsItsIdentityThroughItsAccessor()
     {
         const ItemID id = m_library->Add(NewItem::Compound("Short-lived"));
-        RecordSurroundings surroundings(FindRevisionControlHelper(), false, m_icons);
-        const BrowserItem record(FindItem(*m_library, id), 0, surroundings);
-        QVERIFY(record.GetItemID() == id);
+        RecordContext context(FindRevisionControlHelper(), false, *m_icons);
+        const BrowserItem record = MakeBrowserItem(FindItem(*m_library, id), 0, context);
+        QVERIFY(record.GetItem().GetItemID() == id);
         QVERIFY(m_library->Remove(id));
         QVERIFY(!record.GetItem().IsValid());
-        QVERIFY(!record.GetItemID().IsValid());
+        QVERIFY(!record.GetItem().GetItemID().IsValid());
     }
 
     void copiesAreIndependent()
     {
         const BrowserItem original = MakeRecord(NewItem::Compound("A"), 3);
         BrowserItem copy = original;
-        QVERIFY(copy.GetItemID() == original.GetItemID());
-        copy.SetAccessState(4, true, m_icons);
+        QVERIFY(copy.GetItem().GetItemID() == original.GetItem().GetItemID());
+        copy.SetAccessState(4, true, *m_icons);
         QCOMPARE(original.GetAccessState(), 3u);
         QCOMPARE(copy.GetAccessState(), 4u);
     }
@@ -454,8 +455,8 @@ private:
     BrowserItem MakeRecord(const NewItem& in_item, unsigned in_state = 0)
     {
         const ItemID id = m_library->Add(in_item);
-        RecordSurroundings surroundings(FindRevisionControlHelper(), false, m_icons);
-        return BrowserItem(FindItem(*m_library, id), in_state, surroundings);
+        RecordContext context(FindRevisionControlHelper(), false, *m_icons);
+        return MakeBrowserItem(FindItem(*m_library, id), in_state, context);
     }
 
     /// The record of a compound whose database object is given.
@@ -500,7 +501,7 @@ private:
     memorymodel::DataSource* m_readOnly = nullptr;
     memorymodel::DataSource* m_factory = nullptr;
     memorymodel::DataSource* m_second = nullptr;
-    StateIcons m_icons;
+    std::unique_ptr<StateIcons> m_icons{new StateIcons};
     QStringList m_lookupsBeforeTheFirst;
     QStringList m_lookupsOfTheFirst;
 };

@@ -3,12 +3,13 @@
 #include "nodebrowser/browseritem.h"
 #include "nodebrowser/dbobject.h"
 #include "nodebrowser/stateicon.h"
+#include "tests/nodebrowser/support/records.h"
 #include "tests/support/testmain.h"
 
 #include <memory>
 
+using namespace nodebrowser;
 using memorymodel::NewItem;
-using nodebrowser::FindRevisionControlHelper;
 using vireo::datamodel::ItemIterator;
 
 /// Only the second factory object exists when the first record is made.
@@ -59,13 +60,13 @@ private:
         ItemIterator item = vireo::datamodel::GetTOC(m_library->GetAccessor()).IterateItems(id.GetType());
         while (item.GetItem().GetItemID() != id)
             item.Next();
-        RecordSurroundings surroundings(FindRevisionControlHelper(), false, m_icons);
-        return BrowserItem(item.GetItem(), 0, surroundings);
+        RecordContext context(FindRevisionControlHelper(), false, *m_icons);
+        return MakeBrowserItem(item.GetItem(), 0, context);
     }
 
     std::unique_ptr<memorymodel::DataLayer> m_layer;
     memorymodel::Library* m_library = nullptr;
-    StateIcons m_icons;
+    std::unique_ptr<StateIcons> m_icons{new StateIcons};
     memorymodel::DataSource* m_plain = nullptr;
     memorymodel::DataSource* m_lateFirst = nullptr;
     memorymodel::DataSource* m_second = nullptr;

@@ -5,12 +5,14 @@
 
 #include <algorithm>
 
+using namespace nodebrowser;
+
 namespace
 {
 
 std::vector<std::uint32_t> Order(const std::vector<std::string>& in_names)
 {
-    TextBlock names;
+    TextArena names;
     for (const std::string& name : in_names)
         names.Add(name);
     return SortByName(names);
@@ -59,7 +61,7 @@ private Q_SLOTS:
         QCOMPARE(result.join(QLatin1String(",")), ordered);
     }
 
-    void noNamesHaveAnOrderToo() { QVERIFY(SortByName(TextBlock()).empty()); }
+    void noNamesHaveAnOrderToo() { QVERIFY(SortByName(TextArena()).empty()); }
 
     void aZeroByteIsMoreThanTheEnd()
     {

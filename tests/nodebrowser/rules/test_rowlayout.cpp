@@ -2,6 +2,8 @@
 #include "nodebrowser/rowlayout.h"
 #include "tests/support/testmain.h"
 
+using namespace nodebrowser;
+
 namespace
 {
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <vector>
 
+using namespace nodebrowser;
 using memorymodel::NewItem;
 
 namespace

@@ -10,6 +10,7 @@
 
 #include <memory>
 
+using namespace nodebrowser;
 using memorymodel::NewItem;
 using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;

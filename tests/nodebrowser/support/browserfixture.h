@@ -19,6 +19,12 @@
 
 #include <vector>
 
+using nodebrowser::gHeaderHeight;
+using nodebrowser::gListTop;
+using nodebrowser::gNoRow;
+using nodebrowser::gRowHeight;
+using nodebrowser::gTabBarRoom;
+
 /// Where the first row starts below the tab bar.
 const int gBrowserTop = gListTop + gTabBarRoom;
 

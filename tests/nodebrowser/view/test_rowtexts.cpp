@@ -5,6 +5,8 @@
 #include <QImage>
 #include <QPainter>
 
+using namespace nodebrowser;
+
 namespace
 {
 

@@ -1,20 +1,23 @@
 // SPDX-License-Identifier: MIT
-#include "nodebrowser/textblock.h"
+#include "nodebrowser/textarena.h"
 #include "tests/support/random.h"
 #include "tests/support/testmain.h"
+
+using namespace nodebrowser;
 
 namespace
 {
 
-/// Where a word is found, as "number" or "number^" for a text that starts with it.
+/// Where a word is found, as "entry" or "entry^" for an entry that starts with it.
 QString Found(const std::vector<std::string>& in_texts, const std::string& in_word)
 {
-    TextBlock block;
+    TextArena arena;
     for (const std::string& text : in_texts)
-        block.Add(text);
+        arena.Add(text);
     QStringList found;
-    block.Find(in_word, [&found](std::size_t in_number, bool in_atStart) {
-        found << QString::number(in_number) + QString::fromLatin1(in_atStart ? "^" : "");
+    arena.CountCharacters();
+    arena.Find(in_word, [&found](std::size_t in_entry, bool in_atStart) {
+        found << QString::number(in_entry) + QString::fromLatin1(in_atStart ? "^" : "");
     });
     return found.join(QLatin1String(" "));
 }
@@ -23,18 +26,18 @@ QString Found(const std::vector<std::string>& in_texts, const std::string& in_wo
 QString PlainFound(const std::vector<std::string>& in_texts, const std::string& in_word)
 {
     QStringList found;
-    for (std::size_t number = 0; number < in_texts.size(); ++number)
+    for (std::size_t entry = 0; entry < in_texts.size(); ++entry)
     {
-        const std::size_t place = in_texts[number].find(in_word);
-        if (place != std::string::npos)
-            found << QString::number(number) + QString::fromLatin1(place == 0 ? "^" : "");
+        const std::size_t offset = in_texts[entry].find(in_word);
+        if (offset != std::string::npos)
+            found << QString::number(entry) + QString::fromLatin1(offset == 0 ? "^" : "");
     }
     return found.join(QLatin1String(" "));
 }
 
 } // namespace
 
-class TestTextBlock : public QObject
+class TestTextArena : public QObject
 {
     Q_OBJECT
 
@@ -78,29 +81,13 @@ private Q_SLOTS:
 
     void textsAreKeptAsTheyCame()
     {
-        TextBlock block;
+        TextArena arena;
         const std::vector<std::string> texts = {"ab", "", std::string("a\0\n", 3)};
         for (const std::string& text : texts)
-            block.Add(text);
-        QCOMPARE(block.Size(), texts.size());
-        for (std::size_t number = 0; number < texts.size(); ++number)
-            QVERIFY(std::string(block.Begin(number), block.Length(number)) == texts[number]);
-    }
-
-    void clearingForgetsEverything()
-    {
-        TextBlock block;
-        block.Add("a");
-        block.Clear();
-        QCOMPARE(int(block.Size()), 0);
-        block.Add("ba");
-        int found = 0;
-        block.Find("a", [&found](std::size_t in_number, bool in_atStart) {
-            ++found;
-            QCOMPARE(int(in_number), 0);
-            QVERIFY(!in_atStart);
-        });
-        QCOMPARE(found, 1);
+            arena.Add(text);
+        QCOMPARE(arena.GetSize(), texts.size());
+        for (std::size_t entry = 0; entry < texts.size(); ++entry)
+            QVERIFY(std::string(arena.Begin(entry), arena.Length(entry)) == texts[entry]);
     }
 
     void agreesWithASearchTextByText()
@@ -118,5 +105,5 @@ private Q_SLOTS:
     }
 };
 
-NODEBROWSER_TEST_MAIN(TestTextBlock)
-#include "test_textblock.moc"
+NODEBROWSER_TEST_MAIN(TestTextArena)
+#include "test_textarena.moc"

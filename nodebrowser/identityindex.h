@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+/// From an item's identity to its index in the item list.
+#pragma once
+
+#include "datamodel/itemid.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace nodebrowser
+{
+
+/// Sorted once, when it is made; each look-up costs a binary search. The identities are kept here, because the accessor in a
+/// record has none any more once its item is gone.
+class IdentityIndex
+{
+public:
+    using Identities = std::vector<vireo::datamodel::ItemID>;
+
+    /// Replaces what is in it.
+    /// \param in_identities by index
+    void Build(Identities in_identities);
+
+    /// The indexes of an item, the lowest first. Empty when the item is not in the list; more than one when the table of
+    /// contents named it more than once.
+    std::vector<std::uint32_t> Find(const vireo::datamodel::ItemID& in_item) const;
+
+    /// Every item, by index.
+    const Identities& GetIdentities() const { return m_identities; }
+
+private:
+    Identities m_identities;
+    std::vector<std::uint32_t> m_sorted; // indexes, in the order of their identities
+};
+
+} // namespace nodebrowser

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+#include "nodebrowser/itemlist.h"
+
+#include "datamodel/helpers.h"
+#include "nodebrowser/dbobject.h"
+
+#include <algorithm>
+#include <utility>
+
+using vireo::datamodel::gApplicationTagsKey;
+using vireo::datamodel::Helpers;
+using vireo::datamodel::ItemAccessor;
+using vireo::datamodel::ItemID;
+using vireo::datamodel::ItemIterator;
+using vireo::datamodel::ItemLibraryAccessor;
+using vireo::datamodel::ItemTOCAccessor;
+using vireo::datamodel::LibType;
+using vireo::datamodel::VireoType;
+
+namespace nodebrowser
+{
+namespace
+{
+
+/// The tag string of an item as the search sees it: the name of its type is one more tag.
+std::string ReadTags(const ItemLibraryAccessor& in_library, const ItemID& in_item)
+{
+    std::string tags = in_library.GetItemTags(in_item, gApplicationTagsKey);
+    const char* const type = in_item.IsValid() ? in_item.GetType() : "";
+    if (!tags.empty() && *type)
+        tags += ';';
+    return tags += type;
+}
+
+} // namespace
+
+void ItemList::Build(const ItemTOCAccessor& in_toc, const ItemLibraryAccessor& in_library, std::size_t in_expected,
+                     bool in_versioningActive, ObjectHandles* out_handles)
+{
+    if (!in_toc.IsValid())
+        return;
+    m_records.reserve(in_expected);
+    m_identities.reserve(in_expected);
+    for (const char* const type : {VireoType::gPolymorphicSolver, VireoType::gCompound, VireoType::gGlobalConstant,
+                                   VireoType::gSolver, LibType::gType})
+        Append(type, in_toc, in_library, in_versioningActive, out_handles);
+}
+
+void ItemList::Append(const char* in_type, const ItemTOCAccessor& in_toc, const ItemLibraryAccessor& in_library,
+                      bool in_versioningActive, ObjectHandles* out_handles)
+{
+    RecordContext context(FindRevisionControlHelper(), in_versioningActive, m_icons);
+    for (ItemIterator iterator = in_toc.IterateItems(in_type); !iterator.IsAtEnd(); iterator.Next())
+    {
+        ItemAccessor item = iterator.GetItem();
+        if (!Helpers::IsValidGraphItemType(in_type, item))
+            continue;
+        // What lives inside another item, or is a variant of one, is reached through that item.
+        if (item.GetValue(vireo::datamodel::gParentKey).IsValid() ||
+            item.GetValue(vireo::datamodel::gSpecializesKey).IsValid())
+            continue;
+        // All reads come first: when one of them throws, nothing of the item is stored.
+        const ItemID id = item.GetItemID();
+        const ObjectLookup object = LookUpObject(id, context);
+        BrowserItem record(std::move(item), object, vireo::datamodel::eAccessStateUnknown, context);
+        const std::string name = in_library.GetItemName(id, true, nullptr);
+        const std::string tags = ReadTags(in_library, id);
+        if (out_handles && record.IsSourceControlled() && object.m_hasId)
+        {
+            record.SetAccessState(vireo::datamodel::eAccessStateRequested, in_versioningActive, m_icons);
+            out_handles->push_back(object.m_object);
+        }
+        m_identities.push_back(id);
+        m_names.Add(name);
+        m_joinedTags.Add(tags);
+        m_records.push_back(std::move(record));
+    }
+}
+
+void ItemList::Prepare()
+{
+    if (m_prepared)
+        return;
+    m_prepared = true;
+    std::vector<eItemKind> kinds;
+    kinds.reserve(m_records.size());
+    for (const BrowserItem& record : m_records)
+        kinds.push_back(record.GetKind());
+    m_searchIndex.Build(m_names, kinds);
+    m_identityIndex.Build(std::move(m_identities));
+    std::string tags;
+    for (std::size_t index = 0; index < m_records.size(); ++index)
+    {
+        tags.assign(m_joinedTags.Begin(index), m_joinedTags.Length(index));
+        m_tagIndex.Add(tags);
+    }
+    m_names = TextArena();
+    m_joinedTags = TextArena();
+    m_identities = IdentityIndex::Identities();
+}
+
+void ItemList::Find(const SearchWords& in_words, int in_mode, std::vector<std::uint64_t>& out_ranks)
+{
+    Prepare();
+    m_searchIndex.Find(in_words, in_mode, m_tagIndex, out_ranks);
+}
+
+void ItemList::FindItemByItem(const SearchWords& in_words, int in_mode, const ItemLibraryAccessor& in_library,
+                              std::vector<std::uint64_t>& out_ranks)
+{
+    Prepare();
+    std::vector<std::pair<std::size_t, std::uint64_t>> found; // score and rank
+    for (std::size_t rank = 0; rank < m_searchIndex.GetSize(); ++rank)
+    {
+        ItemAccessor item = m_records[m_searchIndex.GetIndex(rank)].GetItem();
+        std::size_t score = 0;
+        if (item.IsValid() && Compare(in_words, in_mode, in_library, item, &score))
+            found.emplace_back(score, rank);
+    }
+    std::sort(found.begin(), found.end());
+    out_ranks.clear();
+    for (const auto& entry : found)
+        out_ranks.push_back(entry.second);
+}
+
+bool ItemList::Compare(const SearchWords& in_words, int in_mode, const ItemLibraryAccessor& in_library,
+                       ItemAccessor& in_item, std::size_t* out_score)
+{
+    const ItemID id = in_item.GetItemID();
+    if (!PassesFilterMode(in_mode, KindOf(in_item)))
+        return false;
+    if (in_words.empty())
+    {
+        *out_score = 0;
+        return true;
+    }
+    return ScoreItem(in_words, LowerName(in_library.GetItemName(id, true, nullptr)), GetTags(id), out_score);
+}
+
+const BrowserItem* ItemList::FindRecord(std::uint64_t in_rank)
+{
+    Prepare();
+    return in_rank < m_searchIndex.GetSize() ? &m_records[m_searchIndex.GetIndex(static_cast<std::size_t>(in_rank))]
+                                             : nullptr;
+}
+
+bool ItemList::HasGoneItem() const
+{
+    return std::any_of(m_records.begin(), m_records.end(),
+                       [](const BrowserItem& in_record) { return !in_record.GetItem().IsValid(); });
+}
+
+std::vector<std::uint32_t> ItemList::FindIndexes(const ItemID& in_item)
+{
+    Prepare();
+    return m_identityIndex.Find(in_item);
+}
+
+void ItemList::RefreshTags(const ItemLibraryAccessor& in_library, const ItemID& in_item)
+{
+    const std::vector<std::uint32_t> indexes = FindIndexes(in_item);
+    if (indexes.empty())
+        return;
+    const std::string tags = ReadTags(in_library, in_item);
+    for (const std::uint32_t index : indexes)
+        m_tagIndex.SetTags(index, tags);
+}
+
+bool ItemList::SetState(const ItemID& in_item, unsigned in_state, bool in_versioningActive)
+{
+    const std::vector<std::uint32_t> indexes = FindIndexes(in_item);
+    if (indexes.empty())
+        return false;
+    // The item of a record that left meanwhile has no identity any more.
+    BrowserItem& record = m_records[indexes.front()];
+    return record.GetItem().GetItemID() == in_item && record.SetAccessState(in_state, in_versioningActive, m_icons);
+}
+
+void ItemList::ResetStates(bool in_versioningActive)
+{
+    for (BrowserItem& record : m_records)
+        record.SetAccessState(vireo::datamodel::eAccessStateUnknown, in_versioningActive, m_icons);
+}
+
+std::set<std::string> ItemList::GetTags(const ItemID& in_item)
+{
+    const std::vector<std::uint32_t> indexes = FindIndexes(in_item);
+    return indexes.empty() ? std::set<std::string>() : m_tagIndex.GetTags(indexes.front());
+}
+
+std::set<ItemID> ItemList::GetTaggedItems(const std::string& in_tag)
+{
+    Prepare();
+    std::set<ItemID> items;
+    for (const std::uint32_t index : m_tagIndex.GetItems(in_tag))
+        items.insert(m_identityIndex.GetIdentities()[index]);
+    return items;
+}
+
+} // namespace nodebrowser

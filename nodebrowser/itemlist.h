@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+/// The items that the browser lists, and everything it derives from them.
+#pragma once
+
+#include "datamodel/itemlibrary.h"
+#include "datamodel/nexahandle.h"
+#include "nodebrowser/browseritem.h"
+#include "nodebrowser/identityindex.h"
+#include "nodebrowser/searchindex.h"
+#include "nodebrowser/stateicon.h"
+#include "nodebrowser/tagindex.h"
+#include "nodebrowser/textarena.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <list>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace nodebrowser
+{
+
+/// The records in library order, and with them their names, tags, identities and icons: built together, changed together.
+///
+/// Invariant: each index has one record, one identity, one name and one tag string. A build only collects. The first
+/// question after it prepares the answers: it sorts the names and the identities and splits the tag strings. A list that is
+/// replaced before it is asked prepares nothing.
+///
+/// Items go by their index, which counts them in library order, or by their rank, which counts them in display order.
+///
+/// A list is built once. Operations that take a library ask the data layer, and SetState() asks it for an icon: the list
+/// must outlive them, whatever the data layer does meanwhile.
+class ItemList
+{
+public:
+    using ObjectHandles = std::list<nexa4::NEXAHandle<nexa4::IDbObject>>;
+
+    ItemList() = default;
+    // Its records point at its icons.
+    ItemList(const ItemList&) = delete;
+    ItemList& operator=(const ItemList&) = delete;
+
+    /// Reads the items of a table of contents into the empty list; none from an invalid one. Costs one pass over the items.
+    /// What the data layer throws comes through.
+    /// \param in_expected about how many items there will be
+    /// \param in_versioningActive whether badges are shown
+    /// \param out_handles the database objects whose states are to be requested are appended; null when none are
+    void Build(const vireo::datamodel::ItemTOCAccessor& in_toc, const vireo::datamodel::ItemLibraryAccessor& in_library,
+               std::size_t in_expected, bool in_versioningActive, ObjectHandles* out_handles);
+
+    std::size_t GetSize() const { return m_records.size(); }
+
+    /// The ranks of the items that a search and a tab find, the most relevant first.
+    /// \param out_ranks replaced; keeps its memory
+    void Find(const SearchWords& in_words, int in_mode, std::vector<std::uint64_t>& out_ranks);
+
+    /// The same by the rule, item by item, as the data layer has the items at this moment. For when it has changed since the
+    /// build. Items that are gone are left out.
+    void FindItemByItem(const SearchWords& in_words, int in_mode,
+                        const vireo::datamodel::ItemLibraryAccessor& in_library, std::vector<std::uint64_t>& out_ranks);
+
+    /// The rule: whether an item passes a search and a tab, and its score.
+    /// \param out_score written only when the item passes
+    bool Compare(const SearchWords& in_words, int in_mode, const vireo::datamodel::ItemLibraryAccessor& in_library,
+                 vireo::datamodel::ItemAccessor& in_item, std::size_t* out_score);
+
+    /// The record at a rank; null when there is none.
+    const BrowserItem* FindRecord(std::uint64_t in_rank);
+
+    /// Whether any item that was listed is gone. Costs a look at each record.
+    bool HasGoneItem() const;
+
+    /// Reads the tags of an item again. Does nothing for an item that is not listed.
+    void RefreshTags(const vireo::datamodel::ItemLibraryAccessor& in_library, const vireo::datamodel::ItemID& in_item);
+
+    /// Sets the source-control state of an item.
+    /// \return whether its icon changed: false for the state that it has, and for an item that is not listed
+    bool SetState(const vireo::datamodel::ItemID& in_item, unsigned in_state, bool in_versioningActive);
+
+    /// Sets all states to eAccessStateUnknown.
+    void ResetStates(bool in_versioningActive);
+
+    /// The tags of an item as the search sees them: its own and the name of its type.
+    std::set<std::string> GetTags(const vireo::datamodel::ItemID& in_item);
+
+    /// The items that have a tag, as the search sees it; none for the empty tag.
+    std::set<vireo::datamodel::ItemID> GetTaggedItems(const std::string& in_tag);
+
+private:
+    void Append(const char* in_type, const vireo::datamodel::ItemTOCAccessor& in_toc,
+                const vireo::datamodel::ItemLibraryAccessor& in_library, bool in_versioningActive,
+                ObjectHandles* out_handles);
+    void Prepare();
+    std::vector<std::uint32_t> FindIndexes(const vireo::datamodel::ItemID& in_item);
+
+    StateIcons m_icons;
+    std::vector<BrowserItem> m_records; // by index
+    bool m_prepared = false;
+
+    // What a build collects by index, and Prepare() makes the indexes of.
+    TextArena m_names;
+    TextArena m_joinedTags;
+    IdentityIndex::Identities m_identities;
+
+    IdentityIndex m_identityIndex;
+    SearchIndex m_searchIndex;
+    TagIndex m_tagIndex;
+};
+
+} // namespace nodebrowser

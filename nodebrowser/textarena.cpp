@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "nodebrowser/textarena.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+namespace nodebrowser
+{
+namespace
+{
+
+/// Leaves room for a line feed for each of a thousand million entries.
+const std::size_t gMostBytes = 0xC0000000u;
+
+} // namespace
+
+void TextArena::Reserve(std::size_t in_entries, std::size_t in_bytes)
+{
+    m_ends.reserve(in_entries);
+    m_texts.reserve(in_bytes);
+}
+
+void TextArena::Add(const std::string& in_text)
+{
+    // The line feeds of the entries to come need room, too.
+    const std::size_t room = m_texts.size() < gMostBytes ? gMostBytes - m_texts.size() : 0;
+    m_texts.append(in_text, 0, room);
+    m_texts += '\n';
+    m_ends.push_back(static_cast<std::uint32_t>(m_texts.size()));
+}
+
+void TextArena::CountCharacters()
+{
+    std::fill(std::begin(m_counts), std::end(m_counts), std::size_t(0));
+    for (const char character : m_texts)
+        ++m_counts[static_cast<unsigned char>(character)];
+}
+
+/// The offset in a word of the character that occurs least often in the entries.
+std::size_t TextArena::FindRarest(const std::string& in_word) const
+{
+    std::size_t rarest = 0;
+    for (std::size_t i = 1; i < in_word.size(); ++i)
+        if (m_counts[static_cast<unsigned char>(in_word[i])] < m_counts[static_cast<unsigned char>(in_word[rarest])])
+            rarest = i;
+    return rarest;
+}
+
+/// The first offset, from in_begin on, at which a word occurs.
+std::size_t TextArena::FindFrom(std::size_t in_begin, const std::string& in_word, std::size_t in_rarest) const
+{
+    // An empty word starts every entry. Behind the last line feed there is none.
+    if (in_word.empty())
+        return in_begin < m_texts.size() ? in_begin : std::string::npos;
+    if (in_word.size() > m_texts.size())
+        return std::string::npos;
+    const char* const texts = m_texts.data();
+    const std::size_t last = m_texts.size() - in_word.size();
+    for (std::size_t offset = in_begin; offset <= last; ++offset)
+    {
+        const void* const found = std::memchr(texts + offset + in_rarest, in_word[in_rarest], last - offset + 1);
+        if (!found)
+            break;
+        offset = static_cast<std::size_t>(static_cast<const char*>(found) - texts) - in_rarest;
+        if (std::memcmp(texts + offset, in_word.data(), in_word.size()) == 0)
+            return offset;
+    }
+    return std::string::npos;
+}
+
+/// The entry that an offset lies in. The search starts at an entry that is not behind it and takes growing strides, since
+/// the next occurrence is mostly near.
+std::size_t TextArena::FindEntry(std::size_t in_offset, std::size_t in_first) const
+{
+    std::size_t first = in_first;
+    std::size_t stride = 1;
+    while (first + stride < m_ends.size() && m_ends[first + stride - 1] <= in_offset)
+    {
+        first += stride;
+        stride *= 2;
+    }
+    const auto begin = m_ends.begin() + static_cast<std::ptrdiff_t>(first);
+    const auto end = m_ends.begin() + static_cast<std::ptrdiff_t>(std::min(first + stride, m_ends.size()));
+    return static_cast<std::size_t>(std::upper_bound(begin, end, in_offset) - m_ends.begin());
+}
+
+} // namespace nodebrowser

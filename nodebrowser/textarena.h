@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+/// Many short texts in one piece of memory, to be searched in one go.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace nodebrowser
+{
+
+/// The texts are entries, counted from 0 in the order in which they were added. A search runs over the characters of all
+/// entries, from one occurrence of the word's rarest character to the next. That is far faster than a search entry by
+/// entry.
+class TextArena
+{
+public:
+    TextArena() : m_counts() {}
+
+    void Reserve(std::size_t in_entries, std::size_t in_bytes);
+
+    /// Adds an entry. What goes beyond four gigabytes is cut off.
+    void Add(const std::string& in_text);
+
+    /// To be called after the last Add() and before the first Find(). Costs a pass over the characters.
+    void CountCharacters();
+
+    std::size_t GetSize() const { return m_ends.size(); }
+    /// The bytes of all entries, with one more for each.
+    std::size_t GetBytes() const { return m_texts.size(); }
+
+    /// The characters of an entry. They move when an entry is added.
+    const char* Begin(std::size_t in_entry) const { return m_texts.data() + BeginOffset(in_entry); }
+    std::size_t Length(std::size_t in_entry) const { return m_ends[in_entry] - 1 - BeginOffset(in_entry); }
+
+    /// Calls in_visitor(entry, whether the entry starts with the word) for each entry that contains a word, in the order
+    /// of the entries.
+    template <class Visitor> void Find(const std::string& in_word, Visitor in_visitor) const
+    {
+        const std::size_t rarest = FindRarest(in_word);
+        std::size_t entry = 0;
+        std::size_t begin = 0;
+        for (std::size_t offset = FindFrom(0, in_word, rarest); offset != std::string::npos;
+             offset = FindFrom(begin, in_word, rarest))
+        {
+            entry = FindEntry(offset, entry);
+            begin = offset + 1;
+            if (offset + in_word.size() >= m_ends[entry])
+                continue; // it runs across the end of the entry
+            in_visitor(entry, offset == BeginOffset(entry));
+            begin = m_ends[entry];
+        }
+    }
+
+private:
+    std::size_t BeginOffset(std::size_t in_entry) const { return in_entry ? m_ends[in_entry - 1] : 0; }
+    std::size_t FindRarest(const std::string& in_word) const;
+    std::size_t FindFrom(std::size_t in_begin, const std::string& in_word, std::size_t in_rarest) const;
+    std::size_t FindEntry(std::size_t in_offset, std::size_t in_first) const;
+
+    std::string m_texts;               // a line feed ends each entry
+    std::vector<std::uint32_t> m_ends; // the offset behind each line feed
+    std::size_t m_counts[256];         // how often each character occurs
+};
+
+} // namespace nodebrowser
