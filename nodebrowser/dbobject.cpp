@@ -14,10 +14,9 @@ nexa4::IRevisionControlUIHelper* FindRevisionControlHelper()
 bool GetObjectId(const vireo::datamodel::ItemID& in_item, nexa4::DbObjectId& out_id)
 {
     const char* const text = vireo::datamodel::ItemIDUnlock::GetItemIDUID(in_item);
-    if (!nexa4::DbObjectId::IsUID(text))
-        return false;
     out_id = nexa4::DbObjectId(text);
-    return true;
+    // A text that is no UID gives the null identity, and so does one UID. Only then the text is read once more.
+    return out_id != nexa4::DbObjectId() || nexa4::DbObjectId::IsUID(text);
 }
 
 nexa4::NEXAHandle<nexa4::IDbObject> FindDbObject(nexa4::IRevisionControlUIHelper& in_helper,

@@ -8,14 +8,13 @@
 namespace nodebrowser
 {
 
-void IdentityIndex::Build(Identities in_identities)
+IdentityIndex::IdentityIndex(Identities in_identities)
+    : m_identities(std::move(in_identities)), m_sorted(m_identities.size())
 {
-    m_identities = std::move(in_identities);
-    m_sorted.resize(m_identities.size());
     std::iota(m_sorted.begin(), m_sorted.end(), std::uint32_t(0));
-    std::sort(m_sorted.begin(), m_sorted.end(), [this](std::uint32_t in_left, std::uint32_t in_right) {
-        return m_identities[in_left] < m_identities[in_right] ||
-               (m_identities[in_left] == m_identities[in_right] && in_left < in_right);
+    // Libraries mostly number the items of a type in their order. A merge sort is at its best on such runs.
+    std::stable_sort(m_sorted.begin(), m_sorted.end(), [this](std::uint32_t in_left, std::uint32_t in_right) {
+        return m_identities[in_left] < m_identities[in_right];
     });
 }
 

@@ -17,9 +17,8 @@ class IdentityIndex
 public:
     using Identities = std::vector<vireo::datamodel::ItemID>;
 
-    /// Replaces what is in it.
     /// \param in_identities by index
-    void Build(Identities in_identities);
+    explicit IdentityIndex(Identities in_identities);
 
     /// The indexes of an item, the lowest first. Empty when the item is not in the list; more than one when the table of
     /// contents named it more than once.

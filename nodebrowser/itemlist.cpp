@@ -22,14 +22,9 @@ namespace nodebrowser
 namespace
 {
 
-/// The tag string of an item as the search sees it: the name of its type is one more tag.
-std::string ReadTags(const ItemLibraryAccessor& in_library, const ItemID& in_item)
+const char* TypeName(const ItemID& in_item)
 {
-    std::string tags = in_library.GetItemTags(in_item, gApplicationTagsKey);
-    const char* const type = in_item.IsValid() ? in_item.GetType() : "";
-    if (!tags.empty() && *type)
-        tags += ';';
-    return tags += type;
+    return in_item.IsValid() ? in_item.GetType() : "";
 }
 
 } // namespace
@@ -41,6 +36,7 @@ void ItemList::Build(const ItemTOCAccessor& in_toc, const ItemLibraryAccessor& i
         return;
     m_records.reserve(in_expected);
     m_identities.reserve(in_expected);
+    m_tagIndex.Reserve(in_expected);
     for (const char* const type : {VireoType::gPolymorphicSolver, VireoType::gCompound, VireoType::gGlobalConstant,
                                    VireoType::gSolver, LibType::gType})
         Append(type, in_toc, in_library, in_versioningActive, out_handles);
@@ -64,7 +60,7 @@ void ItemList::Append(const char* in_type, const ItemTOCAccessor& in_toc, const 
         const ObjectLookup object = LookUpObject(id, context);
         BrowserItem record(std::move(item), object, vireo::datamodel::eAccessStateUnknown, context);
         const std::string name = in_library.GetItemName(id, true, nullptr);
-        const std::string tags = ReadTags(in_library, id);
+        const std::string tags = in_library.GetItemTags(id, gApplicationTagsKey);
         if (out_handles && record.IsSourceControlled() && object.m_hasId)
         {
             record.SetAccessState(vireo::datamodel::eAccessStateRequested, in_versioningActive, m_icons);
@@ -72,47 +68,44 @@ void ItemList::Append(const char* in_type, const ItemTOCAccessor& in_toc, const 
         }
         m_identities.push_back(id);
         m_names.Add(name);
-        m_joinedTags.Add(tags);
+        m_tagIndex.Add(tags, TypeName(id));
         m_records.push_back(std::move(record));
     }
 }
 
-void ItemList::Prepare()
+SearchIndex& ItemList::GetSearchIndex()
 {
-    if (m_prepared)
-        return;
-    m_prepared = true;
+    if (m_searchIndex)
+        return *m_searchIndex;
     std::vector<eItemKind> kinds;
     kinds.reserve(m_records.size());
     for (const BrowserItem& record : m_records)
         kinds.push_back(record.GetKind());
-    m_searchIndex.Build(m_names, kinds);
-    m_identityIndex.Build(std::move(m_identities));
-    std::string tags;
-    for (std::size_t index = 0; index < m_records.size(); ++index)
-    {
-        tags.assign(m_joinedTags.Begin(index), m_joinedTags.Length(index));
-        m_tagIndex.Add(tags);
-    }
+    m_searchIndex.reset(new SearchIndex(m_names, kinds));
     m_names = TextArena();
-    m_joinedTags = TextArena();
-    m_identities = IdentityIndex::Identities();
+    return *m_searchIndex;
+}
+
+IdentityIndex& ItemList::GetIdentityIndex()
+{
+    if (!m_identityIndex)
+        m_identityIndex.reset(new IdentityIndex(std::move(m_identities)));
+    return *m_identityIndex;
 }
 
 void ItemList::Find(const SearchWords& in_words, int in_mode, std::vector<std::uint64_t>& out_ranks)
 {
-    Prepare();
-    m_searchIndex.Find(in_words, in_mode, m_tagIndex, out_ranks);
+    GetSearchIndex().Find(in_words, in_mode, m_tagIndex, out_ranks);
 }
 
 void ItemList::FindItemByItem(const SearchWords& in_words, int in_mode, const ItemLibraryAccessor& in_library,
                               std::vector<std::uint64_t>& out_ranks)
 {
-    Prepare();
+    const SearchIndex& index = GetSearchIndex();
     std::vector<std::pair<std::size_t, std::uint64_t>> found; // score and rank
-    for (std::size_t rank = 0; rank < m_searchIndex.GetSize(); ++rank)
+    for (std::size_t rank = 0; rank < index.GetSize(); ++rank)
     {
-        ItemAccessor item = m_records[m_searchIndex.GetIndex(rank)].GetItem();
+        ItemAccessor item = m_records[index.GetIndex(rank)].GetItem();
         std::size_t score = 0;
         if (item.IsValid() && Compare(in_words, in_mode, in_library, item, &score))
             found.emplace_back(score, rank);
@@ -139,9 +132,8 @@ bool ItemList::Compare(const SearchWords& in_words, int in_mode, const ItemLibra
 
 const BrowserItem* ItemList::FindRecord(std::uint64_t in_rank)
 {
-    Prepare();
-    return in_rank < m_searchIndex.GetSize() ? &m_records[m_searchIndex.GetIndex(static_cast<std::size_t>(in_rank))]
-                                             : nullptr;
+    const SearchIndex& index = GetSearchIndex();
+    return in_rank < index.GetSize() ? &m_records[index.GetIndex(static_cast<std::size_t>(in_rank))] : nullptr;
 }
 
 bool ItemList::HasGoneItem() const
@@ -150,25 +142,19 @@ bool ItemList::HasGoneItem() const
                        [](const BrowserItem& in_record) { return !in_record.GetItem().IsValid(); });
 }
 
-std::vector<std::uint32_t> ItemList::FindIndexes(const ItemID& in_item)
-{
-    Prepare();
-    return m_identityIndex.Find(in_item);
-}
-
 void ItemList::RefreshTags(const ItemLibraryAccessor& in_library, const ItemID& in_item)
 {
-    const std::vector<std::uint32_t> indexes = FindIndexes(in_item);
+    const std::vector<std::uint32_t> indexes = GetIdentityIndex().Find(in_item);
     if (indexes.empty())
         return;
-    const std::string tags = ReadTags(in_library, in_item);
+    const std::string tags = in_library.GetItemTags(in_item, gApplicationTagsKey);
     for (const std::uint32_t index : indexes)
-        m_tagIndex.SetTags(index, tags);
+        m_tagIndex.SetTags(index, tags, TypeName(in_item));
 }
 
 bool ItemList::SetState(const ItemID& in_item, unsigned in_state, bool in_versioningActive)
 {
-    const std::vector<std::uint32_t> indexes = FindIndexes(in_item);
+    const std::vector<std::uint32_t> indexes = GetIdentityIndex().Find(in_item);
     if (indexes.empty())
         return false;
     // The item of a record that left meanwhile has no identity any more.
@@ -184,16 +170,15 @@ void ItemList::ResetStates(bool in_versioningActive)
 
 std::set<std::string> ItemList::GetTags(const ItemID& in_item)
 {
-    const std::vector<std::uint32_t> indexes = FindIndexes(in_item);
+    const std::vector<std::uint32_t> indexes = GetIdentityIndex().Find(in_item);
     return indexes.empty() ? std::set<std::string>() : m_tagIndex.GetTags(indexes.front());
 }
 
 std::set<ItemID> ItemList::GetTaggedItems(const std::string& in_tag)
 {
-    Prepare();
     std::set<ItemID> items;
     for (const std::uint32_t index : m_tagIndex.GetItems(in_tag))
-        items.insert(m_identityIndex.GetIdentities()[index]);
+        items.insert(GetIdentityIndex().GetIdentities()[index]);
     return items;
 }
 

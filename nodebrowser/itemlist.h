@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <list>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -23,9 +24,9 @@ namespace nodebrowser
 
 /// The records in library order, and with them their names, tags, identities and icons: built together, changed together.
 ///
-/// Invariant: each index has one record, one identity, one name and one tag string. A build only collects. The first
-/// question after it prepares the answers: it sorts the names and the identities and splits the tag strings. A list that is
-/// replaced before it is asked prepares nothing.
+/// Invariant: each index has one record, one identity, one name and one tag set. A build only collects. The search index
+/// and the identity index need a sort: each is made by the first question that needs it, and made of what the build
+/// collected for it, which is given up then. A list that is replaced before it is asked sorts nothing.
 ///
 /// Items go by their index, which counts them in library order, or by their rank, which counts them in display order.
 ///
@@ -91,21 +92,18 @@ private:
     void Append(const char* in_type, const vireo::datamodel::ItemTOCAccessor& in_toc,
                 const vireo::datamodel::ItemLibraryAccessor& in_library, bool in_versioningActive,
                 ObjectHandles* out_handles);
-    void Prepare();
-    std::vector<std::uint32_t> FindIndexes(const vireo::datamodel::ItemID& in_item);
+    SearchIndex& GetSearchIndex();
+    IdentityIndex& GetIdentityIndex();
 
     StateIcons m_icons;
     std::vector<BrowserItem> m_records; // by index
-    bool m_prepared = false;
-
-    // What a build collects by index, and Prepare() makes the indexes of.
-    TextArena m_names;
-    TextArena m_joinedTags;
-    IdentityIndex::Identities m_identities;
-
-    IdentityIndex m_identityIndex;
-    SearchIndex m_searchIndex;
     TagIndex m_tagIndex;
+
+    TextArena m_names;                          // by index, until there is a search index
+    std::unique_ptr<SearchIndex> m_searchIndex; // null until it is needed
+
+    IdentityIndex::Identities m_identities;         // by index, until there is an identity index
+    std::unique_ptr<IdentityIndex> m_identityIndex; // null until it is needed
 };
 
 } // namespace nodebrowser

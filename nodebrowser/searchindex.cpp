@@ -31,12 +31,11 @@ KindTable KindsOfMode(int in_mode)
 
 } // namespace
 
-void SearchIndex::Build(const TextArena& in_names, const std::vector<eItemKind>& in_kinds)
+SearchIndex::SearchIndex(const TextArena& in_names, const std::vector<eItemKind>& in_kinds)
 {
     m_order = SortByName(in_names);
     m_ranks.resize(m_order.size());
     m_kinds.resize(m_order.size());
-    m_lowerNames = TextArena();
     m_lowerNames.Reserve(m_order.size(), in_names.GetBytes());
     std::string name;
     for (std::size_t rank = 0; rank < m_order.size(); ++rank)
@@ -65,10 +64,11 @@ void SearchIndex::Score(const SearchWords& in_words, TagIndex& io_tags)
     for (const std::string& word : in_words)
     {
         // The tags go first: what the word does in the name replaces what it did in the tags.
-        for (const TagIndex::Indexes* const items : io_tags.FindItems(word))
-            for (const std::uint32_t item : *items)
-                if (m_scores[m_ranks[item]] == gNone)
-                    m_scores[m_ranks[item]] = gTagsOnly;
+        io_tags.FindItems(word, [this](std::uint32_t in_index) {
+            std::uint32_t& score = m_scores[m_ranks[in_index]];
+            if (score == gNone)
+                score = gTagsOnly;
+        });
         m_lowerNames.Find(word, [&](std::size_t in_rank, bool in_atStart) {
             if (!(m_scores[in_rank] & gSettled))
                 m_scores[in_rank] = in_atStart ? wordIndex | gSettled : wordCount + wordIndex;

@@ -23,17 +23,17 @@ class TagIndex;
 class SearchIndex
 {
 public:
-    /// Replaces what is in it. Costs a sort of the names and a pass over their characters.
+    /// Costs a sort of the names and a pass over their characters.
     /// \param in_names by index
     /// \param in_kinds by index, as many as names
-    void Build(const TextArena& in_names, const std::vector<eItemKind>& in_kinds);
+    SearchIndex(const TextArena& in_names, const std::vector<eItemKind>& in_kinds);
 
     /// The index of the item at a rank. There are as many ranks as items.
     std::uint32_t GetIndex(std::size_t in_rank) const { return m_order[in_rank]; }
     std::size_t GetSize() const { return m_order.size(); }
 
     /// The ranks of the items that pass: the most relevant first, equally relevant ones in display order. Costs, per word,
-    /// one search over the names, one over the distinct tags, and one step for each item of each tag found; and two passes
+    /// one search over the names, one over the distinct tags, and one step for each item that has a tag found; and two passes
     /// over a number per item.
     /// \param io_tags of the same items, by index; prepares itself for the search
     /// \param out_ranks replaced; keeps its memory

@@ -2,15 +2,14 @@
 #include "nodebrowser/tagindex.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace nodebrowser
 {
 namespace
 {
 
-/// Gaps among so few tags are not worth closing.
-const std::size_t gSmall = 1024;
+/// So few tag sets without an item are not worth dropping.
+const std::size_t gFewSets = 1024;
 
 std::string UpperCase(std::string in_text, const std::locale& in_locale)
 {
@@ -19,40 +18,74 @@ std::string UpperCase(std::string in_text, const std::locale& in_locale)
     return in_text;
 }
 
-} // namespace
-
-void TagIndex::Add(const std::string& in_joined)
+/// Adds the name of a type to a tag string.
+void Join(const std::string& in_joined, const char* in_type, std::string& out_text)
 {
-    const std::uint32_t item = static_cast<std::uint32_t>(m_spans.size());
-    const TagIds tags = Split(in_joined);
-    m_spans.emplace_back();
-    Store(item, tags);
-    for (const std::uint32_t tag : tags)
-        Link(item, tag);
+    out_text = in_joined;
+    if (!in_joined.empty() && *in_type)
+        out_text += ';';
+    out_text += in_type;
 }
 
-void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined)
+} // namespace
+
+void TagIndex::Add(const std::string& in_joined, const char* in_type)
 {
-    const TagIds tags = Split(in_joined);
-    const auto begin = m_tags.begin() + static_cast<std::ptrdiff_t>(m_spans[in_item].m_begin);
-    const TagIds before(begin, begin + static_cast<std::ptrdiff_t>(m_spans[in_item].m_count));
-    // Most tags stay, the name of the type above all, which many items have.
-    TagIds changed;
-    std::set_difference(before.begin(), before.end(), tags.begin(), tags.end(), std::back_inserter(changed));
-    for (const std::uint32_t tag : changed)
-        Unlink(in_item, tag);
-    changed.clear();
-    std::set_difference(tags.begin(), tags.end(), before.begin(), before.end(), std::back_inserter(changed));
-    for (const std::uint32_t tag : changed)
-        Link(in_item, tag);
-    Store(in_item, tags);
-    CloseGaps();
+    Join(in_joined, in_type, m_text);
+    // Neighbours in a library are often of one family and have the same tags.
+    const bool sameAsLast = !m_setOfItem.empty() && *m_setTexts[m_setOfItem.back()] == m_text;
+    m_setOfItem.push_back(sameAsLast ? m_setOfItem.back() : FindOrAddSet(m_text));
+}
+
+void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined, const char* in_type)
+{
+    Join(in_joined, in_type, m_text);
+    m_setOfItem[in_item] = FindOrAddSet(m_text);
+    if (m_setTexts.size() > 2 * m_setOfItem.size() + gFewSets)
+        DropUnusedSets();
+}
+
+/// Makes the sets and the tags anew from those that items have. Items whose tags change again and again leave many behind.
+void TagIndex::DropUnusedSets()
+{
+    const std::unordered_map<std::string, std::uint32_t> texts = std::move(m_setIds);
+    const std::vector<const std::string*> textOfSet = std::move(m_setTexts);
+    m_setIds.clear();
+    m_setTexts.clear();
+    m_tagsOfSet.clear();
+    m_tagIds.clear();
+    m_tagTexts.clear();
+    m_setsOfTag.clear();
+    m_foldedTexts = TextArena();
+    for (std::uint32_t& set : m_setOfItem)
+        set = FindOrAddSet(*textOfSet[set]);
+}
+
+std::uint32_t TagIndex::FindOrAddSet(const std::string& in_text)
+{
+    const auto known = m_setIds.find(in_text);
+    if (known != m_setIds.end())
+        return known->second;
+    const std::uint32_t id = static_cast<std::uint32_t>(m_setTexts.size());
+    m_setTexts.push_back(&m_setIds.emplace(in_text, id).first->first);
+    return id;
+}
+
+void TagIndex::SplitSets()
+{
+    for (std::size_t set = m_tagsOfSet.size(); set < m_setTexts.size(); ++set)
+    {
+        m_tagsOfSet.push_back(Split(*m_setTexts[set]));
+        for (const std::uint32_t tag : m_tagsOfSet.back())
+            if (!m_tagTexts[tag]->empty())
+                m_setsOfTag[tag].push_back(static_cast<std::uint32_t>(set));
+    }
 }
 
 /// The ids of the tags in a tag string, ascending and distinct.
-TagIndex::TagIds TagIndex::Split(const std::string& in_joined)
+TagIndex::Ids TagIndex::Split(const std::string& in_joined)
 {
-    TagIds tags;
+    Ids tags;
     if (in_joined.empty())
         return tags;
     std::size_t begin = 0;
@@ -67,51 +100,6 @@ TagIndex::TagIds TagIndex::Split(const std::string& in_joined)
     return tags;
 }
 
-/// Puts an item's tags behind all others, which leaves a gap where they were.
-void TagIndex::Store(std::uint32_t in_item, const TagIds& in_tags)
-{
-    Span& span = m_spans[in_item];
-    m_used = m_used - span.m_count + in_tags.size();
-    span.m_begin = static_cast<std::uint32_t>(m_tags.size());
-    span.m_count = static_cast<std::uint32_t>(in_tags.size());
-    m_tags.insert(m_tags.end(), in_tags.begin(), in_tags.end());
-}
-
-void TagIndex::Link(std::uint32_t in_item, std::uint32_t in_tag)
-{
-    if (m_tagTexts[in_tag]->empty())
-        return;
-    Indexes& items = m_itemsOfTag[in_tag];
-    if (items.empty() || items.back() < in_item)
-        items.push_back(in_item);
-    else
-        items.insert(std::upper_bound(items.begin(), items.end(), in_item), in_item);
-}
-
-void TagIndex::Unlink(std::uint32_t in_item, std::uint32_t in_tag)
-{
-    Indexes& items = m_itemsOfTag[in_tag];
-    const auto found = std::lower_bound(items.begin(), items.end(), in_item);
-    if (found != items.end() && *found == in_item)
-        items.erase(found);
-}
-
-/// Closes the gaps once they take more room than the tags.
-void TagIndex::CloseGaps()
-{
-    if (m_tags.size() < gSmall || m_tags.size() < 2 * m_used)
-        return;
-    TagIds tags;
-    tags.reserve(m_used);
-    for (Span& span : m_spans)
-    {
-        const auto begin = m_tags.begin() + static_cast<std::ptrdiff_t>(span.m_begin);
-        span.m_begin = static_cast<std::uint32_t>(tags.size());
-        tags.insert(tags.end(), begin, begin + static_cast<std::ptrdiff_t>(span.m_count));
-    }
-    m_tags.swap(tags);
-}
-
 std::uint32_t TagIndex::FindOrAddTag(const std::string& in_tag)
 {
     const auto known = m_tagIds.find(in_tag);
@@ -119,23 +107,32 @@ std::uint32_t TagIndex::FindOrAddTag(const std::string& in_tag)
         return known->second;
     const std::uint32_t id = static_cast<std::uint32_t>(m_tagTexts.size());
     m_tagTexts.push_back(&m_tagIds.emplace(in_tag, id).first->first);
-    m_itemsOfTag.emplace_back();
+    m_setsOfTag.emplace_back();
     return id;
 }
 
-TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item) const
+TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item)
 {
+    SplitSets();
     Tags tags;
-    if (in_item < m_spans.size())
-        for (std::uint32_t i = 0; i < m_spans[in_item].m_count; ++i)
-            tags.insert(*m_tagTexts[m_tags[m_spans[in_item].m_begin + i]]);
+    if (in_item < m_setOfItem.size())
+        for (const std::uint32_t tag : m_tagsOfSet[m_setOfItem[in_item]])
+            tags.insert(*m_tagTexts[tag]);
     return tags;
 }
 
-TagIndex::Indexes TagIndex::GetItems(const std::string& in_tag) const
+TagIndex::Indexes TagIndex::GetItems(const std::string& in_tag)
 {
+    SplitSets();
+    Indexes items;
     const auto entry = m_tagIds.find(in_tag);
-    return entry == m_tagIds.end() ? Indexes() : m_itemsOfTag[entry->second];
+    if (entry == m_tagIds.end())
+        return items;
+    const Ids& sets = m_setsOfTag[entry->second];
+    for (std::size_t item = 0; item < m_setOfItem.size(); ++item)
+        if (std::binary_search(sets.begin(), sets.end(), m_setOfItem[item]))
+            items.push_back(static_cast<std::uint32_t>(item));
+    return items;
 }
 
 void TagIndex::FoldTexts()
@@ -150,12 +147,19 @@ void TagIndex::FoldTexts()
     m_foldedTexts.CountCharacters();
 }
 
-std::vector<const TagIndex::Indexes*> TagIndex::FindItems(const std::string& in_word)
+/// Marks the sets that have a tag with a word in it.
+/// \return whether there is one
+bool TagIndex::MarkSets(const std::string& in_word)
 {
+    SplitSets();
     FoldTexts();
-    std::vector<const Indexes*> found;
-    m_foldedTexts.Find(UpperCase(in_word, m_locale),
-                       [&](std::size_t in_tag, bool) { found.push_back(&m_itemsOfTag[in_tag]); });
+    m_marked.assign(m_setTexts.size(), 0);
+    bool found = false;
+    m_foldedTexts.Find(UpperCase(in_word, m_locale), [&](std::size_t in_tag, bool) {
+        for (const std::uint32_t set : m_setsOfTag[in_tag])
+            m_marked[set] = 1;
+        found = found || !m_setsOfTag[in_tag].empty();
+    });
     return found;
 }
 

@@ -14,8 +14,11 @@
 namespace nodebrowser
 {
 
-/// Filled by the item list, kept up to date by tag notifications, read by the search. Items go by their index. A tag's text
-/// is kept once, however many items have the tag, and is searched once for each word.
+/// Filled by the item list, kept up to date by tag notifications, read by the search. Items go by their index. The name of
+/// its type is one more tag of each item.
+///
+/// Many items have the very same tags. So items refer to a tag set, and tag sets refer to tags: a tag string is split once,
+/// and the text of a tag is kept and searched once. The first question that needs the tags splits the strings.
 class TagIndex
 {
 public:
@@ -27,52 +30,60 @@ public:
     TagIndex(const TagIndex&) = delete;
     TagIndex& operator=(const TagIndex&) = delete;
 
-    /// Adds the tags of the next item. Indexes count from 0.
-    /// \param in_joined tags separated by ";", with no blanks around them
-    void Add(const std::string& in_joined);
+    /// Makes room for about that many items.
+    void Reserve(std::size_t in_items) { m_setOfItem.reserve(in_items); }
 
-    /// Replaces the tags of an item. Costs a look-up for each tag. For each tag that comes or goes, the indexes behind the
-    /// item's move. The text of a tag that no item has any more stays.
-    void SetTags(std::uint32_t in_item, const std::string& in_joined);
+    /// Adds the tags of the next item. Indexes count from 0. Costs one look-up for a string that an item had before.
+    /// \param in_joined tags separated by ";", with no blanks around them
+    /// \param in_type the name of the item's type; empty for none
+    void Add(const std::string& in_joined, const char* in_type);
+
+    /// Replaces the tags of an item.
+    void SetTags(std::uint32_t in_item, const std::string& in_joined, const char* in_type);
 
     /// The item's tags; none for an index that was not added. Copies texts: for one item, not for a search.
-    Tags GetTags(std::uint32_t in_item) const;
+    Tags GetTags(std::uint32_t in_item);
 
-    /// The items of a tag; none for the empty one.
-    Indexes GetItems(const std::string& in_tag) const;
+    /// The items of a tag; none for the empty one. Costs a pass over the items.
+    Indexes GetItems(const std::string& in_tag);
 
-    /// The items of each tag that contains a word. Upper and lower case are alike, as the program's locale has them. Costs
-    /// one pass over the distinct tags.
+    /// Calls in_visitor(index) for each item that has a tag with a word in it, in the order of the indexes. Upper and lower
+    /// case are alike, as the program's locale has them. Costs one pass over the distinct tags, and one over the items when
+    /// a tag is found.
     /// \param in_word without white space
-    /// \return one list for each tag, valid until the index changes
-    std::vector<const Indexes*> FindItems(const std::string& in_word);
+    template <class Visitor> void FindItems(const std::string& in_word, Visitor in_visitor)
+    {
+        if (!MarkSets(in_word))
+            return;
+        for (std::size_t item = 0; item < m_setOfItem.size(); ++item)
+            if (m_marked[m_setOfItem[item]])
+                in_visitor(static_cast<std::uint32_t>(item));
+    }
 
 private:
-    using TagIds = std::vector<std::uint32_t>; // a tag's id counts the distinct tags
+    using Ids = std::vector<std::uint32_t>; // of tags or of tag sets, counted from 0
 
-    /// Where an item's tags stand in m_tags.
-    struct Span
-    {
-        std::uint32_t m_begin = 0;
-        std::uint32_t m_count = 0;
-    };
-
-    TagIds Split(const std::string& in_joined);
+    std::uint32_t FindOrAddSet(const std::string& in_text);
+    void SplitSets();
+    Ids Split(const std::string& in_joined);
     std::uint32_t FindOrAddTag(const std::string& in_tag);
-    void Store(std::uint32_t in_item, const TagIds& in_tags);
-    void Link(std::uint32_t in_item, std::uint32_t in_tag);
-    void Unlink(std::uint32_t in_item, std::uint32_t in_tag);
-    void CloseGaps();
+    void DropUnusedSets();
     void FoldTexts();
+    bool MarkSets(const std::string& in_word);
 
-    std::vector<Span> m_spans;         // by item
-    TagIds m_tags;                     // those of one item side by side, ascending
-    std::size_t m_used = 0;            // how many of m_tags still belong to an item
-    std::vector<Indexes> m_itemsOfTag; // by tag id; left empty for the empty tag, which no word is in
+    Ids m_setOfItem; // by item
+
+    std::unordered_map<std::string, std::uint32_t> m_setIds; // by tag string
+    std::vector<const std::string*> m_setTexts;              // by set; they live in m_setIds
+    std::vector<Ids> m_tagsOfSet;                            // by set, ascending; of the sets that are split
+    std::string m_text;                                      // of the last set asked for; keeps its memory
+    std::vector<char> m_marked;                              // by set, of the last search
+
     std::unordered_map<std::string, std::uint32_t> m_tagIds;
-    std::vector<const std::string*> m_tagTexts; // by tag id; they live in m_tagIds
+    std::vector<const std::string*> m_tagTexts; // by tag; they live in m_tagIds
+    std::vector<Ids> m_setsOfTag;               // by tag; left empty for the empty tag, which no word is in
 
-    // The texts in upper case, made by the first search after a new tag or a new locale.
+    // The texts of the tags in upper case, made by the first search after a new tag or a new locale.
     TextArena m_foldedTexts;
     std::locale m_locale;
 };

@@ -39,37 +39,37 @@ public:
         {
             names.Add(entry.m_name);
             kinds.push_back(entry.m_kind);
-            m_tags.Add(entry.m_tags);
+            m_tags.Add(entry.m_tags, "");
         }
-        m_index.Build(names, kinds);
+        m_index.reset(new SearchIndex(names, kinds));
     }
 
     std::vector<std::uint64_t> Find(const SearchWords& in_words, int in_mode)
     {
-        return Rows(m_index, in_words, in_mode, m_tags);
+        return Rows(*m_index, in_words, in_mode, m_tags);
     }
 
     std::vector<std::uint64_t> FindItemByItem(const SearchWords& in_words, int in_mode)
     {
         std::vector<std::pair<std::size_t, std::uint64_t>> found; // score and rank
-        for (std::size_t rank = 0; rank < m_index.GetSize(); ++rank)
+        for (std::size_t rank = 0; rank < m_index->GetSize(); ++rank)
         {
-            const Entry& entry = m_entries[m_index.GetIndex(rank)];
+            const Entry& entry = m_entries[m_index->GetIndex(rank)];
             std::size_t score = 0;
             if (PassesFilterMode(in_mode, entry.m_kind) &&
-                ScoreItem(in_words, LowerName(entry.m_name), m_tags.GetTags(m_index.GetIndex(rank)), &score))
+                ScoreItem(in_words, LowerName(entry.m_name), m_tags.GetTags(m_index->GetIndex(rank)), &score))
                 found.emplace_back(score, rank);
         }
         std::sort(found.begin(), found.end());
         std::vector<std::uint64_t> indexes;
         for (const auto& entry : found)
-            indexes.push_back(m_index.GetIndex(static_cast<std::size_t>(entry.second)));
+            indexes.push_back(m_index->GetIndex(static_cast<std::size_t>(entry.second)));
         return indexes;
     }
 
 private:
     const std::vector<Entry> m_entries;
-    SearchIndex m_index;
+    std::unique_ptr<SearchIndex> m_index;
     TagIndex m_tags;
 };
 
@@ -141,24 +141,6 @@ private Q_SLOTS:
         List list({});
         QVERIFY(list.Find(Words("a"), 2).empty());
         QVERIFY(list.Find(SearchWords(), 2).empty());
-    }
-
-    void buildingAgainReplacesEverything()
-    {
-        SearchIndex index;
-        TagIndex tags;
-        TextArena names;
-        QCOMPARE(Joined(Rows(index, SearchWords(), 1, tags)), QString());
-        names.Add("b");
-        index.Build(names, {eKindType});
-        QCOMPARE(Joined(Rows(index, SearchWords(), 1, tags)), QString::fromLatin1("0"));
-        names.Add("a");
-        names.Add("ab");
-        index.Build(names, {eKindType, eKindType, eKindSolver});
-        QCOMPARE(Joined(Rows(index, SearchWords(), 1, tags)), QString::fromLatin1("1 0"));
-        QCOMPARE(Joined(Rows(index, Words("b"), 2, tags)), QString::fromLatin1("0 2"));
-        index.Build(TextArena(), {});
-        QCOMPARE(Joined(Rows(index, SearchWords(), 1, tags)), QString());
     }
 
     /// With thousands of words a name can earn the very number that stands for "not found".

@@ -56,63 +56,74 @@ private Q_SLOTS:
         QTest::newRow("none") << QByteArray() << QString();
     }
 
+    void theTypeIsOneMoreTag()
+    {
+        m_index->Add("mix;colour", "Compound");
+        m_index->Add("", "Compound");
+        m_index->Add("", "");
+        QCOMPARE(Joined(m_index->GetTags(0)), QString::fromLatin1("Compound|colour|mix"));
+        QCOMPARE(Joined(m_index->GetTags(1)), QString::fromLatin1("Compound"));
+        QCOMPARE(Joined(m_index->GetTags(2)), QString());
+        QCOMPARE(m_index->GetItems("Compound"), (TagIndex::Indexes{0, 1}));
+    }
+
     void tagsAreSplitAtSemicolonsIntoASet()
     {
         QFETCH(QByteArray, joined);
         QFETCH(QString, set);
-        m_index->Add("other");
-        m_index->Add(joined.constData());
-        m_index->Add("");
+        m_index->Add("other", "");
+        m_index->Add(joined.constData(), "");
+        m_index->Add("", "");
         QCOMPARE(Joined(m_index->GetTags(1)), set);
         // The same for tags that come later.
-        m_index->SetTags(2, joined.constData());
+        m_index->SetTags(2, joined.constData(), "");
         QCOMPARE(Joined(m_index->GetTags(2)), set);
         QCOMPARE(Joined(m_index->GetTags(0)), QString::fromLatin1("other"));
     }
 
     void emptyTagsBetweenSeparatorsReachNoItem()
     {
-        m_index->Add("a;;b");
+        m_index->Add("a;;b", "");
         QCOMPARE(Joined(m_index->GetTags(0)), QString::fromLatin1("|a|b"));
         QVERIFY(m_index->GetItems("").empty());
     }
 
     void tagsLeadBackToTheirItems()
     {
-        m_index->Add("mix;colour");
-        m_index->Add("mix");
-        m_index->Add("");
+        m_index->Add("mix;colour", "");
+        m_index->Add("mix", "");
+        m_index->Add("", "");
         QCOMPARE(m_index->GetItems("mix"), (TagIndex::Indexes{0, 1}));
         QCOMPARE(m_index->GetItems("colour"), (TagIndex::Indexes{0}));
         QVERIFY(m_index->GetItems("noise").empty());
-        m_index->SetTags(2, "colour");
-        m_index->SetTags(1, "colour");
+        m_index->SetTags(2, "colour", "");
+        m_index->SetTags(1, "colour", "");
         QCOMPARE(m_index->GetItems("colour"), (TagIndex::Indexes{0, 1, 2}));
         QCOMPARE(m_index->GetItems("mix"), (TagIndex::Indexes{0}));
     }
 
     void itemsMayBeAddedAfterALookUp()
     {
-        m_index->Add("mix");
-        m_index->SetTags(0, "colour");
-        m_index->Add("mix");
+        m_index->Add("mix", "");
+        m_index->SetTags(0, "colour", "");
+        m_index->Add("mix", "");
         QCOMPARE(Joined(m_index->GetTags(0)), QString::fromLatin1("colour"));
         QCOMPARE(m_index->GetItems("mix"), (TagIndex::Indexes{1}));
     }
 
     void aTagThatIsThereTwiceIsAddedOnce()
     {
-        m_index->Add("Solver;Solver");
+        m_index->Add("Solver;Solver", "");
         QCOMPARE(m_index->GetItems("Solver"), (TagIndex::Indexes{0}));
-        m_index->SetTags(0, "");
+        m_index->SetTags(0, "", "");
         QVERIFY(m_index->GetItems("Solver").empty());
     }
 
     void noTagsForgetTheItem()
     {
-        m_index->Add("mix;;colour");
-        m_index->Add("mix");
-        m_index->SetTags(0, "");
+        m_index->Add("mix;;colour", "");
+        m_index->Add("mix", "");
+        m_index->SetTags(0, "", "");
         QVERIFY(m_index->GetTags(0).empty());
         QVERIFY(m_index->GetItems("colour").empty());
         QCOMPARE(m_index->GetItems("mix"), (TagIndex::Indexes{1}));
@@ -121,31 +132,31 @@ private Q_SLOTS:
     void aNumberThatWasNotAddedHasNoTags()
     {
         QVERIFY(m_index->GetTags(0).empty());
-        m_index->Add("mix");
+        m_index->Add("mix", "");
         QVERIFY(m_index->GetTags(1).empty());
     }
 
     void aWordIsFoundInEachTagWhateverTheCase()
     {
-        m_index->Add("Mixing;remix");
-        m_index->Add("MIX");
-        m_index->Add("colour");
+        m_index->Add("Mixing;remix", "");
+        m_index->Add("MIX", "");
+        m_index->Add("colour", "");
         QCOMPARE(FindSet("mIx"), (std::set<std::uint32_t>{0, 1}));
         QCOMPARE(FindSet("colours"), std::set<std::uint32_t>());
     }
 
     void newTagsAreFoundAfterASearch()
     {
-        m_index->Add("mix");
-        m_index->Add("mix");
+        m_index->Add("mix", "");
+        m_index->Add("mix", "");
         QVERIFY(FindSet("noise").empty());
-        m_index->SetTags(1, "noise");
+        m_index->SetTags(1, "noise", "");
         QCOMPARE(FindSet("noise"), (std::set<std::uint32_t>{1}));
     }
 
     void theCaseIsThatOfTheProgramsLocale()
     {
-        m_index->Add("box");
+        m_index->Add("box", "");
         QVERIFY(FindSet("boq").empty());
         const std::locale before = std::locale::global(std::locale(std::locale(), new StrangeCase));
         const std::set<std::uint32_t> found = FindSet("boq");
@@ -154,19 +165,34 @@ private Q_SLOTS:
         QVERIFY(FindSet("boq").empty());
     }
 
+    /// Each change brings a tag string that nobody had before; what no item has any more is dropped on the way.
+    void tagsThatChangeAgainAndAgainStayFound()
+    {
+        m_index->Add("first", "");
+        m_index->Add("kept;Compound", "");
+        for (int change = 0; change < 5000; ++change)
+            m_index->SetTags(0, QString::fromLatin1("tag%1;Compound").arg(change).toLatin1().constData(), "");
+        QCOMPARE(Joined(m_index->GetTags(0)), QString::fromLatin1("Compound|tag4999"));
+        QCOMPARE(Joined(m_index->GetTags(1)), QString::fromLatin1("Compound|kept"));
+        QCOMPARE(m_index->GetItems("Compound"), (TagIndex::Indexes{0, 1}));
+        QVERIFY(m_index->GetItems("tag4998").empty());
+        QCOMPARE(FindSet("tag"), (std::set<std::uint32_t>{0}));
+        QCOMPARE(FindSet("kept"), (std::set<std::uint32_t>{1}));
+    }
+
     void agreesWithASearchTagByTag()
     {
         Random random(TestSeed(5));
         const char letters[] = "abABx\xE4\xC4\xB5";
         std::vector<std::set<std::string>> tags(20);
         for (std::size_t i = 0; i < tags.size(); ++i)
-            m_index->Add("");
+            m_index->Add("", "");
         for (int change = 0; change < 3000; ++change)
         {
             const std::uint32_t item = static_cast<std::uint32_t>(random.Below(static_cast<int>(tags.size())));
             const std::string first = random.Text(letters, 1, 8);
             const std::string second = random.Text(letters, 1, 8);
-            m_index->SetTags(item, first + ";" + second);
+            m_index->SetTags(item, first + ";" + second, "");
             tags[item] = {first, second};
             const std::string word = random.Text(letters, 1, 3);
             std::set<std::uint32_t> expected;
@@ -183,8 +209,7 @@ private:
     std::set<std::uint32_t> FindSet(const std::string& in_word)
     {
         std::set<std::uint32_t> found;
-        for (const TagIndex::Indexes* const items : m_index->FindItems(in_word))
-            found.insert(items->begin(), items->end());
+        m_index->FindItems(in_word, [&found](std::uint32_t in_item) { found.insert(in_item); });
         return found;
     }
 
