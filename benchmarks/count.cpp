@@ -3,13 +3,29 @@
 
 #include "bounds.h"
 #include "countedstep.h"
+#include "listpeer.h"
 #include "measure.h"
 #include "panel.h"
+#include "scrolling.h"
 
 #include <QLineEdit>
 #include <QString>
 
 #include <cstdio>
+
+namespace
+{
+
+/// Counts the second of two turns of the wheel: the first one loads what every other one uses.
+void ScrollAndCount(const Panel& in_panel)
+{
+    Settle();
+    TurnWheel(*in_panel.m_list);
+    Settle();
+    CountedStep(*in_panel.m_window, [&in_panel] { TurnWheel(*in_panel.m_list); });
+}
+
+} // namespace
 
 void CountStep(const Content& in_content, const QString& in_step)
 {
@@ -24,6 +40,18 @@ void CountStep(const Content& in_content, const QString& in_step)
     {
         volatile std::size_t read = 0;
         CountedStep(*browser, [&] { read = ReadBoundary(library); });
+    }
+    else if (in_step == QLatin1String("scroll"))
+    {
+        browser->SetItemLibrary(library);
+        ScrollAndCount(GetPanel(*browser));
+    }
+    else if (in_step == QLatin1String("scroll-list"))
+    {
+        ListPeer peer;
+        ShowPanel(peer.GetPanel());
+        peer.Open(library);
+        ScrollAndCount(peer.GetPanel());
     }
     else if (in_step == QLatin1String("rename"))
     {

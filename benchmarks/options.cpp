@@ -7,8 +7,9 @@ const char* const gUsage =
     "  --items N,N,...  sizes of the libraries; without it the file's size, or 1000,10000,100000, or 10000 to count\n"
     "  --names FILE     names from a file, which is repeated or cut to each size, in the place of made-up ones:\n"
     "                   an item a line, its name, a tab, its tags joined by \";\"\n"
-    "  --count STEP     no table: prepares everything and runs the step key, open, rename or onebuild once inside\n"
-    "                   the function CountedStep, for a tool that counts what happens there\n"
+    "  --count STEP     no table: prepares everything and runs a step once inside the function CountedStep, for a "
+    "tool\n"
+    "                   that counts what happens there: key, open, rename, onebuild, scroll, scroll-list\n"
     "\n"
     "Each figure is the median of at least 20 repetitions, in milliseconds of processor time; memory in bytes an "
     "item;\n"
@@ -40,7 +41,8 @@ bool ParseOption(const QString& in_name, const QString& in_value, Options& out_o
         return !out_options.m_names.empty();
     }
     out_options.m_count = in_value;
-    const QStringList steps = QString(QLatin1String("key open rename onebuild")).split(QLatin1Char(' '));
+    const QStringList steps =
+        QString(QLatin1String("key open rename onebuild scroll scroll-list")).split(QLatin1Char(' '));
     return in_name == QLatin1String("--count") && steps.contains(in_value);
 }
 

@@ -13,15 +13,6 @@ namespace
 
 const int gSteps = 10 * gRepetitions;
 
-/// Turns the wheel towards the user.
-void TurnWheel(QWidget& in_list)
-{
-    const QPointF center = QRectF(in_list.rect()).center();
-    QWheelEvent event(center, in_list.mapToGlobal(center.toPoint()), QPoint(), QPoint(0, -120), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(&in_list, &event);
-}
-
 /// From the top again at the bottom. Nothing for a list that is too short to scroll.
 void TimeWheel(const Panel& in_panel, std::vector<double>& out_times)
 {
@@ -37,6 +28,14 @@ void TimeWheel(const Panel& in_panel, std::vector<double>& out_times)
 }
 
 } // namespace
+
+void TurnWheel(QWidget& io_list)
+{
+    const QPointF center = QRectF(io_list.rect()).center();
+    QWheelEvent event(center, io_list.mapToGlobal(center.toPoint()), QPoint(), QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&io_list, &event);
+}
 
 void MeasureScrolling(const Content& in_content)
 {
