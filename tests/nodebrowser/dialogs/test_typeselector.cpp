@@ -58,7 +58,8 @@ void PressRow(const QWidget& in_selector, int in_row, Qt::MouseButton in_button 
 {
     CNodeBrowser& browser = Browser(in_selector);
     QTest::mouseClick(&browser, in_button, Qt::NoModifier,
-                      QPoint(browser.width() / 2, nodebrowser::gListTop + nodebrowser::gRowHeight * in_row + nodebrowser::gRowHeight / 2));
+                      QPoint(browser.width() / 2,
+                             nodebrowser::gListTop + nodebrowser::gRowHeight * in_row + nodebrowser::gRowHeight / 2));
 }
 
 /// Lets the browser paint, and so read its library.
