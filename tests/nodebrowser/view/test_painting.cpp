@@ -106,10 +106,10 @@ public:
 private Q_SLOTS:
     void anEmptyBrowserDrawsNothing()
     {
+        FakeLayer library;
         PlainBrowser browser;
         const QColor ground = browser.palette().color(QPalette::Window);
         QCOMPARE(CountPixels(browser.m_empty, browser.m_empty.rect(), ground.rgb()), gWidth * gHeight);
-        FakeLayer library;
         browser.Show(library.GetAccessor());
         QVERIFY(PictureWithoutChildren(browser) == browser.m_empty);
     }
