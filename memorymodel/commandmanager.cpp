@@ -6,18 +6,18 @@
 namespace memorymodel
 {
 
-CommandManager::CommandManager() : m_commandStack(new CommandStack) {}
+CommandManager::CommandManager() : m_private(new CommandStack) {}
 
 CommandManager::~CommandManager() = default;
 
 CommandStack& CommandStack::Of(CommandManager& in_manager)
 {
-    return *in_manager.m_commandStack;
+    return *in_manager.m_private;
 }
 
 QUndoStack& CommandManager::GetStack()
 {
-    return m_commandStack->m_undoStack;
+    return m_private->m_undoStack;
 }
 
 } // namespace memorymodel

@@ -37,7 +37,7 @@ public:
 private:
     friend class CommandStack;
 
-    std::unique_ptr<CommandStack> m_commandStack;
+    std::unique_ptr<CommandStack> m_private;
 };
 
 } // namespace memorymodel

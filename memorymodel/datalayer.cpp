@@ -89,7 +89,7 @@ public:
         m_libraries.erase(found);
         if (m_current == library)
             m_current = nullptr;
-        const std::shared_ptr<LibraryContext> context = library->m_context;
+        const std::shared_ptr<LibraryContext> context = library->m_private;
         context->Close();
         m_contents.RemoveLibrary(*context);
         delete library;

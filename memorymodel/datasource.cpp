@@ -14,7 +14,7 @@ struct DataSource::Content
 };
 
 DataSource::DataSource(std::string in_name, std::string in_location, unsigned in_flags)
-    : m_content(new Content{std::move(in_name), std::move(in_location), in_flags})
+    : m_private(new Content{std::move(in_name), std::move(in_location), in_flags})
 {
 }
 
@@ -27,27 +27,27 @@ int DataSource::GetState() const
 
 const std::string& DataSource::GetName() const
 {
-    return m_content->m_name;
+    return m_private->m_name;
 }
 
 const std::string& DataSource::GetLocation() const
 {
-    return m_content->m_location;
+    return m_private->m_location;
 }
 
 unsigned DataSource::GetFlags() const
 {
-    return m_content->m_flags;
+    return m_private->m_flags;
 }
 
 bool DataSource::IsReadOnly() const
 {
-    return (m_content->m_flags & eReadOnlySource) != 0;
+    return (m_private->m_flags & eReadOnlySource) != 0;
 }
 
 void DataSource::SetReadOnly(bool in_readOnly)
 {
-    unsigned& flags = m_content->m_flags;
+    unsigned& flags = m_private->m_flags;
     flags = in_readOnly ? flags | eReadOnlySource : flags & ~unsigned(eReadOnlySource);
 }
 

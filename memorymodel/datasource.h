@@ -44,7 +44,7 @@ public:
 
 private:
     struct Content;
-    std::unique_ptr<Content> m_content;
+    std::unique_ptr<Content> m_private;
 };
 
 } // namespace memorymodel

@@ -13,72 +13,72 @@ namespace memorymodel
 // An observer may remove the library from inside a call, and this object with it. So no function touches this object
 // after its call of the context. The context keeps itself alive.
 
-Library::Library(std::shared_ptr<LibraryContext> in_context) : m_context(std::move(in_context)) {}
+Library::Library(std::shared_ptr<LibraryContext> in_context) : m_private(std::move(in_context)) {}
 
 Library::~Library() = default;
 
 const std::string& Library::GetName() const
 {
-    return m_context->GetName();
+    return m_private->GetName();
 }
 
 ItemLibraryAccessor Library::GetAccessor() const
 {
-    return m_context->GetAccessor();
+    return m_private->GetAccessor();
 }
 
 DataSource& Library::AddDataSource(std::string in_name, unsigned in_flags, std::string in_location)
 {
-    return m_context->AddDataSource(std::move(in_name), in_flags, std::move(in_location));
+    return m_private->AddDataSource(std::move(in_name), in_flags, std::move(in_location));
 }
 
 const std::vector<std::shared_ptr<DataSource>>& Library::GetDataSources() const
 {
-    return m_context->GetDataSources();
+    return m_private->GetDataSources();
 }
 
 ItemID Library::Add(const NewItem& in_item)
 {
-    return m_context->Add(in_item);
+    return m_private->Add(in_item);
 }
 
 bool Library::Remove(const ItemID& in_item, hmx::fwk::ICommandManager* in_commands)
 {
-    return m_context->RemoveItem(in_item, in_commands);
+    return m_private->RemoveItem(in_item, in_commands);
 }
 
 bool Library::Rename(const ItemID& in_item, const std::string& in_name, hmx::fwk::ICommandManager* in_commands)
 {
-    return m_context->RenameItem(in_item, in_name, in_commands);
+    return m_private->RenameItem(in_item, in_name, in_commands);
 }
 
 bool Library::SetTags(const ItemID& in_item, const std::string& in_tags, hmx::fwk::ICommandManager* in_commands)
 {
-    return m_context->SetTags(in_item, gApplicationTagsKey, in_tags, in_commands);
+    return m_private->SetTags(in_item, gApplicationTagsKey, in_tags, in_commands);
 }
 
 void Library::Invalidate()
 {
-    LibraryContext* const context = m_context.get();
+    LibraryContext* const context = m_private.get();
     if (context->IsOpen())
         context->InBracket([context] { context->NotifyInvalidated(); });
 }
 
 void Library::Close()
 {
-    m_context->Close();
+    m_private->Close();
 }
 
 std::size_t Library::GetItemCount() const
 {
-    return m_context->GetItemCount();
+    return m_private->GetItemCount();
 }
 
 std::vector<ItemID> Library::GetItems() const
 {
     std::vector<ItemID> ids;
     ids.reserve(GetItemCount());
-    for (const std::shared_ptr<Item>& item : m_context->GetItems())
+    for (const std::shared_ptr<Item>& item : m_private->GetItems())
         if (item)
             ids.push_back(item->GetItemID());
     return ids;
@@ -86,7 +86,7 @@ std::vector<ItemID> Library::GetItems() const
 
 ItemID Library::FindByName(const std::string& in_name) const
 {
-    for (const std::shared_ptr<Item>& item : m_context->GetItems())
+    for (const std::shared_ptr<Item>& item : m_private->GetItems())
         if (item && item->m_name == in_name)
             return item->GetItemID();
     return ItemID();
@@ -105,7 +105,7 @@ ItemID Library::FindBySerialized(const std::string& in_text) const
             return ItemID();
         number = number << 4 | value;
     }
-    const std::vector<std::shared_ptr<Item>>& items = m_context->GetItems();
+    const std::vector<std::shared_ptr<Item>>& items = m_private->GetItems();
     if (number >= items.size() || !items[number])
         return ItemID();
     const ItemID id = items[number]->GetItemID();
@@ -114,37 +114,37 @@ ItemID Library::FindBySerialized(const std::string& in_text) const
 
 const DataSource* Library::GetSourceOf(const ItemID& in_item) const
 {
-    const std::shared_ptr<Item> item = m_context->FindItem(in_item);
+    const std::shared_ptr<Item> item = m_private->FindItem(in_item);
     return item ? item->m_source.get() : nullptr;
 }
 
 std::string Library::GetBaseClass(const ItemID& in_item) const
 {
-    const std::shared_ptr<Item> item = m_context->FindItem(in_item);
+    const std::shared_ptr<Item> item = m_private->FindItem(in_item);
     return item && item->m_extra ? item->m_extra->m_baseClass : std::string();
 }
 
 std::string Library::GetCategory(const ItemID& in_item) const
 {
-    const std::shared_ptr<Item> item = m_context->FindItem(in_item);
+    const std::shared_ptr<Item> item = m_private->FindItem(in_item);
     return item && item->m_extra ? item->m_extra->m_category : std::string();
 }
 
 bool Library::IsSignature(const ItemID& in_item) const
 {
-    const std::shared_ptr<Item> item = m_context->FindItem(in_item);
+    const std::shared_ptr<Item> item = m_private->FindItem(in_item);
     return item && item->m_signature;
 }
 
 bool Library::IsLoopCompound(const ItemID& in_item) const
 {
-    const std::shared_ptr<Item> item = m_context->FindItem(in_item);
+    const std::shared_ptr<Item> item = m_private->FindItem(in_item);
     return item && item->m_loop;
 }
 
 void Library::SetWriter(std::function<std::string(const ItemID&)> in_writer)
 {
-    m_context->SetWriter(std::move(in_writer));
+    m_private->SetWriter(std::move(in_writer));
 }
 
 } // namespace memorymodel

@@ -101,7 +101,7 @@ private:
     explicit Library(std::shared_ptr<LibraryContext> in_context);
     ~Library();
 
-    std::shared_ptr<LibraryContext> m_context;
+    std::shared_ptr<LibraryContext> m_private;
 };
 
 } // namespace memorymodel

@@ -115,7 +115,7 @@ TypeList::Numbers LibraryContents::GetNumbers(const char* in_type) const
 
 std::shared_ptr<Item> LibraryContents::Make(const NewItem& in_item, const std::shared_ptr<DataSource>& in_source)
 {
-    const ItemDescription& wanted = *in_item.m_description;
+    const ItemDescription& wanted = *in_item.m_private;
     const std::shared_ptr<Item> item = MakeItem(wanted.m_type, wanted.m_loop, m_space, m_items.size());
     m_items.emplace_back();
     item->m_name = wanted.m_name;
@@ -150,7 +150,7 @@ ItemID LibraryContents::Add(const NewItem& in_item)
 {
     if (!IsOpen())
         return ItemID();
-    const DataSource* const wanted = in_item.m_description->m_source;
+    const DataSource* const wanted = in_item.m_private->m_source;
     const std::shared_ptr<DataSource> source = wanted ? FindSource(*wanted) : GetFirstSource();
     if (!source)
         return ItemID();

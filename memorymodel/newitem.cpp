@@ -10,16 +10,15 @@ using namespace vireo::datamodel;
 namespace memorymodel
 {
 
-NewItem::NewItem(const char* in_type, std::string in_name)
-    : m_description(new ItemDescription(in_type, std::move(in_name)))
+NewItem::NewItem(const char* in_type, std::string in_name) : m_private(new ItemDescription(in_type, std::move(in_name)))
 {
 }
 
-NewItem::NewItem(const NewItem& in_other) : m_description(new ItemDescription(*in_other.m_description)) {}
+NewItem::NewItem(const NewItem& in_other) : m_private(new ItemDescription(*in_other.m_private)) {}
 
 NewItem& NewItem::operator=(const NewItem& in_other)
 {
-    *m_description = *in_other.m_description;
+    *m_private = *in_other.m_private;
     return *this;
 }
 
@@ -33,14 +32,14 @@ NewItem NewItem::Compound(std::string in_name)
 NewItem NewItem::LoopCompound(std::string in_name)
 {
     NewItem item = Compound(std::move(in_name));
-    item.m_description->m_loop = true;
+    item.m_private->m_loop = true;
     return item;
 }
 
 NewItem NewItem::Signature(std::string in_name)
 {
     NewItem item = Compound(std::move(in_name));
-    item.m_description->m_signature = true;
+    item.m_private->m_signature = true;
     return item;
 }
 
@@ -66,79 +65,79 @@ NewItem NewItem::Type(std::string in_name)
 
 NewItem& NewItem::Tags(std::string in_tags)
 {
-    m_description->m_tags = std::move(in_tags);
+    m_private->m_tags = std::move(in_tags);
     return *this;
 }
 
 NewItem& NewItem::In(DataSource& in_source)
 {
-    m_description->m_source = &in_source;
+    m_private->m_source = &in_source;
     return *this;
 }
 
 NewItem& NewItem::Parent(std::string in_parent)
 {
-    m_description->m_parent = std::move(in_parent);
+    m_private->m_parent = std::move(in_parent);
     return *this;
 }
 
 NewItem& NewItem::Specializes(std::string in_general)
 {
-    m_description->m_specializes = std::move(in_general);
+    m_private->m_specializes = std::move(in_general);
     return *this;
 }
 
 NewItem& NewItem::ReadOnly()
 {
-    m_description->m_readOnly = true;
+    m_private->m_readOnly = true;
     return *this;
 }
 
 NewItem& NewItem::WithoutUID()
 {
-    m_description->m_withUID = false;
+    m_private->m_withUID = false;
     return *this;
 }
 
 NewItem& NewItem::UID(std::string in_uid)
 {
-    m_description->m_uid = std::move(in_uid);
+    m_private->m_uid = std::move(in_uid);
     return *this;
 }
 
 NewItem& NewItem::WithoutObject()
 {
-    m_description->m_withObject = false;
+    m_private->m_withObject = false;
     return *this;
 }
 
 NewItem& NewItem::BuiltIn()
 {
-    m_description->m_builtIn = true;
+    m_private->m_builtIn = true;
     return *this;
 }
 
 NewItem& NewItem::Unloaded()
 {
-    m_description->m_loaded = false;
+    m_private->m_loaded = false;
     return *this;
 }
 
 NewItem& NewItem::NotForGraphs()
 {
-    m_description->m_forGraphs = false;
+    m_private->m_forGraphs = false;
     return *this;
 }
 
 NewItem& NewItem::BaseClass(std::string in_uid)
 {
-    m_description->m_baseClass = std::move(in_uid);
+    m_private->m_baseClass = std::move(in_uid);
     return *this;
 }
 
 NewItem& NewItem::Category(std::string in_category)
 {
-    m_description->m_category = std::move(in_category);
+    m_private->m_category = std::move(in_category);
     return *this;
 }
 

@@ -68,7 +68,7 @@ private:
     friend class LibraryContents;
     NewItem(const char* in_type, std::string in_name);
 
-    std::unique_ptr<ItemDescription> m_description;
+    std::unique_ptr<ItemDescription> m_private;
 };
 
 } // namespace memorymodel
