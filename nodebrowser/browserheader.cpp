@@ -32,7 +32,7 @@ BrowserHeader::BrowserHeader(QWidget& in_browser, bool in_withTabs)
     m_tabBar->setCurrentIndex(0);
 }
 
-void BrowserHeader::Place(const RowLayout& in_layout)
+void BrowserHeader::Arrange(const RowLayout& in_layout)
 {
     const int right = in_layout.m_width - gHeaderHeight;
     m_searchField->setGeometry(0, 0, right, gHeaderHeight);

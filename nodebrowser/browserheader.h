@@ -13,19 +13,20 @@ namespace nodebrowser
 
 struct RowLayout;
 
-/// The search field, the clear button, the tab bar and the scroll bar. They are children of the browser, placed by hand.
+/// The search field, the clear button, the tab bar and the scroll bar. They are children of the browser, without a
+/// layout.
 struct BrowserHeader
 {
-    /// Makes them, with the scroll bar hidden.
+    /// Makes the widgets. The scroll bar is hidden at first.
     BrowserHeader(QWidget& in_browser, bool in_withTabs);
 
-    /// Makes them fit the browser's size. The tab bar keeps its own.
-    void Place(const RowLayout& in_layout);
+    /// Gives each widget its position and size in the browser. The tab bar keeps its own size.
+    void Arrange(const RowLayout& in_layout);
 
-    /// Shows the scroll bar for content that is higher than the list, and hides it for any other.
+    /// Shows the scroll bar when the content is higher than the list, and hides it otherwise.
     void FitScrollBar(const RowLayout& in_layout, int in_contentHeight);
 
-    /// Deletes them.
+    /// Deletes the widgets. None may be used after it.
     void Delete();
 
     QScrollBar* m_scrollBar;

@@ -19,11 +19,12 @@ namespace
 
 using FactoryObjects = std::array<NEXAHandle<IDbObject>, 2>;
 
-/// The two objects whose data sources hold what came with the product. They are looked up once, by the first record with a
-/// database object, and their handles are kept until the process ends.
+/// The two objects whose data sources hold the items that came with the product. The first record with a database
+/// object looks them up. Their handles are kept until the process ends.
 const FactoryObjects& GetFactoryObjects(nexa4::IRevisionControlUIHelper& in_helper)
 {
-    // Not one initialised static: the look-up may come back here, by way of another browser.
+    // Not the initialiser of a static, which must not run twice: the look-up may come back here through another
+    // browser.
     static FactoryObjects objects;
     static bool found = false;
     if (!found)
@@ -93,7 +94,7 @@ void BrowserItem::ReadDataSource(const NEXAHandle<IDbObject>& in_object, const R
         NEXAHandle<nexa4::ITypeAsset>::AssignCast(in_object.GetInstance(), in_object.GetCacheIndex()).operator->();
     if (asset.IsValid() && asset->IsLoaded())
     {
-        // What is built in is both closed to changes and the product's own: the same question is asked for each flag.
+        // A built-in asset cannot be changed and came with the product, so the same query sets both flags.
         m_readOnlySource = asset->IsBuiltIn() || m_readOnlySource;
         m_factoryItem = asset->IsBuiltIn() || m_factoryItem;
     }

@@ -42,16 +42,16 @@ struct ObjectLookup
     nexa4::NEXAHandle<nexa4::IDbObject> m_object;
 };
 
-/// Asks nobody without a helper.
+/// Looks up the database object of an item. Without a helper there is none.
 ObjectLookup LookUpObject(const vireo::datamodel::ItemID& in_item, RecordContext& io_context);
 
-/// An item with the icon and the flags that painting needs, so that a frame asks the data layer for nothing but names and
-/// dirty marks. Each build makes fresh records; between builds only the access state changes. The icon belongs to the item
-/// list, which outlives its records.
+/// An item with the icon and the flags that painting needs. So a frame reads nothing from the data layer but names and
+/// dirty marks. Each build makes new records; between builds only the access state changes. The item list owns the icon
+/// and outlives its records.
 class BrowserItem
 {
 public:
-    /// \param in_accessState for a compound; other items start with eAccessStateUnknown
+    /// \param in_accessState the state of a compound; other items start with eAccessStateUnknown
     BrowserItem(vireo::datamodel::ItemAccessor in_item, const ObjectLookup& in_object, unsigned in_accessState,
                 RecordContext& io_context);
 
@@ -60,14 +60,14 @@ public:
     /// The icon as painted; null for an item of an unknown type.
     const QPixmap& GetStateIcon() const { return *m_stateIcon; }
     unsigned GetAccessState() const { return m_accessState; }
-    /// A compound whose data source takes changes: its state is requested.
+    /// Whether it is a compound whose data source can be written. The browser requests the state of such items.
     bool IsSourceControlled() const { return m_sourceControlled; }
-    /// The item came with the product.
+    /// Whether the item came with the product.
     bool IsFactoryItem() const { return m_factoryItem; }
     bool HasReadOnlySource() const { return m_readOnlySource; }
 
-    /// Sets the source-control state and takes the icon for it. Does nothing when the state stays the same.
-    /// \return whether the state changed, so that the caller can ask for a repaint
+    /// Sets the source-control state and the icon for it. Does nothing when the state stays the same.
+    /// \return whether the state changed, so that the caller can request a repaint
     bool SetAccessState(unsigned in_state, bool in_versioningActive, StateIcons& io_icons);
 
 private:

@@ -7,8 +7,8 @@
 namespace nodebrowser
 {
 
-/// A tab bar that is 23 pixels high in every style and toolkit version. It stands below the search field and ends where
-/// the list begins, so that it covers no row.
+/// A tab bar that is 23 pixels high in every style and toolkit version. It fills the room between the search field and
+/// the list, so it covers no row.
 class BrowserTabBar : public QTabBar
 {
 public:

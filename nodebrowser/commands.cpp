@@ -31,7 +31,7 @@ namespace nodebrowser
 namespace
 {
 
-/// The dialog's answer, ready for the data layer.
+/// What the user entered, as text of the data layer.
 struct NewCompound
 {
     std::string m_name;
@@ -39,7 +39,8 @@ struct NewCompound
     std::string m_category;
 };
 
-/// \return whether the user agreed and the browser is still there
+/// Runs the dialog.
+/// \return whether the user entered a name and the browser still exists
 bool Ask(const CommandTarget& in_target, CVireoCompoundCreateDialog& io_dialog, NewCompound& out_compound)
 {
     io_dialog.exec();

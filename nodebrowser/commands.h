@@ -11,18 +11,18 @@
 namespace nodebrowser
 {
 
-/// Where a command reads and writes. While its dialog is open the host may do anything, so a command keeps to the library
-/// and the item that its dialog was opened for. It writes with the command manager that the browser has when the dialog
-/// closes, and writes nothing when the browser is gone by then.
+/// What a command works on. While its dialog is open, the host may attach another library. A command keeps to the
+/// library and the item that its dialog was opened for. It writes with the command manager that the browser has when
+/// the dialog closes. It writes nothing when the browser has been destroyed by then.
 struct CommandTarget
 {
     vireo::datamodel::ItemLibraryAccessor m_library;
-    QPointer<QObject> m_browser;                  ///< null once the browser is gone
-    hmx::fwk::ICommandManager* const& m_commands; ///< the browser's own pointer, so not to be read once it is gone
+    QPointer<QObject> m_browser;                  ///< null once the browser is destroyed
+    hmx::fwk::ICommandManager* const& m_commands; ///< a field of the browser: read it only while m_browser is set
 };
 
 /// Creates a compound, or a signature, and makes it the application's compound target.
-/// \param in_kindWord "compound" or "signature", as the dialog shows it
+/// \param in_kindWord "compound" or "signature"; the dialog shows it, and starts with it as the name
 void CreateCompound(const CommandTarget& in_target, const char* in_kindWord, bool in_signature);
 
 /// Creates a loop compound and makes it the application's compound target.
@@ -32,11 +32,11 @@ void RenameCompound(const CommandTarget& in_target, const vireo::datamodel::Item
 
 void EditTags(const CommandTarget& in_target, const vireo::datamodel::ItemID& in_item);
 
-/// Writes the library to disk. Silent either way, on purpose.
+/// Writes the library to disk. It reports neither success nor failure, on purpose.
 void SaveLibrary(const vireo::datamodel::ItemLibraryAccessor& in_library);
 
-// The commands below do nothing for an item whose database object the host's revision control does not know, and nothing
-// without revision control.
+// The commands below do nothing when the host has no revision control, or when that does not know the database object
+// of the item.
 
 void CheckOut(const vireo::datamodel::ItemID& in_item);
 void MakeWritable(const vireo::datamodel::ItemID& in_item);

@@ -38,8 +38,8 @@ QString Named(const QString& in_text, const QString& in_name)
     return in_text.arg(in_name, 0, QLatin1Char(' '));
 }
 
-/// The sources that a compound can be moved to. Each entry carries the identities of the compound and of the resource that
-/// stands for the source.
+/// Appends the data sources that a compound can be moved to. The data of each entry is the identity of the compound and
+/// that of the resource that stands for the source.
 void FillDataSourceMenu(QMenu& io_menu, QObject& in_receiver, const NEXAHandle<IDbObject>& in_compound)
 {
     const QString compound = FromLatin1(in_compound.GetDbObjectId().GetStr());
@@ -81,7 +81,7 @@ void FillContextMenu(QMenu& io_menu, QObject& in_receiver, const ItemLibraryAcce
         modifier.Initialize();
         canEdit = modifier.CanModifyCompound(true);
         add(Translate("Rename %1"), SLOT(OnRenameItem()))->setEnabled(canEdit);
-        // Shown greyed out on purpose: deleting is not offered here.
+        // Always disabled on purpose: the browser does not offer to delete.
         add(Translate("Delete %1"), SLOT(OnDeleteItem()))->setEnabled(false);
         if (object.IsValid())
             FillDataSourceMenu(*io_menu.addMenu(Translate("Compound source")), in_receiver, object);

@@ -50,7 +50,7 @@ std::vector<DataSourceEntry> ListDataSources(const NEXAHandle<IDbObject>& in_com
         entry.m_label = FromLatin1(resource->GetName());
         if (nexa4::IsSameUri(current, resource))
         {
-            // There is no blank between the name and this mark, on purpose.
+            // No blank comes before this mark, on purpose.
             entry.m_label += QString::fromLatin1("[Current]");
             entry.m_enabled = false;
         }

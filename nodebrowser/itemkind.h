@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// What an item is, as far as its icon and the tabs tell items apart.
+/// The kinds of item that the browser tells apart by icon and by tab.
 #pragma once
 
 #include "datamodel/item.h"
@@ -20,7 +20,7 @@ enum eItemKind : unsigned char
 /// How many kinds there are.
 const int gItemKinds = eKindType + 1;
 
-/// Asks the data layer about compounds only.
+/// Reads the data layer for compounds only: whether they are signatures.
 eItemKind KindOf(vireo::datamodel::ItemAccessor& in_item);
 
 } // namespace nodebrowser

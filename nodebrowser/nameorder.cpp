@@ -10,18 +10,18 @@ namespace nodebrowser
 namespace
 {
 
-/// Some characters of a name as one number that compares as they do.
+/// Eight characters of a name, as one integer that compares as they do.
 struct SortKey
 {
     std::uint64_t m_characters;
-    std::uint32_t m_count; ///< how many there are; one more than fit when the name goes on
+    std::uint32_t m_count; ///< how many characters there are; nine when the name is longer
     std::uint32_t m_entry;
 };
 
 using Keys = std::vector<SortKey>;
 
 const std::size_t gKeyLength = 8;
-/// Names that share more characters are compared as a whole, so that long names do not make the recursion deep.
+/// Names that share more characters than this are compared as a whole. It bounds the recursion.
 const std::size_t gDeepest = 20 * gKeyLength;
 
 unsigned char FoldAsciiCase(char in_character)
@@ -30,8 +30,8 @@ unsigned char FoldAsciiCase(char in_character)
     return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte - 'A' + 'a') : byte;
 }
 
-/// Lowers the ASCII letters among eight characters at once. Each byte's highest bit takes the carry of a seven-bit sum,
-/// which tells whether the character lies between "A" and "Z".
+/// Lowers the ASCII letters among eight characters at once. Adding to the low seven bits of a byte carries into its
+/// highest bit exactly when the character reaches a limit. Two such sums tell whether it is between "A" and "Z".
 std::uint64_t FoldAsciiCase(std::uint64_t in_characters)
 {
     const std::uint64_t each = 0x0101010101010101u;
@@ -72,7 +72,7 @@ bool IsLessAsAWhole(const TextArena& in_names, std::uint32_t in_left, std::uint3
     return less(in_left, in_right) || (in_left < in_right && !less(in_right, in_left));
 }
 
-/// Sorts names that share the characters before in_from.
+/// Sorts names whose characters before in_from are equal.
 void Sort(const TextArena& in_names, std::size_t in_from, Keys::iterator in_begin, Keys::iterator in_end)
 {
     if (in_from > gDeepest)

@@ -10,9 +10,9 @@
 namespace nodebrowser
 {
 
-/// Sorts the entries of an arena by their bytes, without regard to the case of ASCII letters. Equal names stay in the order
-/// in which they were added. Names are compared eight characters at a time, and are read once for each eight characters
-/// that they share with others.
+/// Sorts the entries of an arena by their bytes, without regard to the case of ASCII letters. Equal names keep the
+/// order in which they were added. A name is read eight characters at a time, and only as far as it equals another
+/// name.
 /// \return the entries in display order
 std::vector<std::uint32_t> SortByName(const TextArena& in_names);
 

@@ -32,9 +32,9 @@
 #include <QTabBar>
 #include <QToolTip>
 
-#include <algorithm>
 #include <cstring>
 #include <list>
+#include <utility>
 #include <vector>
 
 using namespace nodebrowser;
@@ -56,10 +56,10 @@ namespace
 
 const int gWheelStep = 3 * gRowHeight;
 
-/// More of a name than a screen shows. What is drawn of a name costs time whether or not it can be seen.
+/// More characters than a screen shows. Drawing a character costs time even if nobody can see it.
 const std::size_t gDrawnCharacters = 4000;
 
-/// Posted by ItemRemoved(), so that it arrives when the removal is over.
+/// The event that ItemRemoved() posts. It arrives after the removal.
 QEvent::Type GetRemovalEvent()
 {
     static const int type = QEvent::registerEventType();
@@ -94,8 +94,8 @@ static void RegisterIcons()
     Q_INIT_RESOURCE(nodebrowser);
 }
 
-/// The state of a browser, and what it does with it. The functions of CNodeBrowser are its face: events, slots,
-/// notifications.
+/// The state of a browser and the operations on it. The functions of CNodeBrowser itself are what others call: events,
+/// slots and notifications.
 struct CNodeBrowser::Private
 {
     Private(CNodeBrowser& io_browser, eConfigType in_config)
@@ -141,24 +141,24 @@ struct CNodeBrowser::Private
     std::unique_ptr<ScsTask, EndTask> m_scsTask;
     bool m_sourceControlEnabled = false;
 
-    // What waits for the next paint.
+    // The work that the next paint does.
     bool m_statesStale = true;
     bool m_rebuildNeeded = false;
     bool m_relayoutNeeded = false;
 
     int m_filterMode;
-    SearchWords m_searchWords; // the lowered search text, split once for each key stroke
+    SearchWords m_searchWords; // the lowered search text, split at each key stroke
 
     std::unique_ptr<ItemList> m_items{new ItemList};
-    bool m_itemsInUse = false;     // an operation of the list asks the data layer: no build may start
-    bool m_removalPending = false; // ItemRemoved() was called, and the event loop has not run since
+    bool m_itemsInUse = false;     // an operation of the list reads the data layer: no build may start
+    bool m_removalPending = false; // the event loop has not run since ItemRemoved()
     RowPainter m_rowPainter;
 
     const int m_listTop;
     int m_contentHeight = 0;
     int m_scrollOffset = 0;
     std::vector<std::uint64_t> m_visibleItems; // ranks, by row
-    std::uint64_t m_selectedRow = gNoRow;      // not below the number of rows: none
+    std::uint64_t m_selectedRow = gNoRow;      // none when it is not below the count of rows
     QPoint m_dragStart;
 };
 
@@ -244,7 +244,7 @@ void CNodeBrowser::Private::BuildAllItemList(ItemList::ObjectHandles* out_handle
     const std::size_t expected = m_items->GetSize() + m_items->GetSize() / 16;
     m_items.reset(new ItemList);
     m_relayoutNeeded = true;
-    // The data layer may come back while it is read. It finds the empty list, and what it attaches is read next time.
+    // A read may call the browser back. The call finds an empty list, and a library that it attaches is read later.
     const ItemLibraryAccessor library = m_library;
     const ItemTOCAccessor toc = m_toc;
     std::unique_ptr<ItemList> items(new ItemList);
@@ -272,8 +272,8 @@ void CNodeBrowser::ItemRemoved(ItemAccessor&)
     m_private->RequestRebuild();
     if (m_private->m_removalPending)
         return;
-    // The item is still there while its removal is told: a paint that is forced meanwhile still lists it. So look once
-    // more when the event loop runs again.
+    // ItemRemoved() comes before the removal. A paint that is forced meanwhile still lists the item, so look again when
+    // the event loop runs.
     m_private->m_removalPending = true;
     QCoreApplication::postEvent(this, new QEvent(GetRemovalEvent()));
 }
@@ -296,7 +296,7 @@ void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor&, const ItemID& in_item, 
 {
     if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0)
         return;
-    // No relayout on purpose: rows do not jump away while tags are edited. Whatever lays them out next sees the new tags.
+    // No relayout on purpose: rows do not jump away while tags are edited. The next relayout sees the new tags.
     const Use use(m_private->m_itemsInUse);
     m_private->m_items->RefreshTags(m_private->m_library, in_item);
 }
@@ -331,7 +331,7 @@ void CNodeBrowser::Private::SetSourceControlEnabled(bool in_enabled)
         RequestRepaint();
         return;
     }
-    // No repaint on purpose: the badges go with whatever repaints the list next.
+    // No repaint request on purpose: the badges disappear at the next repaint.
     const Use use(m_itemsInUse);
     m_items->ResetStates(IsVersioningShown());
 }
@@ -341,14 +341,14 @@ bool CNodeBrowser::Private::IsVersioningShown() const
     return isSourceControlEnabled() && ScsUtils::IsFileVersionControlActive();
 }
 
-/// Does what waits for a paint. A paint in the middle of an operation of the list leaves it waiting.
+/// Does the work that was left to this paint. A paint inside an operation of the list leaves it to the next one.
 void CNodeBrowser::Private::RefreshItems()
 {
     if (m_itemsInUse)
         return;
     if (m_rebuildNeeded || m_statesStale)
     {
-        // Cleared first: what changes during the build asks for another one.
+        // Cleared first, so that a change during the build requests another build.
         m_rebuildNeeded = false;
         if (m_statesStale)
         {
@@ -411,8 +411,8 @@ void CNodeBrowser::Private::UpdateVisibleItems()
         m_visibleItems.clear();
         return;
     }
-    // The index is stale if a change arrived during the build, or if an item that is being removed was still listed. Then
-    // test the items one by one.
+    // The index is stale if a change arrived during the build, or if an item being removed was still listed. Then test
+    // the items one by one.
     if (m_rebuildNeeded || m_removalPending)
     {
         const Use use(m_itemsInUse);
@@ -426,8 +426,8 @@ void CNodeBrowser::Private::UpdateVisibleItems()
     UpdateScrollbar();
 }
 
-/// Requests a repaint of the list, and leaves the header alone. The whole widget when no part of the list is in sight: what
-/// waits for the next paint gets one all the same.
+/// Requests a repaint of the list without the header. When no part of the list is visible it requests one of the whole
+/// widget, because the work that waits for a paint must not wait longer.
 void CNodeBrowser::Private::RequestRepaint()
 {
     const QRect list = GetRowLayout().ListRect();
@@ -448,7 +448,7 @@ void CNodeBrowser::SliderValueChanged(int)
 void CNodeBrowser::resizeEvent(QResizeEvent* in_event)
 {
     QWidget::resizeEvent(in_event);
-    m_private->m_header.Place(m_private->GetRowLayout());
+    m_private->m_header.Arrange(m_private->GetRowLayout());
     m_private->UpdateScrollbar();
 }
 
@@ -462,15 +462,15 @@ RowLayout CNodeBrowser::Private::GetRowLayout() const
     return layout;
 }
 
-/// The record in a row; null when there is no such row. The item list may be newer than the rows of the last paint. A read
-/// of the data layer may replace the record: what is needed behind one is copied before it.
+/// The record of a row; null when there is no such row. The item list may be newer than the rows of the last paint. Any
+/// read of the data layer may replace the record, so callers copy what they need of it before they read.
 const BrowserItem* CNodeBrowser::Private::FindRow(std::uint64_t in_row) const
 {
     return in_row < m_visibleItems.size() ? m_items->FindRecord(m_visibleItems[static_cast<std::size_t>(in_row)])
                                           : nullptr;
 }
 
-/// The identity of the item in a row.
+/// Gets the identity of the item in a row.
 /// \return whether there is such a row
 bool CNodeBrowser::Private::FindItem(std::uint64_t in_row, ItemID& out_item) const
 {
@@ -526,7 +526,7 @@ void CNodeBrowser::paintEvent(QPaintEvent*)
     painter.setBackgroundMode(backgroundMode);
 }
 
-/// Asks the data layer for what a row shows.
+/// Gets what a row shows. Reads the name and the dirty mark from the data layer.
 /// \return whether there is such a row
 bool CNodeBrowser::Private::ReadRow(std::uint64_t in_row, RowContent& out_content) const
 {
@@ -552,7 +552,7 @@ void CNodeBrowser::mousePressEvent(QMouseEvent* in_event)
 {
     const QPoint position = qtcompat::EventPosition(*in_event);
     const std::size_t row = m_private->GetItemIndexAt(position);
-    // A press that picks nothing clears the selection silently: the band goes with the next repaint.
+    // A press that picks no row clears the selection silently: the band disappears at the next repaint.
     m_private->m_selectedRow = gNoRow;
     if (row >= GetRowCount())
         return;
@@ -637,7 +637,7 @@ bool CNodeBrowser::event(QEvent* in_event)
 
 void CNodeBrowser::Private::ShowToolTip(QHelpEvent& io_event)
 {
-    // Only compounds have source-control news worth a tool tip, and the browser adds nothing of its own.
+    // Only compounds have a tool tip. Its text is what source control says, and nothing else.
     ItemID item;
     if (!FindItem(GetItemIndexAt(io_event.pos()), item) || item.GetType() != VireoType::gCompound)
     {
@@ -653,7 +653,8 @@ void CNodeBrowser::Private::ShowToolTip(QHelpEvent& io_event)
         QToolTip::showText(io_event.globalPos(), ScsUtils::GetToolTip(object, QString::fromLatin1(":compound.png")));
 }
 
-/// Scrolls by three rows, whatever device turned how far. False when the pointer is not over the list.
+/// Scrolls by three rows, however far the wheel turned.
+/// \return whether the pointer is over the list; without that nothing happens
 bool CNodeBrowser::Private::ScrollByWheel(const QWheelEvent& in_event)
 {
     if (!GetRowLayout().IsInList(qtcompat::EventPosition(in_event)))
@@ -714,7 +715,7 @@ void CNodeBrowser::OnNewLoopCompound()
 
 void CNodeBrowser::OnSaveGraphLibrary()
 {
-    // A copy: the host may attach another library meanwhile.
+    // A copy, because the host may attach another library while the data layer saves.
     const ItemLibraryAccessor library = m_private->m_library;
     SaveLibrary(library);
 }
@@ -726,7 +727,7 @@ void CNodeBrowser::OnRenameItem()
         RenameCompound(m_private->GetCommandTarget(), item);
 }
 
-/// Does nothing on purpose: the menu shows the entry greyed out, and the entry needs a target.
+/// Does nothing on purpose: the menu shows a disabled entry, which needs a slot.
 void CNodeBrowser::OnDeleteItem() {}
 
 void CNodeBrowser::OnEditItemTags()
@@ -759,7 +760,7 @@ void CNodeBrowser::OnShowItemFiles()
 
 void CNodeBrowser::OnDatasourceChange()
 {
-    // Called by anything but an action of the menu, it does nothing.
+    // The identities are in the action of the menu. Another sender has none.
     QObject* const caller = sender();
     const QAction* const action = caller ? qobject_cast<QAction*>(caller) : nullptr;
     nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();

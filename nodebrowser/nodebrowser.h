@@ -37,33 +37,51 @@ enum eConfigType : int
 ///     browser->SetCommandManager(vireo::datamodel::GetApplicationCommandManager());
 ///     connect(browser, SIGNAL(SelectionChanged()), this, SLOT(ShowSelection()));
 ///
-/// The data layer must be installed before the first browser is made and must outlive the last one. The browser holds
-/// copies of accessors. It observes the library and its table of contents until it dies or gets another library. It owns
-/// no data: it changes items only through the data layer, whose notifications it follows like every other observer.
+/// Cost
+///   - A change of the items, a key stroke or another tab only raises a flag and requests a repaint. ItemAdded() and
+///     ItemRemoved() raise their flag before anything else. However many of them come between two paints, the browser
+///     remembers no more than after one. A hidden browser does nothing else.
+///   - The next paint does the rest. It builds the item list again if items changed: one pass over the library and one
+///     sort of the names. It searches if the list, the search text or the tab changed; the search reads what the build
+///     kept. Then it draws the rows in sight and reads the name of each.
+///   - A notified change of tags or of a source-control state reads and updates that one item at once.
+///   - A repaint request covers the rectangle of the list, or the whole widget when no part of the list is visible.
+///   - State icons are composed once for each look (kind, state, flags) and build.
 ///
-/// Cost: a change of the items, a key stroke or a tab only raises a flag and requests a repaint. Tags and states of single
-/// items are read at once. The next paint does the rest: it rebuilds the item list if items changed (one pass over the
-/// library, one sort of the names), searches what that build read if the search or the list changed, and draws the rows in
-/// sight, with one name look-up each. A hidden browser does nothing.
+/// What a data layer must do
+///   - It is installed before the first browser is made and outlives the last one.
+///   - It announces each new name by ItemNameChanged(), and each compound that becomes or ceases to be a signature by
+///     LibraryInvalidated(). A search reads names, tags and signatures as the last build read them. Rows draw the names
+///     of the moment.
+///   - It neither runs the event loop nor changes the library inside a read. Otherwise the browser may show stale or
+///     repeated rows until the next build. It starts no build while another one runs; a library that is attached
+///     meanwhile is read at the next paint.
+///   - It may throw. The browser catches nothing.
+///   - It may offer the services "RevisionControlUIHelper" and "RevisionControlPropertiesMgr". The browser uses them
+///     when they are there.
 ///
-/// A search reads the names and tags, and whether a compound is a signature, as the last build read them; rows draw the
-/// names of the moment. So the data layer announces each new name by ItemNameChanged(), and each compound that becomes or
-/// ceases to be a signature by LibraryInvalidated(). State icons are composed once for each look (kind, state, flags) and
-/// build. At most 4,000 characters of a name are drawn.
+/// For people
+///   - A row can be dragged out for copying, see nodebrowser/dragformat.h.
+///   - A double click makes a compound the application's compound target.
+///   - The tool tip of a compound shows its source-control state. Other rows have none.
+///   - A right press opens the context menu of the row. A menu without entries is executed too. From Qt 6.8 on the
+///     toolkit shows nothing then; older versions show an empty frame.
+///   - The wheel scrolls by three rows, however far it turned. A wheel event that only begins or ends a touch-pad
+///     gesture, without a turn, does nothing. A delta of zero without a phase scrolls down.
+///   - At most 4,000 characters of a name are drawn.
 ///
-/// A data layer must neither run the event loop nor change the library inside a read. Where one does, the browser may show
-/// stale or repeated rows until the next rebuild: no build starts while another one runs, and a library that is attached
-/// meanwhile is read at the next paint.
-///
-/// For people: a row is dragged out for copying, see nodebrowser/dragformat.h. A double click makes a compound the
-/// application's compound target. Hovering over a compound shows its source-control tool tip. For hosts:
-/// OnCheckOutItem() and OnMakeItemWritable() are slots to connect to, in the string form, from a menu or a tool bar of the
-/// host. The browser has no size of its own.
-///
-/// Services used when there: "RevisionControlUIHelper" and "RevisionControlPropertiesMgr". What the data layer throws
-/// passes through uncaught. Delete a browser with deleteLater() from slots of its signal and during drags.
-///
-/// Use it on the thread of the user interface only.
+/// For hosts
+///   - The browser holds copies of accessors and no data of its own. It observes the library and its table of contents
+///     until it dies or gets another library. It changes items only through the data layer, and follows the
+///     notifications like every other observer.
+///   - A creation, tag or save command works on the library that was attached when it began, even if the host attaches
+///     another one while the dialog is open.
+///   - OnCheckOutItem() and OnMakeItemWritable() have no entry in the context menu. A host connects its own actions to
+///     these slots, in the string form.
+///   - OnDatasourceChange() does nothing when its sender is not an action.
+///   - The browser has no preferred size of its own.
+///   - Delete it with deleteLater() in slots of its signal and during drags.
+///   - Use it on the thread of the user interface only.
 class NODEBROWSER_EXPORT CNodeBrowser : public QWidget,
                                         public vireo::datamodel::IItemTOCNotification,
                                         public vireo::datamodel::IItemLibraryNotification,
@@ -76,8 +94,8 @@ public:
     explicit CNodeBrowser(eConfigType in_config);
     ~CNodeBrowser() override;
 
-    /// Attaches a library in the place of the one before. The item list is built at once, the rows follow at the next
-    /// paint. An invalid library empties the list at the next paint, but requests none. The selected row keeps its number.
+    /// Attaches a library instead of the one before. The item list is built at once; the rows follow at the next paint.
+    /// An invalid library empties the list at the next paint, but requests none. The selected row stays the same row.
     void SetItemLibrary(const vireo::datamodel::ItemLibraryAccessor& in_library);
 
     /// The command manager that all changes are made with; null, as at first, makes them without undo. It stays the
@@ -85,8 +103,8 @@ public:
     void SetCommandManager(hmx::fwk::ICommandManager* in_commands);
     hmx::fwk::ICommandManager* GetCommandManager() const;
 
-    /// The selected item; the invalid identity when no row is selected. The selection is a row, not an item: after a
-    /// change of the search or the library the same row may hold another item, or none. Until the paint after
+    /// The selected item; the invalid identity when no row is selected. The selection is a row, not an item. After a
+    /// change of the search or the library the same row may hold another item, or none. Until the paint that follows
     /// SetItemLibrary(), old rows resolve against the new list.
     vireo::datamodel::ItemID GetSelection();
 
@@ -102,14 +120,14 @@ public:
         eSaveGraphLibrary = 3, ///< "Save graph library"
     };
 
-    /// Appends the action of a command to a menu, which owns it. It is always enabled and acts on the library that the
-    /// browser has when it is triggered. Any other value adds nothing.
+    /// Appends the action of a command to a menu, which owns the action. The action is always enabled. When it is
+    /// triggered, the command works on the library that is attached at that moment. Any other value adds nothing.
     void CreateMenuCommand(eMenuCommand in_command, QMenu* in_menu);
 
 Q_SIGNALS:
     /// The user picked a row: by a left press, by a right press once its menu has closed, or by Enter in the search
-    /// field. Sent also for the row that was selected before, and by Enter when there are no rows: ask GetSelection() for
-    /// what is selected. Never sent when the selection is lost or the rows change.
+    /// field. It is also sent for the row that was selected before, and by Enter when there are no rows: GetSelection()
+    /// tells what is selected. It is never sent because the selection is lost or the rows change.
     void SelectionChanged();
 
 protected Q_SLOTS:
@@ -131,8 +149,8 @@ protected Q_SLOTS:
     virtual void OnDatasourceChange();
 
 protected:
-    /// The rows as the last paint laid them out, for a derived browser that reports on them. A row that is not there has an
-    /// invalid accessor and no tags.
+    /// The rows as the last paint laid them out, for a derived browser that reports on them. A row that does not exist
+    /// has an invalid accessor.
     std::size_t GetRowCount() const;
     vireo::datamodel::ItemAccessor GetRowItem(std::uint64_t in_row) const;
     /// The tags of an item as the search sees them: its own and the name of its type.
@@ -140,7 +158,7 @@ protected:
     /// The items that have a tag, as the search sees them; none for the empty tag.
     std::set<vireo::datamodel::ItemID> GetTaggedItems(const std::string& in_tag) const;
 
-    /// Whether an item passes the tab and the search text, and how relevant it is: the lower the score, the more.
+    /// Whether an item passes the tab and the search text, and how relevant it is: a lower score is more relevant.
     /// \param out_score written only when the item passes
     bool CompareToFilter(vireo::datamodel::ItemAccessor& in_item, std::size_t* out_score) const;
 

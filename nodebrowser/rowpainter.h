@@ -18,17 +18,17 @@ namespace nodebrowser
 struct RowContent
 {
     QString m_name;
-    QPixmap m_icon;        ///< null: the row shows only its name
-    bool m_marked = false; ///< the icon has room for a mark at its left
+    QPixmap m_icon;        ///< null for a row that shows only its name
+    bool m_marked = false; ///< the icon starts further left, because a mark may be at its left
     bool m_dirty = false;  ///< there are unsaved changes
 };
 
-/// Keeps the names of the last frames shaped, which is most of the work of drawing a row.
+/// Keeps the shaped names of the last frames: shaping is most of the work of drawing a row.
 class RowPainter
 {
 public:
-    /// To be called before the first row of each frame.
-    /// \param in_layout of this frame
+    /// Call it before the first row of each frame.
+    /// \param in_layout the geometry in this frame
     void BeginFrame(const QPainter& in_painter, const RowLayout& in_layout);
 
     /// \param in_band fills the row behind its icon and its name; Qt::NoBrush for none

@@ -17,13 +17,13 @@ namespace
 
 const int gAlignment = Qt::AlignLeft | Qt::AlignVCenter;
 const int gLongest = 200;
-/// So many texts are kept without looking which of them are drawn at all.
+/// Up to so many texts are kept, drawn or not.
 const int gKept = 250;
 /// Wider than any text: nothing is wrapped.
 const double gLineWidth = 0x01000000;
 
-/// Whether a text is one line of characters that stand for themselves. Others are left to the toolkit, which breaks lines
-/// and replaces characters.
+/// Whether a text is one line of characters that are drawn as they are. The toolkit breaks other texts into lines or
+/// replaces characters in them, so it draws those itself.
 bool IsPlain(const QString& in_text)
 {
     return !in_text.isEmpty() && in_text.size() <= gLongest &&
@@ -73,7 +73,7 @@ void RowTexts::BeginFrame(const QPainter& in_painter)
     Clear();
 }
 
-/// Forgets the texts that were not in the frame before.
+/// Forgets the texts that the frame before did not draw.
 void RowTexts::DropUnused()
 {
     for (QHash<QString, Shaped>::iterator text = m_texts.begin(); text != m_texts.end();)
@@ -95,7 +95,8 @@ const QTextLayout& RowTexts::Find(const QPainter& in_painter, const QString& in_
     return *text.m_layout;
 }
 
-/// The toolkit's versions round the height of a line in different ways, so it is asked once for each height.
+/// The distance that Top describes. Versions of the toolkit round it differently, so the toolkit is asked, once for
+/// each height.
 double RowTexts::FindTop(QPainter& io_painter, const QRect& in_rect, const QString& in_text, const QTextLine& in_line)
 {
     const Top wanted = {in_line.ascent(), in_line.descent(), in_rect.height(), 0};
@@ -114,12 +115,12 @@ void RowTexts::Draw(QPainter& io_painter, const QRect& in_rect, const QString& i
     {
         const QTextLayout& layout = Find(io_painter, in_text);
         const QTextLine line = layout.lineAt(0);
-        const QPointF place(in_rect.left(), in_rect.top() + FindTop(io_painter, in_rect, in_text, line));
-        // With room for what sticks out of the last letter, so that the toolkit would not clip it either.
+        const QPointF position(in_rect.left(), in_rect.top() + FindTop(io_painter, in_rect, in_text, line));
+        // One line height more than the text is wide: a last letter may stick out, and must not be clipped.
         const double height = line.height();
-        if (QRectF(in_rect).contains(QRectF(place, QSizeF(line.naturalTextWidth() + height, height))))
+        if (QRectF(in_rect).contains(QRectF(position, QSizeF(line.naturalTextWidth() + height, height))))
         {
-            layout.draw(&io_painter, place);
+            layout.draw(&io_painter, position);
             return;
         }
     }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The names of the rows as shaped text, for a painter that draws much the same rows again and again.
+/// The names of the rows as shaped text, for a painter that draws mostly the same rows in each frame.
 #pragma once
 
 #include <QFont>
@@ -17,9 +17,9 @@ class QPainter;
 namespace nodebrowser
 {
 
-/// Draws texts as QPainter::drawText() draws them to the left and in the middle of a rectangle, to the pixel. What was
-/// drawn in the frame before is not shaped again: shaping is most of the work, and scrolling by three rows shapes three
-/// names. Holds a few screens of texts, and forgets them when the fonts of the system change.
+/// Draws the same pixels as QPainter::drawText() with Qt::AlignLeft and Qt::AlignVCenter. A text of the frame before is
+/// not shaped again. Shaping is most of the work of drawing, so scrolling by three rows shapes three names. It holds a
+/// few screens of texts, and forgets them when the fonts of the system change.
 class RowTexts : public QObject
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ class RowTexts : public QObject
 public:
     RowTexts();
 
-    /// To be called before the first text of each frame.
+    /// Call it before the first text of each frame.
     void BeginFrame(const QPainter& in_painter);
 
     void Draw(QPainter& io_painter, const QRect& in_rect, const QString& in_text);
@@ -42,7 +42,7 @@ private:
     struct Shaped
     {
         std::shared_ptr<QTextLayout> m_layout;
-        unsigned m_frame = 0; ///< the last one that it was drawn in
+        unsigned m_frame = 0; ///< the last frame that drew it
     };
 
     const QTextLayout& Find(const QPainter& in_painter, const QString& in_text);
@@ -50,7 +50,8 @@ private:
 
     double FindTop(QPainter& io_painter, const QRect& in_rect, const QString& in_text, const QTextLine& in_line);
 
-    /// How far below the upper edge of a rectangle the toolkit starts a line of this height.
+    /// The toolkit's distance from the upper edge of a rectangle to a line of text, for a line and a rectangle of these
+    /// heights.
     struct Top
     {
         double m_ascent;
@@ -60,7 +61,7 @@ private:
     };
 
     QFont m_font;
-    std::vector<Top> m_tops; // mostly one
+    std::vector<Top> m_tops; // mostly one entry
     int m_resolution = 0;    // of the paint device, in dots per inch
     QHash<QString, Shaped> m_texts;
     unsigned m_frame = 0;

@@ -19,8 +19,7 @@ bool IsInAnyTag(const std::string& in_word, const std::set<std::string>& in_tags
     });
 }
 
-/// What each 8-bit character becomes when it is lowered. The toolkit's lower case of a Latin-1 character is a Latin-1
-/// character.
+/// The lower case of each 8-bit character. The toolkit's lower case of a Latin-1 character is a Latin-1 character.
 struct LowerCase
 {
     LowerCase()

@@ -23,14 +23,14 @@ enum eFilterMode
     eFilterConstants = 4,  ///< global constants
 };
 
-/// Whether a mode shows items of a kind. Nothing passes a number that is no mode.
+/// Whether a mode shows items of a kind. Nothing passes an unknown mode.
 bool PassesFilterMode(int in_mode, eItemKind in_kind);
 
-/// The distinct words of a search, in byte order: a word's index in it is part of the score.
+/// The distinct words of a search, in byte order. A word's position among them is part of the score.
 using SearchWords = std::set<std::string>;
 
-/// Splits a search text, lowered already, at white space. Adjacent white space counts once, but text that begins or ends
-/// with it yields an empty word, which every name begins with. An empty text has no words.
+/// Splits a lowered search text at white space. Adjacent white space separates once. White space at the beginning or
+/// the end yields an empty word, and every name begins with the empty word. An empty text has no words.
 SearchWords SplitSearchWords(const QString& in_lowerText);
 
 /// A name as the search compares it: lowered, 8-bit.
@@ -38,14 +38,14 @@ std::string LowerName(std::string in_name);
 
 /// The score of an item that was found by its tags alone.
 const std::size_t gTagScore = 1000;
-/// Stands for an item that was not found. An item whose name earns this very number, which takes thousands of words, is
-/// not found either.
+/// The score of an item that was not found. With thousands of words a name can earn the same score; its item counts as
+/// not found, too.
 const std::size_t gNoMatch = 10000;
 
-/// Scores an item; lower is more relevant. The words are alternatives, tried in their order:
-///   - a word that starts the name ends the search with its index as the score;
-///   - a word inside the name scores the number of words plus its index, replacing what an earlier word scored;
-///   - a word found only inside a tag, in upper or lower case alike, scores 1000 unless something scored before.
+/// Scores an item; a lower score is more relevant. One of the words is enough. They are tried in their order:
+///   - A word that starts the name scores its position among the words. The words after it are not tried.
+///   - A word inside the name scores the count of words plus its position. It replaces the score of an earlier word.
+///   - A word found only inside a tag, whatever its case, scores 1000 unless an earlier word scored.
 /// \param in_words empty: everything passes with score 0
 /// \param out_score written only when the item passes
 /// \return whether any word was found

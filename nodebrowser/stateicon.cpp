@@ -16,7 +16,7 @@ QPixmap LoadIcon(const char* in_name)
     return QPixmap(QString::fromLatin1(in_name));
 }
 
-/// Draws the factory mark at the left of an icon, both standing on the same lower edge.
+/// Draws the factory mark at the left of an icon. Both have the same lower edge.
 QPixmap DrawFactoryMark(const QPixmap& in_icon)
 {
     const QPixmap mark = LoadIcon(":./res/projectbrowser/PB_Factory.png");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The pictures of a row: the icon of an item's kind, and that icon with its marks.
+/// The icons of a row: the icon of an item's kind, and that icon with its marks.
 #pragma once
 
 #include "nodebrowser/itemkind.h"
@@ -13,13 +13,13 @@
 namespace nodebrowser
 {
 
-/// How far the factory mark moves the icon of a factory item to the right, in pixels.
+/// The room of the factory mark at the left of the icon, in pixels.
 const int gFactoryMarkWidth = 7;
 
 /// The icon of a kind of item; null for an unknown kind.
 QPixmap TypeIcon(eItemKind in_kind);
 
-/// What decides how an icon is marked.
+/// What determines the marks of an icon.
 struct IconMarks
 {
     unsigned m_accessState = 0;
@@ -28,27 +28,27 @@ struct IconMarks
     bool m_versioningActive = false;
 };
 
-/// An icon as painted: with the factory mark at its left for a factory item, and with the badge of its source-control
-/// state, except on a factory item from a read-only source. It has the icon's device pixel ratio.
+/// An icon as painted. A factory item gets the factory mark at its left. Every item gets the badge of its
+/// source-control state, except a factory item from a read-only source. The result has the icon's device pixel ratio.
 QPixmap ComposeStateIcon(const QPixmap& in_icon, const IconMarks& in_marks);
 
-/// The composed icons of a list: items of one kind with the same marks share one picture, which is composed when the
-/// first of them asks for it.
+/// The composed icons of a list. Items of one kind with the same marks share one icon. It is composed for the first of
+/// them.
 class StateIcons
 {
 public:
     StateIcons() = default;
-    // The pictures are pointed at.
+    // Records point at the icons.
     StateIcons(const StateIcons&) = delete;
     StateIcons& operator=(const StateIcons&) = delete;
 
-    /// The icon stays where it is. Costs one look-up among the icons in use.
+    /// The reference stays valid as long as this object. Costs one look-up among the icons in use.
     const QPixmap& Find(eItemKind in_kind, const IconMarks& in_marks);
 
 private:
     using Key = std::tuple<eItemKind, unsigned, bool, bool, bool>;
     std::map<Key, QPixmap> m_icons;
-    const std::pair<const Key, QPixmap>* m_last = nullptr; // neighbours in a list are mostly alike
+    const std::pair<const Key, QPixmap>* m_last = nullptr; // the icon found last: neighbours mostly look alike
 };
 
 } // namespace nodebrowser

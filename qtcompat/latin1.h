@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The text of the data layer, which is 8-bit Latin-1, and the text of the user interface.
+/// Conversions between the text of the data layer, which is 8-bit Latin-1, and the text of the user interface.
 #pragma once
 
 #include <QByteArray>

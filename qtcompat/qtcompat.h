@@ -54,7 +54,7 @@ inline QPoint EventPosition(const QDropEvent& in_event)
 #endif
 }
 
-/// How far the wheel turned: above 0 away from the user. A wheel that only turned sideways counts by that.
+/// How far the wheel turned: above 0 means away from the user. Without a vertical turn the horizontal one counts.
 inline int WheelDelta(const QWheelEvent& in_event)
 {
 #if QT_VERSION >= 0x060000
@@ -70,9 +70,7 @@ inline int WheelDelta(const QWheelEvent& in_event)
 #endif
 }
 
-/// What takes the pointer's events of a shown window while something is dragged: a drag listens to windows, not to
-
-/// False for the events that only say that a gesture on a touch pad begins or ends: Qt 4 has none of them.
+/// False for an event that only begins or ends a gesture on a touch pad. Qt 4 has no such events.
 inline bool IsWheelTurn(const QWheelEvent& in_event)
 {
 #if QT_VERSION >= 0x050C00
@@ -83,7 +81,7 @@ inline bool IsWheelTurn(const QWheelEvent& in_event)
 #endif
 }
 
-/// Device pixels per widget pixel of a picture.
+/// How many device pixels of a pixmap make one widget pixel.
 inline double PixelRatio(const QPixmap& in_pixmap)
 {
 #if QT_VERSION >= 0x050600
@@ -104,7 +102,7 @@ inline void SetPixelRatio(QPixmap& out_pixmap, double in_ratio)
 #endif
 }
 
-/// Calls a slot whenever fonts are added to the system or removed. Qt 4 does not tell.
+/// Calls a slot whenever fonts are added to the system or removed. Qt 4 does not notify of that.
 /// \param in_slot in the string form, SLOT(...)
 inline void ConnectFontsChanged(QObject& in_receiver, const char* in_slot)
 {
