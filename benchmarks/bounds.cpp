@@ -21,7 +21,7 @@ namespace
 
 const char gNameEnd = '\n';
 
-/// Where a word first occurs in a range of text; the end of the range when it is not there.
+/// The first occurrence of a word in a range of text; the end of the range when there is none.
 const char* FindWord(const char* in_begin, const char* in_end, const std::string& in_word)
 {
 #if defined(__GLIBC__)
@@ -33,7 +33,7 @@ const char* FindWord(const char* in_begin, const char* in_end, const std::string
 #endif
 }
 
-/// What the marks of an item come from: its database object, the object's source, and its kind of asset.
+/// The reads that the marks of an item need: its database object, the object's source, and its kind of asset.
 std::size_t ReadObject(IRevisionControlUIHelper& in_helper, const ItemID& in_item)
 {
     const char* const uid = ItemIDUnlock::GetItemIDUID(in_item);

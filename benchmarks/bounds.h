@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The lower bounds that the browser is compared with: what cannot be done without, as fast as it can be done.
+/// The lower bounds that the browser is compared with: the work that no implementation can avoid.
 #pragma once
 
 #include "datamodel/itemlibrary.h"
@@ -9,13 +9,13 @@
 #include <string>
 #include <vector>
 
-/// All names lowered and laid end to end, with a byte between them that no word contains.
+/// All lowered names end to end. A byte that no word contains separates them.
 std::string JoinLowerNames(const std::vector<NamedItem>& in_items);
 
-/// One scan of a text for each word, with the search of the C library where it has one.
-/// \return how often the words occur, each search going on behind what it found
+/// One scan of a text for each word, with the substring search of the C library where it has one.
+/// \return how many occurrences there are that do not overlap
 std::size_t CountOccurrences(const std::string& in_text, const std::vector<std::string>& in_words);
 
-/// Makes each call of the boundary once per item that a list of the items is built from, and keeps nothing.
-/// \return the bytes that were read, so that no call can be left out
+/// Makes each call of the boundary that a build of the list needs, once an item, and keeps nothing.
+/// \return how many bytes were read; using the result keeps the compiler from leaving a call out
 std::size_t ReadBoundary(const vireo::datamodel::ItemLibraryAccessor& in_library);

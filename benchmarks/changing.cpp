@@ -31,7 +31,7 @@ void TellStates(IItemLibraryNotification& in_observer, ItemLibraryAccessor& in_l
         in_observer.ItemAccessStateChanged(in_library, item, in_state);
 }
 
-/// The first compounds, from the first again when there are too few.
+/// The first compounds up to a count. When there are too few, they are repeated.
 std::vector<ItemAccessor> PickForBurst(const ItemLibraryAccessor& in_library)
 {
     std::vector<ItemAccessor> items;

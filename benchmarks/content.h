@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// A library in memory, filled with the items that are measured.
+/// A library in memory with the items that are measured.
 #pragma once
 
 #include "memorymodel/datalayer.h"
@@ -10,7 +10,7 @@
 /// The largest library that the peers are measured with: beyond it they take minutes.
 const std::size_t gLargestForPeers = 100000;
 
-/// Lives as long as anything is measured on it. Source control is off.
+/// It must outlive all windows that show it. Source control is off.
 struct Content
 {
     /// Half compounds, half solvers, in the order of the names given.

@@ -12,6 +12,6 @@ class QWidget;
 #define BENCH_NOINLINE __attribute__((noinline))
 #endif
 
-/// Runs a step and paints the one frame that it asked for, in a window that is shown. It has a plain name and a file of
-/// its own so that it stays one function whatever the compiler makes of the rest.
+/// Runs a step and paints the frame that it requested, in a visible window. The function has C linkage and a file of
+/// its own, so that the compiler neither inlines nor splits it.
 extern "C" BENCH_NOINLINE void CountedStep(QWidget& in_window, const std::function<void()>& in_step);

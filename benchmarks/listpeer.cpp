@@ -37,11 +37,11 @@ void PeerFilter::Search(const std::vector<std::string>& in_words)
 {
     std::transform(m_model.GetRows().begin(), m_model.GetRows().end(), m_scores.begin(),
                    [&in_words](const PeerRow& in_row) { return ScorePeerRow(in_words, in_row); });
-    // Without words all scores are the same: the rows are in their order already.
+    // Without words all scores are equal, and the rows are in order already.
     const int column = in_words.empty() ? -1 : 0;
     if (sortColumn() != column)
         sort(column);
-    // Starting over is far cheaper than invalidateFilter(), which removes and inserts every run of rows by itself.
+    // A reset is far cheaper than invalidateFilter(), which removes and inserts each run of rows separately.
     invalidate();
 }
 

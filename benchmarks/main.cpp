@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-/// Measures the browser, what could be written in its place, and lower bounds for both, on libraries of several
-/// sizes.
+/// Measures the browser, two peers made of the toolkit's item views, and lower bounds, on libraries of several sizes.
 ///
 /// Prints a table with tabs between its columns, one row per metric and size. "nodebrowser" is the browser,
 /// "listview" a QListView over a sorting proxy, "treewidget" a QTreeWidget that hides its items. "lowerbound" and
-/// "onebuild" are lower bounds: what the job takes when nothing but the unavoidable is done. All of a row is measured
-/// in turns, on the same names. The files searching, scrolling, opening and changing say what each metric is.
+/// "onebuild" are lower bounds: the time of the work that no implementation can avoid. All columns of a row are
+/// measured in turns, on the same names. The headers searching.h, scrolling.h, opening.h and changing.h define the
+/// metrics.
 
 #include "changing.h"
 #include "content.h"

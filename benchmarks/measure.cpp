@@ -20,9 +20,8 @@ namespace
 /// In milliseconds. No step on the largest library takes as long.
 const qint64 gPatience = 600000;
 
-/// Counts the processor time of this process, all threads together, where the C library tells it. Nothing that is
-/// measured waits for anything else, so this is about the time that passes on an idle machine; the turns of others
-/// are left out.
+/// Reads the processor time of this process, of all threads together, where the C library has it. No step waits for
+/// anything, so on an idle machine this is about the time that passes. The time of other processes does not count.
 class Stopwatch
 {
 public:
@@ -32,7 +31,7 @@ private:
     const std::clock_t m_start = std::clock();
 };
 
-/// Notes when the first frame ends that has the list in it.
+/// Records the end of the first frame that paints the list.
 class FrameWatch : public QObject
 {
 public:
@@ -49,7 +48,7 @@ public:
             m_painted = true;
         if (in_receiver != m_panel.m_window || in_event->type() != QEvent::UpdateRequest)
             return false;
-        // The frame is painted here rather than by the caller, so that its end is seen before anything else happens.
+        // The event is handled here, so that the end of the frame is recorded before anything else happens.
         in_receiver->event(in_event);
         if (m_painted && !m_ended)
         {

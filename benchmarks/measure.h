@@ -7,11 +7,11 @@
 #include <cstddef>
 #include <functional>
 
-/// How often every figure is taken, at least; the median of them is told.
+/// How often each figure is measured, at least. The median is printed.
 const int gRepetitions = 20;
 
-/// Runs a step and what it leads to, until a frame with the list in it has been painted. A step that leads to no frame
-/// ends the program.
+/// Runs a step and the event loop until a frame with the list in it has been painted. The program ends when no frame
+/// follows.
 /// \return milliseconds of processor time from the start of the step to the end of that frame
 double TimeToFrame(const Panel& in_panel, const std::function<void()>& in_step);
 
@@ -19,11 +19,11 @@ double TimeToFrame(const Panel& in_panel, const std::function<void()>& in_step);
 /// \return milliseconds of processor time to the end of the frame
 double TimeRepaint(const Panel& in_panel);
 
-/// Milliseconds of processor time that a step takes which paints nothing.
+/// Milliseconds of processor time that a step without a frame takes.
 double Time(const std::function<void()>& in_step);
 
-/// Lets everything happen that steps left for later, so that it is not counted with the next one.
+/// Handles all pending events, so that the next step is not charged for them.
 void Settle();
 
-/// Bytes in use on the heap; 0 where the C library does not tell.
+/// Bytes in use on the heap; 0 where the C library has no such query.
 std::size_t HeapBytes();

@@ -74,7 +74,7 @@ void MeasureOpening(const Content& in_content)
 void MeasureMemory(const Content& in_content)
 {
     const ItemLibraryAccessor library = in_content.m_library.GetAccessor();
-    // What the data layer keeps of a first attachment is its own.
+    // The data layer allocates memory at the first attachment. That is not the browser's.
     TimeBrowser(library);
     const std::unique_ptr<CNodeBrowser> browser = ShowBrowser();
     const std::size_t before = HeapBytes();

@@ -4,13 +4,13 @@
 
 #include "content.h"
 
-/// "open": attaching a library to the end of the first frame, source control off; for the peers reading it and
-/// filling the view. Its lower bound is two bare builds, which make each call of the boundary that a list needs and
-/// keep nothing: attaching builds the list, the first frame builds it again.
+/// "open": attaching a library to the end of the first frame, with source control off. A peer reads the library and
+/// fills its view. The lower bound is two bare builds, because attaching builds the list and the first frame builds it
+/// again. A bare build makes each call of the boundary that a list needs, and keeps nothing.
 ///
-/// "rename": one item of a library that a browser shows gets another name, to the end of the frame. The list is built
-/// once, so its lower bound is one bare build.
+/// "rename": an item of a library that a browser shows gets another name, to the end of the frame. The list is built
+/// once, so the lower bound is one bare build.
 void MeasureOpening(const Content& in_content);
 
-/// What the browser holds per item once a library is attached and painted, in bytes.
+/// The bytes an item that the browser holds after a library was attached and painted.
 void MeasureMemory(const Content& in_content);

@@ -5,7 +5,7 @@ const char* const gUsage =
     "usage: nodebrowser-bench [--items N,N,...] [--names FILE] [--count STEP]\n"
     "\n"
     "  --items N,N,...  sizes of the libraries; without it the file's size, or 1000,10000,100000, or 10000 to count\n"
-    "  --names FILE     names from a file, which is repeated or cut to each size, in the place of made-up ones:\n"
+    "  --names FILE     names from a file, repeated or cut to each size, instead of made-up ones:\n"
     "                   an item a line, its name, a tab, its tags joined by \";\"\n"
     "  --count STEP     no table: prepares everything and runs a step once inside the function CountedStep, for a "
     "tool\n"

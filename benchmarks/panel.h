@@ -16,11 +16,11 @@ const int gWindowHeight = 800;
 const int gListTop = 43;
 const int gRowHeight = 24;
 
-/// The parts of a window that steps act on. They belong to the window.
+/// The parts of a window that steps act on. The window owns them.
 struct Panel
 {
     QWidget* m_window;
-    QWidget* m_list; ///< what is painted when rows are; the window itself for the browser
+    QWidget* m_list; ///< the widget that paints the rows; the window itself for the browser
     QLineEdit* m_field;
     QScrollBar* m_bar;
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// What could be written with the toolkit's own item views in the place of the browser.
+/// A peer: what a team would write with the toolkit's own item views instead of the browser.
 #pragma once
 
 #include "panel.h"
@@ -20,14 +20,14 @@ class Peer : public QWidget
 public:
     Panel GetPanel() const { return m_panel; }
 
-    /// Fills the view from a library; once.
+    /// Fills the view from a library. Call it once.
     virtual void Open(const vireo::datamodel::ItemLibraryAccessor& in_library) = 0;
 
-    /// How many rows the search left.
+    /// How many rows the search found.
     virtual std::size_t GetRowCount() const = 0;
 
 protected:
-    /// Takes the view over.
+    /// Takes ownership of the view.
     explicit Peer(QAbstractItemView* in_view);
 
     /// Called with the lowered, distinct words at every change of the search text.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// What both peers know of a row, and how they search: the browser's search rule, written for prepared text.
+/// The rows of both peers and their search: the browser's search rule for prepared text.
 #pragma once
 
 #include "datamodel/itemlibrary.h"
@@ -31,14 +31,14 @@ struct PeerRow
     ePeerIcon m_icon = ePeerIconSolver;
 };
 
-/// Reads a library through the boundary, sorted by name. Marks of the item's origin and state are not read: a peer has
-/// none.
+/// Reads the items of a library through the boundary, sorted by name. Factory marks and badges are not read, because a
+/// peer shows none.
 std::vector<PeerRow> ReadPeerRows(const vireo::datamodel::ItemLibraryAccessor& in_library);
 
 /// One icon for each ePeerIcon.
 std::array<QIcon, ePeerIconCount> LoadPeerIcons();
 
-/// A text as it is compared: lowered, 8-bit.
+/// A text as the search compares it: lowered, 8-bit.
 std::string LowerText(const QString& in_text);
 
 /// The distinct words of a search text, lowered, in byte order.
@@ -47,6 +47,7 @@ std::vector<std::string> SplitPeerWords(const QString& in_text);
 /// The score of a row that no word finds.
 const int gPeerNoMatch = -1;
 
-/// The lower, the more relevant: the index of the word that starts the name; else, for the last word inside the name,
-/// the number of words plus its index; else 1000 for a word inside a tag. 0 without words.
+/// A lower score is more relevant. A word that starts the name scores its position among the words. Otherwise the last
+/// word inside the name scores the count of words plus its position. Otherwise a word inside a tag scores 1000. Without
+/// words the score is 0.
 int ScorePeerRow(const std::vector<std::string>& in_words, const PeerRow& in_row);

@@ -14,7 +14,7 @@
 namespace
 {
 
-/// One letter, growing words, two words, tags only, and nothing found. None equals the one before it.
+/// One letter, growing words, two words, words in tags only, and a word that nothing has. Neighbours differ.
 const char* const gTexts[] = {"b",        "bl", "ble",  "blend",      "blend c",       "blend colour",
                               "noise 3d", "e",  "wave", "procedural", "studio legacy", "zzzzzz"};
 
@@ -32,7 +32,7 @@ double TimeLowerBound(const Panel& in_browser, const std::string& in_names, cons
     return Time([&] { found = CountOccurrences(in_names, words); }) + TimeRepaint(in_browser);
 }
 
-/// Whether the browser shows this many rows, as far as its scroll bar tells.
+/// Whether the range of the browser's scroll bar fits so many rows.
 bool HasRows(const Panel& in_browser, std::size_t in_rows)
 {
     const int height = static_cast<int>(in_rows) * gRowHeight;
@@ -40,7 +40,7 @@ bool HasRows(const Panel& in_browser, std::size_t in_rows)
     return in_browser.m_bar->isHidden() ? height <= available : in_browser.m_bar->maximum() == height - available;
 }
 
-/// Whether all windows found the same number of rows.
+/// Whether all windows found equally many rows.
 bool Agree(const Subjects& in_subjects, const char* in_text)
 {
     if (!in_subjects.m_list)

@@ -18,7 +18,7 @@ struct Subject
     Panel m_panel;
 };
 
-/// The browser and, unless the library is too large for them, both peers, shown with all items of the library.
+/// The browser and both peers, each with all items of the library. A library that is too large for the peers has none.
 struct Subjects
 {
     explicit Subjects(const Content& in_content);

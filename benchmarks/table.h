@@ -17,7 +17,7 @@ enum eColumn : std::size_t
     eColumnCount,
 };
 
-/// What was measured for one row: for each column any number of values, none for a column that does not apply.
+/// The measured values of one row, by column. A column that does not apply has none.
 using Samples = std::array<std::vector<double>, eColumnCount>;
 
 /// One row's figures.
@@ -25,7 +25,7 @@ using Figures = std::array<std::optional<double>, eColumnCount>;
 
 Figures Medians(const Samples& in_samples);
 
-/// For each column its largest figure of several rows.
+/// The largest figure of each column in several rows.
 Figures Largest(const std::vector<Figures>& in_rows);
 
 void PrintHeader();

@@ -48,7 +48,7 @@ void TreePeer::Search(const std::vector<std::string>& in_words)
         m_hidden[row] = hidden;
         m_tree->setRowHidden(static_cast<int>(row), QModelIndex(), hidden);
     }
-    // A frame follows even when all rows stay as they are, as it does in the other windows.
+    // The other windows paint a frame even if all rows stay the same, so this one does too.
     if (!changed)
         m_tree->viewport()->update();
 }

@@ -17,8 +17,8 @@
 #include <deque>
 #include <functional>
 
-/// Does one thing after another, each as soon as the window it waits for is up, from inside of the event loop that the
-/// window runs. What is to be done is said before the window is opened:
+/// Takes steps one after the other. Each step waits for a window and runs inside the event loop of that window. A test
+/// lists the steps before it opens the first window:
 ///
 ///     ModalUser user;
 ///     user.WhenMenuOpens([](QMenu& in_menu) { Choose(in_menu, "Rename Blend"); });
@@ -26,8 +26,8 @@
 ///     browser.PopContexMenu(position, row);
 ///     QVERIFY(user.IsDone());
 ///
-/// A window that nobody asked for, or that stays open after its turn, is closed after five seconds, and IsDone() is
-/// false from then on: no test hangs.
+/// A window that no step waits for, or that stays open after its step, is closed after five seconds. Then IsDone()
+/// stays false. So no test hangs.
 class ModalUser : public QObject
 {
 public:
@@ -43,7 +43,7 @@ public:
              [in_action](QWidget& in_window) { in_action(static_cast<QMenu&>(in_window)); });
     }
 
-    /// The same for a menu without entries, which only some versions of the toolkit show: IsDone() does not ask for it.
+    /// The same for a menu without entries. Only some versions of the toolkit show it, so IsDone() does not require it.
     void IfMenuOpens(std::function<void(QMenu&)> in_action)
     {
         WhenMenuOpens(in_action);
@@ -65,7 +65,7 @@ public:
             [in_action](QWidget& in_window) { in_action(static_cast<QDialog&>(in_window)); });
     }
 
-    /// Whether everything was done and nothing had to be closed by force.
+    /// Whether all steps were taken and no window had to be closed by force.
     bool IsDone() const
     {
         return !m_stuck &&
@@ -99,8 +99,8 @@ private:
         bool m_optional;
     };
 
-    /// Does something as soon as the window that is looked for is up.
-    /// \param in_find the window; null while there is none
+    /// Adds a step, which runs as soon as its window is visible.
+    /// \param in_find finds the window; null while there is none
     void When(std::function<QWidget*()> in_find, std::function<void(QWidget&)> in_action)
     {
         m_steps.push_back(Step{in_find, in_action, false});
@@ -157,7 +157,7 @@ inline void Press(QWidget& in_window, Qt::Key in_key)
     QTest::keyClick(&in_window, in_key);
 }
 
-/// Goes down a menu with the arrow key until an entry is the marked one.
+/// Goes down a menu with the arrow key until an entry is the active one.
 /// \return whether the entry can be reached
 inline bool GoTo(QMenu& in_menu, const char* in_text)
 {
@@ -173,8 +173,8 @@ inline void Choose(QMenu& in_menu, const char* in_text)
     Press(in_menu, GoTo(in_menu, in_text) ? Qt::Key_Return : Qt::Key_Escape);
 }
 
-/// Clicks an entry with the mouse, whether it is enabled or not. The pointer moves there first: a menu takes a click that
-/// no movement came before for the end of the one that opened it.
+/// Clicks an entry with the mouse, whether it is enabled or not. The pointer moves there first. Without a movement the
+/// menu would take the release for the end of the click that opened it.
 inline void ClickEntry(QMenu& in_menu, QAction& in_entry)
 {
     const QPoint target = in_menu.actionGeometry(&in_entry).center();
@@ -210,7 +210,7 @@ inline void CloseMenus()
         Press(*open, Qt::Key_Escape);
 }
 
-/// Types a text in the place of what stands in a line edit.
+/// Replaces the text of a line edit by typing.
 inline void Retype(QLineEdit& in_edit, const char* in_text)
 {
     in_edit.selectAll();

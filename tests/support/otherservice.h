@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-/// A service of another class than the one that is looked up under its name.
+/// A service of the wrong class for its name.
 #pragma once
 
 #include "datamodel/system.h"
 
-/// Offers nothing: whoever looks it up for an interface has to take it for none.
+/// It offers no interface. Whoever looks it up must treat it as absent.
 class OtherService : public hmx::IBase
 {
 };

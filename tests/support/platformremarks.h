@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// Drops what a platform without a window system remarks about the wishes of windows that it cannot fulfil.
+/// Drops the messages of a platform without a window system about requests that it does not support.
 #pragma once
 
 #include "tests/support/testcompat.h"
@@ -11,8 +11,8 @@
 
 #include <cstddef>
 
-/// Whether a message is one of those remarks. Which of them a window leads to, and how often, differs between the
-/// toolkit's versions, so no test announces them. Every other message is left to the test.
+/// Whether a message is one of those remarks. Versions of the toolkit differ in which ones come and how often, so no
+/// test announces them. Every other message is left to the test.
 inline bool IsPlatformRemark(const QString& in_message)
 {
     static const char* const remarks[] = {
@@ -26,8 +26,8 @@ inline bool IsPlatformRemark(const QString& in_message)
     return false;
 }
 
-/// Drops these remarks as long as it lives. It starts with the first event, which comes before the first window: the
-/// handler of the test framework has to be in place by then, since it is the one that all other messages go on to.
+/// Drops these remarks as long as it lives. It starts at the first event, which comes before the first window. The test
+/// framework has installed its message handler by then, and gets all other messages.
 class PlatformRemarkFilter : public QObject
 {
 public:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-/// The random numbers of tests. The environment variable NODEBROWSER_SEED repeats a run with the seed that it printed.
+/// Random numbers for tests. To repeat a run, set the environment variable NODEBROWSER_SEED to the seed that it
+/// printed.
 #pragma once
 
 #include <QByteArray>
@@ -16,8 +17,8 @@ inline bool IsSeedGiven()
     return !qgetenv("NODEBROWSER_SEED").isEmpty();
 }
 
-/// The seed of a test: NODEBROWSER_SEED if it is set. Prints it.
-/// \param in_default the seed of a run that is told nothing
+/// The seed of a test. Prints it.
+/// \param in_default the seed when NODEBROWSER_SEED is not set
 inline unsigned TestSeed(unsigned in_default)
 {
     const unsigned seed = IsSeedGiven() ? qgetenv("NODEBROWSER_SEED").toUInt() : in_default;
@@ -25,14 +26,15 @@ inline unsigned TestSeed(unsigned in_default)
     return seed;
 }
 
-/// Random numbers that are the same on every machine for the same seed, which the distributions of the standard library
-/// are not.
+/// Random numbers. The same seed gives the same ones on every machine; the distributions of the standard library do
+/// not.
 class Random
 {
 public:
     explicit Random(unsigned in_seed) : m_engine(in_seed) {}
 
-    /// A number from 0 up to, not including, another one, which is above 0.
+    /// A number from 0 to in_end - 1.
+    /// \param in_end above 0
     int Below(int in_end) { return static_cast<int>(m_engine() % static_cast<unsigned>(in_end)); }
     int Between(int in_first, int in_last) { return in_first + Below(in_last - in_first + 1); }
     bool OneIn(int in_count) { return Below(in_count) == 0; }

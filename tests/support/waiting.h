@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-/// Waiting for what takes its time.
+/// Waiting for a condition.
 #pragma once
 
 #include <QtTest>
 
 /// Waits until a condition holds, for two seconds at most unless told otherwise.
-/// \return whether it came to hold
+/// \return whether it holds
 template <class Condition> bool WaitFor(Condition in_condition, int in_milliseconds = 2000)
 {
     for (int waited = 0; waited < in_milliseconds && !in_condition(); waited += 10)
