@@ -113,7 +113,7 @@ void EditTags(const CommandTarget& in_target, const ItemID& in_item)
         .SetItemTags(in_item, gApplicationTagsKey, dialog.GetItemTags().c_str(), in_target.m_commands);
 }
 
-void SaveLibrary(const ItemLibraryAccessor& in_library)
+void SaveLibrary(ItemLibraryAccessor in_library)
 {
     LowLevelItemLibraryAccessor(in_library).PreCommit();
     bool written = false;

@@ -32,8 +32,9 @@ void RenameCompound(const CommandTarget& in_target, const vireo::datamodel::Item
 
 void EditTags(const CommandTarget& in_target, const vireo::datamodel::ItemID& in_item);
 
-/// Writes the library to disk. It reports neither success nor failure, on purpose.
-void SaveLibrary(const vireo::datamodel::ItemLibraryAccessor& in_library);
+/// Writes the library to disk. It reports neither success nor failure, on purpose. It takes a copy of the accessor, as
+/// the host may attach another library while the data layer saves.
+void SaveLibrary(vireo::datamodel::ItemLibraryAccessor in_library);
 
 // The commands below do nothing when the host has no revision control, or when that does not know the database object
 // of the item.

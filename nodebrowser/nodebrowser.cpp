@@ -27,6 +27,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTabBar>
@@ -38,17 +39,11 @@
 #include <vector>
 
 using namespace nodebrowser;
-using nexa4::IDbObject;
-using nexa4::NEXAHandle;
-using qtcompat::FromLatin1;
 using vireo::datamodel::CompoundAccessor;
-using vireo::datamodel::gApplicationTagsKey;
-using vireo::datamodel::Helpers;
 using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemLibraryAccessor;
 using vireo::datamodel::ItemTOCAccessor;
-using vireo::datamodel::TypeDescriptorAccessor;
 using vireo::datamodel::VireoType;
 
 namespace
@@ -70,20 +65,6 @@ QEvent::Type GetRemovalEvent()
 struct EndTask
 {
     void operator()(ScsTask* in_task) const { in_task->DeleteMe(); }
-};
-
-/// Sets a flag for as long as it lives.
-class Use
-{
-public:
-    explicit Use(bool& io_flag) : m_flag(io_flag), m_before(io_flag) { m_flag = true; }
-    ~Use() { m_flag = m_before; }
-    Use(const Use&) = delete;
-    Use& operator=(const Use&) = delete;
-
-private:
-    bool& m_flag;
-    const bool m_before;
 };
 
 } // namespace
@@ -117,10 +98,8 @@ struct CNodeBrowser::Private
     void BuildAllItemList(ItemList::ObjectHandles* out_handles);
     void UpdateVisibleItems();
     void SetSourceControlEnabled(bool in_enabled);
-    bool isSourceControlEnabled() const { return m_sourceControlEnabled; }
     bool IsVersioningShown() const;
 
-    void UpdateScrollbar();
     RowLayout GetRowLayout() const;
     std::size_t GetItemIndexAt(const QPoint& in_point) const { return GetRowLayout().RowAt(in_point); }
     const BrowserItem* FindRow(std::uint64_t in_row) const;
@@ -240,7 +219,8 @@ void CNodeBrowser::Private::BuildAllItemList(ItemList::ObjectHandles* out_handle
         RequestRebuild();
         return;
     }
-    const Use use(m_itemsInUse);
+    const QScopedValueRollback<bool> rollback(m_itemsInUse);
+    m_itemsInUse = true;
     const std::size_t expected = m_items->GetSize() + m_items->GetSize() / 16;
     m_items.reset(new ItemList);
     m_relayoutNeeded = true;
@@ -279,7 +259,6 @@ void CNodeBrowser::ItemRemoved(ItemAccessor&)
 }
 
 void CNodeBrowser::OnBeginChanges(ItemLibraryAccessor&) {}
-
 void CNodeBrowser::OnEndChanges(ItemLibraryAccessor&) {}
 
 void CNodeBrowser::LibraryInvalidated(ItemLibraryAccessor&)
@@ -294,22 +273,23 @@ void CNodeBrowser::ItemNameChanged(ItemLibraryAccessor&, const ItemID&)
 
 void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor&, const ItemID& in_item, const char* in_key)
 {
-    if (!in_key || std::strcmp(in_key, gApplicationTagsKey) != 0)
+    if (!in_key || std::strcmp(in_key, vireo::datamodel::gApplicationTagsKey) != 0)
         return;
     // No relayout on purpose: rows do not jump away while tags are edited. The next relayout sees the new tags.
-    const Use use(m_private->m_itemsInUse);
+    const QScopedValueRollback<bool> rollback(m_private->m_itemsInUse);
+    m_private->m_itemsInUse = true;
     m_private->m_items->RefreshTags(m_private->m_library, in_item);
 }
 
 void CNodeBrowser::ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID& in_item, long in_state)
 {
-    const Use use(m_private->m_itemsInUse);
+    const QScopedValueRollback<bool> rollback(m_private->m_itemsInUse);
+    m_private->m_itemsInUse = true;
     if (m_private->m_items->SetState(in_item, static_cast<unsigned>(in_state), m_private->IsVersioningShown()))
         m_private->RequestRepaint();
 }
 
 void CNodeBrowser::OnPreCommit(ItemLibraryAccessor&, bool*) {}
-
 void CNodeBrowser::OnPostCommit(ItemLibraryAccessor&) {}
 
 void CNodeBrowser::OnRevisionControlPropertiesChange(IRevisionControlPropertiesMgr* in_manager)
@@ -332,13 +312,14 @@ void CNodeBrowser::Private::SetSourceControlEnabled(bool in_enabled)
         return;
     }
     // No repaint request on purpose: the badges disappear at the next repaint.
-    const Use use(m_itemsInUse);
+    const QScopedValueRollback<bool> rollback(m_itemsInUse);
+    m_itemsInUse = true;
     m_items->ResetStates(IsVersioningShown());
 }
 
 bool CNodeBrowser::Private::IsVersioningShown() const
 {
-    return isSourceControlEnabled() && ScsUtils::IsFileVersionControlActive();
+    return m_sourceControlEnabled && ScsUtils::IsFileVersionControlActive();
 }
 
 /// Does the work that was left to this paint. A paint inside an operation of the list leaves it to the next one.
@@ -349,18 +330,13 @@ void CNodeBrowser::Private::RefreshItems()
     if (m_rebuildNeeded || m_statesStale)
     {
         // Cleared first, so that a change during the build requests another build.
+        const bool requestStates = m_statesStale;
         m_rebuildNeeded = false;
-        if (m_statesStale)
-        {
-            m_statesStale = false;
-            ItemList::ObjectHandles handles;
-            BuildAllItemList(&handles);
+        m_statesStale = false;
+        ItemList::ObjectHandles handles;
+        BuildAllItemList(requestStates ? &handles : nullptr);
+        if (requestStates)
             m_scsTask->RequestObjectStates(handles);
-        }
-        else
-        {
-            BuildAllItemList(nullptr);
-        }
     }
     if (m_relayoutNeeded)
         UpdateVisibleItems();
@@ -370,7 +346,8 @@ void CNodeBrowser::Private::RefreshItems()
 
 bool CNodeBrowser::CompareToFilter(ItemAccessor& in_item, std::size_t* out_score) const
 {
-    const Use use(m_private->m_itemsInUse);
+    const QScopedValueRollback<bool> rollback(m_private->m_itemsInUse);
+    m_private->m_itemsInUse = true;
     return m_private->m_items->Compare(m_private->m_searchWords, m_private->m_filterMode, m_private->m_library, in_item,
                                        out_score);
 }
@@ -415,7 +392,8 @@ void CNodeBrowser::Private::UpdateVisibleItems()
     // the items one by one.
     if (m_rebuildNeeded || m_removalPending)
     {
-        const Use use(m_itemsInUse);
+        const QScopedValueRollback<bool> rollback(m_itemsInUse);
+        m_itemsInUse = true;
         m_items->FindItemByItem(m_searchWords, m_filterMode, m_library, m_visibleItems);
     }
     else
@@ -423,7 +401,7 @@ void CNodeBrowser::Private::UpdateVisibleItems()
         m_items->Find(m_searchWords, m_filterMode, m_visibleItems);
     }
     m_contentHeight = static_cast<int>(m_visibleItems.size()) * gRowHeight;
-    UpdateScrollbar();
+    m_header.FitScrollBar(GetRowLayout(), m_contentHeight);
 }
 
 /// Requests a repaint of the list without the header. When no part of the list is visible it requests one of the whole
@@ -432,11 +410,6 @@ void CNodeBrowser::Private::RequestRepaint()
 {
     const QRect list = GetRowLayout().ListRect();
     m_browser.update(m_browser.visibleRegion().intersects(list) ? list : m_browser.rect());
-}
-
-void CNodeBrowser::Private::UpdateScrollbar()
-{
-    m_header.FitScrollBar(GetRowLayout(), m_contentHeight);
 }
 
 void CNodeBrowser::SliderValueChanged(int)
@@ -449,7 +422,7 @@ void CNodeBrowser::resizeEvent(QResizeEvent* in_event)
 {
     QWidget::resizeEvent(in_event);
     m_private->m_header.Arrange(m_private->GetRowLayout());
-    m_private->UpdateScrollbar();
+    m_private->m_header.FitScrollBar(m_private->GetRowLayout(), m_private->m_contentHeight);
 }
 
 RowLayout CNodeBrowser::Private::GetRowLayout() const
@@ -535,13 +508,13 @@ bool CNodeBrowser::Private::ReadRow(std::uint64_t in_row, RowContent& out_conten
         return false;
     const ItemAccessor item = record->GetItem();
     out_content.m_icon = record->GetStateIcon();
-    out_content.m_marked = record->IsFactoryItem() || (isSourceControlEnabled() && record->IsSourceControlled());
+    out_content.m_marked = record->IsFactoryItem() || (m_sourceControlEnabled && record->IsSourceControlled());
 
     const ItemID id = item.GetItemID();
     std::string name = m_library.GetItemName(id, true, nullptr);
     if (name.size() > gDrawnCharacters)
         name.resize(gDrawnCharacters);
-    out_content.m_name = FromLatin1(name);
+    out_content.m_name = qtcompat::FromLatin1(name);
     out_content.m_dirty = m_library.ItemIsDirty(id);
     return true;
 }
@@ -594,7 +567,7 @@ void CNodeBrowser::mouseDoubleClickEvent(QMouseEvent* in_event)
     if (!m_private->FindItem(row, item) || item.GetType() != VireoType::gCompound)
         return;
     const CompoundAccessor compound(m_private->m_library.GetModel(item, nullptr));
-    Helpers::SetGlobalVireoCompoundTarget(compound, CompoundAccessor());
+    vireo::datamodel::Helpers::SetGlobalVireoCompoundTarget(compound, CompoundAccessor());
 }
 
 ItemID CNodeBrowser::GetSelection()
@@ -608,7 +581,8 @@ bool CNodeBrowser::IsSelectionType()
     if (!library.IsValid())
         return false;
     const ItemID selection = GetSelection();
-    return selection.IsValid() && TypeDescriptorAccessor(library.GetModel(selection, nullptr)).IsValid();
+    return selection.IsValid() &&
+           vireo::datamodel::TypeDescriptorAccessor(library.GetModel(selection, nullptr)).IsValid();
 }
 
 // Tool tips and the wheel
@@ -648,7 +622,7 @@ void CNodeBrowser::Private::ShowToolTip(QHelpEvent& io_event)
     nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
     if (!helper)
         return;
-    const NEXAHandle<IDbObject> object = FindDbObject(*helper, item);
+    const auto object = FindDbObject(*helper, item);
     if (object.IsValid())
         QToolTip::showText(io_event.globalPos(), ScsUtils::GetToolTip(object, QString::fromLatin1(":compound.png")));
 }
@@ -715,9 +689,7 @@ void CNodeBrowser::OnNewLoopCompound()
 
 void CNodeBrowser::OnSaveGraphLibrary()
 {
-    // A copy, because the host may attach another library while the data layer saves.
-    const ItemLibraryAccessor library = m_private->m_library;
-    SaveLibrary(library);
+    SaveLibrary(m_private->m_library);
 }
 
 void CNodeBrowser::OnRenameItem()
