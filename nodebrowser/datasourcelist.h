@@ -24,8 +24,8 @@ struct DataSourceEntry
 
 /// All data sources of a compound's database, in the database's order. Labels mark the compound's own source and the
 /// read-only ones, and these are disabled. All are disabled when the compound's own source is read-only. Throws
-/// nexa4::ExBase::NullPtr when the compound has no database or no source, and when the database lacks an object that its
-/// own query names.
+/// nexa4::ExBase::NullPtr when the compound has no database or no source, and when the database lacks an object that
+/// its own query names.
 /// \param in_compound a valid handle
 std::vector<DataSourceEntry> ListDataSources(const nexa4::NEXAHandle<nexa4::IDbObject>& in_compound);
 

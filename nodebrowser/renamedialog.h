@@ -15,8 +15,8 @@ namespace nodebrowser
 {
 
 /// Checks the name while the user types it. The name may be neither empty nor in use. The compound's present name is
-/// always accepted, in whatever case. A fault turns the edit red, is told in a tool tip, and disables OK. The dialog
-/// renames nothing: after exec() the caller reads GetName().
+/// always accepted, in upper or lower case. A fault turns the edit red, shows a tool tip that names the fault, and
+/// disables OK. The dialog renames nothing: after exec() the caller reads GetName().
 class CRenameCompoundDialog : public QDialog
 {
     Q_OBJECT
@@ -27,8 +27,8 @@ public:
     CRenameCompoundDialog(const vireo::datamodel::ItemLibraryAccessor& in_library,
                           vireo::datamodel::CompoundAccessor& in_compound);
 
-    /// Puts a name into the edit and selects it, so that typing replaces it. The name is not checked: the user can
-    /// always confirm a dialog that nobody has typed in.
+    /// Puts a name into the edit and selects it, so that typing replaces it. The name is not checked, so the user can
+    /// confirm the dialog without typing.
     void SetName(const QString& in_name);
     /// The name in the edit. It is the present name when somebody has destroyed the edit, so that nothing is renamed.
     QString GetName() const;

@@ -10,7 +10,7 @@ namespace nodebrowser
 namespace
 {
 
-/// Leaves room for a line feed for each of a thousand million entries.
+/// Offsets have 32 bits. The rest of their range is left for the line feeds of a thousand million entries.
 const std::size_t gMostBytes = 0xC0000000u;
 
 } // namespace
@@ -23,7 +23,7 @@ void TextArena::Reserve(std::size_t in_entries, std::size_t in_bytes)
 
 void TextArena::Add(const std::string& in_text)
 {
-    // The line feeds of the entries to come need room, too.
+    // Beyond the limit an entry has no characters, but still its line feed.
     const std::size_t room = m_texts.size() < gMostBytes ? gMostBytes - m_texts.size() : 0;
     m_texts.append(in_text, 0, room);
     m_texts += '\n';
@@ -37,7 +37,7 @@ void TextArena::CountCharacters()
         ++m_counts[static_cast<unsigned char>(character)];
 }
 
-/// The offset in a word of the character that occurs least often in the entries.
+/// The offset, in a word, of the character that is rarest in the entries.
 std::size_t TextArena::FindRarest(const std::string& in_word) const
 {
     std::size_t rarest = 0;
@@ -47,10 +47,10 @@ std::size_t TextArena::FindRarest(const std::string& in_word) const
     return rarest;
 }
 
-/// The first offset, from in_begin on, at which a word occurs.
+/// The offset of the first occurrence of a word at in_begin or after it.
 std::size_t TextArena::FindFrom(std::size_t in_begin, const std::string& in_word, std::size_t in_rarest) const
 {
-    // An empty word starts every entry. Behind the last line feed there is none.
+    // An empty word starts every entry. There is no entry after the last line feed.
     if (in_word.empty())
         return in_begin < m_texts.size() ? in_begin : std::string::npos;
     if (in_word.size() > m_texts.size())
@@ -69,8 +69,8 @@ std::size_t TextArena::FindFrom(std::size_t in_begin, const std::string& in_word
     return std::string::npos;
 }
 
-/// The entry that an offset lies in. The search starts at an entry that is not behind it and takes growing strides, since
-/// the next occurrence is mostly near.
+/// The entry that an offset is in. The search starts at in_first, which is that entry or one before it. Its strides
+/// grow, because the next occurrence is mostly near.
 std::size_t TextArena::FindEntry(std::size_t in_offset, std::size_t in_first) const
 {
     std::size_t first = in_first;

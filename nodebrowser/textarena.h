@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// Many short texts in one piece of memory, to be searched in one go.
+/// Many short texts in one block of memory, which one search covers.
 #pragma once
 
 #include <cstddef>
@@ -10,9 +10,9 @@
 namespace nodebrowser
 {
 
-/// The texts are entries, counted from 0 in the order in which they were added. A search runs over the characters of all
-/// entries, from one occurrence of the word's rarest character to the next. That is far faster than a search entry by
-/// entry.
+/// The texts are entries, counted from 0 in the order in which they were added. A search goes through the characters of
+/// all entries, from one occurrence of the word's rarest character to the next. That is far faster than a search in
+/// each entry.
 class TextArena
 {
 public:
@@ -20,22 +20,22 @@ public:
 
     void Reserve(std::size_t in_entries, std::size_t in_bytes);
 
-    /// Adds an entry. What goes beyond four gigabytes is cut off.
+    /// Adds an entry. Characters beyond a total of three gigabytes are cut off.
     void Add(const std::string& in_text);
 
-    /// To be called after the last Add() and before the first Find(). Costs a pass over the characters.
+    /// Call it after the last Add() and before the first Find(). Costs a pass over the characters.
     void CountCharacters();
 
     std::size_t GetSize() const { return m_ends.size(); }
-    /// The bytes of all entries, with one more for each.
+    /// The bytes of all entries, and one for the end of each.
     std::size_t GetBytes() const { return m_texts.size(); }
 
-    /// The characters of an entry. They move when an entry is added.
+    /// The characters of an entry. Add() makes the pointer invalid.
     const char* Begin(std::size_t in_entry) const { return m_texts.data() + BeginOffset(in_entry); }
     std::size_t Length(std::size_t in_entry) const { return m_ends[in_entry] - 1 - BeginOffset(in_entry); }
 
-    /// Calls in_visitor(entry, whether the entry starts with the word) for each entry that contains a word, in the order
-    /// of the entries.
+    /// Calls in_visitor(entry, atStart) for each entry that contains a word, in the order of the entries. The second
+    /// argument is whether the entry starts with the word.
     template <class Visitor> void Find(const std::string& in_word, Visitor in_visitor) const
     {
         const std::size_t rarest = FindRarest(in_word);
@@ -47,7 +47,7 @@ public:
             entry = FindEntry(offset, entry);
             begin = offset + 1;
             if (offset + in_word.size() >= m_ends[entry])
-                continue; // it runs across the end of the entry
+                continue; // this occurrence crosses the end of the entry
             in_visitor(entry, offset == BeginOffset(entry));
             begin = m_ends[entry];
         }
@@ -60,7 +60,7 @@ private:
     std::size_t FindEntry(std::size_t in_offset, std::size_t in_first) const;
 
     std::string m_texts;               // a line feed ends each entry
-    std::vector<std::uint32_t> m_ends; // the offset behind each line feed
+    std::vector<std::uint32_t> m_ends; // by entry, the offset after its line feed
     std::size_t m_counts[256];         // how often each character occurs
 };
 

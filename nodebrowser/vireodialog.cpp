@@ -95,7 +95,7 @@ QComboBox* CreateSignatureList(const ItemLibraryAccessor& in_library, QWidget* i
 
 } // namespace
 
-// The toolkit lets anybody destroy a widget of a dialog, so each pointer turns null with its widget.
+// Anybody may destroy a child widget of a dialog, so each pointer becomes null with its widget.
 struct CVireoCompoundCreateDialog::Private
 {
     QPointer<QLineEdit> m_categoryEdit;
@@ -139,7 +139,7 @@ CVireoCompoundCreateDialog::CVireoCompoundCreateDialog(ItemLibraryAccessor in_li
     connect(cancelButton, SIGNAL(clicked()), this, SLOT(OnCancel()));
     okButton->move(gOkPosition);
     cancelButton->move(gCancelPosition);
-    // The same size without the signature row, so that the windows for all kinds of items look alike.
+    // The size is the same without the signature row, so that the dialogs for all kinds of items look alike.
     setFixedSize(gDialogSize);
     setWindowTitle(FromLatin1("Create ") + kindWord);
 }
@@ -163,7 +163,7 @@ const QString& CVireoCompoundCreateDialog::GetBaseClass() const
 
 void CVireoCompoundCreateDialog::OnOk()
 {
-    // Without its edit the dialog can never get a name.
+    // Without the edit there is no name to read.
     if (!m_private->m_nameEdit)
     {
         OnCancel();
@@ -199,7 +199,7 @@ void CVireoCompoundCreateDialog::OnCancel()
     reject();
 }
 
-// The dialog's destructor deletes what is left of these widgets: each pointer turns null with its widget.
+// The dialog's destructor deletes those of these widgets that still exist. A pointer becomes null with its widget.
 struct CItemTagsEditorDialog::Private
 {
     QPointer<QPushButton> m_okButton;
@@ -223,7 +223,7 @@ CItemTagsEditorDialog::CItemTagsEditorDialog(const char* in_itemName, const char
     m_private->m_nameLabel->setTextFormat(Qt::PlainText);
     m_private->m_tagsCaption = new QLabel(FromLatin1("Tags: "), this);
     m_private->m_tagsEdit = new QLineEdit(FromLatin1(in_itemTags), this);
-    // The hint has no parent on purpose: so it is never shown.
+    // The hint has no parent on purpose, so it is never shown.
     m_private->m_hintLabel = new QLabel(FromLatin1("State machine tags: Condition, TransitionBlend"));
     m_private->m_okButton->setDefault(true);
     connect(m_private->m_okButton, SIGNAL(clicked()), this, SLOT(OnOk()));
@@ -257,13 +257,13 @@ const std::string& CItemTagsEditorDialog::GetItemTags() const
 
 void CItemTagsEditorDialog::OnOk()
 {
-    // Without its edit the dialog has no tags to return. Empty ones would make the caller delete those of the item.
+    // Without the edit there are no tags to return. Empty tags would make the caller delete those of the item.
     if (!m_private->m_tagsEdit)
     {
         reject();
         return;
     }
-    // The data layer takes tags as a C string. It would drop what follows a null character, so that must not count as a
+    // The data layer takes tags as a C string, which ends at a null character. The text after one must not count as a
     // change.
     m_private->m_itemTags = NormaliseTags(m_private->m_tagsEdit->text().toLatin1().constData());
     accept();
