@@ -10,8 +10,8 @@
 namespace nodebrowser
 {
 
-/// Sorted once, when it is made; each look-up costs a binary search. The identities are kept here, because the accessor in a
-/// record has none any more once its item is gone.
+/// It is sorted once, when it is made. A look-up costs a binary search. It keeps the identities itself, because the
+/// accessor of a record has no identity any more when its item is gone.
 class IdentityIndex
 {
 public:
@@ -20,8 +20,8 @@ public:
     /// \param in_identities by index
     explicit IdentityIndex(Identities in_identities);
 
-    /// The indexes of an item, the lowest first. Empty when the item is not in the list; more than one when the table of
-    /// contents named it more than once.
+    /// The indexes of an item, the lowest first. Empty when the item is not in the list. There is more than one when
+    /// the table of contents named the item more than once.
     std::vector<std::uint32_t> Find(const vireo::datamodel::ItemID& in_item) const;
 
     /// Every item, by index.

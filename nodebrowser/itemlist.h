@@ -22,16 +22,16 @@
 namespace nodebrowser
 {
 
-/// The records in library order, and with them their names, tags, identities and icons: built together, changed together.
+/// The records in library order, with their names, tags, identities and icons. They are built and changed together.
 ///
 /// Invariant: each index has one record, one identity, one name and one tag set. A build only collects. The search index
 /// and the identity index need a sort: each is made by the first question that needs it, and made of what the build
 /// collected for it, which is given up then. A list that is replaced before it is asked sorts nothing.
 ///
-/// Items go by their index, which counts them in library order, or by their rank, which counts them in display order.
+/// An index counts the items in library order. A rank counts them in display order.
 ///
-/// A list is built once. Operations that take a library ask the data layer, and SetState() asks it for an icon: the list
-/// must outlive them, whatever the data layer does meanwhile.
+/// Build() is called once. Operations that take a library read the data layer, and so does SetState(), for an icon. A
+/// read may come back to whoever holds the list. The list must exist until the operation returns.
 class ItemList
 {
 public:
@@ -42,11 +42,11 @@ public:
     ItemList(const ItemList&) = delete;
     ItemList& operator=(const ItemList&) = delete;
 
-    /// Reads the items of a table of contents into the empty list; none from an invalid one. Costs one pass over the items.
-    /// What the data layer throws comes through.
+    /// Reads the items of a table of contents into the empty list; none from an invalid one. Costs one pass over the
+    /// items. Catches nothing that the data layer throws.
     /// \param in_expected about how many items there will be
     /// \param in_versioningActive whether badges are shown
-    /// \param out_handles the database objects whose states are to be requested are appended; null when none are
+    /// \param out_handles gets the database objects whose states the caller requests; null when it requests none
     void Build(const vireo::datamodel::ItemTOCAccessor& in_toc, const vireo::datamodel::ItemLibraryAccessor& in_library,
                std::size_t in_expected, bool in_versioningActive, ObjectHandles* out_handles);
 
@@ -56,12 +56,12 @@ public:
     /// \param out_ranks replaced; keeps its memory
     void Find(const SearchWords& in_words, int in_mode, std::vector<std::uint64_t>& out_ranks);
 
-    /// The same by the rule, item by item, as the data layer has the items at this moment. For when it has changed since the
-    /// build. Items that are gone are left out.
+    /// Finds the same by applying the rule to one item after the other. It reads the data layer, so it is right when
+    /// items have changed since the build. Leaves out items that are gone.
     void FindItemByItem(const SearchWords& in_words, int in_mode,
                         const vireo::datamodel::ItemLibraryAccessor& in_library, std::vector<std::uint64_t>& out_ranks);
 
-    /// The rule: whether an item passes a search and a tab, and its score.
+    /// The search rule: whether an item passes a search and a tab, and its score.
     /// \param out_score written only when the item passes
     bool Compare(const SearchWords& in_words, int in_mode, const vireo::datamodel::ItemLibraryAccessor& in_library,
                  vireo::datamodel::ItemAccessor& in_item, std::size_t* out_score);
@@ -69,14 +69,14 @@ public:
     /// The record at a rank; null when there is none.
     const BrowserItem* FindRecord(std::uint64_t in_rank);
 
-    /// Whether any item that was listed is gone. Costs a look at each record.
+    /// Whether the item of any record is gone. Costs a pass over the records.
     bool HasGoneItem() const;
 
     /// Reads the tags of an item again. Does nothing for an item that is not listed.
     void RefreshTags(const vireo::datamodel::ItemLibraryAccessor& in_library, const vireo::datamodel::ItemID& in_item);
 
     /// Sets the source-control state of an item.
-    /// \return whether its icon changed: false for the state that it has, and for an item that is not listed
+    /// \return whether its icon changed; false when the state stays the same and for an item that is not listed
     bool SetState(const vireo::datamodel::ItemID& in_item, unsigned in_state, bool in_versioningActive);
 
     /// Sets all states to eAccessStateUnknown.

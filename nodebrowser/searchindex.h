@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The fast way from a search to the items that it finds.
+/// Finds the items of a search fast.
 #pragma once
 
 #include "nodebrowser/itemkind.h"
@@ -15,11 +15,11 @@ namespace nodebrowser
 
 class TagIndex;
 
-/// What a search needs to know of the items, so that a key stroke asks the data layer for nothing. It finds the same items
-/// in the same order as PassesFilterMode() and ScoreItem() do item by item.
+/// Everything that a search reads of the items, so that a search reads nothing from the data layer. It finds the same
+/// items in the same order as PassesFilterMode() and ScoreItem() do item by item.
 ///
-/// Items go by their index in the item list or by their rank in the display order. What a search reads one after the other
-/// lies in the order of the ranks.
+/// An index counts the items of the item list. A rank counts them in display order. The fields that a search scans are
+/// in the order of the ranks.
 class SearchIndex
 {
 public:
