@@ -37,18 +37,18 @@ enum eConfigType : int
 ///     browser->SetCommandManager(vireo::datamodel::GetApplicationCommandManager());
 ///     connect(browser, SIGNAL(SelectionChanged()), this, SLOT(ShowSelection()));
 ///
-/// Cost
+/// Cost:
 ///   - A change of the items, a key stroke or another tab only raises a flag and requests a repaint. ItemAdded() and
 ///     ItemRemoved() raise their flag before anything else. However many of them come between two paints, the browser
 ///     remembers no more than after one. A hidden browser does nothing else.
 ///   - The next paint does the rest. It builds the item list again if items changed: one pass over the library and one
 ///     sort of the names. It searches if the list, the search text or the tab changed; the search reads what the build
-///     kept. Then it draws the rows in sight and reads the name of each.
+///     kept. Then it draws the rows in sight, and reads the name and the dirty mark of each.
 ///   - A notified change of tags or of a source-control state reads and updates that one item at once.
 ///   - A repaint request covers the rectangle of the list, or the whole widget when no part of the list is visible.
 ///   - State icons are composed once for each look (kind, state, flags) and build.
 ///
-/// What a data layer must do
+/// What a data layer must do:
 ///   - It is installed before the first browser is made and outlives the last one.
 ///   - It announces each new name by ItemNameChanged(), and each compound that becomes or ceases to be a signature by
 ///     LibraryInvalidated(). A search reads names, tags and signatures as the last build read them. Rows draw the names
@@ -60,17 +60,17 @@ enum eConfigType : int
 ///   - It may offer the services "RevisionControlUIHelper" and "RevisionControlPropertiesMgr". The browser uses them
 ///     when they are there.
 ///
-/// For people
+/// For people:
 ///   - A row can be dragged out for copying, see nodebrowser/dragformat.h.
-///   - A double click makes a compound the application's compound target.
+///   - A double click on a compound makes it the application's compound target.
 ///   - The tool tip of a compound shows its source-control state. Other rows have none.
-///   - A right press opens the context menu of the row. A menu without entries is executed too. From Qt 6.8 on the
-///     toolkit shows nothing then; older versions show an empty frame.
+///   - A right press opens the context menu of the row. A menu without entries is executed too: Qt 5.15 and 6.4 show an
+///     empty frame; from Qt 6.8 on the toolkit shows nothing.
 ///   - The wheel scrolls by three rows, however far it turned. A wheel event that only begins or ends a touch-pad
 ///     gesture, without a turn, does nothing. A delta of zero without a phase scrolls down.
 ///   - At most 4,000 characters of a name are drawn.
 ///
-/// For hosts
+/// For hosts:
 ///   - The browser holds copies of accessors and no data of its own. It observes the library and its table of contents
 ///     until it dies or gets another library. It changes items only through the data layer, and follows the
 ///     notifications like every other observer.
@@ -79,7 +79,7 @@ enum eConfigType : int
 ///   - OnCheckOutItem() and OnMakeItemWritable() have no entry in the context menu. A host connects its own actions to
 ///     these slots, in the string form.
 ///   - OnDatasourceChange() does nothing when its sender is not an action.
-///   - The browser has no preferred size of its own.
+///   - The browser has no preferred size.
 ///   - Delete it with deleteLater() in slots of its signal and during drags.
 ///   - Use it on the thread of the user interface only.
 class NODEBROWSER_EXPORT CNodeBrowser : public QWidget,
