@@ -9,5 +9,5 @@ class QWidget;
 /// Turns the wheel over a list by one step towards the user.
 void TurnWheel(QWidget& io_list);
 
-/// One step of the wheel over the list to the end of the frame, with all items in it.
+/// One turn of the wheel over the list of all items, to the end of the frame.
 void MeasureScrolling(const Content& in_content);

@@ -45,7 +45,8 @@ void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined, cons
         DropUnusedSets();
 }
 
-/// Makes the sets and the tags anew from those that items have. Items whose tags change again and again leave many behind.
+/// Makes the sets and the tags anew from those that items have. Items whose tags change again and again leave many
+/// behind.
 void TagIndex::DropUnusedSets()
 {
     const std::unordered_map<std::string, std::uint32_t> texts = std::move(m_setIds);

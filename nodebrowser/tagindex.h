@@ -14,10 +14,10 @@
 namespace nodebrowser
 {
 
-/// Filled by the item list, kept up to date by tag notifications, read by the search. Items go by their index. The name of
-/// its type is one more tag of each item.
+/// The item list fills it, tag notifications update it, and the search reads it. Items are named by their index. The
+/// name of its type is one more tag of each item.
 ///
-/// Many items have the very same tags. So items refer to a tag set, and tag sets refer to tags: a tag string is split once,
+/// Many items have the same tags. So items refer to a tag set, and tag sets refer to tags. A tag string is split once,
 /// and the text of a tag is kept and searched once. The first question that needs the tags splits the strings.
 class TagIndex
 {
@@ -47,9 +47,9 @@ public:
     /// The items of a tag; none for the empty one. Costs a pass over the items.
     Indexes GetItems(const std::string& in_tag);
 
-    /// Calls in_visitor(index) for each item that has a tag with a word in it, in the order of the indexes. Upper and lower
-    /// case are alike, as the program's locale has them. Costs one pass over the distinct tags, and one over the items when
-    /// a tag is found.
+    /// Calls in_visitor(index) for each item that has a tag with a word in it, in the order of the indexes. Upper and
+    /// lower case are alike, as the program's locale has them. Costs one pass over the distinct tags, and one over the
+    /// items when a tag is found.
     /// \param in_word without white space
     template <class Visitor> void FindItems(const std::string& in_word, Visitor in_visitor)
     {
