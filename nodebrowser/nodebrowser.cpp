@@ -98,8 +98,10 @@ struct CNodeBrowser::Private
     void BuildAllItemList(ItemList::ObjectHandles* out_handles);
     void UpdateVisibleItems();
     void SetSourceControlEnabled(bool in_enabled);
+    bool isSourceControlEnabled() const { return m_sourceControlEnabled; }
     bool IsVersioningShown() const;
 
+    void UpdateScrollbar() { m_header.FitScrollBar(GetRowLayout(), m_contentHeight); }
     RowLayout GetRowLayout() const;
     std::size_t GetItemIndexAt(const QPoint& in_point) const { return GetRowLayout().RowAt(in_point); }
     const BrowserItem* FindRow(std::uint64_t in_row) const;
@@ -319,7 +321,7 @@ void CNodeBrowser::Private::SetSourceControlEnabled(bool in_enabled)
 
 bool CNodeBrowser::Private::IsVersioningShown() const
 {
-    return m_sourceControlEnabled && ScsUtils::IsFileVersionControlActive();
+    return isSourceControlEnabled() && ScsUtils::IsFileVersionControlActive();
 }
 
 /// Does the work that was left to this paint. A paint inside an operation of the list leaves it to the next one.
@@ -401,7 +403,7 @@ void CNodeBrowser::Private::UpdateVisibleItems()
         m_items->Find(m_searchWords, m_filterMode, m_visibleItems);
     }
     m_contentHeight = static_cast<int>(m_visibleItems.size()) * gRowHeight;
-    m_header.FitScrollBar(GetRowLayout(), m_contentHeight);
+    UpdateScrollbar();
 }
 
 /// Requests a repaint of the list without the header. When no part of the list is visible it requests one of the whole
@@ -422,7 +424,7 @@ void CNodeBrowser::resizeEvent(QResizeEvent* in_event)
 {
     QWidget::resizeEvent(in_event);
     m_private->m_header.Arrange(m_private->GetRowLayout());
-    m_private->m_header.FitScrollBar(m_private->GetRowLayout(), m_private->m_contentHeight);
+    m_private->UpdateScrollbar();
 }
 
 RowLayout CNodeBrowser::Private::GetRowLayout() const
@@ -508,7 +510,7 @@ bool CNodeBrowser::Private::ReadRow(std::uint64_t in_row, RowContent& out_conten
         return false;
     const ItemAccessor item = record->GetItem();
     out_content.m_icon = record->GetStateIcon();
-    out_content.m_marked = record->IsFactoryItem() || (m_sourceControlEnabled && record->IsSourceControlled());
+    out_content.m_marked = record->IsFactoryItem() || (isSourceControlEnabled() && record->IsSourceControlled());
 
     const ItemID id = item.GetItemID();
     std::string name = m_library.GetItemName(id, true, nullptr);
