@@ -90,6 +90,17 @@ inline void SyncWindowSystem()
 #endif
 }
 
+/// Announces to the application that the fonts of the system have changed, as the toolkit does.
+/// \return false where the toolkit announces no such thing
+inline bool AnnounceFontChange()
+{
+#if QT_VERSION >= 0x050000
+    return QMetaObject::invokeMethod(QCoreApplication::instance(), "fontDatabaseChanged");
+#else
+    return false;
+#endif
+}
+
 /// Drops the messages that a rule picks, from now on. All others go on to the handler that was in place.
 inline void DropMessages(bool (*in_rule)(const QString&))
 {

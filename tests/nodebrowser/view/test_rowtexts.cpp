@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "nodebrowser/rowtexts.h"
+#include "tests/nodebrowser/support/browserfixture.h"
+#include "tests/nodebrowser/support/fakelayer.h"
+#include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
 
 #include <QImage>
@@ -52,16 +55,16 @@ private:
     }
 };
 
-/// A text that nobody else holds.
-QString DetachedText(int in_number)
+/// A frame of names "Blend 1", "Blend 2" and so on, one below the other, as a list draws them.
+QImage DrawFrame(RowTexts& out_texts, int in_first, int in_end)
 {
-    return QString::fromLatin1("Blend %1").arg(in_number);
-}
-
-/// Whether somebody holds on to the very text, as the toolkit does for as long as it keeps what it has shaped.
-bool IsKept(const QString& in_text)
-{
-    return !in_text.isDetached();
+    QImage picture(300, 24 * (in_end - in_first), QImage::Format_RGB32);
+    picture.fill(QColor(Qt::white).rgb());
+    QPainter painter(&picture);
+    out_texts.BeginFrame(painter);
+    for (int row = in_first; row < in_end; ++row)
+        out_texts.Draw(painter, QRect(10, 24 * (row - in_first), 250, 25), QString::fromLatin1("Blend %1").arg(row));
+    return picture;
 }
 
 } // namespace
@@ -133,30 +136,93 @@ private Q_SLOTS:
             }
     }
 
-    void aTextIsShapedOnceForManyFrames()
+    void aSecondFrameShapesNothing()
     {
         RowTexts texts;
-        Canvas canvas;
-        const QString first = DetachedText(1);
-        const QString second = DetachedText(1);
-        canvas.Draw(texts, first);
-        QVERIFY(IsKept(first));
-        // The text was shaped already, so nothing holds on to the second one.
-        canvas.Draw(texts, second);
-        QVERIFY(!IsKept(second));
-        QVERIFY(IsKept(first));
+        QCOMPARE(texts.GetShapings(), 0u);
+        const QImage first = DrawFrame(texts, 0, 20);
+        QCOMPARE(texts.GetShapings(), 20u);
+        for (int frame = 0; frame < 5; ++frame)
+            QCOMPARE(DrawFrame(texts, 0, 20), first);
+        QCOMPARE(texts.GetShapings(), 20u);
+    }
+
+    void aScrolledFrameShapesTheNewNamesAlone()
+    {
+        RowTexts texts;
+        DrawFrame(texts, 0, 20);
+        for (int first = 3; first <= 300; first += 3)
+        {
+            const unsigned before = texts.GetShapings();
+            DrawFrame(texts, first, first + 20);
+            QCOMPARE(texts.GetShapings(), before + 3);
+        }
+    }
+
+    void theSameNameInManyRowsIsShapedOnce()
+    {
+        RowTexts texts;
+        QImage picture(300, 80, QImage::Format_RGB32);
+        picture.fill(QColor(Qt::white).rgb());
+        QPainter painter(&picture);
+        texts.BeginFrame(painter);
+        for (int row = 0; row < 3; ++row)
+            texts.Draw(painter, QRect(10, 24 * row, 200, 25), QString::fromLatin1("Blend"));
+        QCOMPARE(texts.GetShapings(), 1u);
     }
 
     void textsThatAreDrawnNoMoreAreForgotten()
     {
         RowTexts texts;
+        DrawFrame(texts, 0, 20);
+        for (int first = 20; first < 620; first += 20)
+            DrawFrame(texts, first, first + 20);
+        const unsigned before = texts.GetShapings();
+        DrawFrame(texts, 0, 20);
+        QCOMPARE(texts.GetShapings(), before + 20);
+    }
+
+    void aChangeOfTheSystemsFontsShapesAllAgain()
+    {
+        RowTexts texts;
+        const QImage before = DrawFrame(texts, 0, 20);
+        if (!testcompat::AnnounceFontChange())
+            return; // this toolkit does not announce one
+        QCOMPARE(DrawFrame(texts, 0, 20), before);
+        QCOMPARE(texts.GetShapings(), 40u);
+        DrawFrame(texts, 0, 20);
+        QCOMPARE(texts.GetShapings(), 40u);
+    }
+
+    void aChangeOfTheSystemsFontsRepaintsTheBrowser()
+    {
+        FakeLayer layer;
+        layer.AddNodes(5);
+        ProbedBrowser browser;
+        ShowLibrary(browser, layer.GetAccessor());
+        QCOMPARE(CountPaints(browser, [] {}), 0);
+        layer.Forget();
+        bool announced = false;
+        const int paints = CountPaints(browser, [&announced] { announced = testcompat::AnnounceFontChange(); });
+        if (!announced)
+            return; // this toolkit does not announce one
+        QVERIFY(paints > 0);
+        // Each row is drawn once more, by its name, and nothing is built.
+        QCOMPARE(layer.Count("name"), 5 * paints);
+        QCOMPARE(layer.CountRebuilds(), 0);
+    }
+
+    void anotherFontIsShapedAnew()
+    {
+        RowTexts texts;
         Canvas canvas;
-        const QString first = DetachedText(1);
-        canvas.Draw(texts, first);
-        QVERIFY(IsKept(first));
-        for (int i = 2; i < 600; ++i)
-            canvas.Draw(texts, DetachedText(i));
-        QVERIFY(!IsKept(first));
+        const QString text = QString::fromLatin1("Blend");
+        canvas.Draw(texts, text);
+        canvas.m_font.setBold(true);
+        canvas.Draw(texts, text);
+        QCOMPARE(texts.GetShapings(), 2u);
+        canvas.Draw(texts, text);
+        QCOMPARE(texts.GetShapings(), 2u);
     }
 
     void anotherFontIsFollowed()
