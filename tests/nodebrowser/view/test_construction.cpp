@@ -14,11 +14,13 @@
 #include <QStyle>
 
 #include <memory>
+#include <stdexcept>
 #include <type_traits>
 
 using memorymodel::NewItem;
 using qtcompat::FromLatin1;
 using vireo::datamodel::ItemLibraryAccessor;
+using vireo::datamodel::VireoType;
 
 namespace
 {
@@ -331,6 +333,49 @@ private Q_SLOTS:
             QCOMPARE(record.Log().join(QLatin1String(",")), FromLatin1("connect,has,read"));
         }
         QCOMPARE(record.Log().join(QLatin1String(",")), FromLatin1("connect,has,read,disconnect"));
+    }
+
+    void aConstructionThatFailsLeavesNothingBehind_data()
+    {
+        QTest::addColumn<QByteArray>("call");
+        QTest::addColumn<int>("disconnects");
+        QTest::newRow("the manager is looked up") << QByteArray("service 'RevisionControlPropertiesMgr'") << 0;
+        QTest::newRow("it is connected") << QByteArray("connect") << 0;
+        QTest::newRow("it is asked for properties") << QByteArray("has") << 1;
+        QTest::newRow("it is asked for its value") << QByteArray("read") << 1;
+        QTest::newRow("source control is asked") << QByteArray("active") << 1;
+    }
+
+    void aConstructionThatFailsLeavesNothingBehind()
+    {
+        QFETCH(QByteArray, call);
+        QFETCH(int, disconnects);
+        FakeLayer layer;
+        layer.ShowSourceControl();
+        FakePropertiesManager manager(layer);
+        manager.m_enabled = true;
+        layer.SetService("RevisionControlPropertiesMgr", &manager);
+        layer.When(call.constData(), [] { throw std::runtime_error("the disk is gone"); });
+        const int widgets = static_cast<int>(QApplication::allWidgets().size());
+        QString reason;
+        try
+        {
+            const CNodeBrowser browser(eConfigNodeBrowser);
+        }
+        catch (const std::runtime_error& error)
+        {
+            reason = FromLatin1(error.what());
+        }
+        QCOMPARE(reason, FromLatin1("the disk is gone"));
+        QCOMPARE(layer.Lines("task ended"), QStringList(FromLatin1("task ended NodeBrowser")));
+        QCOMPARE(layer.Count("disconnect"), disconnects);
+        QCOMPARE(static_cast<int>(QApplication::allWidgets().size()), widgets);
+        // What failed once does not stand in the way of the next one.
+        layer.ForgetHooks();
+        ProbedBrowser browser;
+        layer.Add(VireoType::gSolver, "Add");
+        ShowLibrary(browser, layer.GetAccessor());
+        QCOMPARE(browser.GetRowCount(), std::size_t(1));
     }
 
     void aBrowserWithoutPropertiesManagerWorks_data()
