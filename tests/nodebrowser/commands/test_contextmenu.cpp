@@ -296,6 +296,29 @@ private Q_SLOTS:
                  asked ? QStringList(FromLatin1("find ") + FromLatin1(compound.m_uid.c_str())) : QStringList());
     }
 
+    void theDataLayerIsAskedInAFixedOrder()
+    {
+        FakeLayer layer;
+        FakeCompound& compound = layer.AddCompound("X");
+        layer.GiveObject(compound);
+        CommandBrowser browser;
+        ShowLibrary(browser, layer.GetAccessor());
+        layer.Forget();
+        QStringList log;
+        ModalUser user;
+        user.WhenMenuOpens([&layer, &log](QMenu& in_menu) {
+            log = layer.Lines("service|read-only|find|can modify");
+            Press(in_menu, Qt::Key_Escape);
+        });
+        browser.RightPress(0);
+        QVERIFY(user.IsDone());
+        const QStringList expected = QStringList()
+                                     << FromLatin1("service 'RevisionControlUIHelper'") << FromLatin1("read-only X")
+                                     << FromLatin1("find ") + FromLatin1(compound.m_uid.c_str())
+                                     << FromLatin1("can modify X, with source: yes");
+        QCOMPARE(log, expected);
+    }
+
     void tagsOfWhatIsNoCompoundCanBeEditedUnlessItIsReadOnly_data()
     {
         QTest::addColumn<QByteArray>("type");
