@@ -118,6 +118,7 @@ struct CNodeBrowser::Private
     hmx::fwk::ICommandManager* m_commandManager = nullptr;
     ItemLibraryAccessor m_library;
     ItemTOCAccessor m_toc;
+    unsigned m_attachments = 0; // how often a library was attached
     BrowserHeader m_header;
     std::unique_ptr<ScsTask, EndTask> m_scsTask;
     bool m_sourceControlEnabled = false;
@@ -192,10 +193,14 @@ void CNodeBrowser::Private::StopObserving()
 void CNodeBrowser::SetItemLibrary(const ItemLibraryAccessor& in_library)
 {
     Private& d = *m_private;
+    const unsigned attachment = ++d.m_attachments;
     d.StopObserving();
     d.m_library = in_library;
     d.m_library.AddObserver(this, vireo::datamodel::eItemLibraryNotificationKind, d.m_library.GetContext());
-    d.m_toc = GetTOC(d.m_library);
+    const ItemTOCAccessor toc = GetTOC(d.m_library);
+    if (attachment != d.m_attachments)
+        return; // that look-up came back and attached a library itself
+    d.m_toc = toc;
     d.m_toc.AddObserver(this, vireo::datamodel::eItemTOCNotificationKind, d.m_toc.GetContext());
     d.m_statesStale = true;
     d.BuildAllItemList(nullptr);
@@ -484,20 +489,29 @@ void CNodeBrowser::paintEvent(QPaintEvent*)
 {
     m_private->RefreshItems();
 
+    // Read before the painter exists: a data layer that runs the event loop paints the browser in the middle of a read.
     const RowLayout layout = m_private->GetRowLayout();
+    const RowRange rows = layout.VisibleRows(GetRowCount());
+    std::vector<std::pair<std::size_t, RowContent>> contents; // by row
+    contents.reserve(rows.m_end - rows.m_first);
+    for (std::size_t row = rows.m_first; row < rows.m_end; ++row)
+    {
+        RowContent content;
+        if (m_private->ReadRow(row, content))
+            contents.emplace_back(row, std::move(content));
+    }
+
     QPainter painter(this);
+    if (!painter.isActive())
+        return; // such a paint has ended this one
     const Qt::BGMode backgroundMode = painter.backgroundMode();
     painter.setBackgroundMode(Qt::TransparentMode);
     painter.setClipRect(layout.ListRect());
     m_private->m_rowPainter.BeginFrame(painter, layout);
     const QBrush band = style()->standardPalette().brush(QPalette::Active, QPalette::Highlight);
-    const RowRange rows = layout.VisibleRows(GetRowCount());
-    for (std::size_t row = rows.m_first; row < rows.m_end; ++row)
-    {
-        RowContent content;
-        if (m_private->ReadRow(row, content))
-            m_private->m_rowPainter.Draw(painter, row, content, row == m_private->m_selectedRow ? band : QBrush());
-    }
+    for (const auto& row : contents)
+        m_private->m_rowPainter.Draw(painter, row.first, row.second,
+                                     row.first == m_private->m_selectedRow ? band : QBrush());
     painter.setBackgroundMode(backgroundMode);
 }
 
