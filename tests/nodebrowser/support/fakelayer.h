@@ -113,7 +113,9 @@ private:
 };
 
 /// The table of contents. It is a thing of its own: it can die without its library, and the other way round.
-struct FakeContents : public vireo::datamodel::IContext, public vireo::datamodel::IItemTOC
+struct FakeContents : public vireo::datamodel::IContext,
+                      public vireo::datamodel::IItemTOC,
+                      public std::enable_shared_from_this<FakeContents>
 {
     using Observer = vireo::datamodel::IItemTOCNotification;
     using ContextPtr = vireo::datamodel::ContextPtr;
@@ -584,7 +586,7 @@ private:
                   const std::string& in_name)
     {
         in_item->m_recorder = this;
-        in_item->m_id = ItemID(in_type, m_library->m_space, m_contents->m_items.size() + 1);
+        in_item->m_id = ItemID(in_type, m_library->m_space, ++m_lastNumber);
         in_item->m_listedAs = in_listedAs;
         in_item->m_name = in_name;
         in_item->m_uid = "no identity";
@@ -619,9 +621,10 @@ private:
     vireo::datamodel::ItemTOCAccessor GetTOC(const ItemLibraryAccessor& in_library) override
     {
         Show(QString::fromLatin1("contents of A"));
-        return in_library.GetContext() == m_library
-                   ? vireo::datamodel::ItemTOCAccessor(vireo::datamodel::UnspecifiedAccessor(m_contents))
-                   : vireo::datamodel::ItemTOCAccessor();
+        const FakeLibrary* const library = dynamic_cast<const FakeLibrary*>(in_library.GetContext().get());
+        return library ? vireo::datamodel::ItemTOCAccessor(
+                             vireo::datamodel::UnspecifiedAccessor(library->m_contents.shared_from_this()))
+                       : vireo::datamodel::ItemTOCAccessor();
     }
     bool IsNameInNodeLibraryHierarchy(const ItemLibraryAccessor&, const char* in_name) override
     {
@@ -711,4 +714,5 @@ private:
     Provider m_provider;
     Provider m_before;
     unsigned m_lastId = 0;
+    std::uint64_t m_lastNumber = 0; // of an item; never used again
 };
