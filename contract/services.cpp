@@ -106,8 +106,7 @@ void BoundaryContract::servicesAreFoundByNameAndInterface()
     QVERIFY(Helper() != nullptr);
     QVERIFY(hmxGetService<IRevisionControlPropertiesMgr>("RevisionControlPropertiesMgr") != nullptr);
     hmx::fwk::INEXADBProxy* const proxy = hmxGetService<hmx::fwk::INEXADBProxy>("NEXADBProxy");
-    QVERIFY(proxy != nullptr);
-    QVERIFY(!proxy->GetItemLibrary().IsValid());
+    QVERIFY(proxy && !proxy->GetItemLibrary().IsValid());
     m_fixture->MakeCurrent();
     QVERIFY(proxy->GetItemLibrary().GetContext() == m_fixture->GetLibrary().GetContext());
     m_fixture->Close();

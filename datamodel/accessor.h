@@ -28,8 +28,9 @@ public:
 using ContextPtr = std::shared_ptr<IContext>;
 
 /// What every accessor is: a value that shares a context and speaks one interface of it. Copies are cheap and
-/// interchangeable; a copy keeps the context's memory, never the thing itself alive. Copies must be cheap in every value
-/// of the boundary, so values keep their fields in the header: a private part would cost an allocation for each copy.
+/// interchangeable; a copy keeps the context's memory, never the thing itself alive. Copies must be cheap in every
+/// value of the boundary, so values keep their fields in the header: a private part would cost an allocation for each
+/// copy.
 ///
 /// Pointing an accessor elsewhere takes two steps that the caller writes out:
 ///

@@ -48,8 +48,9 @@ struct DATAMODEL_EXPORT ScsUtils
     /// \param in_base the icon without a badge; the result has its height and its device pixel ratio
     /// \param in_state the access state of the item
     /// \param in_active whether versioning is shown; without it the icon comes back as it is
-    /// \param in_ownSpace true for an icon without a mark beside it: the result may be wider by 7 pixels at its left, for
-    ///     the badge to stand in. False: the result has the icon's size, and the badge leaves its leftmost 7 pixels free
+    /// \param in_ownSpace true for an icon without a mark beside it: the result may be wider by 7 pixels at its left,
+    ///     for the badge to stand in. False: the result has the icon's size, and the badge leaves its leftmost 7 pixels
+    ///     free
     static QPixmap getAssetStateIcon(QPixmap& in_base, unsigned in_state, bool in_active, bool in_ownSpace);
 
     /// What source control knows about an object, as text of a tool tip; empty for an invalid object.

@@ -56,8 +56,8 @@ QString Included(const QString& in_line)
     return line.left(line.indexOf(closing, 1) + 1);
 }
 
-/// Whether an included name may stand in a room: its own headers, those of the rooms and libraries that are allowed, and
-/// the standard library. Allowed are rooms ("datamodel"), "Qt", "boost" and single names ("<QPixmap>").
+/// Whether an included name may stand in a room: its own headers, those of the rooms and libraries that are allowed,
+/// and the standard library. Allowed are rooms ("datamodel"), "Qt", "boost" and single names ("<QPixmap>").
 bool IsAllowed(const QString& in_included, const QString& in_room, const QStringList& in_allowed)
 {
     if (in_allowed.contains(in_included))

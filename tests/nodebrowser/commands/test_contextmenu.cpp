@@ -31,8 +31,8 @@ struct MenuLook
     bool m_owned = true;   ///< every entry is the menu's own
     bool m_topLevel = true;
 
-    /// Looks at the context menu of a row, which is opened with the right button and left with Escape. A menu that is not
-    /// shown looks like one without entries.
+    /// Looks at the context menu of a row, which is opened with the right button and left with Escape. A menu that is
+    /// not shown looks like one without entries.
     MenuLook(CommandBrowser& in_browser, int in_row)
     {
         ModalUser user;
@@ -77,12 +77,14 @@ class Shouting : public QTranslator
 {
 public:
     bool isEmpty() const override { return false; }
-    // The toolkit's versions differ in which of these two they call.
+    // The toolkit's versions differ in which of these two there is to override.
+    // NOLINTBEGIN(modernize-use-override)
     QString translate(const char*, const char* in_text, const char*) const { return FromLatin1(in_text).toUpper(); }
     QString translate(const char*, const char* in_text, const char*, int) const
     {
         return FromLatin1(in_text).toUpper();
     }
+    // NOLINTEND(modernize-use-override)
 };
 
 } // namespace

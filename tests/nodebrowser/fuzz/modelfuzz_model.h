@@ -24,9 +24,9 @@
 #include <string>
 #include <vector>
 
-/// Follows the same events as the browser beside it, in the same order: it must be attached right after the browser, and
-/// be told of a paint, a press and so on right before the browser. It keeps no rows of its own where the order is open:
-/// among equal names it takes over the browser's order, after it has compared the rest.
+/// Follows the same events as the browser beside it, in the same order: it must be attached right after the browser,
+/// and be told of a paint, a press and so on right before the browser. It keeps no rows of its own where the order is
+/// open: among equal names it takes over the browser's order, after it has compared the rest.
 class PlainModel : private vireo::datamodel::IItemTOCNotification, private vireo::datamodel::IItemLibraryNotification
 {
 public:

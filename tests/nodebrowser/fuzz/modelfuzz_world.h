@@ -247,8 +247,8 @@ private:
         return Text("add ") + Text(name);
     }
 
-    // The world is told first of all, so that it knows the item when anybody asks. Whoever acts when a change begins may
-    // add other items before the one that is to come: those made by commands, which have no traits of their own.
+    // The world is told first of all, so that it knows the item when anybody asks. Whoever acts when a change begins
+    // may add other items before the one that is to come: those made by commands, which have no traits of their own.
     void ItemAdded(vireo::datamodel::ItemAccessor& in_item) override
     {
         const ItemID id = in_item.GetItemID();

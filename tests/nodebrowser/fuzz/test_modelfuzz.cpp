@@ -94,7 +94,8 @@ protected:
 
     void childEvent(QChildEvent* in_event) override
     {
-        // Nothing else becomes a child once the browser is made, but for the widget that a drag of some platforms needs.
+        // Nothing else becomes a child once the browser is made, but for the widget that a drag of some platforms
+        // needs.
         m_drags += in_event->added() && !in_event->child()->isWidgetType() ? 1 : 0;
         ProbedBrowser::childEvent(in_event);
     }

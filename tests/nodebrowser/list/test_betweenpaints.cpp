@@ -24,7 +24,8 @@ public:
 
 } // namespace
 
-/// What the browser is like between a change and the paint that takes it in, or when a paint comes in the middle of one.
+/// What the browser is like between a change and the paint that takes it in, or when a paint comes in the middle of
+/// one.
 class TestBetweenPaints : public QObject
 {
     Q_OBJECT

@@ -25,8 +25,8 @@ using vireo::datamodel::VireoType;
 namespace
 {
 
-/// A shown browser of some items in the tab that shows everything, and a second library beside it. "Blend" is a compound
-/// with an object; it stands in row 1.
+/// A shown browser of some items in the tab that shows everything, and a second library beside it. "Blend" is a
+/// compound with an object; it stands in row 1.
 struct Scene
 {
     Scene()

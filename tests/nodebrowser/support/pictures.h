@@ -64,8 +64,8 @@ inline QColor BandColour(const QWidget& in_widget)
     return in_widget.style()->standardPalette().color(QPalette::Active, QPalette::Highlight);
 }
 
-/// Gives a widget plain colours: black text on a ground that nothing else has the colour of. What a selection looks like elsewhere
-/// in the window gets colours that no row may show.
+/// Gives a widget plain colours: black text on a ground that nothing else has the colour of. What a selection looks
+/// like elsewhere in the window gets colours that no row may show.
 inline void UsePlainColours(QWidget& in_widget)
 {
     QPalette palette = in_widget.palette();

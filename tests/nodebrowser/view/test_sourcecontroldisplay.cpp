@@ -12,7 +12,8 @@ using vireo::datamodel::IItemLibraryNotification;
 using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemLibraryAccessor;
 
-/// A browser whose properties manager is in the hands of the test. Files are under version control, the property is off.
+/// A browser whose properties manager is in the hands of the test. Files are under version control, the property is
+/// off.
 class TestSourceControlDisplay : public QObject
 {
     Q_OBJECT

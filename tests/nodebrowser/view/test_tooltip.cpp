@@ -23,8 +23,9 @@ using vireo::datamodel::VireoType;
 namespace
 {
 
-/// A tool tip that is told to hide does so 300 ms later, by a timer that may be one part in twenty late. One that is still
-/// up after this time was not told to: a timer that is due goes off before the wait ends, however busy the machine is.
+/// A tool tip that is told to hide does so 300 ms later, by a timer that may be one part in twenty late. One that is
+/// still up after this time was not told to: a timer that is due goes off before the wait ends, however busy the
+/// machine is.
 const int gHidingTime = 350;
 
 /// The text that source control has about an item.
