@@ -48,6 +48,16 @@ void* operator new[](std::size_t in_size)
 {
     return Allocate(in_size);
 }
+void* operator new(std::size_t in_size, const std::nothrow_t&) noexcept
+{
+    void* const block = std::malloc(in_size ? in_size : 1);
+    gBlocks += block ? 1 : 0;
+    return block;
+}
+void* operator new[](std::size_t in_size, const std::nothrow_t& in_tag) noexcept
+{
+    return operator new(in_size, in_tag);
+}
 void operator delete(void* in_block) noexcept
 {
     Free(in_block);
