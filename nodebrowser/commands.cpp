@@ -5,10 +5,15 @@
 #include "datamodel/helpers.h"
 #include "datamodel/itemlibrarymodifier.h"
 #include "datamodel/models.h"
+#include "datamodel/sourcecontrol.h"
+#include "nodebrowser/datasourcelist.h"
 #include "nodebrowser/dbobject.h"
 #include "nodebrowser/renamedialog.h"
 #include "nodebrowser/vireodialog.h"
 #include "qtcompat/latin1.h"
+
+#include <QStringList>
+#include <QToolTip>
 
 #include <list>
 #include <string>
@@ -144,6 +149,25 @@ void ShowFiles(const ItemID& in_item)
     nexa4::NEXAHandle<nexa4::IDbObject> object;
     if (FindObject(in_item, helper, object))
         helper->ShowFiles(object, nullptr);
+}
+
+void ShowStateToolTip(const ItemID& in_item, const QPoint& in_position)
+{
+    nexa4::IRevisionControlUIHelper* helper = nullptr;
+    nexa4::NEXAHandle<nexa4::IDbObject> object;
+    if (FindObject(in_item, helper, object))
+        QToolTip::showText(in_position, ScsUtils::GetToolTip(object, QString::fromLatin1(":compound.png")));
+}
+
+void MoveCompound(const QVariant& in_identities)
+{
+    nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
+    if (!helper)
+        return;
+    const QStringList identities = in_identities.toStringList();
+    const nexa4::DbObjectId compound(identities.at(0).toUtf8().constData());
+    const nexa4::DbObjectId resource(identities.at(1).toUtf8().constData());
+    MoveToDataSource(helper->FindObject(compound), resource);
 }
 
 } // namespace nodebrowser

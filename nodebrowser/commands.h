@@ -6,7 +6,9 @@
 #include "datamodel/system.h"
 
 #include <QObject>
+#include <QPoint>
 #include <QPointer>
+#include <QVariant>
 
 namespace nodebrowser
 {
@@ -42,5 +44,14 @@ void SaveLibrary(vireo::datamodel::ItemLibraryAccessor in_library);
 void CheckOut(const vireo::datamodel::ItemID& in_item);
 void MakeWritable(const vireo::datamodel::ItemID& in_item);
 void ShowFiles(const vireo::datamodel::ItemID& in_item);
+
+/// Shows what source control says about an item, as a tool tip.
+/// \param in_position on the screen
+void ShowStateToolTip(const vireo::datamodel::ItemID& in_item, const QPoint& in_position);
+
+/// Moves a compound to another data source.
+/// \param in_identities what the menu's entry carries: two texts, the identities of the compound and of the resource
+/// that stands for the source
+void MoveCompound(const QVariant& in_identities);
 
 } // namespace nodebrowser

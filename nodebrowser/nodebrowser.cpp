@@ -7,8 +7,6 @@
 #include "nodebrowser/browserheader.h"
 #include "nodebrowser/commands.h"
 #include "nodebrowser/contextmenu.h"
-#include "nodebrowser/datasourcelist.h"
-#include "nodebrowser/dbobject.h"
 #include "nodebrowser/dragformat.h"
 #include "nodebrowser/itemlist.h"
 #include "nodebrowser/rowlayout.h"
@@ -635,12 +633,7 @@ void CNodeBrowser::Private::ShowToolTip(QHelpEvent& io_event)
         io_event.ignore();
         return;
     }
-    nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
-    if (!helper)
-        return;
-    const auto object = FindDbObject(*helper, item);
-    if (object.IsValid())
-        QToolTip::showText(io_event.globalPos(), ScsUtils::GetToolTip(object, QString::fromLatin1(":compound.png")));
+    ShowStateToolTip(item, io_event.globalPos());
 }
 
 /// Scrolls by three rows, however far the wheel turned.
@@ -750,12 +743,6 @@ void CNodeBrowser::OnDatasourceChange()
 {
     // The identities are in the action of the menu. Another sender has none.
     QObject* const caller = sender();
-    const QAction* const action = caller ? qobject_cast<QAction*>(caller) : nullptr;
-    nexa4::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
-    if (!action || !helper)
-        return;
-    const QStringList identities = action->data().toStringList();
-    const nexa4::DbObjectId compound(identities.at(0).toUtf8().constData());
-    const nexa4::DbObjectId resource(identities.at(1).toUtf8().constData());
-    MoveToDataSource(helper->FindObject(compound), resource);
+    if (const QAction* const action = caller ? qobject_cast<QAction*>(caller) : nullptr)
+        MoveCompound(action->data());
 }
