@@ -5,6 +5,7 @@
 #include "nodebrowser/dbobject.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 using vireo::datamodel::gApplicationTagsKey;
@@ -27,19 +28,63 @@ const char* TypeName(const ItemID& in_item)
     return in_item.IsValid() ? in_item.GetType() : "";
 }
 
+/// A little more, so that a few new items do not make an array grow, which would take twice the memory.
+std::size_t WithRoom(std::size_t in_size)
+{
+    return in_size + in_size / 16;
+}
+
+/// The order of the items before, as indexes of the items now. Finds the items that stand at the beginning of both
+/// lists, and those that stand at their end: what lies between is where items were added or removed.
+std::vector<std::uint32_t> CarryOver(const std::vector<std::uint32_t>& in_order,
+                                     const IdentityIndex::Identities& in_before,
+                                     const IdentityIndex::Identities& in_now)
+{
+    const std::size_t most = std::min(in_before.size(), in_now.size());
+    const auto differs =
+        std::mismatch(in_before.begin(), in_before.begin() + static_cast<std::ptrdiff_t>(most), in_now.begin());
+    const std::size_t first = static_cast<std::size_t>(differs.first - in_before.begin());
+    std::size_t last = 0;
+    while (last < most - first && in_before[in_before.size() - 1 - last] == in_now[in_now.size() - 1 - last])
+        ++last;
+    std::vector<std::uint32_t> order;
+    order.reserve(in_order.size());
+    for (const std::uint32_t index : in_order)
+        if (index < first)
+            order.push_back(index);
+        else if (index >= in_before.size() - last)
+            order.push_back(static_cast<std::uint32_t>(index + in_now.size() - in_before.size()));
+    return order;
+}
+
 } // namespace
 
-void ItemList::Build(const ItemTOCAccessor& in_toc, const ItemLibraryAccessor& in_library, std::size_t in_expected,
+void ItemList::Build(const ItemTOCAccessor& in_toc, const ItemLibraryAccessor& in_library, const Legacy& in_legacy,
                      bool in_versioningActive, ObjectHandles* out_handles)
 {
     if (!in_toc.IsValid())
         return;
-    m_records.reserve(in_expected);
-    m_identities.reserve(in_expected);
-    m_tagIndex.Reserve(in_expected);
+    const std::size_t expected = WithRoom(in_legacy.m_identities.size());
+    m_records.reserve(expected);
+    m_identities.reserve(expected);
+    m_names.Reserve(expected, WithRoom(in_legacy.m_nameBytes));
+    m_tagIndex.Reserve(expected, WithRoom(in_legacy.m_tagBytes));
     for (const char* const type : {VireoType::gPolymorphicSolver, VireoType::gCompound, VireoType::gGlobalConstant,
                                    VireoType::gSolver, LibType::gType})
         Append(type, in_toc, in_library, in_versioningActive, out_handles);
+    m_nameBytes = m_names.GetBytes();
+    m_start = CarryOver(in_legacy.m_order, in_legacy.m_identities, m_identities);
+}
+
+ItemList::Legacy ItemList::TakeLegacy()
+{
+    Legacy legacy;
+    if (m_searchIndex)
+        legacy.m_order = m_searchIndex->GetOrder();
+    legacy.m_identities = m_identityIndex ? m_identityIndex->GetIdentities() : std::move(m_identities);
+    legacy.m_nameBytes = m_nameBytes;
+    legacy.m_tagBytes = m_tagIndex.GetAddedBytes();
+    return legacy;
 }
 
 void ItemList::Append(const char* in_type, const ItemTOCAccessor& in_toc, const ItemLibraryAccessor& in_library,
@@ -60,7 +105,7 @@ void ItemList::Append(const char* in_type, const ItemTOCAccessor& in_toc, const 
         const ObjectLookup object = LookUpObject(id, context);
         BrowserItem record(std::move(item), object, vireo::datamodel::eAccessStateUnknown, context);
         const std::string name = in_library.GetItemName(id, true, nullptr);
-        const std::string tags = in_library.GetItemTags(id, gApplicationTagsKey);
+        std::string tags = in_library.GetItemTags(id, gApplicationTagsKey);
         if (out_handles && record.IsSourceControlled() && object.m_hasId)
         {
             record.SetAccessState(vireo::datamodel::eAccessStateRequested, in_versioningActive, m_icons);
@@ -68,7 +113,7 @@ void ItemList::Append(const char* in_type, const ItemTOCAccessor& in_toc, const 
         }
         m_identities.push_back(id);
         m_names.Add(name);
-        m_tagIndex.Add(tags, TypeName(id));
+        m_tagIndex.Add(std::move(tags), TypeName(id));
         m_records.push_back(std::move(record));
     }
 }
@@ -81,8 +126,9 @@ SearchIndex& ItemList::GetSearchIndex()
     kinds.reserve(m_records.size());
     for (const BrowserItem& record : m_records)
         kinds.push_back(record.GetKind());
-    m_searchIndex.reset(new SearchIndex(m_names, kinds));
+    m_searchIndex.reset(new SearchIndex(m_names, kinds, m_start));
     m_names = TextArena();
+    m_start = std::vector<std::uint32_t>();
     return *m_searchIndex;
 }
 

@@ -37,6 +37,15 @@ class ItemList
 public:
     using ObjectHandles = std::list<nexa4::NEXAHandle<nexa4::IDbObject>>;
 
+    /// What a list leaves to the next one, which mostly has the same items. It saves time, and changes nothing else.
+    struct Legacy
+    {
+        IdentityIndex::Identities m_identities; // by index
+        std::vector<std::uint32_t> m_order;     // indexes, by rank; empty when the list was never asked
+        std::size_t m_nameBytes = 0;
+        std::size_t m_tagBytes = 0;
+    };
+
     ItemList() = default;
     // Its records point at its icons.
     ItemList(const ItemList&) = delete;
@@ -44,11 +53,14 @@ public:
 
     /// Reads the items of a table of contents into the empty list; none from an invalid one. Costs one pass over the
     /// items. Catches nothing that the data layer throws.
-    /// \param in_expected about how many items there will be
+    /// \param in_legacy of the list before. The names of an item that both lists have need no sorting again.
     /// \param in_versioningActive whether badges are shown
     /// \param out_handles gets the database objects whose states the caller requests; null when it requests none
     void Build(const vireo::datamodel::ItemTOCAccessor& in_toc, const vireo::datamodel::ItemLibraryAccessor& in_library,
-               std::size_t in_expected, bool in_versioningActive, ObjectHandles* out_handles);
+               const Legacy& in_legacy, bool in_versioningActive, ObjectHandles* out_handles);
+
+    /// Takes what the next list needs out of this one, which is of no use afterwards.
+    Legacy TakeLegacy();
 
     std::size_t GetSize() const { return m_records.size(); }
 
@@ -99,7 +111,9 @@ private:
     std::vector<BrowserItem> m_records; // by index
     TagIndex m_tagIndex;
 
-    TextArena m_names;                          // by index, until there is a search index
+    TextArena m_names;                  // by index, until there is a search index
+    std::vector<std::uint32_t> m_start; // indexes whose names are about in order, until there is a search index
+    std::size_t m_nameBytes = 0;
     std::unique_ptr<SearchIndex> m_searchIndex; // null until it is needed
 
     IdentityIndex::Identities m_identities;         // by index, until there is an identity index

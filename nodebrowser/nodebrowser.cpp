@@ -226,14 +226,14 @@ void CNodeBrowser::Private::BuildAllItemList(ItemList::ObjectHandles* out_handle
     }
     const QScopedValueRollback<bool> rollback(m_itemsInUse);
     m_itemsInUse = true;
-    const std::size_t expected = m_items->GetSize() + m_items->GetSize() / 16;
+    const ItemList::Legacy legacy = m_items->TakeLegacy();
     m_items.reset(new ItemList);
     m_relayoutNeeded = true;
     // A read may call the browser back. The call finds an empty list, and a library that it attaches is read later.
     const ItemLibraryAccessor library = m_library;
     const ItemTOCAccessor toc = m_toc;
     std::unique_ptr<ItemList> items(new ItemList);
-    items->Build(toc, library, expected, IsVersioningShown(), out_handles);
+    items->Build(toc, library, legacy, IsVersioningShown(), out_handles);
     m_items = std::move(items);
     if (toc.IsValid())
         RequestRepaint();

@@ -26,11 +26,15 @@ public:
     /// Costs a sort of the names and a pass over their characters.
     /// \param in_names by index
     /// \param in_kinds by index, as many as names
-    SearchIndex(const TextArena& in_names, const std::vector<eItemKind>& in_kinds);
+    /// \param in_start the indexes of names that are about in order, see SortByName()
+    SearchIndex(const TextArena& in_names, const std::vector<eItemKind>& in_kinds,
+                const std::vector<std::uint32_t>& in_start);
 
     /// The index of the item at a rank. There are as many ranks as items.
     std::uint32_t GetIndex(std::size_t in_rank) const { return m_order[in_rank]; }
     std::size_t GetSize() const { return m_order.size(); }
+    /// The indexes of all items, by rank.
+    const std::vector<std::uint32_t>& GetOrder() const { return m_order; }
 
     /// The ranks of the items that pass: the most relevant first, equally relevant ones in display order. Costs, per
     /// word, one search over the names, one over the distinct tags, and one step for each item that has a tag found;
@@ -40,14 +44,16 @@ public:
     void Find(const SearchWords& in_words, int in_mode, TagIndex& io_tags, std::vector<std::uint64_t>& out_ranks);
 
 private:
-    void Score(const SearchWords& in_words, TagIndex& io_tags);
-    void DropOtherKinds(int in_mode);
+    void Score(const SearchWords& in_words, std::uint32_t in_none, TagIndex& io_tags);
+    void CollectFound(int in_mode, std::uint32_t in_none);
 
-    std::vector<std::uint32_t> m_ranks;  // by index
-    std::vector<std::uint32_t> m_order;  // indexes, by rank
-    TextArena m_lowerNames;              // by rank
-    std::vector<eItemKind> m_kinds;      // by rank: a search that looked into the records would be slower
-    std::vector<std::uint32_t> m_scores; // by rank, of the last search; kept so that a key stroke allocates nothing
+    std::vector<std::uint32_t> m_ranks; // by index
+    std::vector<std::uint32_t> m_order; // indexes, by rank
+    TextArena m_lowerNames;             // by rank
+    std::vector<eItemKind> m_kinds;     // by rank: a search that looked into the records would be slower
+    // Of the last search, kept so that a key stroke allocates nothing.
+    std::vector<std::uint32_t> m_scores; // by rank
+    std::vector<std::uint32_t> m_found;  // ranks
 };
 
 } // namespace nodebrowser

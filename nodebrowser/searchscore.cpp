@@ -65,11 +65,15 @@ SearchWords SplitSearchWords(const QString& in_lowerText)
     return words;
 }
 
-std::string LowerName(std::string in_name)
+char LowerCharacter(char in_character)
 {
     static const LowerCase lower;
-    for (char& character : in_name)
-        character = lower.m_characters[static_cast<unsigned char>(character)];
+    return lower.m_characters[static_cast<unsigned char>(in_character)];
+}
+
+std::string LowerName(std::string in_name)
+{
+    std::transform(in_name.begin(), in_name.end(), in_name.begin(), LowerCharacter);
     return in_name;
 }
 

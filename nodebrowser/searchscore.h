@@ -33,7 +33,10 @@ using SearchWords = std::set<std::string>;
 /// the end yields an empty word, and every name begins with the empty word. An empty text has no words.
 SearchWords SplitSearchWords(const QString& in_lowerText);
 
-/// A name as the search compares it: lowered, 8-bit.
+/// A character as the search compares it: lowered, 8-bit.
+char LowerCharacter(char in_character);
+
+/// A name as the search compares it.
 std::string LowerName(std::string in_name);
 
 /// The score of an item that was found by its tags alone.

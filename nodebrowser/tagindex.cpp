@@ -2,6 +2,7 @@
 #include "nodebrowser/tagindex.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace nodebrowser
 {
@@ -29,16 +30,42 @@ void Join(const std::string& in_joined, const char* in_type, std::string& out_te
 
 } // namespace
 
-void TagIndex::Add(const std::string& in_joined, const char* in_type)
+void TagIndex::Reserve(std::size_t in_items, std::size_t in_bytes)
 {
-    Join(in_joined, in_type, m_text);
+    m_setOfItem.reserve(in_items);
+    m_addedTexts.Reserve(0, in_bytes);
+}
+
+void TagIndex::Add(std::string in_joined, const char* in_type)
+{
     // Neighbours in a library are often of one family and have the same tags.
-    const bool sameAsLast = !m_setOfItem.empty() && *m_setTexts[m_setOfItem.back()] == m_text;
-    m_setOfItem.push_back(sameAsLast ? m_setOfItem.back() : FindOrAddSet(m_text));
+    if (m_setOfItem.empty() || in_type != m_lastType || in_joined != m_lastTags)
+    {
+        m_lastTags = std::move(in_joined);
+        m_lastType = in_type;
+        Join(m_lastTags, in_type, m_text);
+        m_addedTexts.Add(m_text);
+        m_addedBytes += m_text.size() + 1;
+    }
+    m_setOfItem.push_back(static_cast<std::uint32_t>(m_addedTexts.GetSize() - 1));
+}
+
+void TagIndex::MakeSets()
+{
+    if (m_addedTexts.GetSize() == 0)
+        return;
+    Ids setOfText;
+    setOfText.reserve(m_addedTexts.GetSize());
+    for (std::size_t text = 0; text < m_addedTexts.GetSize(); ++text)
+        setOfText.push_back(FindOrAddSet(std::string(m_addedTexts.Begin(text), m_addedTexts.Length(text))));
+    for (std::uint32_t& set : m_setOfItem)
+        set = setOfText[set];
+    m_addedTexts = TextArena();
 }
 
 void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined, const char* in_type)
 {
+    MakeSets();
     Join(in_joined, in_type, m_text);
     m_setOfItem[in_item] = FindOrAddSet(m_text);
     if (m_setTexts.size() > 2 * m_setOfItem.size() + gFewSets)
@@ -74,6 +101,7 @@ std::uint32_t TagIndex::FindOrAddSet(const std::string& in_text)
 
 void TagIndex::SplitSets()
 {
+    MakeSets();
     for (std::size_t set = m_tagsOfSet.size(); set < m_setTexts.size(); ++set)
     {
         m_tagsOfSet.push_back(Split(*m_setTexts[set]));

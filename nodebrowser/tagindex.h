@@ -18,7 +18,8 @@ namespace nodebrowser
 /// name of its type is one more tag of each item.
 ///
 /// Many items have the same tags. So items refer to a tag set, and tag sets refer to tags. A tag string is split once,
-/// and the text of a tag is kept and searched once. The first question that needs the tags splits the strings.
+/// and the text of a tag is kept and searched once. Add() only collects strings. The first question makes the sets and
+/// the tags from them.
 class TagIndex
 {
 public:
@@ -31,12 +32,16 @@ public:
     TagIndex& operator=(const TagIndex&) = delete;
 
     /// Makes room for about that many items.
-    void Reserve(std::size_t in_items) { m_setOfItem.reserve(in_items); }
+    /// \param in_bytes of all their tag strings, as GetAddedBytes() gives it
+    void Reserve(std::size_t in_items, std::size_t in_bytes);
 
-    /// Adds the tags of the next item. Indexes count from 0. Costs one look-up for a string that an item had before.
+    /// Adds the tags of the next item. Indexes count from 0. All items are added before the first question.
     /// \param in_joined tags separated by ";", with no blanks around them
     /// \param in_type the name of the item's type; empty for none
-    void Add(const std::string& in_joined, const char* in_type);
+    void Add(std::string in_joined, const char* in_type);
+
+    /// The size of what was added.
+    std::size_t GetAddedBytes() const { return m_addedBytes; }
 
     /// Replaces the tags of an item.
     void SetTags(std::uint32_t in_item, const std::string& in_joined, const char* in_type);
@@ -63,6 +68,7 @@ public:
 private:
     using Ids = std::vector<std::uint32_t>; // of tags or of tag sets, counted from 0
 
+    void MakeSets();
     std::uint32_t FindOrAddSet(const std::string& in_text);
     void SplitSets();
     Ids Split(const std::string& in_joined);
@@ -71,7 +77,11 @@ private:
     void FoldTexts();
     bool MarkSets(const std::string& in_word);
 
-    Ids m_setOfItem; // by item
+    Ids m_setOfItem;        // by item; entries of m_addedTexts while there are some
+    TextArena m_addedTexts; // tag strings that have no set yet
+    std::size_t m_addedBytes = 0;
+    std::string m_lastTags; // of the item added last
+    const char* m_lastType = nullptr;
 
     std::unordered_map<std::string, std::uint32_t> m_setIds; // by tag string
     std::vector<const std::string*> m_setTexts;              // by set; they live in m_setIds

@@ -2,6 +2,7 @@
 /// Many short texts in one block of memory, which one search covers.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -21,7 +22,14 @@ public:
     void Reserve(std::size_t in_entries, std::size_t in_bytes);
 
     /// Adds an entry. Characters beyond a total of three gigabytes are cut off.
-    void Add(const std::string& in_text);
+    void Add(const std::string& in_text) { Add(in_text.data(), in_text.size()); }
+    void Add(const char* in_text, std::size_t in_length);
+
+    /// Replaces each character by in_function(character).
+    template <class Function> void Transform(Function in_function)
+    {
+        std::transform(m_texts.begin(), m_texts.end(), m_texts.begin(), in_function);
+    }
 
     /// Call it after the last Add() and before the first Find(). Costs a pass over the characters.
     void CountCharacters();
@@ -38,11 +46,11 @@ public:
     /// argument is whether the entry starts with the word.
     template <class Visitor> void Find(const std::string& in_word, Visitor in_visitor) const
     {
-        const std::size_t rarest = FindRarest(in_word);
+        const Rare rare = FindRare(in_word);
         std::size_t entry = 0;
         std::size_t begin = 0;
-        for (std::size_t offset = FindFrom(0, in_word, rarest); offset != std::string::npos;
-             offset = FindFrom(begin, in_word, rarest))
+        for (std::size_t offset = FindFrom(0, in_word, rare); offset != std::string::npos;
+             offset = FindFrom(begin, in_word, rare))
         {
             entry = FindEntry(offset, entry);
             begin = offset + 1;
@@ -55,8 +63,15 @@ public:
 
 private:
     std::size_t BeginOffset(std::size_t in_entry) const { return in_entry ? m_ends[in_entry - 1] : 0; }
-    std::size_t FindRarest(const std::string& in_word) const;
-    std::size_t FindFrom(std::size_t in_begin, const std::string& in_word, std::size_t in_rarest) const;
+    /// The offsets in a word of its two rarest characters; equal in a word of one character.
+    struct Rare
+    {
+        std::size_t m_first;
+        std::size_t m_second;
+    };
+
+    Rare FindRare(const std::string& in_word) const;
+    std::size_t FindFrom(std::size_t in_begin, const std::string& in_word, const Rare& in_rare) const;
     std::size_t FindEntry(std::size_t in_offset, std::size_t in_first) const;
 
     std::string m_texts;               // a line feed ends each entry

@@ -29,10 +29,13 @@ const char* const gTypes[] = {VireoType::gPolymorphicSolver, VireoType::gCompoun
 /// A list of the items of a recording data layer.
 struct Scene
 {
-    void Build(ItemList::ObjectHandles* out_handles = nullptr)
+    void Build(ItemList::ObjectHandles* out_handles = nullptr) { BuildAfter(ItemList::Legacy(), out_handles); }
+
+    void BuildAfter(const ItemList::Legacy& in_legacy, ItemList::ObjectHandles* out_handles = nullptr)
     {
         m_list.reset(new ItemList);
-        m_list->Build(vireo::datamodel::GetTOC(m_layer.GetAccessor()), m_layer.GetAccessor(), 0, false, out_handles);
+        m_list->Build(vireo::datamodel::GetTOC(m_layer.GetAccessor()), m_layer.GetAccessor(), in_legacy, false,
+                      out_handles);
     }
 
     std::vector<std::uint64_t> Find(const char* in_text, int in_mode = eFilterAll) const
@@ -122,6 +125,22 @@ void AddOneOfEach(FakeLayer& io_layer)
     }
 }
 
+/// Renames, adds, removes or moves an item.
+void Change(FakeLayer& io_layer, Random& io_random)
+{
+    const int count = static_cast<int>(io_layer.m_contents->m_items.size());
+    const int kind = count == 0 ? 0 : io_random.Below(4);
+    if (kind == 0)
+        io_layer.Add(io_random.OneOf(gTypes), io_random.Text("abAB _", 0, 5));
+    else if (kind == 1)
+        io_layer.Remove(io_random.Below(count));
+    else if (kind == 2)
+        io_layer.GetItem(io_random.Below(count)).m_name = io_random.Text("abAB _", 0, 5);
+    else
+        std::swap(io_layer.m_contents->m_items[static_cast<std::size_t>(io_random.Below(count))],
+                  io_layer.m_contents->m_items[static_cast<std::size_t>(io_random.Below(count))]);
+}
+
 } // namespace
 
 /// The item list without a browser around it.
@@ -156,8 +175,8 @@ private Q_SLOTS:
         scene.m_layer.Forget();
         scene.m_list.reset(new ItemList);
         ItemList::ObjectHandles handles;
-        scene.m_list->Build(toc, scene.m_layer.GetAccessor(), 1000, true, &handles);
-        scene.m_list->Build(ItemTOCAccessor(), scene.m_layer.GetAccessor(), 1000, true, &handles);
+        scene.m_list->Build(toc, scene.m_layer.GetAccessor(), ItemList::Legacy(), true, &handles);
+        scene.m_list->Build(ItemTOCAccessor(), scene.m_layer.GetAccessor(), ItemList::Legacy(), true, &handles);
         QVERIFY(scene.m_layer.Log().isEmpty());
         QCOMPARE(scene.m_list->GetSize(), std::size_t(0));
         QVERIFY(handles.empty());
@@ -313,6 +332,47 @@ private Q_SLOTS:
         // Its record stays until the next build and answers nothing.
         QVERIFY(!scene.m_list->FindRecord(1)->GetItem().IsValid());
         QVERIFY(!scene.m_list->SetState(id, 42, true));
+    }
+
+    void aListIsInOrderWhateverTheOneBeforeLeft()
+    {
+        Random random(TestSeed(20261123));
+        for (int round = 0; round < 60; ++round)
+        {
+            Scene scene;
+            for (int i = random.Below(30); i > 0; --i)
+                scene.m_layer.Add(random.OneOf(gTypes), random.Text("abAB _", 0, 5));
+            scene.Build();
+            for (int change = 0; change < 20; ++change)
+            {
+                if (random.OneIn(2))
+                    scene.Find(""); // a list that was never asked leaves no order
+                Change(scene.m_layer, random);
+                scene.BuildAfter(scene.m_list->TakeLegacy());
+                CheckInvariant(scene);
+                const QString names = scene.Names(scene.Find(""));
+                const ItemList::Legacy legacy = scene.m_list->TakeLegacy();
+                scene.Build();
+                QCOMPARE(names, scene.Names(scene.Find("")));
+                scene.BuildAfter(legacy);
+            }
+        }
+    }
+
+    void aListLeavesItsOrderAndItsSizes()
+    {
+        Scene scene;
+        AddOneOfEach(scene.m_layer);
+        scene.Build();
+        QVERIFY(scene.m_list->TakeLegacy().m_order.empty());
+        scene.Build();
+        scene.Find("");
+        const ItemList::Legacy legacy = scene.m_list->TakeLegacy();
+        QCOMPARE(legacy.m_order.size(), std::size_t(5));
+        QCOMPARE(legacy.m_identities.size(), std::size_t(5));
+        // "Alpha" to "Echo", and one byte for the end of each.
+        QCOMPARE(legacy.m_nameBytes, std::size_t(26 + 5));
+        QVERIFY(legacy.m_tagBytes > 0);
     }
 
     void bothSearchesFindTheSame()

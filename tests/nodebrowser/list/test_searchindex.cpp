@@ -41,7 +41,7 @@ public:
             kinds.push_back(entry.m_kind);
             m_tags.Add(entry.m_tags, "");
         }
-        m_index.reset(new SearchIndex(names, kinds));
+        m_index.reset(new SearchIndex(names, kinds, {}));
     }
 
     std::vector<std::uint64_t> Find(const SearchWords& in_words, int in_mode)

@@ -102,15 +102,6 @@ private Q_SLOTS:
         QCOMPARE(m_index->GetItems("mix"), (TagIndex::Indexes{0}));
     }
 
-    void itemsMayBeAddedAfterALookUp()
-    {
-        m_index->Add("mix", "");
-        m_index->SetTags(0, "colour", "");
-        m_index->Add("mix", "");
-        QCOMPARE(Joined(m_index->GetTags(0)), QString::fromLatin1("colour"));
-        QCOMPARE(m_index->GetItems("mix"), (TagIndex::Indexes{1}));
-    }
-
     void aTagThatIsThereTwiceIsAddedOnce()
     {
         m_index->Add("Solver;Solver", "");

@@ -10,15 +10,18 @@ using namespace nodebrowser;
 namespace
 {
 
-std::vector<std::uint32_t> Order(const std::vector<std::string>& in_names)
+std::vector<std::uint32_t> Order(const std::vector<std::string>& in_names,
+                                 const std::vector<std::uint32_t>& in_start = {})
 {
     TextArena names;
     for (const std::string& name : in_names)
         names.Add(name);
-    return SortByName(names);
+    return SortByName(names, in_start);
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(std::vector<std::uint32_t>)
 
 class TestNameOrder : public QObject
 {
@@ -61,7 +64,7 @@ private Q_SLOTS:
         QCOMPARE(result.join(QLatin1String(",")), ordered);
     }
 
-    void noNamesHaveAnOrderToo() { QVERIFY(SortByName(TextArena()).empty()); }
+    void noNamesHaveAnOrderToo() { QVERIFY(SortByName(TextArena(), {}).empty()); }
 
     void aZeroByteIsMoreThanTheEnd()
     {
@@ -86,6 +89,47 @@ private Q_SLOTS:
         QVERIFY(Order(names) == order);
     }
 
+    void startsFromAnOrderThatIsAboutRight_data()
+    {
+        using Order = std::vector<std::uint32_t>;
+        QTest::addColumn<Order>("start");
+        QTest::newRow("nothing") << Order();
+        QTest::newRow("the right order") << Order({4, 1, 3, 0, 2});
+        QTest::newRow("some of it") << Order({4, 3, 2});
+        QTest::newRow("one too early") << Order({2, 4, 1, 3, 0});
+        QTest::newRow("one too late") << Order({1, 3, 0, 2, 4});
+        QTest::newRow("backwards") << Order({2, 0, 3, 1, 4});
+        QTest::newRow("equal names backwards") << Order({4, 3, 1, 0, 2});
+        QTest::newRow("one alone") << Order({0});
+    }
+
+    void startsFromAnOrderThatIsAboutRight()
+    {
+        QFETCH(std::vector<std::uint32_t>, start);
+        const std::vector<std::uint32_t> expected = {4, 1, 3, 0, 2};
+        QVERIFY(Order({"blend", "Add", "noise", "add", "absolute"}, start) == expected);
+    }
+
+    void manyNamesAreSortedLikeFew()
+    {
+        // So many names are sorted digit by digit.
+        Random random(TestSeed(12));
+        std::vector<std::pair<std::string, std::uint32_t>> expected;
+        std::vector<std::string> names;
+        for (std::uint32_t entry = 0; entry < 20000; ++entry)
+        {
+            names.push_back(random.Text(random.OneIn(2) ? "ab_\xC4" : "abcdefghijklmnopqrstuvwxyz", 0, 12));
+            if (random.OneIn(50))
+                names.back() += std::string(2, '\0');
+            expected.emplace_back(names.back(), entry);
+        }
+        std::sort(expected.begin(), expected.end());
+        const std::vector<std::uint32_t> order = Order(names);
+        QCOMPARE(order.size(), expected.size());
+        for (std::size_t rank = 0; rank < order.size(); ++rank)
+            QCOMPARE(order[rank], expected[rank].second);
+    }
+
     void agreesWithAStableSortOfFoldedNames()
     {
         Random random(TestSeed(11));
@@ -106,6 +150,11 @@ private Q_SLOTS:
             for (const auto& entry : folded)
                 expected.push_back(entry.second);
             QVERIFY(Order(names) == expected);
+            // A few changes later the order before is a start.
+            for (int change = random.Below(4); change > 0 && !names.empty(); --change)
+                names[static_cast<std::size_t>(random.Below(static_cast<int>(names.size())))] =
+                    random.Text("aaaAbB_\xC4", 0, 20);
+            QVERIFY(Order(names, expected) == Order(names));
         }
     }
 };
