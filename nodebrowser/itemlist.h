@@ -24,9 +24,9 @@ namespace nodebrowser
 
 /// The records in library order, with their names, tags, identities and icons. They are built and changed together.
 ///
-/// Invariant: each index has one record, one identity, one name and one tag set. A build only collects. The search
-/// index and the identity index need a sort. The first question that needs one of them makes it from what the build
-/// collected for it, and drops that. A list that is replaced before it is asked sorts nothing.
+/// Invariant: each index has one record, one identity, one name and one tag set. A build only collects. The first
+/// question that needs the search index, the identity index or the tag sets makes them from what the build collected,
+/// and drops that. A list that is replaced before it is asked sorts nothing.
 ///
 /// An index counts the items in library order. A rank counts them in display order.
 ///

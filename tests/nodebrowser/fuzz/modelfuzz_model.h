@@ -179,14 +179,14 @@ public:
         {
             const ItemID id = in_browser.GetRowItem(static_cast<std::size_t>(row)).GetItemID();
             int other = row;
-            while (other < RowCount() && AreEqual(m_rows[Place(row)], m_rows[Place(other)]) &&
+            while (other < RowCount() && AreEqual(m_rows[Index(row)], m_rows[Index(other)]) &&
                    RecordOf(other).m_item.GetItemID() != id)
                 ++other;
-            if (other == RowCount() || !AreEqual(m_rows[Place(row)], m_rows[Place(other)]))
+            if (other == RowCount() || !AreEqual(m_rows[Index(row)], m_rows[Index(other)]))
                 return QString::fromLatin1("row %1 holds another item than %2")
                     .arg(row)
                     .arg(QString::fromLatin1(RecordOf(row).m_name.c_str()));
-            std::swap(m_rows[Place(row)], m_rows[Place(other)]);
+            std::swap(m_rows[Index(row)], m_rows[Index(other)]);
         }
         return QString();
     }
@@ -216,7 +216,7 @@ public:
         return row < RowCount() ? row : -1;
     }
 
-    const Record& RecordOf(int in_row) const { return m_records[m_rows[Place(in_row)].m_record]; }
+    const Record& RecordOf(int in_row) const { return m_records[m_rows[Index(in_row)].m_record]; }
 
     bool HasSelectedRow() const { return m_selectedRow >= 0 && m_selectedRow < RowCount(); }
 
@@ -323,7 +323,7 @@ private:
     void OnPreCommit(vireo::datamodel::ItemLibraryAccessor&, bool*) override {}
     void OnPostCommit(vireo::datamodel::ItemLibraryAccessor&) override {}
 
-    static std::size_t Place(int in_row) { return static_cast<std::size_t>(in_row); }
+    static std::size_t Index(int in_row) { return static_cast<std::size_t>(in_row); }
 
     void StopObserving()
     {
