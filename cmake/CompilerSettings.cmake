@@ -42,6 +42,12 @@ function(nodebrowser_library name)
         target_compile_definitions(${name} PUBLIC ${macro}_STATIC)
     endif()
     set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    # Linkers other than those of ELF have no such script.
+    if(BUILD_SHARED_LIBS AND UNIX AND NOT APPLE)
+        set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+        target_link_options(${name} PRIVATE LINKER:--version-script=${exports})
+        set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${exports})
+    endif()
     # An installed library finds the others beside it, in whatever prefix. A program's run path does not count for the
     # libraries that its libraries need. Windows has no run path and looks beside the program.
     if(APPLE)
