@@ -60,6 +60,8 @@ int main(int argc, char** argv)
     memorymodel::Library& library = layer.AddLibrary("Nodes");
     library.Add(memorymodel::NewItem::Compound("Blend"));
     library.Add(memorymodel::NewItem::Solver("Noise"));
+    if (!vireo::datamodel::GetTOC(library.GetAccessor()).IsValid())
+        return Fail("the data layer does not answer");
     Browser browser;
     browser.SetItemLibrary(library.GetAccessor());
     browser.resize(200, 200);
