@@ -21,6 +21,7 @@ endfunction()
 
 # nodebrowser_library(NAME SOURCES… LIBRARIES… PRIVATE_LIBRARIES…): one of our libraries. It has an export macro
 # NAME_EXPORT in its export.h. Its units are compiled once, as NAME_units, so that tests can link what is not exported.
+# Its file carries the project's name and the Qt that it was built with: nodebrowser-NAME-qt6.
 function(nodebrowser_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;PRIVATE_LIBRARIES" ${ARGN})
     string(TOUPPER ${name} macro)
@@ -41,7 +42,18 @@ function(nodebrowser_library name)
         target_compile_definitions(${name}_units PUBLIC ${macro}_STATIC)
         target_compile_definitions(${name} PUBLIC ${macro}_STATIC)
     endif()
-    set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    set(file ${PROJECT_NAME}-${name})
+    if(name STREQUAL PROJECT_NAME)
+        set(file ${name})
+    endif()
+    set_target_properties(${name} PROPERTIES OUTPUT_NAME ${file}-qt${NODEBROWSER_QT_MAJOR}
+        VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    # Linkers other than those of ELF have no such script.
+    if(BUILD_SHARED_LIBS AND UNIX AND NOT APPLE)
+        set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+        target_link_options(${name} PRIVATE LINKER:--version-script=${exports})
+        set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${exports})
+    endif()
     # An installed library finds the others beside it, in whatever prefix. A program's run path does not count for the
     # libraries that its libraries need. Windows has no run path and looks beside the program.
     if(APPLE)

@@ -32,7 +32,9 @@ Provider GetInstalled()
 } // namespace
 
 /// The data layer's side of the boundary: the services, and what is asked about items of any library.
-class DataLayer::Implementation : public hmx::ISystem, public IItemModel, public hmx::fwk::INEXADBProxy
+class MEMORYMODEL_NO_EXPORT DataLayer::Implementation : public hmx::ISystem,
+                                                        public IItemModel,
+                                                        public hmx::fwk::INEXADBProxy
 {
 public:
     Implementation() : m_contents(m_commands), m_sourceControl(new SourceControl(m_contents))

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-/// The export macro of the in-memory data layer.
+/// The export macros of the in-memory data layer: MEMORYMODEL_EXPORT puts a class or function on the library's public
+/// surface, MEMORYMODEL_NO_EXPORT takes a member of such a class off it.
 #pragma once
 
 #if defined(MEMORYMODEL_STATIC)
@@ -12,4 +13,10 @@
 #endif
 #else
 #define MEMORYMODEL_EXPORT __attribute__((visibility("default")))
+#endif
+
+#if defined(__GNUC__) && !defined(_WIN32)
+#define MEMORYMODEL_NO_EXPORT __attribute__((visibility("hidden")))
+#else
+#define MEMORYMODEL_NO_EXPORT
 #endif

@@ -98,8 +98,8 @@ public:
 
 private:
     friend class DataLayer;
-    explicit Library(std::shared_ptr<LibraryContext> in_context);
-    ~Library();
+    MEMORYMODEL_NO_EXPORT explicit Library(std::shared_ptr<LibraryContext> in_context);
+    MEMORYMODEL_NO_EXPORT ~Library();
 
     std::shared_ptr<LibraryContext> m_private;
 };

@@ -66,7 +66,7 @@ public:
 
 private:
     friend class LibraryContents;
-    NewItem(const char* in_type, std::string in_name);
+    MEMORYMODEL_NO_EXPORT NewItem(const char* in_type, std::string in_name);
 
     std::unique_ptr<ItemDescription> m_private;
 };

@@ -60,8 +60,8 @@ public:
 
 private:
     friend class DataLayer;
-    explicit SourceControl(LayerContents& in_contents);
-    ~SourceControl();
+    MEMORYMODEL_NO_EXPORT explicit SourceControl(LayerContents& in_contents);
+    MEMORYMODEL_NO_EXPORT ~SourceControl();
 
     std::unique_ptr<SourceControlServices> m_private;
 };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-/// The export macro of the browser library.
+/// The export macros of the browser library: NODEBROWSER_EXPORT puts a class on its public surface,
+/// NODEBROWSER_NO_EXPORT takes a member of such a class off it.
 #pragma once
 
 #if defined(NODEBROWSER_STATIC)
@@ -12,4 +13,10 @@
 #endif
 #else
 #define NODEBROWSER_EXPORT __attribute__((visibility("default")))
+#endif
+
+#if defined(__GNUC__) && !defined(_WIN32)
+#define NODEBROWSER_NO_EXPORT __attribute__((visibility("hidden")))
+#else
+#define NODEBROWSER_NO_EXPORT
 #endif

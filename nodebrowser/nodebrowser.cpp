@@ -75,7 +75,7 @@ static void RegisterIcons()
 
 /// The state of a browser and the operations on it. The functions of CNodeBrowser itself are what others call: events,
 /// slots and notifications.
-struct CNodeBrowser::Private
+struct NODEBROWSER_NO_EXPORT CNodeBrowser::Private
 {
     Private(CNodeBrowser& io_browser, eConfigType in_config)
         : m_browser(io_browser),

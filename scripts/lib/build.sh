@@ -29,14 +29,24 @@ build()
     cmake --build "$root/build/$name" ${1+--target "$@"} >&2
 }
 
-# build_release TARGET: builds one program of build/release, which scripts/run and the scripts that measure share.
+# build_release TARGET…: builds programs or libraries of build/release, which several scripts share.
 build_release()
 {
     pick_qt
     install_missing "${build_packages[@]}" "${qt_packages[@]}"
     configure release "$qt_major" Release -DNODEBROWSER_HOST=ON -DNODEBROWSER_BENCHMARKS=ON -DNODEBROWSER_TESTS=OFF \
         -DNODEBROWSER_WERROR=OFF
-    build release "$1"
+    build release "$@"
+}
+
+# file_name LIBRARY: the file of one of the installed libraries, up to its Qt.
+file_name()
+{
+    if [ "$1" = nodebrowser ]; then
+        echo nodebrowser
+    else
+        echo "nodebrowser-$1"
+    fi
 }
 
 # use_utf8_locale: Qt 6 wants text in UTF-8 and warns under any other locale; a bare machine has none set.

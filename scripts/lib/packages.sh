@@ -5,10 +5,11 @@
 build_packages=(g++ cmake ninja-build libboost-dev fonts-dejavu-core)
 qt6_packages=(qt6-base-dev)
 qt5_packages=(qtbase5-dev)
-test_packages=(xvfb xauth openbox xdotool git)
+test_packages=(xvfb xauth openbox xdotool git pkgconf)
 lint_packages=(clang-format-19 clang-tidy-19 git shellcheck)
 count_packages=(valgrind)
 plot_packages=(gnuplot-nox fonts-dejavu-core)
+abi_packages=(abigail-tools git)
 fresh_packages=(debootstrap git)
 
 # say TEXT: a line about what the script is doing, or why it cannot.

@@ -9,6 +9,11 @@ function(run)
     endif()
 endfunction()
 
+# install_build(BUILD PREFIX): installs what was built.
+function(install_build build prefix)
+    run(${CMAKE_COMMAND} --install ${build} --config ${CONFIGURATION} --prefix ${prefix})
+endfunction()
+
 # build_project(FOLDER BUILD): builds the project in a folder against the installed package.
 function(build_project folder build)
     file(REMOVE_RECURSE ${build})

@@ -3,7 +3,7 @@
 cmake_minimum_required(VERSION 3.20)
 include(${CMAKE_CURRENT_LIST_DIR}/project.cmake)
 
-file(GLOB root ${WORK}/installed/include/nodebrowser-*)
+set(root ${WORK}/installed/include/${PACKAGE})
 file(GLOB headers RELATIVE ${root} ${root}/*/*.h)
 list(LENGTH headers count)
 if(count LESS 10)
@@ -15,10 +15,11 @@ foreach(header ${headers})
     string(REPLACE "/" "_" name ${header})
     file(WRITE ${WORK}/headers/${name}.cpp "#include <${header}>\n#include <${header}>\n")
 endforeach()
-file(WRITE ${WORK}/headers/CMakeLists.txt [[
+file(WRITE ${WORK}/headers/CMakeLists.txt "set(package ${PACKAGE})" [[
+
 cmake_minimum_required(VERSION 3.20)
 project(headers LANGUAGES CXX)
-find_package(nodebrowser REQUIRED)
+find_package(${package} REQUIRED)
 file(GLOB units *.cpp)
 add_library(headers OBJECT ${units})
 target_compile_features(headers PRIVATE cxx_std_17)

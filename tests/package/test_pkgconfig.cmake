@@ -1,0 +1,47 @@
+# SPDX-License-Identifier: MIT
+# A program compiles, links and runs with what pkg-config says of the package, and nothing else.
+include(${CMAKE_CURRENT_LIST_DIR}/project.cmake)
+
+find_program(PKG_CONFIG NAMES pkg-config pkgconf REQUIRED)
+file(GLOB_RECURSE file ${WORK}/installed/*/${PACKAGE}.pc)
+get_filename_component(folder ${file} DIRECTORY)
+get_filename_component(libraries ${folder} DIRECTORY)
+unset(ENV{LD_LIBRARY_PATH})
+if(NOT STATIC)
+    set(ENV{LD_LIBRARY_PATH} ${libraries})
+endif()
+# Qt 4 stands in a folder of its own, where neither pkg-config nor the loader looks.
+if(QMAKE)
+    execute_process(COMMAND ${QMAKE} -query QT_INSTALL_LIBS OUTPUT_VARIABLE qt OUTPUT_STRIP_TRAILING_WHITESPACE)
+    set(ENV{LD_LIBRARY_PATH} "$ENV{LD_LIBRARY_PATH}:${qt}")
+    string(APPEND folder ":${qt}/pkgconfig")
+endif()
+set(ENV{PKG_CONFIG_PATH} "${folder}")
+
+execute_process(COMMAND ${PKG_CONFIG} --modversion ${PACKAGE} OUTPUT_VARIABLE version OUTPUT_STRIP_TRAILING_WHITESPACE)
+if(NOT version STREQUAL VERSION)
+    message(FATAL_ERROR "pkg-config says that ${PACKAGE} has version \"${version}\", not ${VERSION}")
+endif()
+execute_process(COMMAND ${PKG_CONFIG} --cflags --libs ${PACKAGE} nodebrowser-memorymodel-qt${QT}
+    RESULT_VARIABLE result OUTPUT_VARIABLE flags ERROR_VARIABLE error)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "pkg-config does not know ${PACKAGE}: ${error}")
+endif()
+separate_arguments(flags UNIX_COMMAND "${flags}")
+set(program ${WORK}/pkgconfig/program)
+file(MAKE_DIRECTORY ${WORK}/pkgconfig)
+run(${COMPILER} -std=c++17 -o ${program} ${CMAKE_CURRENT_LIST_DIR}/usepackage.cpp ${flags})
+
+# Static libraries are in the program.
+execute_process(COMMAND readelf --dynamic ${program} OUTPUT_VARIABLE dynamic)
+if(STATIC AND dynamic MATCHES "NEEDED[^\n]*nodebrowser")
+    message(FATAL_ERROR "the program needs a shared library of the package:\n${dynamic}")
+elseif(NOT STATIC AND NOT dynamic MATCHES "NEEDED[^\n]*lib${PACKAGE}\\.so\\.[0-9]+\\]")
+    message(FATAL_ERROR "the program does not need a shared library with a versioned name:\n${dynamic}")
+endif()
+if(QT GREATER_EQUAL 5)
+    set(ENV{QT_QPA_PLATFORM} offscreen)
+    run(${program} ${VERSION})
+else()
+    run(xvfb-run -a ${program} ${VERSION})
+endif()
