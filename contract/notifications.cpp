@@ -48,7 +48,7 @@ void ChangesAreThereWhenTheyAreNotified(Trial& io_trial)
 {
     const ItemLibraryAccessor library = io_trial.GetLibrary();
     NotificationSpy spy(library);
-    std::string seen;
+    std::string seen = "no call";
     spy.m_reaction = [&](const std::string& in_call) {
         if (BeginsWith(in_call, "added"))
             seen = Listed(library, VireoType::gCompound);
@@ -61,6 +61,7 @@ void ChangesAreThereWhenTheyAreNotified(Trial& io_trial)
             if (BeginsWith(in_call, "tags"))
                 seen = library.GetItemTags(id, gApplicationTagsKey);
         };
+        seen = "no call";
         SetTags(library, id, "mix", nullptr);
         Expect("GetItemTags() inside ItemTagsChanged()", "mix", seen);
     }
@@ -70,6 +71,7 @@ void ChangesAreThereWhenTheyAreNotified(Trial& io_trial)
             if (BeginsWith(in_call, "name"))
                 seen = library.GetItemName(id, true, nullptr);
         };
+        seen = "no call";
         Rename(library, id, "Mix", nullptr);
         Expect("GetItemName() inside ItemNameChanged()", "Mix", seen);
     }
@@ -323,8 +325,8 @@ void ClosingInsideACallIsHarmless(Trial& io_trial)
 
 Promises NotificationPromises()
 {
-    const char* const rebuild = "The browser raises its flags inside a notification and reads the library at its next "
-                                "paint; without the call it shows old rows.";
+    const char* const rebuild = "The browser rebuilds its rows after the call. The host's observers beside it wait for "
+                                "the end of the bracket.";
     const char* const observers = "The browser registers when a library is attached, and is removed or destroyed "
                                   "inside notifications too.";
     return {

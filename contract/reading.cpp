@@ -15,16 +15,16 @@ namespace contract
 namespace
 {
 
-/// The interfaces that a model offers, each with a blank behind it.
+/// The interfaces that a model offers, each with a blank before it.
 std::string OffersOf(const UnspecifiedAccessor& in_model)
 {
     std::string offers;
-    offers += CompoundAccessor(in_model).IsValid() ? "ICompound " : "";
-    offers += CompoundModifierAccessor(in_model).IsValid() ? "ICompoundModifier " : "";
-    offers += LoopCompoundAccessor(in_model).IsValid() ? "ILoopCompound " : "";
-    offers += LoopCompoundModifierAccessor(in_model).IsValid() ? "ILoopCompoundModifier " : "";
-    offers += FunctionAccessor(in_model).IsValid() ? "IFunction " : "";
-    offers += TypeDescriptorAccessor(in_model).IsValid() ? "ITypeDescriptor " : "";
+    offers += CompoundAccessor(in_model).IsValid() ? " ICompound" : "";
+    offers += CompoundModifierAccessor(in_model).IsValid() ? " ICompoundModifier" : "";
+    offers += LoopCompoundAccessor(in_model).IsValid() ? " ILoopCompound" : "";
+    offers += LoopCompoundModifierAccessor(in_model).IsValid() ? " ILoopCompoundModifier" : "";
+    offers += FunctionAccessor(in_model).IsValid() ? " IFunction" : "";
+    offers += TypeDescriptorAccessor(in_model).IsValid() ? " ITypeDescriptor" : "";
     return offers;
 }
 
@@ -160,14 +160,20 @@ void IdentitiesAreNeverReused(Trial& io_trial)
 
 void ItemThatIsGoneAnswersNothing(Trial& io_trial)
 {
-    ItemWish wish(VireoType::gCompound, "Blend");
+    ItemWish wish = ReadOnlyWish(VireoType::gCompound, "Blend");
+    wish.m_readOnly = io_trial.CanAdd(wish);
     wish.m_tags = "mix";
-    wish.m_readOnly = io_trial.CanAdd(ReadOnlyWish(VireoType::gCompound, "Blend"));
+    if (!io_trial.CanAdd(wish))
+        wish.m_tags.clear();
     const ItemID id = io_trial.Add(wish);
     const ItemLibraryAccessor library = io_trial.GetLibrary();
     const ItemAccessor item = ItemOf(library, id);
     const UnspecifiedAccessor model = ModelOf(library, id);
     Expect("GetModel() of an item", eValid, ValidityOf(model));
+    // What is asked before may be remembered, and must not come back.
+    Expect("GetItemName() of an item", "Blend", NameOf(library, id));
+    Expect("GetItemTags() of an item", wish.m_tags, TagsOf(library, id));
+    Expect("ItemIsReadOnly() of an item", wish.m_readOnly, IsReadOnly(library, id));
     io_trial.Remove(id, nullptr);
 
     struct
@@ -263,13 +269,13 @@ void ModelsOfferWhatTheirKindOffers(Trial& io_trial)
         const char* m_name;
         const char* m_offers;
     } const kinds[] = {
-        {eCompoundKind, "compound", "ICompound ICompoundModifier IFunction "},
-        {eLoopKind, "loop compound", "ICompound ICompoundModifier ILoopCompound ILoopCompoundModifier IFunction "},
-        {eSignatureKind, "signature", "ICompound ICompoundModifier IFunction "},
-        {eSolverKind, "solver", "IFunction "},
-        {ePolymorphicKind, "polymorphic solver", "IFunction "},
+        {eCompoundKind, "compound", " ICompound ICompoundModifier IFunction"},
+        {eLoopKind, "loop compound", " ICompound ICompoundModifier ILoopCompound ILoopCompoundModifier IFunction"},
+        {eSignatureKind, "signature", " ICompound ICompoundModifier IFunction"},
+        {eSolverKind, "solver", " IFunction"},
+        {ePolymorphicKind, "polymorphic solver", " IFunction"},
         {eConstantKind, "constant", ""},
-        {eTypeKind, "type", "ITypeDescriptor "},
+        {eTypeKind, "type", " ITypeDescriptor"},
     };
     for (const auto& kind : kinds)
     {
@@ -280,7 +286,8 @@ void ModelsOfferWhatTheirKindOffers(Trial& io_trial)
         const UnspecifiedAccessor model = ModelOf(io_trial.GetLibrary(), id);
         const std::string of = std::string(" of a ") + kind.m_name;
         Expect("GetModel()" + of, eValid, ValidityOf(model));
-        Expect("GetModel(), the interfaces" + of, kind.m_offers, OffersOf(model));
+        Expect("GetModel(), the interfaces" + of, "IContext" + std::string(kind.m_offers),
+               "IContext" + OffersOf(model));
         const bool isCompound = id.GetType() == VireoType::gCompound;
         Expect("CompoundAccessor::GetItemID()" + of, isCompound ? id : ItemID(), CompoundAccessor(model).GetItemID());
     }
