@@ -4,7 +4,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/project.cmake)
 file(REMOVE_RECURSE ${WORK})
 run(${CMAKE_COMMAND} --install ${BUILD} --config ${CONFIGURATION} --prefix ${WORK}/installed)
 foreach(header datamodel/provider.h memorymodel/datalayer.h nodebrowser/nodebrowser.h nodebrowser/typeselector.h
-        nodebrowser/vireodialog.h)
+        nodebrowser/vireodialog.h contract/boundarycontract.h contract/boundaryfixture.h)
     file(GLOB found ${WORK}/installed/include/*/${header})
     if(NOT found)
         message(FATAL_ERROR "${header} is not installed")
