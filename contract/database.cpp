@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "contract/boundarycontract.h"
+#include "contract/databaseobject.h"
 #include "contract/notificationspy.h"
 #include "contract/support.h"
-
-#include "datamodel/revisioncontrol.h"
-
-#include <QtTest>
 
 #include <vector>
 
@@ -16,13 +12,6 @@ namespace contract
 {
 namespace
 {
-
-NEXAHandle<IDbObject> ObjectOf(const ItemID& in_item)
-{
-    const char* const uid = ItemIDUnlock::GetItemIDUID(in_item);
-    IRevisionControlUIHelper* const helper = hmxGetService<IRevisionControlUIHelper>("RevisionControlUIHelper");
-    return helper && DbObjectId::IsUID(uid) ? helper->FindObject(DbObjectId(uid)) : NEXAHandle<IDbObject>();
-}
 
 template <class T> NEXAHandle<T> ViewAs(const NEXAHandle<IDbObject>& in_object)
 {
@@ -41,6 +30,8 @@ std::vector<NEXAHandle<IValueAsset>> ResourcesBeside(const NEXAHandle<IDbObject>
     std::vector<NEXAHandle<IValueAsset>> resources;
     for (const DbObjectId& id : database->Query(ResourceQuery(UID_Resource().GetStr()), true))
         resources.push_back(ViewAs<IValueAsset>(database->FindObject(id)));
+    for (const NEXAHandle<IValueAsset>& resource : resources)
+        Expect("IDatabase::Query() of the resources, IsValid() of each", true, resource.IsValid());
     return resources;
 }
 
@@ -55,67 +46,81 @@ NEXAPtr<IDataSource> SourceNamed(const NEXAHandle<IDbObject>& in_object, const s
 
 bool Move(const NEXAHandle<IDbObject>& in_object, const NEXAPtr<IDataSource>& in_target)
 {
-    return IHelper::GetHelper(in_object.GetManager()->GetDatabase())->MoveToDataSource(in_object, in_target, true);
+    return Call("MoveToDataSource()", [&] {
+        return IHelper::GetHelper(in_object.GetManager()->GetDatabase())->MoveToDataSource(in_object, in_target, true);
+    });
 }
 
-} // namespace
-
-void BoundaryContract::uidLeadsToTheObjectAndItsSource()
+/// The object of a new compound.
+NEXAHandle<IDbObject> AddObject(Trial& io_trial)
 {
-    const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
-    ItemWish product(VireoType::gSolver, "Product");
-    product.m_source = "Product";
-    const ItemID productItem = m_fixture->Add(product);
+    return ObjectOf(io_trial.Add(ItemWish(VireoType::gCompound, "Blend")));
+}
 
+void UIDLeadsToTheObjectAndItsSource(Trial& io_trial)
+{
+    const ItemID id = io_trial.Add(ItemWish(VireoType::gCompound, "Blend"));
     const NEXAHandle<IDbObject> object = ObjectOf(id);
-    QVERIFY(object.IsValid());
-    QCOMPARE(object.GetDbObjectId().GetStr(), std::string(ItemIDUnlock::GetItemIDUID(id)));
-    QVERIFY(ViewAs<ITypeAsset>(object).IsValid());
-    QVERIFY(ViewAs<ITypeAsset>(object).IsLoaded());
-    QVERIFY(!ViewAs<ITypeAsset>(object)->IsBuiltIn());
-    QVERIFY(!ViewAs<IValueAsset>(object).IsValid());
-    QVERIFY(object.GetDataSource()->GetState() != eDataSourceReadOnly);
-    QCOMPARE(int(ObjectOf(productItem).GetDataSource()->GetState()), int(eDataSourceReadOnly));
-    QVERIFY(object.GetDataSource() != ObjectOf(productItem).GetDataSource());
-    const ItemID neighbour = m_fixture->Add(ItemWish(VireoType::gSolver, "Neighbour"));
-    QVERIFY(object.GetDataSource() == ObjectOf(neighbour).GetDataSource());
-    QVERIFY(object.GetDbObjectId() != ObjectOf(neighbour).GetDbObjectId());
+    const NEXAHandle<ITypeAsset> asset = ViewAs<ITypeAsset>(object);
+    Expect("GetDbObjectId() of an item's object", UIDOf(id), object.GetDbObjectId().GetStr());
+    Expect("a compound's object as an ITypeAsset", true, asset.IsValid());
+    Expect("IsLoaded() of a compound's object", true, asset.IsLoaded());
+    Expect("IsBuiltIn() of a compound's object", false, asset->IsBuiltIn());
+    Expect("a compound's object as an IValueAsset", false, ViewAs<IValueAsset>(object).IsValid());
+    const NEXAHandle<IDbObject> product =
+        ObjectOf(io_trial.Add(WishInSource(VireoType::gSolver, "Product", "Product")));
+    Expect("GetState() of \"Local\" is eDataSourceReadOnly", false,
+           object.GetDataSource()->GetState() == eDataSourceReadOnly);
+    Expect("GetState() of \"Product\" is eDataSourceReadOnly", true,
+           product.GetDataSource()->GetState() == eDataSourceReadOnly);
+    Expect("the source of an item in \"Local\" is that of one in \"Product\"", false,
+           object.GetDataSource() == product.GetDataSource());
+    const NEXAHandle<IDbObject> neighbour = ObjectOf(io_trial.Add(ItemWish(VireoType::gSolver, "Neighbour")));
+    Expect("the sources of two items in \"Local\" are one", true, object.GetDataSource() == neighbour.GetDataSource());
+    Expect("GetDbObjectId() of two items are one", false, object.GetDbObjectId() == neighbour.GetDbObjectId());
 
     const NEXAHandle<IDbObject> sameAgain = object.GetManager()->GetDatabase()->FindObject(object.GetDbObjectId());
-    QCOMPARE(sameAgain.GetInstance(), object.GetInstance());
-    QCOMPARE(sameAgain.GetCacheIndex(), object.GetCacheIndex());
+    Expect("IDatabase::FindObject(), GetInstance()", object.GetInstance(), sameAgain.GetInstance());
+    Expect("IDatabase::FindObject(), GetCacheIndex()", object.GetCacheIndex(), sameAgain.GetCacheIndex());
 }
 
-void BoundaryContract::itemWithoutAUIDHasNoObject()
+void ItemWithoutAUIDHasNoObject(Trial& io_trial)
 {
+    const auto isFound = [](const DbObjectId& in_id) { return RevisionControl().FindObject(in_id).IsValid(); };
+    Expect("FindObject() of the null identity", false, isFound(UID_Null()));
+    Expect("FindObject() of an unknown identity", false, isFound(DbObjectId("0A0B0C0D-0000-4000-8000-0123456789AB")));
     ItemWish wish(VireoType::gCompound, "Loose");
     wish.m_withUID = false;
-    const ItemID id = m_fixture->Add(wish);
-    QVERIFY(ItemIDUnlock::GetItemIDUID(id) != nullptr);
-    QVERIFY(!DbObjectId::IsUID(ItemIDUnlock::GetItemIDUID(id)));
-    IRevisionControlUIHelper* const helper = hmxGetService<IRevisionControlUIHelper>("RevisionControlUIHelper");
-    QVERIFY(!helper->FindObject(UID_Null()).IsValid());
-    QVERIFY(!helper->FindObject(DbObjectId("0A0B0C0D-0000-4000-8000-0123456789AB")).IsValid());
+    if (!io_trial.CanAdd(wish))
+        return;
+    const std::string uid = UIDOf(io_trial.Add(wish));
+    ExpectThat("GetItemIDUID() of an item without an object", "no identity text", !DbObjectId::IsUID(uid.c_str()),
+               Show(uid));
 }
 
-void BoundaryContract::handleFollowsItsItem()
+void HandleFollowsItsItem(Trial& io_trial)
 {
-    const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
+    const ItemID id = io_trial.Add(ItemWish(VireoType::gCompound, "Blend"));
     const NEXAHandle<IDbObject> object = ObjectOf(id);
     const NEXAPtr<IDbObject> held = object.operator->();
     const DbObjectId uid = object.GetDbObjectId();
-    m_fixture->Remove(id, m_fixture->GetCommands());
-    QVERIFY(!object.IsValid());
-    QVERIFY(!hmxGetService<IRevisionControlUIHelper>("RevisionControlUIHelper")->FindObject(uid).IsValid());
-    QVERIFY(held->GetDbObjectId() == uid);
-    m_fixture->Undo();
-    QVERIFY(object.IsValid());
-    QVERIFY(object.operator->() == held);
-    m_fixture->Close();
-    QVERIFY(!object.IsValid());
-    QVERIFY(held->GetDbObjectId() == uid);
-    const ItemID other = m_fixture->Add(ItemWish(VireoType::gCompound, "Other"));
-    QVERIFY(!other.IsValid());
+    const bool undoes = io_trial.Has(eUndoing);
+    io_trial.Remove(id, undoes ? io_trial.GetCommands() : nullptr);
+    Expect("IsValid() of a removed item's handle", false, object.IsValid());
+    Expect("FindObject() of a removed item", false, RevisionControl().FindObject(uid).IsValid());
+    Expect("GetDbObjectId() of a removed item's object that is held", uid.GetStr(), held->GetDbObjectId().GetStr());
+    if (undoes)
+    {
+        io_trial.GetFixture().Undo();
+        Expect("IsValid() of the handle of an item that came back", true, object.IsValid());
+        Expect("the object of an item that came back is the same", true, object.operator->() == held);
+    }
+    if (!io_trial.Has(eClosing))
+        return;
+    io_trial.GetFixture().Close();
+    Expect("IsValid() of a handle in a closed library", false, object.IsValid());
+    Expect("GetDbObjectId() of an object that is held, in a closed library", uid.GetStr(),
+           held->GetDbObjectId().GetStr());
 
     const DisableErrorReportingGuard silence;
     bool thrown = false;
@@ -127,124 +132,179 @@ void BoundaryContract::handleFollowsItsItem()
     {
         thrown = true;
     }
-    QVERIFY(thrown);
+    Expect("GetDataSource() of an invalid handle throws ExBase::NullPtr", true, thrown);
 }
 
-void BoundaryContract::resourcesAreQueriedInOrder()
+void ResourcesAreQueriedInOrder(Trial& io_trial)
 {
-    const NEXAHandle<IDbObject> object = ObjectOf(m_fixture->Add(ItemWish(VireoType::gCompound, "Blend")));
-    std::vector<std::string> names;
-    for (const NEXAHandle<IValueAsset>& resource : ResourcesBeside(object))
-        names.push_back(resource->GetName());
-    QVERIFY((names == std::vector<std::string>{"Local", "Shared", "Product"}));
+    std::string names;
+    for (const NEXAHandle<IValueAsset>& resource : ResourcesBeside(AddObject(io_trial)))
+        names += (names.empty() ? "" : " ") + resource->GetName();
+    Expect("IDatabase::Query() of the resources, their names", "Local Shared Product", names);
 }
 
-void BoundaryContract::otherQueriesMatchNothing()
+void OtherQueriesMatchNothing(Trial& io_trial)
 {
-    const NEXAHandle<IDbObject> object = ObjectOf(m_fixture->Add(ItemWish(VireoType::gCompound, "Blend")));
-    const NEXAPtr<IDatabase> database = object.GetManager()->GetDatabase();
+    const NEXAPtr<IDatabase> database = AddObject(io_trial).GetManager()->GetDatabase();
     const std::string type = UID_Resource().GetStr();
-    QVERIFY(database->Query(ResourceQuery("0A0B0C0D-0000-4000-8000-0123456789AB"), true).empty());
-    QVERIFY(database->Query(ResourceQuery(""), true).empty());
-    QVERIFY(database->Query("", true).empty());
-    QVERIFY(database->Query("select object where IS_OF_TYPE_VERSION( {", true).empty());
-    QVERIFY(database->Query(ResourceQuery(type) + " ", true).empty());
-    QVERIFY(database->Query("select thing where IS_OF_TYPE_VERSION( {" + type + " } )", true).empty());
+    for (const std::string& query :
+         {ResourceQuery("0A0B0C0D-0000-4000-8000-0123456789AB"), ResourceQuery(""), std::string(),
+          std::string("select object where IS_OF_TYPE_VERSION( {"), ResourceQuery(type) + " ",
+          "select thing where IS_OF_TYPE_VERSION( {" + type + " } )"})
+        Expect("IDatabase::Query() of " + Show(query), std::size_t(0), database->Query(query, true).size());
 }
 
-void BoundaryContract::resourcesStandForTheirSources()
+void ResourcesStandForTheirSources(Trial& io_trial)
 {
-    const NEXAHandle<IDbObject> object = ObjectOf(m_fixture->Add(ItemWish(VireoType::gCompound, "Blend")));
+    const NEXAHandle<IDbObject> object = AddObject(io_trial);
     const std::vector<NEXAHandle<IValueAsset>> resources = ResourcesBeside(object);
-    QCOMPARE(resources.size(), std::size_t(3));
+    Expect("IDatabase::Query() of the resources, how many", std::size_t(3), resources.size());
     for (std::size_t i = 0; i < resources.size(); ++i)
     {
         const NEXAHandle<IValueAsset>& resource = resources[i];
         const NEXAHandle<IDbObject> asObject =
             NEXAHandle<IDbObject>::AssignCast(resource.GetInstance(), resource.GetCacheIndex());
         const NEXAPtr<IDataSource> source = GetDataSourceFromResource(resource->GetDesignatedAsset());
-        QVERIFY(source.IsValid());
-        QCOMPARE(source->GetState() == eDataSourceReadOnly, i == 2);
-        QCOMPARE(source == object.GetDataSource(), i == 0);
-        QCOMPARE(IsSameUri(object.GetDataSource(), resource), i == 0);
-        QVERIFY(!GetResourceExpandedURI(asObject).empty());
+        const std::string of = " of the resource " + Show(resource->GetName());
+        Expect("GetDataSourceFromResource()" + of + " finds a source", true, source.IsValid());
+        Expect("GetState()" + of + " is eDataSourceReadOnly", i == 2, source->GetState() == eDataSourceReadOnly);
+        Expect("GetDataSourceFromResource()" + of + " is that of an item in \"Local\"", i == 0,
+               source == object.GetDataSource());
+        Expect("IsSameUri()" + of + " and the source \"Local\"", i == 0, IsSameUri(object.GetDataSource(), resource));
+        ExpectThat("GetResourceExpandedURI()" + of, "a text", !GetResourceExpandedURI(asObject).empty(), "none");
     }
-    QVERIFY(!IsSameUri(NEXAPtr<IDataSource>(), resources[0]));
-    QVERIFY(!IsSameUri(object.GetDataSource(), NEXAHandle<IValueAsset>()));
-    QVERIFY(GetResourceExpandedURI(object).empty());
-    QVERIFY(GetResourceExpandedURI(NEXAHandle<IDbObject>()).empty());
-    QVERIFY(!GetDataSourceFromResource(NEXAPtr<IValueAsset>()).IsValid());
+    Expect("IsSameUri() of the null source", false, IsSameUri(NEXAPtr<IDataSource>(), resources[0]));
+    Expect("IsSameUri() of the invalid resource", false, IsSameUri(object.GetDataSource(), NEXAHandle<IValueAsset>()));
+    Expect("GetResourceExpandedURI() of an item's object", "", GetResourceExpandedURI(object));
+    Expect("GetResourceExpandedURI() of the invalid handle", "", GetResourceExpandedURI(NEXAHandle<IDbObject>()));
+    Expect("GetDataSourceFromResource() of null", false, GetDataSourceFromResource(NEXAPtr<IValueAsset>()).IsValid());
+    if (!io_trial.Has(eClosing))
+        return;
 
     const NEXAPtr<IValueAsset> designated = resources[0]->GetDesignatedAsset();
-    m_fixture->Close();
-    QVERIFY(!resources[0].IsValid());
-    QVERIFY(!GetDataSourceFromResource(designated).IsValid());
+    io_trial.GetFixture().Close();
+    Expect("IsValid() of a resource in a closed library", false, resources[0].IsValid());
+    Expect("GetDataSourceFromResource() in a closed library", false, GetDataSourceFromResource(designated).IsValid());
 }
 
-void BoundaryContract::movingIsOneCommandThatInvalidates()
+void MovingIsOneCommandThatInvalidates(Trial& io_trial)
 {
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
-    const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
+    const ItemID id = io_trial.Add(ItemWish(VireoType::gCompound, "Blend"));
     const NEXAHandle<IDbObject> object = ObjectOf(id);
     const NEXAPtr<IDataSource> local = object.GetDataSource();
     const NEXAPtr<IDataSource> shared = SourceNamed(object, "Shared");
+    const bool commits = io_trial.Has(eCommitting);
     NotificationSpy spy(library);
-    QVERIFY(Move(object, shared));
-    QCOMPARE(spy.Take(), QByteArray("begin, invalidated, end"));
-    QVERIFY(object.GetDataSource() == shared);
-    QVERIFY(library.ItemIsDirty(id));
-    QCOMPARE(m_fixture->GetCommandCount(), 1);
-    m_fixture->Undo();
-    QCOMPARE(spy.Take(), QByteArray("begin, invalidated, end"));
-    QVERIFY(object.GetDataSource() == local);
-    QVERIFY(!library.ItemIsDirty(id));
-    m_fixture->Redo();
-    QVERIFY(object.GetDataSource() == shared);
+    Expect("MoveToDataSource()", true, Move(object, shared));
+    Expect("MoveToDataSource(), its notifications", "begin, invalidated, end", spy.Take());
+    Expect("GetDataSource() after MoveToDataSource() is the target", true, object.GetDataSource() == shared);
+    if (commits)
+        Expect("ItemIsDirty() after MoveToDataSource()", true, IsDirty(library, id));
+    if (!io_trial.Has(eUndoing))
+        return;
+    BoundaryFixture& fixture = io_trial.GetFixture();
+    Expect("MoveToDataSource(), the commands", 1, fixture.GetCommandCount());
+    fixture.Undo();
+    Expect("undoing MoveToDataSource(), its notifications", "begin, invalidated, end", spy.Take());
+    Expect("GetDataSource() after undoing MoveToDataSource() is the first one", true, object.GetDataSource() == local);
+    if (commits)
+        Expect("ItemIsDirty() after undoing MoveToDataSource()", false, IsDirty(library, id));
+    fixture.Redo();
+    Expect("GetDataSource() after redoing MoveToDataSource() is the target", true, object.GetDataSource() == shared);
 }
 
-void BoundaryContract::movingRefuses_data()
+void MovingRefuses(Trial& io_trial)
 {
-    QTest::addColumn<QByteArray>("from");
-    QTest::addColumn<QByteArray>("target");
-    QTest::newRow("the same source") << QByteArray("Local") << QByteArray("Local");
-    QTest::newRow("into a read-only source") << QByteArray("Local") << QByteArray("Product");
-    QTest::newRow("out of a read-only source") << QByteArray("Product") << QByteArray("Local");
-    QTest::newRow("unknown source") << QByteArray("Local") << QByteArray("Nowhere");
+    struct
+    {
+        const char* m_what;
+        const char* m_from;
+        const char* m_target;
+    } const cases[] = {
+        {"to the same source", "Local", "Local"},
+        {"into a read-only source", "Local", "Product"},
+        {"out of a read-only source", "Product", "Local"},
+        {"to an unknown source", "Local", "Nowhere"},
+    };
+    for (const auto& refused : cases)
+    {
+        io_trial.Restart();
+        const NEXAHandle<IDbObject> object =
+            ObjectOf(io_trial.Add(WishInSource(VireoType::gCompound, "Blend", refused.m_from)));
+        const NEXAPtr<IDataSource> before = object.GetDataSource();
+        NotificationSpy spy(io_trial.GetLibrary());
+        const std::string operation = std::string("MoveToDataSource() ") + refused.m_what;
+        Expect(operation, false, Move(object, SourceNamed(object, refused.m_target)));
+        const NEXAPtr<IDataSource> shared = SourceNamed(object, "Shared");
+        Expect("MoveToDataSource() of the invalid handle", false,
+               IHelper::GetHelper(object.GetManager()->GetDatabase())
+                   ->MoveToDataSource(NEXAHandle<IDbObject>(), shared, true));
+        Expect(operation + ", GetDataSource() is the one before", true, object.GetDataSource() == before);
+        Expect(operation + ", its notifications", "", spy.Take());
+        if (io_trial.Has(eUndoing))
+            Expect(operation + ", the commands", 0, io_trial.GetFixture().GetCommandCount());
+        Expect("GetHelper() of the null database", false, IHelper::GetHelper(NEXAPtr<IDatabase>()).IsValid());
+    }
 }
 
-void BoundaryContract::movingRefuses()
+void CommitOfOneSourceLeavesTheOthers(Trial& io_trial)
 {
-    QFETCH(QByteArray, from);
-    QFETCH(QByteArray, target);
-    ItemWish wish(VireoType::gCompound, "Blend");
-    wish.m_source = from.constData();
-    const NEXAHandle<IDbObject> object = ObjectOf(m_fixture->Add(wish));
-    const NEXAPtr<IDataSource> before = object.GetDataSource();
-    NotificationSpy spy(m_fixture->GetLibrary());
-    QVERIFY(!Move(object, SourceNamed(object, target.constData())));
-    QVERIFY(!IHelper::GetHelper(object.GetManager()->GetDatabase())
-                 ->MoveToDataSource(NEXAHandle<IDbObject>(), SourceNamed(object, "Shared"), true));
-    QVERIFY(object.GetDataSource() == before);
-    QCOMPARE(spy.Take(), QByteArray());
-    QCOMPARE(m_fixture->GetCommandCount(), 0);
-    QVERIFY(!IHelper::GetHelper(NEXAPtr<IDatabase>()).IsValid());
-}
-
-void BoundaryContract::commitOfOneSourceLeavesTheOthers()
-{
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
-    const ItemID local = m_fixture->Add(ItemWish(VireoType::gCompound, "A"));
-    ItemWish wish(VireoType::gCompound, "B");
-    wish.m_source = "Shared";
-    const ItemID shared = m_fixture->Add(wish);
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
+    const ItemID local = io_trial.Add(ItemWish(VireoType::gCompound, "A"));
+    const ItemID shared = io_trial.Add(WishInSource(VireoType::gCompound, "B", "Shared"));
     SetTags(library, local, "a", nullptr);
     SetTags(library, shared, "b", nullptr);
-    const DbObjectId sharedResource = ResourcesBeside(ObjectOf(local))[1].GetDbObjectId();
+    const std::vector<NEXAHandle<IValueAsset>> resources = ResourcesBeside(ObjectOf(local));
+    Expect("IDatabase::Query() of the resources, how many", std::size_t(3), resources.size());
     bool written = false;
-    QVERIFY(ItemLibraryModifierAccessor(library).CommitToDisk(written, nullptr, false, sharedResource));
-    QVERIFY(written);
-    QVERIFY(!library.ItemIsDirty(shared));
-    QVERIFY(library.ItemIsDirty(local));
+    Expect("CommitToDisk() of one source", true,
+           Commit(library, written, nullptr, false, resources[1].GetDbObjectId()));
+    Expect("CommitToDisk() of one source, out_written", true, written);
+    Expect("ItemIsDirty() in the source that was committed", false, IsDirty(library, shared));
+    Expect("ItemIsDirty() in another source than was committed", true, IsDirty(library, local));
+}
+
+} // namespace
+
+IRevisionControlUIHelper& RevisionControl()
+{
+    IRevisionControlUIHelper* const helper = hmxGetService<IRevisionControlUIHelper>("RevisionControlUIHelper");
+    ExpectThat("hmxGetService(\"RevisionControlUIHelper\")", "an IRevisionControlUIHelper", helper != nullptr, "null");
+    return *helper;
+}
+
+NEXAHandle<IDbObject> ObjectOf(const ItemID& in_item)
+{
+    const std::string uid = UIDOf(in_item);
+    ExpectThat("GetItemIDUID()", "an identity text", DbObjectId::IsUID(uid.c_str()), Show(uid));
+    IRevisionControlUIHelper& helper = RevisionControl();
+    const NEXAHandle<IDbObject> object =
+        Call("IRevisionControlUIHelper::FindObject()", [&] { return helper.FindObject(DbObjectId(uid.c_str())); });
+    Expect("IRevisionControlUIHelper::FindObject(), IsValid()", true, object.IsValid());
+    return object;
+}
+
+Promises DatabasePromises()
+{
+    const char* const objects = "The browser reads the factory mark, read-only sources and \"Show Files\" of an item "
+                                "from its database object.";
+    const char* const sources = "The browser lists the sources in its menu \"Compound source\", in this order, and "
+                                "disables those that the item cannot move to.";
+    const char* const moves = "The browser moves a compound from its menu \"Compound source\".";
+    return {
+        {"uidLeadsToTheObjectAndItsSource", eDatabase, objects, UIDLeadsToTheObjectAndItsSource},
+        {"itemWithoutAUIDHasNoObject", eDatabase, objects, ItemWithoutAUIDHasNoObject},
+        {"handleFollowsItsItem", eDatabase | eRemoving,
+         "The browser keeps handles from one rebuild to the next and resolves them at each use.", HandleFollowsItsItem},
+        {"resourcesAreQueriedInOrder", eDatabase, sources, ResourcesAreQueriedInOrder},
+        {"otherQueriesMatchNothing", eDatabase, sources, OtherQueriesMatchNothing},
+        {"resourcesStandForTheirSources", eDatabase, sources, ResourcesStandForTheirSources},
+        {"movingIsOneCommandThatInvalidates", eDatabase, moves, MovingIsOneCommandThatInvalidates},
+        {"movingRefuses", eDatabase, moves, MovingRefuses},
+        {"commitOfOneSourceLeavesTheOthers", eDatabase | eTagging | eCommitting,
+         "A host may save one source alone; the browser's \"Save\" saves all.", CommitOfOneSourceLeavesTheOthers},
+    };
 }
 
 } // namespace contract

@@ -4,10 +4,8 @@
 
 #include "datamodel/itemlibrary.h"
 
-#include <QByteArray>
-#include <QList>
-
 #include <functional>
+#include <string>
 
 namespace contract
 {
@@ -21,14 +19,30 @@ public:
     explicit NotificationSpy(const vireo::datamodel::ItemLibraryAccessor& in_library)
         : m_library(in_library), m_toc(vireo::datamodel::GetTOC(in_library))
     {
-        m_library.AddObserver(this, vireo::datamodel::eItemLibraryNotificationKind, m_library.GetContext());
-        m_toc.AddObserver(this, vireo::datamodel::eItemTOCNotificationKind, m_toc.GetContext());
+        Start();
     }
 
-    ~NotificationSpy() override { Stop(); }
+    /// An implementation that throws has been reported before.
+    ~NotificationSpy() override
+    {
+        try
+        {
+            Stop();
+        }
+        catch (...)
+        {
+            m_calls.clear();
+        }
+    }
 
     NotificationSpy(const NotificationSpy&) = delete;
     NotificationSpy& operator=(const NotificationSpy&) = delete;
+
+    void Start()
+    {
+        m_library.AddObserver(this, vireo::datamodel::eItemLibraryNotificationKind, m_library.GetContext());
+        m_toc.AddObserver(this, vireo::datamodel::eItemTOCNotificationKind, m_toc.GetContext());
+    }
 
     void Stop()
     {
@@ -37,17 +51,15 @@ public:
     }
 
     /// The notifications since the last time, joined by ", ".
-    QByteArray Take()
+    std::string Take()
     {
-        QByteArray text;
-        for (int i = 0; i < m_calls.size(); ++i)
-            text += (i ? ", " : "") + m_calls.at(i);
+        const std::string calls = m_calls;
         m_calls.clear();
-        return text;
+        return calls;
     }
 
-    /// Called from inside each call, with the word written down for it.
-    std::function<void(const QByteArray&)> m_reaction;
+    /// Called from inside each call, with the word written down for it. It must not throw: the implementation calls it.
+    std::function<void(const std::string&)> m_reaction;
     bool m_veto = false;
 
     void ItemAdded(vireo::datamodel::ItemAccessor& in_item) override { Note("added " + NameOf(in_item.GetItemID())); }
@@ -65,12 +77,12 @@ public:
     void ItemTagsChanged(vireo::datamodel::ItemLibraryAccessor&, const vireo::datamodel::ItemID& in_item,
                          const char* in_key) override
     {
-        Note("tags " + NameOf(in_item) + " " + in_key);
+        Note("tags " + NameOf(in_item) + " " + (in_key ? in_key : "null"));
     }
     void ItemAccessStateChanged(vireo::datamodel::ItemLibraryAccessor&, const vireo::datamodel::ItemID& in_item,
                                 long in_state) override
     {
-        Note("state " + NameOf(in_item) + " " + QByteArray::number(qlonglong(in_state)));
+        Note("state " + NameOf(in_item) + " " + std::to_string(in_state));
     }
     void OnPreCommit(vireo::datamodel::ItemLibraryAccessor&, bool* out_veto) override
     {
@@ -81,23 +93,23 @@ public:
     void OnPostCommit(vireo::datamodel::ItemLibraryAccessor&) override { Note("postcommit"); }
 
 private:
-    QByteArray NameOf(const vireo::datamodel::ItemID& in_item) const
+    std::string NameOf(const vireo::datamodel::ItemID& in_item) const
     {
-        return QByteArray(m_library.GetItemName(in_item, true, nullptr).c_str());
+        return m_library.GetItemName(in_item, true, nullptr);
     }
 
-    void Note(const QByteArray& in_call)
+    void Note(const std::string& in_call)
     {
-        m_calls.append(in_call);
+        m_calls += (m_calls.empty() ? "" : ", ") + in_call;
         // A copy, since the reaction may replace itself.
-        const std::function<void(const QByteArray&)> reaction = m_reaction;
+        const std::function<void(const std::string&)> reaction = m_reaction;
         if (reaction)
             reaction(in_call);
     }
 
     vireo::datamodel::ItemLibraryAccessor m_library;
     vireo::datamodel::ItemTOCAccessor m_toc;
-    QList<QByteArray> m_calls;
+    std::string m_calls;
 };
 
 } // namespace contract

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "contract/boundarycontract.h"
 #include "contract/notificationspy.h"
 #include "contract/support.h"
-
-#include <QtTest>
 
 #include <list>
 
@@ -18,333 +15,441 @@ class ForeignManager : public hmx::fwk::ICommandManager
 {
 };
 
-} // namespace
+const char* const gTagsOfBlend = "begin, tags Blend ApplicationTags, end";
 
-void BoundaryContract::writeIsOneCommandThatUndoesAndRedoes()
+void WriteIsOneCommandThatUndoesAndRedoes(Trial& io_trial)
 {
-    const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
+    const ItemID id = io_trial.Add(ItemWish(VireoType::gCompound, "Blend"));
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
+    BoundaryFixture& fixture = io_trial.GetFixture();
     NotificationSpy spy(library);
 
-    QVERIFY(SetTags(library, id, "a", m_fixture->GetCommands()));
-    QCOMPARE(m_fixture->GetCommandCount(), 1);
-    QCOMPARE(spy.Take(), QByteArray("begin, tags Blend ApplicationTags, end"));
-    ModifierOf(library, id).RenameCompound("Mix", m_fixture->GetCommands());
-    QCOMPARE(m_fixture->GetCommandCount(), 2);
-    QCOMPARE(spy.Take(), QByteArray("begin, name Mix, end"));
-
-    m_fixture->Undo();
-    QCOMPARE(spy.Take(), QByteArray("begin, name Blend, end"));
-    m_fixture->Undo();
-    QCOMPARE(spy.Take(), QByteArray("begin, tags Blend ApplicationTags, end"));
-    QVERIFY(library.GetItemTags(id, gApplicationTagsKey).empty());
-    m_fixture->Redo();
-    QCOMPARE(spy.Take(), QByteArray("begin, tags Blend ApplicationTags, end"));
-    QCOMPARE(library.GetItemTags(id, gApplicationTagsKey), std::string("a"));
-    m_fixture->Redo();
-    QCOMPARE(spy.Take(), QByteArray("begin, name Mix, end"));
-    QCOMPARE(m_fixture->GetCommandCount(), 2);
+    Expect("SetItemTags() as a command", true, SetTags(library, id, "a", io_trial.GetCommands()));
+    Expect("SetItemTags() as a command, the commands", 1, fixture.GetCommandCount());
+    Expect("SetItemTags() as a command, its notifications", gTagsOfBlend, spy.Take());
+    if (io_trial.Has(eRenaming))
+    {
+        Rename(library, id, "Mix", io_trial.GetCommands());
+        Expect("RenameCompound() as a command, the commands", 2, fixture.GetCommandCount());
+        Expect("RenameCompound() as a command, its notifications", "begin, name Mix, end", spy.Take());
+        fixture.Undo();
+        Expect("GetItemName() after undoing RenameCompound()", "Blend", NameOf(library, id));
+        Expect("undoing RenameCompound(), its notifications", "begin, name Blend, end", spy.Take());
+    }
+    fixture.Undo();
+    Expect("GetItemTags() after undoing SetItemTags()", "", TagsOf(library, id));
+    Expect("undoing SetItemTags(), its notifications", gTagsOfBlend, spy.Take());
+    fixture.Redo();
+    Expect("GetItemTags() after redoing SetItemTags()", "a", TagsOf(library, id));
+    Expect("redoing SetItemTags(), its notifications", gTagsOfBlend, spy.Take());
+    if (io_trial.Has(eRenaming))
+    {
+        fixture.Redo();
+        Expect("GetItemName() after redoing RenameCompound()", "Mix", NameOf(library, id));
+        Expect("redoing RenameCompound(), its notifications", "begin, name Mix, end", spy.Take());
+        Expect("redoing RenameCompound(), the commands", 2, fixture.GetCommandCount());
+    }
 }
 
-void BoundaryContract::refusedWritesLeaveNoCommand()
+void RefusedWritesLeaveNoCommand(Trial& io_trial)
 {
-    ItemWish closed(VireoType::gCompound, "Closed");
-    closed.m_source = "Product";
-    const ItemID id = m_fixture->Add(closed);
-    const ItemID open = m_fixture->Add(ItemWish(VireoType::gCompound, "Open"));
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
+    const ItemID open = io_trial.Add(ItemWish(VireoType::gCompound, "Open"));
+    ItemWish closed = WishInSource(VireoType::gCompound, "Closed", "Product");
+    if (!io_trial.CanAdd(closed))
+        closed = ReadOnlyWish(VireoType::gCompound, "Closed");
+    const ItemID id = io_trial.CanAdd(closed) ? io_trial.Add(closed) : ItemID();
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
+    const Commands commands = io_trial.Has(eUndoing) ? io_trial.GetCommands() : nullptr;
     NotificationSpy spy(library);
-    QVERIFY(!SetTags(library, id, "a", m_fixture->GetCommands()));
-    QVERIFY(SetTags(library, open, "", m_fixture->GetCommands()));
-    ModifierOf(library, id).RenameCompound("Other", m_fixture->GetCommands());
-    ModifierOf(library, open).RenameCompound("Open", m_fixture->GetCommands());
-    CompoundModifierAccessor created;
-    created.CreateAndSetFromNewCompound(library, "Open", false, "", "", m_fixture->GetCommands());
-    QCOMPARE(m_fixture->GetCommandCount(), 0);
-    QCOMPARE(spy.Take(), QByteArray());
+    if (io_trial.Has(eTagging))
+    {
+        Expect("SetItemTags() of an item that takes no changes", false, SetTags(library, id, "a", commands));
+        Expect("SetItemTags() of no tags to an item without tags", true, SetTags(library, open, "", commands));
+    }
+    if (io_trial.Has(eRenaming))
+    {
+        Rename(library, id, "Other", commands);
+        Rename(library, open, "Open", commands);
+    }
+    if (io_trial.Has(eCreating))
+    {
+        CompoundModifierAccessor created;
+        Expect("CreateAndSetFromNewCompound() with a name in use", ItemID(),
+               Create(created, library, "Open", false, "", "", commands));
+    }
+    Expect("writes that are refused or change nothing, their notifications", "", spy.Take());
+    if (commands)
+        Expect("writes that are refused or change nothing, the commands", 0, io_trial.GetFixture().GetCommandCount());
 }
 
-void BoundaryContract::writeWithoutAManagerIsDoneForGood()
+void WriteWithoutAManagerIsDoneForGood(Trial& io_trial)
 {
-    const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
-    QVERIFY(SetTags(library, id, "a", nullptr));
-    QCOMPARE(m_fixture->GetCommandCount(), 0);
-    QCOMPARE(library.GetItemTags(id, gApplicationTagsKey), std::string("a"));
+    const ItemID id = io_trial.Add(ItemWish(VireoType::gCompound, "Blend"));
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
+    Expect("SetItemTags() without a command manager", true, SetTags(library, id, "a", nullptr));
+    Expect("GetItemTags() after SetItemTags() without a command manager", "a", TagsOf(library, id));
+    if (io_trial.Has(eUndoing))
+        Expect("SetItemTags() without a command manager, the commands", 0, io_trial.GetFixture().GetCommandCount());
 }
 
-void BoundaryContract::foreignManagerIsTreatedLikeNone()
+void ForeignManagerIsTreatedLikeNone(Trial& io_trial)
 {
     ForeignManager foreign;
-    const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
+    const ItemID id = io_trial.Add(ItemWish(VireoType::gCompound, "Blend"));
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
     NotificationSpy spy(library);
-    QVERIFY(SetTags(library, id, "a", &foreign));
-    QCOMPARE(spy.Take(), QByteArray("begin, tags Blend ApplicationTags, end"));
-    QCOMPARE(library.GetItemTags(id, gApplicationTagsKey), std::string("a"));
-    QCOMPARE(m_fixture->GetCommandCount(), 0);
+    Expect("SetItemTags() with a foreign command manager", true, SetTags(library, id, "a", &foreign));
+    Expect("SetItemTags() with a foreign command manager, its notifications", gTagsOfBlend, spy.Take());
+    Expect("GetItemTags() after SetItemTags() with a foreign command manager", "a", TagsOf(library, id));
+    if (io_trial.Has(eUndoing))
+        Expect("SetItemTags() with a foreign command manager, the commands", 0,
+               io_trial.GetFixture().GetCommandCount());
 }
 
-void BoundaryContract::removalComesBackWithTheSameIdentity()
+void RemovalComesBackWithTheSameIdentity(Trial& io_trial)
 {
-    m_fixture->Add(ItemWish(VireoType::gSolver, "first"));
-    const ItemID id = m_fixture->Add(ItemWish(VireoType::gSolver, "second"));
-    m_fixture->Add(ItemWish(VireoType::gSolver, "third"));
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
-    const ItemAccessor item((library.GetModel(id, nullptr)));
+    io_trial.Add(ItemWish(VireoType::gSolver, "first"));
+    const ItemID id = io_trial.Add(ItemWish(VireoType::gSolver, "second"));
+    io_trial.Add(ItemWish(VireoType::gSolver, "third"));
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
+    BoundaryFixture& fixture = io_trial.GetFixture();
+    const ItemAccessor item = ItemOf(library, id);
     NotificationSpy spy(library);
 
-    m_fixture->Remove(id, m_fixture->GetCommands());
-    QCOMPARE(Listed(library, VireoType::gSolver), QByteArray("first third"));
-    QVERIFY(!item.IsValid());
-    QCOMPARE(spy.Take(), QByteArray("begin, removed second, end"));
-    m_fixture->Undo();
-    QCOMPARE(Listed(library, VireoType::gSolver), QByteArray("first second third"));
-    QVERIFY(item.GetItemID() == id);
-    QCOMPARE(spy.Take(), QByteArray("begin, added second, end"));
-    m_fixture->Redo();
-    QCOMPARE(Listed(library, VireoType::gSolver), QByteArray("first third"));
-    QCOMPARE(spy.Take(), QByteArray("begin, removed second, end"));
-    m_fixture->Undo();
-    QCOMPARE(Listed(library, VireoType::gSolver), QByteArray("first second third"));
+    io_trial.Remove(id, io_trial.GetCommands());
+    Expect("IterateItems() after a removal", "first third", Listed(library, VireoType::gSolver));
+    Expect("IsValid() of an item that was removed by a command", eInvalid, ValidityOf(item));
+    Expect("removing an item by a command, its notifications", "begin, removed second, end", spy.Take());
+    fixture.Undo();
+    Expect("IterateItems() after undoing a removal", "first second third", Listed(library, VireoType::gSolver));
+    Expect("GetItemID() of an item that came back", id, item.GetItemID());
+    Expect("undoing a removal, its notifications", "begin, added second, end", spy.Take());
+    fixture.Redo();
+    Expect("IterateItems() after redoing a removal", "first third", Listed(library, VireoType::gSolver));
+    Expect("redoing a removal, its notifications", "begin, removed second, end", spy.Take());
+    fixture.Undo();
+    Expect("IterateItems() after undoing a removal again", "first second third", Listed(library, VireoType::gSolver));
 }
 
-void BoundaryContract::renameRefuses_data()
+/// Adds an item of each type that the implementation knows, named like its type.
+void AddOneOfEachType(Trial& io_trial)
 {
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<bool>("readOnly");
-    QTest::addColumn<QByteArray>("source");
-    QTest::newRow("empty name") << QByteArray("") << false << QByteArray("Local");
-    QTest::newRow("no name") << QByteArray() << false << QByteArray("Local");
-    QTest::newRow("a compound's name") << QByteArray("Compound") << false << QByteArray("Local");
-    QTest::newRow("a constant's name") << QByteArray("GlobalConstant") << false << QByteArray("Local");
-    QTest::newRow("read-only item") << QByteArray("Free") << true << QByteArray("Local");
-    QTest::newRow("read-only source") << QByteArray("Free") << false << QByteArray("Product");
-}
-
-void BoundaryContract::renameRefuses()
-{
-    QFETCH(QByteArray, name);
-    QFETCH(bool, readOnly);
-    QFETCH(QByteArray, source);
     for (const char* const type : AllTypes())
-        m_fixture->Add(ItemWish(type, type));
-    ItemWish wish(VireoType::gCompound, "Blend");
-    wish.m_readOnly = readOnly;
-    wish.m_source = source.constData();
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
-    const ItemID id = m_fixture->Add(wish);
-    NotificationSpy spy(library);
-    ModifierOf(library, id).RenameCompound(name.isNull() ? nullptr : name.constData(), m_fixture->GetCommands());
-    QCOMPARE(library.GetItemName(id, true, nullptr), std::string("Blend"));
-    QCOMPARE(spy.Take(), QByteArray());
-    QCOMPARE(m_fixture->GetCommandCount(), 0);
+        if (io_trial.CanAdd(ItemWish(type, type)))
+            io_trial.Add(ItemWish(type, type));
 }
 
-void BoundaryContract::compoundTakesChangesByItemAndSource()
+void RenameRefuses(Trial& io_trial)
 {
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
-    const CompoundModifierAccessor open = ModifierOf(library, m_fixture->Add(ItemWish(VireoType::gCompound, "open")));
-    ItemWish closed(VireoType::gCompound, "closed");
-    closed.m_readOnly = true;
-    const CompoundModifierAccessor closedItem = ModifierOf(library, m_fixture->Add(closed));
-    ItemWish product(VireoType::gCompound, "product");
-    product.m_source = "Product";
-    const CompoundModifierAccessor productItem = ModifierOf(library, m_fixture->Add(product));
-
-    QVERIFY(open.CanModifyCompound(true));
-    QVERIFY(open.CanModifyCompound(false));
-    QVERIFY(!closedItem.CanModifyCompound(true));
-    QVERIFY(!closedItem.CanModifyCompound(false));
-    QVERIFY(!productItem.CanModifyCompound(true));
-    QVERIFY(productItem.CanModifyCompound(false));
+    const ItemWish open(VireoType::gCompound, "Blend");
+    struct
+    {
+        const char* m_what;
+        const char* m_name;
+        ItemWish m_wish;
+    } const cases[] = {
+        {"an empty name", "", open},
+        {"null", nullptr, open},
+        {"a compound's name", VireoType::gCompound, open},
+        {"a constant's name", VireoType::gGlobalConstant, open},
+        {"another name for a read-only item", "Free", ReadOnlyWish(VireoType::gCompound, "Blend")},
+        {"another name in a read-only source", "Free", WishInSource(VireoType::gCompound, "Blend", "Product")},
+    };
+    for (const auto& refused : cases)
+    {
+        const bool isConstants = refused.m_name == VireoType::gGlobalConstant;
+        if (!io_trial.CanAdd(refused.m_wish) ||
+            (isConstants && !io_trial.CanAdd(ItemWish(refused.m_name, refused.m_name))))
+            continue;
+        io_trial.Restart();
+        AddOneOfEachType(io_trial);
+        const ItemID id = io_trial.Add(refused.m_wish);
+        const ItemLibraryAccessor library = io_trial.GetLibrary();
+        const Commands commands = io_trial.Has(eUndoing) ? io_trial.GetCommands() : nullptr;
+        NotificationSpy spy(library);
+        Rename(library, id, refused.m_name, commands);
+        const std::string operation = std::string("RenameCompound() to ") + refused.m_what;
+        Expect(operation + ", GetItemName() afterwards", "Blend", NameOf(library, id));
+        Expect(operation + ", its notifications", "", spy.Take());
+        if (commands)
+            Expect(operation + ", the commands", 0, io_trial.GetFixture().GetCommandCount());
+    }
 }
 
-void BoundaryContract::dirtinessFollowsTheCommittedState()
+void CompoundTakesChangesByItemAndSource(Trial& io_trial)
 {
-    const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
-    QVERIFY(!library.ItemIsDirty(id));
-    SetTags(library, id, "a", m_fixture->GetCommands());
-    QVERIFY(library.ItemIsDirty(id));
-    m_fixture->Undo();
-    QVERIFY(!library.ItemIsDirty(id));
-    m_fixture->Redo();
-    QVERIFY(library.ItemIsDirty(id));
-    QVERIFY(Commit(library));
-    QVERIFY(!library.ItemIsDirty(id));
-    m_fixture->Undo();
-    QVERIFY(library.ItemIsDirty(id));
-    m_fixture->Redo();
-    QVERIFY(!library.ItemIsDirty(id));
+    const auto expectBoth = [&](const ItemWish& in_wish, const std::string& in_of, bool in_withSource, bool in_alone) {
+        const CompoundModifierAccessor compound = ModifierOf(io_trial.GetLibrary(), io_trial.Add(in_wish));
+        Expect("CanModifyCompound(true)" + in_of, in_withSource,
+               Call("CanModifyCompound()", [&] { return compound.CanModifyCompound(true); }));
+        Expect("CanModifyCompound(false)" + in_of, in_alone,
+               Call("CanModifyCompound()", [&] { return compound.CanModifyCompound(false); }));
+    };
+    expectBoth(ItemWish(VireoType::gCompound, "open"), " of a compound that takes changes", true, true);
+    const ItemWish closed = ReadOnlyWish(VireoType::gCompound, "closed");
+    if (io_trial.CanAdd(closed))
+        expectBoth(closed, " of a read-only item", false, false);
+    const ItemWish product = WishInSource(VireoType::gCompound, "product", "Product");
+    if (io_trial.CanAdd(product))
+        expectBoth(product, " in a read-only source", false, true);
+}
+
+void DirtinessFollowsTheCommittedState(Trial& io_trial)
+{
+    const ItemID id = io_trial.Add(ItemWish(VireoType::gCompound, "Blend"));
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
+    BoundaryFixture& fixture = io_trial.GetFixture();
+    const bool undoes = io_trial.Has(eUndoing);
+    const Commands commands = undoes ? io_trial.GetCommands() : nullptr;
+    Expect("ItemIsDirty() of an item without changes", false, IsDirty(library, id));
+    SetTags(library, id, "a", commands);
+    Expect("ItemIsDirty() after a change", true, IsDirty(library, id));
+    if (undoes)
+    {
+        fixture.Undo();
+        Expect("ItemIsDirty() after undoing the change", false, IsDirty(library, id));
+        fixture.Redo();
+        Expect("ItemIsDirty() after redoing the change", true, IsDirty(library, id));
+    }
+    Expect("CommitToDisk()", true, Commit(library));
+    Expect("ItemIsDirty() after CommitToDisk()", false, IsDirty(library, id));
+    if (!undoes)
+        return;
+    fixture.Undo();
+    Expect("ItemIsDirty() after undoing what was committed", true, IsDirty(library, id));
+    fixture.Redo();
+    Expect("ItemIsDirty() after redoing what was committed", false, IsDirty(library, id));
+    if (!io_trial.Has(eRenaming))
+        return;
 
     // Undoing does not bring the committed state back when something came in between that cannot be undone.
-    SetTags(library, id, "b", m_fixture->GetCommands());
-    ModifierOf(library, id).RenameCompound("Mix", nullptr);
-    m_fixture->Undo();
-    QVERIFY(library.ItemIsDirty(id));
+    SetTags(library, id, "b", commands);
+    Rename(library, id, "Mix", nullptr);
+    fixture.Undo();
+    Expect("ItemIsDirty() with a change in between that cannot be undone", true, IsDirty(library, id));
 }
 
-void BoundaryContract::commitAsksAndNotifies()
+void CommitAsksAndNotifies(Trial& io_trial)
 {
-    const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
-    const ItemLibraryModifierAccessor writer(library);
+    const ItemID id = io_trial.Add(ItemWish(VireoType::gCompound, "Blend"));
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
     SetTags(library, id, "a", nullptr);
     NotificationSpy spy(library);
     bool dirtyBefore = false;
     bool dirtyAfter = true;
-    spy.m_reaction = [&](const QByteArray& in_call) {
+    spy.m_reaction = [&](const std::string& in_call) {
         (in_call == "precommit" ? dirtyBefore : dirtyAfter) = library.ItemIsDirty(id);
     };
-    QVERIFY(LowLevelItemLibraryAccessor(library).PreCommit());
-    QCOMPARE(spy.Take(), QByteArray());
+    const LowLevelItemLibraryAccessor lowLevel(library);
+    Expect("PreCommit()", true, Call("PreCommit()", [&] { return lowLevel.PreCommit(); }));
+    Expect("PreCommit(), its notifications", "", spy.Take());
 
     bool written = false;
     std::list<std::string> messages;
-    QVERIFY(writer.CommitToDisk(written, &messages, false, nexa4::UID_Null()));
-    QVERIFY(written);
-    QVERIFY(messages.empty());
-    QCOMPARE(spy.Take(), QByteArray("precommit, postcommit"));
-    QVERIFY(dirtyBefore);
-    QVERIFY(!dirtyAfter);
+    Expect("CommitToDisk() of a change", true, Commit(library, written, &messages, false, nexa4::UID_Null()));
+    Expect("CommitToDisk() of a change, out_written", true, written);
+    Expect("CommitToDisk() of a change, the messages", "", messages.empty() ? "" : messages.front());
+    Expect("CommitToDisk(), its notifications", "precommit, postcommit", spy.Take());
+    Expect("ItemIsDirty() inside OnPreCommit()", true, dirtyBefore);
+    Expect("ItemIsDirty() inside OnPostCommit()", false, dirtyAfter);
 
-    QVERIFY(writer.CommitToDisk(written, nullptr, false, nexa4::UID_Null()));
-    QVERIFY(!written);
-    QVERIFY(writer.CommitToDisk(written, nullptr, true, nexa4::UID_Null()));
-    QVERIFY(written);
-    QCOMPARE(m_fixture->GetCommandCount(), 0);
+    Expect("CommitToDisk() of nothing", true, Commit(library, written, nullptr, false, nexa4::UID_Null()));
+    Expect("CommitToDisk() of nothing, out_written", false, written);
+    Expect("CommitToDisk() of everything", true, Commit(library, written, nullptr, true, nexa4::UID_Null()));
+    Expect("CommitToDisk() of everything, out_written", true, written);
+    if (io_trial.Has(eUndoing))
+        Expect("CommitToDisk(), the commands", 0, io_trial.GetFixture().GetCommandCount());
 }
 
-void BoundaryContract::vetoStopsTheCommit()
+void VetoStopsTheCommit(Trial& io_trial)
 {
-    const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
+    const ItemID id = io_trial.Add(ItemWish(VireoType::gCompound, "Blend"));
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
     SetTags(library, id, "a", nullptr);
     NotificationSpy first(library);
     NotificationSpy second(library);
     first.m_veto = true;
     bool written = true;
-    QVERIFY(!ItemLibraryModifierAccessor(library).CommitToDisk(written, nullptr, false, nexa4::UID_Null()));
-    QVERIFY(!written);
-    QVERIFY(library.ItemIsDirty(id));
-    QCOMPARE(first.Take(), QByteArray("precommit"));
-    QVERIFY(!second.Take().contains("postcommit"));
+    Expect("CommitToDisk() against a veto", false, Commit(library, written, nullptr, false, nexa4::UID_Null()));
+    Expect("CommitToDisk() against a veto, out_written", false, written);
+    Expect("ItemIsDirty() after a veto", true, IsDirty(library, id));
+    Expect("CommitToDisk() against a veto, the notifications of who has set it", "precommit", first.Take());
+    const std::string others = second.Take();
+    ExpectThat("CommitToDisk() against a veto, the notifications of another observer", "no OnPostCommit()",
+               others.find("postcommit") == std::string::npos, Show(others));
     first.m_veto = false;
-    QVERIFY(Commit(library));
-    QVERIFY(!library.ItemIsDirty(id));
+    Expect("CommitToDisk() after the veto is gone", true, Commit(library));
+    Expect("ItemIsDirty() after CommitToDisk() without a veto", false, IsDirty(library, id));
 }
 
-void BoundaryContract::createdCompoundIsThereAndListed_data()
+void CreatedCompoundIsThereAndListed(Trial& io_trial)
 {
-    QTest::addColumn<int>("kind");
-    QTest::newRow("compound") << int(eCompoundKind);
-    QTest::newRow("loop compound") << int(eLoopKind);
-    QTest::newRow("signature") << int(eSignatureKind);
+    struct
+    {
+        eWishKind m_kind;
+        const char* m_name;
+    } const kinds[] = {{eCompoundKind, "compound"}, {eLoopKind, "loop compound"}, {eSignatureKind, "signature"}};
+    for (const auto& kind : kinds)
+    {
+        if (!io_trial.CanAdd(WishOfKind(kind.m_kind, "New")))
+            continue;
+        io_trial.Restart();
+        const bool isLoop = kind.m_kind == eLoopKind;
+        const ItemLibraryAccessor library = io_trial.GetLibrary();
+        NotificationSpy spy(library);
+        CompoundModifierAccessor compound;
+        LoopCompoundModifierAccessor loop;
+        const std::string operation =
+            std::string(isLoop ? "CreateAndSetFromNewLoopCompound() of a " : "CreateAndSetFromNewCompound() of a ") +
+            kind.m_name;
+        const ItemID id =
+            isLoop ? CreateLoop(loop, library, "New", nullptr, nullptr, nullptr)
+                   : Create(compound, library, "New", kind.m_kind == eSignatureKind, nullptr, nullptr, nullptr);
+        Expect(operation + ", its notifications", "begin, added New, end", spy.Take());
+        Expect(operation + ", the accessor", eValid, isLoop ? ValidityOf(loop) : ValidityOf(compound));
+        if (!isLoop)
+            Expect(operation + ", CanModifyCompound()", true, compound.CanModifyCompound(true));
+        Expect(operation + ", the type", TypeName{VireoType::gCompound}, TypeName{id.GetType()});
+        Expect(operation + ", IterateItems()", "New", Listed(library, VireoType::gCompound));
+        Expect(operation + ", LoopCompoundAccessor", isLoop ? eValid : eInvalid,
+               ValidityOf(LoopCompoundAccessor(ModelOf(library, id))));
+        Expect(operation + ", IsAbstractFunction()", kind.m_kind == eSignatureKind, IsSignature(ItemOf(library, id)));
+        Expect(operation + ", ItemIsReadOnly()", false, IsReadOnly(library, id));
+        if (io_trial.Has(eCommitting))
+            Expect(operation + ", ItemIsDirty()", true, IsDirty(library, id));
+    }
 }
 
-void BoundaryContract::createdCompoundIsThereAndListed()
+void CreationIsOneCommandWithOneIdentity(Trial& io_trial)
 {
-    QFETCH(int, kind);
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
+    BoundaryFixture& fixture = io_trial.GetFixture();
     NotificationSpy spy(library);
     CompoundModifierAccessor compound;
-    LoopCompoundModifierAccessor loop;
-    const ItemID id =
-        kind == eLoopKind
-            ? loop.CreateAndSetFromNewLoopCompound(library, "New", nullptr, nullptr, nullptr)
-            : compound.CreateAndSetFromNewCompound(library, "New", kind == eSignatureKind, nullptr, nullptr, nullptr);
-    QCOMPARE(spy.Take(), QByteArray("begin, added New, end"));
-    QCOMPARE(loop.IsValid(), kind == eLoopKind);
-    QCOMPARE(compound.IsValid(), kind != eLoopKind);
-    if (compound.IsValid())
-        QVERIFY(compound.CanModifyCompound(true));
-    QVERIFY(id.GetType() == VireoType::gCompound);
-    QCOMPARE(Listed(library, VireoType::gCompound), QByteArray("New"));
-    const UnspecifiedAccessor model = library.GetModel(id, nullptr);
-    QCOMPARE(LoopCompoundAccessor(model).IsValid(), kind == eLoopKind);
-    ItemAccessor item(model);
-    QCOMPARE(Helpers::IsAbstractFunction(item), kind == eSignatureKind);
-    QVERIFY(library.ItemIsDirty(id));
-    QVERIFY(!library.ItemIsReadOnly(id));
+    const ItemID id = Create(compound, library, "New", false, "", "Colour", io_trial.GetCommands());
+    Expect("CreateAndSetFromNewCompound() as a command, the commands", 1, fixture.GetCommandCount());
+    Expect("CreateAndSetFromNewCompound() as a command, its notifications", "begin, added New, end", spy.Take());
+    fixture.Undo();
+    Expect("undoing CreateAndSetFromNewCompound(), its notifications", "begin, removed New, end", spy.Take());
+    Expect("undoing CreateAndSetFromNewCompound(), the accessor", eInvalid, ValidityOf(compound));
+    Expect("IterateItems() after undoing CreateAndSetFromNewCompound()", "", Listed(library, VireoType::gCompound));
+    fixture.Redo();
+    Expect("redoing CreateAndSetFromNewCompound(), its notifications", "begin, added New, end", spy.Take());
+    Expect("redoing CreateAndSetFromNewCompound(), the accessor", eValid, ValidityOf(compound));
+    Expect("GetItemName() after redoing CreateAndSetFromNewCompound()", "New", NameOf(library, id));
+    if (io_trial.Has(eCommitting))
+        Expect("ItemIsDirty() after redoing CreateAndSetFromNewCompound()", true, IsDirty(library, id));
 }
 
-void BoundaryContract::creationIsOneCommandWithOneIdentity()
+void CreationRefuses(Trial& io_trial)
 {
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
-    NotificationSpy spy(library);
+    struct
+    {
+        const char* m_what;
+        const char* m_name;
+        const char* m_baseClass;
+    } const cases[] = {
+        {"an empty name", "", ""},
+        {"a compound's name", VireoType::gCompound, ""},
+        {"a solver's name", VireoType::gSolver, ""},
+        {"a polymorphic solver's name", VireoType::gPolymorphicSolver, ""},
+        {"a constant's name", VireoType::gGlobalConstant, ""},
+        {"an unknown base class", "Free", "0A0B0C0D-0000-4000-8000-0123456789AB"},
+        {"a base class that is no identity text", "Free", "Signature"},
+    };
+    for (const auto& refused : cases)
+    {
+        bool isAType = false;
+        for (const char* const type : AllTypes())
+            isAType = isAType || refused.m_name == type;
+        if (isAType && !io_trial.CanAdd(ItemWish(refused.m_name, refused.m_name)))
+            continue;
+        io_trial.Restart();
+        AddOneOfEachType(io_trial);
+        const ItemLibraryAccessor library = io_trial.GetLibrary();
+        const Commands commands = io_trial.Has(eUndoing) ? io_trial.GetCommands() : nullptr;
+        NotificationSpy spy(library);
+        const std::string with = std::string(" with ") + refused.m_what;
+        CompoundModifierAccessor compound;
+        Expect("CreateAndSetFromNewCompound()" + with, ItemID(),
+               Create(compound, library, refused.m_name, false, refused.m_baseClass, nullptr, commands));
+        Expect("CreateAndSetFromNewCompound()" + with + ", the accessor", eInvalid, ValidityOf(compound));
+        LoopCompoundModifierAccessor loop;
+        Expect("CreateAndSetFromNewLoopCompound()" + with, ItemID(),
+               CreateLoop(loop, library, refused.m_name, refused.m_baseClass, nullptr, commands));
+        Expect("CreateAndSetFromNewLoopCompound()" + with + ", the accessor", eInvalid, ValidityOf(loop));
+        Expect("CreateAndSetFromNewCompound()" + with + ", its notifications", "", spy.Take());
+        if (commands)
+            Expect("CreateAndSetFromNewCompound()" + with + ", the commands", 0,
+                   io_trial.GetFixture().GetCommandCount());
+    }
+}
+
+void BaseClassIsTheUIDOfASignature(Trial& io_trial)
+{
+    const ItemLibraryAccessor library = io_trial.GetLibrary();
+    const std::string signature = UIDOf(io_trial.Add(WishOfKind(eSignatureKind, "Signature")));
+    const std::string plain = UIDOf(io_trial.Add(WishOfKind(eCompoundKind, "Plain")));
     CompoundModifierAccessor compound;
-    const ItemID id =
-        compound.CreateAndSetFromNewCompound(library, "New", false, "", "Colour", m_fixture->GetCommands());
-    QCOMPARE(m_fixture->GetCommandCount(), 1);
-    QCOMPARE(spy.Take(), QByteArray("begin, added New, end"));
-    m_fixture->Undo();
-    QCOMPARE(spy.Take(), QByteArray("begin, removed New, end"));
-    QVERIFY(!compound.IsValid());
-    QCOMPARE(Listed(library, VireoType::gCompound), QByteArray());
-    m_fixture->Redo();
-    QCOMPARE(spy.Take(), QByteArray("begin, added New, end"));
-    QVERIFY(compound.IsValid());
-    QCOMPARE(library.GetItemName(id, true, nullptr), std::string("New"));
-    QVERIFY(library.ItemIsDirty(id));
+    ExpectThat("CreateAndSetFromNewCompound() with a signature's identity text as base class", "a compound",
+               Create(compound, library, "A", false, signature.c_str(), "", nullptr).IsValid(), "none");
+    Expect("CreateAndSetFromNewCompound() with a compound's identity text as base class", ItemID(),
+           Create(compound, library, "B", false, plain.c_str(), "", nullptr));
+    Expect("CreateAndSetFromNewCompound() with a compound's identity text as base class, the accessor", eInvalid,
+           ValidityOf(compound));
 }
 
-void BoundaryContract::creationRefuses_data()
+void CompoundTargetIsRemembered(Trial& io_trial)
 {
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<QByteArray>("baseClass");
-    QTest::newRow("empty name") << QByteArray("") << QByteArray("");
-    QTest::newRow("a compound's name") << QByteArray("Compound") << QByteArray("");
-    QTest::newRow("a solver's name") << QByteArray("Solver") << QByteArray("");
-    QTest::newRow("a polymorphic solver's name") << QByteArray("PolymorphicSolver") << QByteArray("");
-    QTest::newRow("a constant's name") << QByteArray("GlobalConstant") << QByteArray("");
-    QTest::newRow("no such base class") << QByteArray("Free") << QByteArray("0A0B0C0D-0000-4000-8000-0123456789AB");
-    QTest::newRow("base class is no UID") << QByteArray("Free") << QByteArray("Signature");
-}
-
-void BoundaryContract::creationRefuses()
-{
-    QFETCH(QByteArray, name);
-    QFETCH(QByteArray, baseClass);
-    for (const char* const type : AllTypes())
-        m_fixture->Add(ItemWish(type, type));
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
-    NotificationSpy spy(library);
-    CompoundModifierAccessor compound;
-    QVERIFY(!compound
-                 .CreateAndSetFromNewCompound(library, name.constData(), false, baseClass.constData(), nullptr,
-                                              m_fixture->GetCommands())
-                 .IsValid());
-    QVERIFY(!compound.IsValid());
-    LoopCompoundModifierAccessor loop;
-    QVERIFY(!loop.CreateAndSetFromNewLoopCompound(library, name.constData(), baseClass.constData(), nullptr,
-                                                  m_fixture->GetCommands())
-                 .IsValid());
-    QVERIFY(!loop.IsValid());
-    QCOMPARE(spy.Take(), QByteArray());
-    QCOMPARE(m_fixture->GetCommandCount(), 0);
-}
-
-void BoundaryContract::baseClassIsTheUIDOfASignature()
-{
-    const ItemLibraryAccessor library = m_fixture->GetLibrary();
-    const std::string signature = ItemIDUnlock::GetItemIDUID(m_fixture->Add(WishOfKind(eSignatureKind, "Signature")));
-    const std::string plain = ItemIDUnlock::GetItemIDUID(m_fixture->Add(WishOfKind(eCompoundKind, "Plain")));
-    CompoundModifierAccessor compound;
-    QVERIFY(compound.CreateAndSetFromNewCompound(library, "A", false, signature.c_str(), "", nullptr).IsValid());
-    QVERIFY(!compound.CreateAndSetFromNewCompound(library, "B", false, plain.c_str(), "", nullptr).IsValid());
-    QVERIFY(!compound.IsValid());
-}
-
-void BoundaryContract::compoundTargetIsRemembered()
-{
-    const ItemID id = m_fixture->Add(ItemWish(VireoType::gCompound, "Blend"));
-    QVERIFY(!m_fixture->GetCompoundTarget().IsValid());
-    const CompoundAccessor compound(m_fixture->GetLibrary().GetModel(id, nullptr));
+    const ItemID id = io_trial.Add(ItemWish(VireoType::gCompound, "Blend"));
+    BoundaryFixture& fixture = io_trial.GetFixture();
+    Expect("BoundaryFixture::GetCompoundTarget() at first", ItemID(), fixture.GetCompoundTarget());
+    const CompoundAccessor compound(ModelOf(io_trial.GetLibrary(), id));
     Helpers::SetGlobalVireoCompoundTarget(compound, CompoundAccessor());
-    QVERIFY(m_fixture->GetCompoundTarget() == id);
+    Expect("SetGlobalVireoCompoundTarget()", id, fixture.GetCompoundTarget());
     Helpers::SetGlobalVireoCompoundTarget(CompoundAccessor(), CompoundAccessor());
-    QVERIFY(!m_fixture->GetCompoundTarget().IsValid());
+    Expect("SetGlobalVireoCompoundTarget() of no compound", ItemID(), fixture.GetCompoundTarget());
+}
+
+} // namespace
+
+Promises WritingPromises()
+{
+    const char* const undo = "The browser passes the host's command manager to each write, and people undo each as one "
+                             "step that the rows follow.";
+    const char* const creation = "The browser makes the compound that it has just created the one that is edited.";
+    const char* const commit = "The browser draws a \"*\" behind the name of what is not committed.";
+    return {
+        {"writeIsOneCommandThatUndoesAndRedoes", eTagging | eUndoing, undo, WriteIsOneCommandThatUndoesAndRedoes},
+        {"refusedWritesLeaveNoCommand", 0, "People would undo nothing, and the browser would rebuild for nothing.",
+         RefusedWritesLeaveNoCommand},
+        {"writeWithoutAManagerIsDoneForGood", eTagging,
+         "The browser passes no command manager when its host has set none.", WriteWithoutAManagerIsDoneForGood},
+        {"foreignManagerIsTreatedLikeNone", eTagging,
+         "The browser passes on the manager that its host has set, whoever made it.", ForeignManagerIsTreatedLikeNone},
+        {"removalComesBackWithTheSameIdentity", eRemoving | eUndoing,
+         "The browser finds the selected row again after undo, by its identity.", RemovalComesBackWithTheSameIdentity},
+        {"renameRefuses", eRenaming, "The browser leaves it to the data layer to refuse a name.", RenameRefuses},
+        {"compoundTakesChangesByItemAndSource", 0,
+         "The browser enables \"Rename\" and \"Edit Tags\" of a compound by CanModifyCompound(true).",
+         CompoundTakesChangesByItemAndSource},
+        {"dirtinessFollowsTheCommittedState", eTagging | eCommitting, commit, DirtinessFollowsTheCommittedState},
+        {"commitAsksAndNotifies", eTagging | eCommitting,
+         "The browser saves by PreCommit() and CommitToDisk(), and the host's observers follow.",
+         CommitAsksAndNotifies},
+        {"vetoStopsTheCommit", eTagging | eCommitting, "A host's observer keeps the browser's \"Save\" from writing.",
+         VetoStopsTheCommit},
+        {"createdCompoundIsThereAndListed", eCreating, creation, CreatedCompoundIsThereAndListed},
+        {"creationIsOneCommandWithOneIdentity", eCreating | eUndoing, creation, CreationIsOneCommandWithOneIdentity},
+        {"creationRefuses", eCreating,
+         "The browser's dialog leaves it to the data layer to refuse a name or a base class, and opens nothing then.",
+         CreationRefuses},
+        {"baseClassIsTheUIDOfASignature", eCreating | eDatabase,
+         "The browser's dialog passes the identity text of the signature that was chosen.",
+         BaseClassIsTheUIDOfASignature},
+        {"compoundTargetIsRemembered", eCompoundTarget, "A double click makes a compound the one that is edited.",
+         CompoundTargetIsRemembered},
+    };
 }
 
 } // namespace contract

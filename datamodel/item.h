@@ -47,7 +47,7 @@ public:
     /// The item's identity; the invalid one when the accessor is invalid.
     ItemID GetItemID() const;
 
-    /// The value under a key; an invalid value when the item has none or the accessor is invalid.
+    /// The value under a key; an invalid value when the item has none, the key is null or the accessor is invalid.
     CSimpleValue GetValue(const char* in_key) const;
 };
 

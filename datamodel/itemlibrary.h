@@ -36,7 +36,8 @@ public:
 ///
 /// Reads happen inside paint events. An implementation answers at once. While it answers it neither runs the event loop
 /// nor changes the library; a progress dialog is enough to break this. An implementation that breaks it gets stale or
-/// repeated rows until the next rebuild. The same goes for every other read of the boundary.
+/// repeated rows until the next rebuild. What a read throws passes through the browser, into the host's event loop. The
+/// same goes for every other read of the boundary.
 class DATAMODEL_EXPORT ItemLibraryAccessor : public InterfaceAccessor<IItemLibrary>
 {
 public:
@@ -48,7 +49,7 @@ public:
     /// \param in_scope the scope that the name is relative to; null for none
     std::string GetItemName(const ItemID& in_item, bool in_displayName, const char* in_scope) const;
 
-    /// The item's tags under a key, joined by ";"; empty when it has none.
+    /// The item's tags under a key, joined by ";"; empty when it has none, and for null.
     std::string GetItemTags(const ItemID& in_item, const char* in_key) const;
 
     /// True when the item cannot be changed.
@@ -75,7 +76,8 @@ public:
 /// The table of contents of a library; invalid for an invalid library or without a data layer.
 DATAMODEL_EXPORT ItemTOCAccessor GetTOC(const ItemLibraryAccessor& in_library);
 
-/// True when a node of the library, or of a library that it builds on, has exactly this name.
+/// True when a node of the library, or of a library that it builds on, has exactly this name, letter by letter. Types
+/// are no nodes. False for null.
 DATAMODEL_EXPORT bool IsNameInNodeLibraryHierarchy(const ItemLibraryAccessor& in_library, const char* in_name);
 
 } // namespace datamodel

@@ -25,9 +25,10 @@ namespace datamodel
 /// What a library offers to writers.
 ///
 /// Every write takes a command manager. With one, the write becomes exactly one command of it, which can be undone and
-/// redone. With null it is done for good. A write that is refused or changes nothing makes no command and notifies
-/// nobody. Every other write notifies the observers of the library and of the table of contents before it returns,
-/// between OnBeginChanges() and OnEndChanges(). So do its undo and redo.
+/// redone. With null it is done for good, and so it is with a manager that the data layer does not know. A write that
+/// is refused or changes nothing makes no command and notifies nobody. Every other write notifies the observers of the
+/// library and of the table of contents before it returns, between OnBeginChanges() and OnEndChanges(). So do its undo
+/// and redo.
 class DATAMODEL_EXPORT IItemLibraryModifier
 {
 public:
@@ -60,9 +61,10 @@ public:
                       const nexa4::TezUID& in_source) const;
 
     /// Replaces the item's tags under a key; observers get one ItemTagsChanged(). The text is stored as it is.
-    /// \param in_tags the tags joined by ";"; empty for none
-    /// \return false when the library does not have the item or the item is read-only; else true: the item has these
-    /// tags
+    /// \param in_key any text; the tags under other keys stay as they are
+    /// \param in_tags the tags joined by ";"; empty or null for none
+    /// \return false when the library does not have the item, the item is read-only, or the key is null; else true: the
+    /// item has these tags
     bool SetItemTags(const ItemID& in_item, const char* in_key, const char* in_tags,
                      hmx::fwk::ICommandManager* in_commands) const;
 };

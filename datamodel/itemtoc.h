@@ -22,7 +22,7 @@ public:
     virtual ItemAccessor GetItem() const = 0;
 };
 
-/// The items of one type in the table's order:
+/// The items of one type in the order in which they were added; one that comes back by undo has its old place again:
 ///
 ///     for (ItemIterator item = toc.IterateItems(LibType::gType); !item.IsAtEnd(); item.Next())
 ///         use(item.GetItem());

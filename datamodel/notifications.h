@@ -28,8 +28,9 @@ enum : unsigned
     eAccessStateRequested = 0x400000u, ///< asked for, not answered yet (4194304)
 };
 
-/// Notified when items come to or leave a library. All calls arrive on the thread of the user interface. An observer
-/// may add and remove observers inside a call, itself included.
+/// Notified when items come to or leave a library. All calls arrive on the thread of the user interface, in the order
+/// in which the observers were registered. An observer may add and remove observers inside a call, itself included. One
+/// that is added inside a call is notified of the next changes, not of this one.
 class DATAMODEL_EXPORT IItemTOCNotification
 {
 public:
@@ -52,8 +53,9 @@ public:
     virtual void OnBeginChanges(ItemLibraryAccessor& in_library) = 0;
     /// All changes since OnBeginChanges() have been notified.
     virtual void OnEndChanges(ItemLibraryAccessor& in_library) = 0;
-    /// Everything known about the library is out of date; it may even be gone. Send it also when a compound becomes a
-    /// signature or ceases to be one: observers read that once, like the name.
+    /// Everything known about the library is out of date; it may even be gone. A library that is closed has no items
+    /// any more when it sends this, and is invalid once the outermost OnEndChanges() has returned. Send it also when a
+    /// compound becomes a signature or ceases to be one: observers read that once, like the name.
     virtual void LibraryInvalidated(ItemLibraryAccessor& in_library) = 0;
     /// The item has another name. Send it for each such change: the browser searches the names as it read them last.
     virtual void ItemNameChanged(ItemLibraryAccessor& in_library, const ItemID& in_item) = 0;

@@ -25,7 +25,8 @@ public:
     const std::string& GetName() const { return m_name; }
 
     /// Requests the states of objects. Returns at once. The states arrive later, never inside this call: the observers
-    /// of an object's library get one ItemAccessStateChanged() per object. Invalid handles are skipped.
+    /// of an object's library get one ItemAccessStateChanged() per object, in the order of the request, between one
+    /// pair of OnBeginChanges() and OnEndChanges(). Handles that are invalid then are skipped.
     void RequestObjectStates(const std::list<nexa4::NEXAHandle<nexa4::IDbObject>>& in_objects);
 
     /// Ends the task and deletes it. Requests that are not answered yet are dropped.

@@ -5,6 +5,8 @@
 build_packages=(g++ cmake ninja-build libboost-dev fonts-dejavu-core)
 qt6_packages=(qt6-base-dev)
 qt5_packages=(qtbase5-dev)
+qt6_test_packages=(libqt6sql6-sqlite)
+qt5_test_packages=(libqt5sql5-sqlite)
 test_packages=(xvfb xauth openbox xdotool git pkgconf)
 lint_packages=(clang-format-19 clang-tidy-19 git shellcheck)
 count_packages=(valgrind)

@@ -137,7 +137,7 @@ private Q_SLOTS:
         QCOMPARE(CountResources(other), std::size_t(2));
 
         layer.RemoveLibrary(library);
-        QCOMPARE(spy->Take(), QByteArray("begin, invalidated, end"));
+        QCOMPARE(QByteArray(spy->Take().c_str()), QByteArray("begin, invalidated, end"));
         QVERIFY(!accessor.IsValid());
         QVERIFY(!compound.IsValid());
         QVERIFY(!object.IsValid());
@@ -150,7 +150,7 @@ private Q_SLOTS:
         layer.GetCommandManager().GetStack().redo();
         QCoreApplication::processEvents();
         task->DeleteMe();
-        QCOMPARE(spy->Take(), QByteArray());
+        QCOMPARE(QByteArray(spy->Take().c_str()), QByteArray());
         spy.reset();
     }
 
@@ -159,15 +159,15 @@ private Q_SLOTS:
         DataLayer layer;
         Library* library = &layer.AddLibrary("Goes");
         NotificationSpy spy(library->GetAccessor());
-        spy.m_reaction = [&](const QByteArray& in_call) {
-            if (in_call == "invalidated" || !in_call.startsWith("added"))
+        spy.m_reaction = [&](const std::string& in_call) {
+            if (in_call == "invalidated" || in_call.compare(0, 5, "added") != 0)
                 return;
             layer.RemoveLibrary(*library);
             library = nullptr;
         };
         library->Add(NewItem::Compound("A"));
         QVERIFY(!library);
-        QCOMPARE(spy.Take(), QByteArray("begin, added A, begin, invalidated, end, end"));
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray("begin, added A, begin, invalidated, end, end"));
     }
 
     void accessorsOutliveTheLayer()
@@ -265,15 +265,15 @@ private Q_SLOTS:
         library->Add(NewItem::Compound("A"));
         const ItemLibraryAccessor accessor = library->GetAccessor();
         NotificationSpy spy(accessor);
-        spy.m_reaction = [&](const QByteArray& in_call) {
-            if (in_call != call || !library)
+        spy.m_reaction = [&](const std::string& in_call) {
+            if (call != in_call.c_str() || !library)
                 return;
             layer.RemoveLibrary(*library);
             library = nullptr;
         };
         library->Close();
         QVERIFY(!library);
-        QCOMPARE(spy.Take(), QByteArray("begin, invalidated, end"));
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray("begin, invalidated, end"));
         QVERIFY(!accessor.IsValid());
     }
 

@@ -118,11 +118,11 @@ private Q_SLOTS:
         const ItemID loose = library.Add(NewItem::Compound("B").WithoutUID());
         NotificationSpy spy(library.GetAccessor());
         layer.GetSourceControl().SetState(id, eOutOfDate);
-        QCOMPARE(spy.Take(), QByteArray("begin, state A 4, end"));
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray("begin, state A 4, end"));
         layer.GetSourceControl().SetState(id, eOutOfDate);
         layer.GetSourceControl().SetState(loose, eOutOfDate);
         layer.GetSourceControl().SetState(ItemID(), eOutOfDate);
-        QCOMPARE(spy.Take(), QByteArray());
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray());
         QCOMPARE(layer.GetSourceControl().GetState(id), unsigned(eOutOfDate));
     }
 
@@ -157,11 +157,11 @@ private Q_SLOTS:
         ScsTask* const task = new ScsTask("Test");
         task->RequestObjectStates(std::list<Handle>{first, second, first});
         layer.GetSourceControl().DeliverRequestedStates();
-        QCOMPARE(spy.Take(), QByteArray("begin, state A 1, end, begin, state A 1, end"));
-        QCOMPARE(otherSpy.Take(), QByteArray("begin, state B 1, end"));
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray("begin, state A 1, end, begin, state A 1, end"));
+        QCOMPARE(QByteArray(otherSpy.Take().c_str()), QByteArray("begin, state B 1, end"));
         layer.GetSourceControl().DeliverRequestedStates();
         QCoreApplication::processEvents();
-        QCOMPARE(spy.Take(), QByteArray());
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray());
         task->DeleteMe();
     }
 

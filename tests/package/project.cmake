@@ -26,11 +26,11 @@ function(build_project folder build)
     run(${CMAKE_COMMAND} --build ${build})
 endfunction()
 
-# run_in_window(PROGRAM): starts a program, waits for its window and closes it. The program must end with status 0. It
-# may not find the libraries through the environment.
+# run_in_window(PROGRAM ARGUMENTS…): starts a program, waits for its window and closes it. The program must end with
+# status 0. It may not find the libraries through the environment.
 function(run_in_window program)
     if(IN_WINDOW)
-        run(${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ${IN_WINDOW} ${program})
+        run(${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ${IN_WINDOW} ${program} ${ARGN})
     endif()
 endfunction()
 

@@ -5,7 +5,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/project.cmake)
 file(REMOVE_RECURSE ${WORK})
 install_build(${BUILD} ${WORK}/installed)
 foreach(header datamodel/provider.h memorymodel/datalayer.h nodebrowser/nodebrowser.h nodebrowser/typeselector.h
-        nodebrowser/version.h nodebrowser/vireodialog.h)
+        nodebrowser/version.h nodebrowser/vireodialog.h contract/boundarycontract.h contract/boundaryfixture.h)
     if(NOT EXISTS ${WORK}/installed/include/${PACKAGE}/${header})
         message(SEND_ERROR "${header} is not installed")
     endif()

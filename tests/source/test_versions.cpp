@@ -257,8 +257,8 @@ private Q_SLOTS:
         QTest::newRow("importers") << QString::fromLatin1("importers")
                                    << QString::fromLatin1("memorymodel datamodel Qt");
         QTest::newRow("contract") << QString::fromLatin1("contract")
-                                  << QString::fromLatin1("datamodel <QtTest> <QObject> <QCoreApplication> <QByteArray> "
-                                                         "<QList> <QImage>");
+                                  << QString::fromLatin1("datamodel <QObject> <QCoreApplication> <QEvent> "
+                                                         "<QElapsedTimer> <QImage>");
         QTest::newRow("host") << QString::fromLatin1("host")
                               << QString::fromLatin1("datamodel nodebrowser memorymodel importers qtcompat Qt");
     }
