@@ -5,7 +5,7 @@
 build_packages=(g++ cmake ninja-build libboost-dev fonts-dejavu-core)
 qt6_packages=(qt6-base-dev)
 qt5_packages=(qtbase5-dev)
-test_packages=(xvfb xauth openbox xdotool git)
+test_packages=(xvfb xauth openbox xdotool git dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi)
 lint_packages=(clang-format-19 clang-tidy-19 git shellcheck)
 count_packages=(valgrind)
 plot_packages=(gnuplot-nox fonts-dejavu-core)
