@@ -23,6 +23,8 @@ BrowserHeader::BrowserHeader(QWidget& in_browser, bool in_withTabs)
     m_searchField = new QLineEdit(&in_browser);
     m_clearButton =
         new QPushButton(in_browser.style()->standardIcon(QStyle::SP_TitleBarCloseButton), QString(), &in_browser);
+    m_searchField->setAccessibleName(QString::fromLatin1("Search"));
+    m_clearButton->setAccessibleName(QString::fromLatin1("Clear search"));
     if (!in_withTabs)
         return;
     m_tabBar = new BrowserTabBar(&in_browser);

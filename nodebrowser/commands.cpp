@@ -118,6 +118,12 @@ void EditTags(const CommandTarget& in_target, const ItemID& in_item)
         .SetItemTags(in_item, gApplicationTagsKey, dialog.GetItemTags().c_str(), in_target.m_commands);
 }
 
+void OpenCompound(const ItemLibraryAccessor& in_library, const ItemID& in_compound)
+{
+    Helpers::SetGlobalVireoCompoundTarget(CompoundAccessor(in_library.GetModel(in_compound, nullptr)),
+                                          CompoundAccessor());
+}
+
 void SaveLibrary(ItemLibraryAccessor in_library)
 {
     LowLevelItemLibraryAccessor(in_library).PreCommit();

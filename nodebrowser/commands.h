@@ -34,6 +34,9 @@ void RenameCompound(const CommandTarget& in_target, const vireo::datamodel::Item
 
 void EditTags(const CommandTarget& in_target, const vireo::datamodel::ItemID& in_item);
 
+/// Makes a compound the application's compound target.
+void OpenCompound(const vireo::datamodel::ItemLibraryAccessor& in_library, const vireo::datamodel::ItemID& in_compound);
+
 /// Writes the library to disk. It reports neither success nor failure, on purpose. It takes a copy of the accessor, as
 /// the host may attach another library while the data layer saves.
 void SaveLibrary(vireo::datamodel::ItemLibraryAccessor in_library);

@@ -24,4 +24,24 @@ eItemKind KindOf(vireo::datamodel::ItemAccessor& in_item)
     return eKindOther;
 }
 
+QString NameOf(eItemKind in_kind)
+{
+    switch (in_kind)
+    {
+    case eKindSolver:
+        return QString::fromLatin1("solver");
+    case eKindCompound:
+        return QString::fromLatin1("compound");
+    case eKindSignature:
+        return QString::fromLatin1("signature");
+    case eKindConstant:
+        return QString::fromLatin1("global constant");
+    case eKindType:
+        return QString::fromLatin1("type");
+    case eKindOther:
+        break;
+    }
+    return QString::fromLatin1("item");
+}
+
 } // namespace nodebrowser

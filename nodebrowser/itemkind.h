@@ -4,6 +4,8 @@
 
 #include "datamodel/item.h"
 
+#include <QString>
+
 namespace nodebrowser
 {
 
@@ -22,5 +24,8 @@ const int gItemKinds = eKindType + 1;
 
 /// Reads the data layer for compounds only: whether they are signatures.
 eItemKind KindOf(vireo::datamodel::ItemAccessor& in_item);
+
+/// A kind in a word or two, for those who cannot see the icon.
+QString NameOf(eItemKind in_kind);
 
 } // namespace nodebrowser

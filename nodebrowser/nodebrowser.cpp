@@ -4,13 +4,10 @@
 #include "datamodel/helpers.h"
 #include "datamodel/models.h"
 #include "datamodel/sourcecontrol.h"
-#include "nodebrowser/browserheader.h"
+#include "nodebrowser/browserprivate.h"
 #include "nodebrowser/commands.h"
 #include "nodebrowser/contextmenu.h"
 #include "nodebrowser/dragformat.h"
-#include "nodebrowser/itemlist.h"
-#include "nodebrowser/rowlayout.h"
-#include "nodebrowser/rowpainter.h"
 #include "nodebrowser/searchscore.h"
 #include "qtcompat/latin1.h"
 #include "qtcompat/qtcompat.h"
@@ -37,7 +34,6 @@
 #include <vector>
 
 using namespace nodebrowser;
-using vireo::datamodel::CompoundAccessor;
 using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemLibraryAccessor;
@@ -59,12 +55,6 @@ QEvent::Type GetRemovalEvent()
     return static_cast<QEvent::Type>(type);
 }
 
-/// A task is ended and never deleted.
-struct EndTask
-{
-    void operator()(ScsTask* in_task) const { in_task->DeleteMe(); }
-};
-
 } // namespace
 
 // A static library does not register its icons by itself. The macro must stand outside any namespace.
@@ -73,81 +63,13 @@ static void RegisterIcons()
     Q_INIT_RESOURCE(nodebrowser);
 }
 
-/// The state of a browser and the operations on it. The functions of CNodeBrowser itself are what others call: events,
-/// slots and notifications.
-struct NODEBROWSER_NO_EXPORT CNodeBrowser::Private
-{
-    Private(CNodeBrowser& io_browser, eConfigType in_config)
-        : m_browser(io_browser),
-          m_config(in_config),
-          m_header(io_browser, in_config == eConfigNodeBrowser),
-          m_filterMode(in_config == eConfigNodeBrowser ? eFilterNodes : eFilterTypes),
-          m_listTop(in_config == eConfigNodeBrowser ? gListTop + gTabBarRoom : gListTop)
-    {
-    }
-
-    void ConnectHeader();
-    void ConnectRevisionControl();
-    void StopObserving();
-
-    void RequestRebuild();
-    void RequestRepaint();
-    void RefreshItems();
-    void BuildAllItemList(ItemList::ObjectHandles* out_handles);
-    void UpdateVisibleItems();
-    void SetSourceControlEnabled(bool in_enabled);
-    bool isSourceControlEnabled() const { return m_sourceControlEnabled; }
-    bool IsVersioningShown() const;
-
-    void UpdateScrollbar() { m_header.FitScrollBar(GetRowLayout(), m_contentHeight); }
-    RowLayout GetRowLayout() const;
-    std::size_t GetItemIndexAt(const QPoint& in_point) const { return GetRowLayout().RowAt(in_point); }
-    const BrowserItem* FindRow(std::uint64_t in_row) const;
-    bool FindItem(std::uint64_t in_row, ItemID& out_item) const;
-    bool ReadRow(std::uint64_t in_row, RowContent& out_content) const;
-    void ShowToolTip(QHelpEvent& io_event);
-    bool ScrollByWheel(const QWheelEvent& in_event);
-
-    CommandTarget GetCommandTarget() { return {m_library, QPointer<QObject>(&m_browser), m_commandManager}; }
-
-    CNodeBrowser& m_browser;
-    const eConfigType m_config;
-    std::list<RevisionControlConnection> m_revisionControlConnections;
-    hmx::fwk::ICommandManager* m_commandManager = nullptr;
-    ItemLibraryAccessor m_library;
-    ItemTOCAccessor m_toc;
-    unsigned m_attachments = 0; // how often a library was attached
-    BrowserHeader m_header;
-    std::unique_ptr<ScsTask, EndTask> m_scsTask;
-    bool m_sourceControlEnabled = false;
-
-    // The work that the next paint does.
-    bool m_statesStale = true;
-    bool m_rebuildNeeded = false;
-    bool m_relayoutNeeded = false;
-
-    int m_filterMode;
-    SearchWords m_searchWords; // the lowered search text, split at each key stroke
-
-    std::unique_ptr<ItemList> m_items{new ItemList};
-    bool m_itemsInUse = false;     // an operation of the list reads the data layer: no build may start
-    bool m_removalPending = false; // the event loop has not run since ItemRemoved()
-    RowPainter m_rowPainter;
-
-    const int m_listTop;
-    int m_contentHeight = 0;
-    int m_scrollOffset = 0;
-    std::vector<std::uint64_t> m_visibleItems; // ranks, by row
-    std::uint64_t m_selectedRow = gNoRow;      // none when it is not below the count of rows
-    QPoint m_dragStart;
-};
-
 CNodeBrowser::CNodeBrowser(eConfigType in_config) : m_private(new Private(*this, in_config))
 {
     RegisterIcons();
     m_private->ConnectHeader();
     m_private->m_scsTask.reset(new ScsTask("NodeBrowser"));
     m_private->ConnectRevisionControl();
+    ShowRows(*this, *m_private);
 }
 
 void CNodeBrowser::Private::ConnectHeader()
@@ -175,6 +97,7 @@ void CNodeBrowser::Private::ConnectRevisionControl()
 
 CNodeBrowser::~CNodeBrowser()
 {
+    HideRows(*this);
     m_private->StopObserving();
     m_private->m_header.Delete();
     m_private->m_scsTask.reset();
@@ -380,6 +303,7 @@ void CNodeBrowser::EnterPressed()
 {
     if (m_private->m_selectedRow >= GetRowCount())
         m_private->m_selectedRow = 0;
+    NotifyRowSelected(*this);
     Q_EMIT SelectionChanged();
 }
 
@@ -407,6 +331,7 @@ void CNodeBrowser::Private::UpdateVisibleItems()
     }
     m_contentHeight = static_cast<int>(m_visibleItems.size()) * gRowHeight;
     UpdateScrollbar();
+    NotifyRowsFound(m_browser);
 }
 
 /// Requests a repaint of the list without the header. When no part of the list is visible it requests one of the whole
@@ -545,19 +470,27 @@ void CNodeBrowser::mousePressEvent(QMouseEvent* in_event)
         return;
     if (in_event->button() == Qt::LeftButton)
     {
-        m_private->m_selectedRow = row;
         m_private->m_dragStart = position;
-        repaint();
-        Q_EMIT SelectionChanged();
+        m_private->SelectByHand(row);
     }
     else if (in_event->button() == Qt::RightButton && m_private->m_config == eConfigNodeBrowser)
     {
         m_private->m_selectedRow = row;
         const QPointer<CNodeBrowser> alive(this); // the host may destroy the browser while the menu is open
+        NotifyRowSelected(*this);
         PopContexMenu(qtcompat::EventGlobalPosition(*in_event), row);
         if (alive)
             Q_EMIT SelectionChanged();
     }
+}
+
+/// Selects a row, shows the band at once, and tells the host.
+void CNodeBrowser::Private::SelectByHand(std::size_t in_row)
+{
+    m_selectedRow = in_row;
+    m_browser.repaint();
+    NotifyRowSelected(m_browser);
+    Q_EMIT m_browser.SelectionChanged();
 }
 
 void CNodeBrowser::mouseMoveEvent(QMouseEvent* in_event)
@@ -576,12 +509,15 @@ void CNodeBrowser::mouseMoveEvent(QMouseEvent* in_event)
 
 void CNodeBrowser::mouseDoubleClickEvent(QMouseEvent* in_event)
 {
+    m_private->OpenRow(m_private->GetItemIndexAt(qtcompat::EventPosition(*in_event)));
+}
+
+/// Shows a compound in the application. Other items do not open.
+void CNodeBrowser::Private::OpenRow(std::size_t in_row)
+{
     ItemID item;
-    const std::size_t row = m_private->GetItemIndexAt(qtcompat::EventPosition(*in_event));
-    if (!m_private->FindItem(row, item) || item.GetType() != VireoType::gCompound)
-        return;
-    const CompoundAccessor compound(m_private->m_library.GetModel(item, nullptr));
-    vireo::datamodel::Helpers::SetGlobalVireoCompoundTarget(compound, CompoundAccessor());
+    if (FindItem(in_row, item) && item.GetType() == VireoType::gCompound)
+        OpenCompound(m_library, item);
 }
 
 ItemID CNodeBrowser::GetSelection()
@@ -597,6 +533,31 @@ bool CNodeBrowser::IsSelectionType()
     const ItemID selection = GetSelection();
     return selection.IsValid() &&
            vireo::datamodel::TypeDescriptorAccessor(library.GetModel(selection, nullptr)).IsValid();
+}
+
+// Assistive technology
+
+bool CNodeBrowser::Private::PutInWords(std::size_t in_row, RowInWords& out_words) const
+{
+    const BrowserItem* const record = FindRow(in_row);
+    RowContent content;
+    if (!record)
+        return false;
+    const eItemKind kind = record->GetKind();
+    ReadRow(in_row, content);
+    out_words.m_name = content.m_name;
+    out_words.m_modified = content.m_dirty;
+    out_words.m_kind = NameOf(kind);
+    out_words.m_opens = kind == eKindCompound || kind == eKindSignature;
+    return true;
+}
+
+void CNodeBrowser::Private::SelectRow(std::size_t in_row)
+{
+    if (in_row >= m_visibleItems.size())
+        return;
+    m_header.m_scrollBar->setValue(GetRowLayout().OffsetToShow(in_row));
+    SelectByHand(in_row);
 }
 
 // Tool tips and the wheel

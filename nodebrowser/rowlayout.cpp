@@ -47,6 +47,13 @@ bool RowLayout::IsInList(const QPoint& in_point) const
     return in_point.x() >= 0 && in_point.x() < m_width && in_point.y() >= m_listTop && in_point.y() < m_height;
 }
 
+int RowLayout::OffsetToShow(std::size_t in_row) const
+{
+    const int above = ListRect().top() - RowTop(in_row);
+    const int below = RowTop(in_row) + gRowHeight - 1 - ListRect().bottom();
+    return m_scrollOffset + (above > 0 ? -above : std::max(below, 0));
+}
+
 RowRange RowLayout::VisibleRows(std::size_t in_rowCount) const
 {
     const int bottom = m_scrollOffset + m_height - m_listTop;

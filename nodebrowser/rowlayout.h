@@ -59,6 +59,9 @@ struct RowLayout
     /// Whether a point is in ListRect(). The pixel line at the list top counts, unlike in RowAt().
     bool IsInList(const QPoint& in_point) const;
 
+    /// The scroll offset nearest to the present one that has a row in sight.
+    int OffsetToShow(std::size_t in_row) const;
+
     /// The rows that have at least one pixel line in ListRect().
     RowRange VisibleRows(std::size_t in_rowCount) const;
 };

@@ -107,6 +107,31 @@ private Q_SLOTS:
             QVERIFY(!MakeLayout(0, 43, 30).IsInList(QPoint(10, y)));
     }
 
+    void offsetToShow_data()
+    {
+        QTest::addColumn<int>("scroll");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("offset");
+        QTest::newRow("in sight") << 24 << 2 << 24;
+        QTest::newRow("the first one in sight") << 24 << 1 << 24;
+        QTest::newRow("the last one in sight") << 24 << 4 << 24;
+        QTest::newRow("one above") << 24 << 0 << 0;
+        QTest::newRow("one pixel line above") << 25 << 1 << 24;
+        QTest::newRow("one below") << 24 << 5 << 48;
+        QTest::newRow("one pixel line below") << 23 << 4 << 24;
+        QTest::newRow("far below") << 0 << 100 << 97 * 24;
+    }
+
+    void offsetToShow()
+    {
+        QFETCH(int, scroll);
+        QFETCH(int, row);
+        QFETCH(int, offset);
+        // Four rows are in sight.
+        const RowLayout layout = MakeLayout(scroll, 43, 43 + 4 * 24);
+        QCOMPARE(layout.OffsetToShow(static_cast<std::size_t>(row)), offset);
+    }
+
     void visibleRows_data()
     {
         QTest::addColumn<int>("scroll");
