@@ -37,6 +37,7 @@ int main(int argc, char** argv)
 
     CNodeBrowser browser(eConfigNodeBrowser);
     browser.SetItemLibrary(layer->GetLibrary());
+    browser.resize(300, 400);
     browser.show();
     return application.exec();
 }

@@ -102,10 +102,12 @@ QStringList FilesWith(const QString& in_room, const QString& in_text)
     return found;
 }
 
-/// A file without its ending: a header and what implements it are one unit.
+/// A file without its ending: a header and what implements it are one unit, and so is a header "_p" with the class's
+/// private part.
 QString UnitOf(const QString& in_path)
 {
-    return in_path.left(in_path.lastIndexOf(QLatin1Char('.')));
+    const QString unit = in_path.left(in_path.lastIndexOf(QLatin1Char('.')));
+    return unit.endsWith(QLatin1String("_p")) ? unit.left(unit.size() - 2) : unit;
 }
 
 /// The units of a room that each of its units includes.
