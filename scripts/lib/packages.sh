@@ -9,6 +9,7 @@ test_packages=(xvfb xauth openbox xdotool git)
 lint_packages=(clang-format-19 clang-tidy-19 git shellcheck)
 count_packages=(valgrind)
 plot_packages=(gnuplot-nox fonts-dejavu-core)
+docs_packages=(doxygen graphviz)
 fresh_packages=(debootstrap git)
 
 # say TEXT: a line about what the script is doing, or why it cannot.
