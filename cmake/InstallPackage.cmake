@@ -12,14 +12,15 @@ set(cmake_files ${CMAKE_INSTALL_LIBDIR}/cmake/${package})
 # The headers.
 configure_file(${PROJECT_SOURCE_DIR}/nodebrowser/version.h.in ${PROJECT_BINARY_DIR}/include/nodebrowser/version.h @ONLY)
 target_include_directories(nodebrowser PUBLIC $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>)
-install(FILES ${PROJECT_BINARY_DIR}/include/nodebrowser/version.h DESTINATION ${headers}/nodebrowser)
+install(FILES ${PROJECT_BINARY_DIR}/include/nodebrowser/version.h DESTINATION ${headers}/nodebrowser
+    COMPONENT headers)
 file(GLOB datamodel_headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/datamodel/*.h)
-install(FILES ${datamodel_headers} DESTINATION ${headers}/datamodel)
+install(FILES ${datamodel_headers} DESTINATION ${headers}/datamodel COMPONENT headers)
 foreach(header accessstate commandmanager datalayer datasource export library newitem sourcecontrol)
-    install(FILES ${PROJECT_SOURCE_DIR}/memorymodel/${header}.h DESTINATION ${headers}/memorymodel)
+    install(FILES ${PROJECT_SOURCE_DIR}/memorymodel/${header}.h DESTINATION ${headers}/memorymodel COMPONENT headers)
 endforeach()
 foreach(header dragformat export nodebrowser typeselector vireodialog)
-    install(FILES ${PROJECT_SOURCE_DIR}/nodebrowser/${header}.h DESTINATION ${headers}/nodebrowser)
+    install(FILES ${PROJECT_SOURCE_DIR}/nodebrowser/${header}.h DESTINATION ${headers}/nodebrowser COMPONENT headers)
 endforeach()
 
 # The libraries, as targets of the CMake package.

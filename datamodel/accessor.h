@@ -25,6 +25,7 @@ public:
     virtual bool IsAlive() const = 0;
 };
 
+/// How contexts are passed and kept. A null one is no context.
 using ContextPtr = std::shared_ptr<IContext>;
 
 /// What every accessor is: a value that shares a context and speaks one interface of it. Copies are cheap and
@@ -79,14 +80,15 @@ protected:
     /// The interface that this accessor speaks; null when the context does not offer it.
     virtual void* FindInterface(IContext& in_context) const = 0;
 
-    ContextPtr m_context;
-    void* m_interface = nullptr;
+    ContextPtr m_context;        ///< null while it points at nothing
+    void* m_interface = nullptr; ///< what FindInterface() found; belongs to the context
 };
 
 /// An accessor that speaks this one interface.
 template <class Interface> class InterfaceAccessor : public BaseAccessor
 {
 public:
+    /// Points at nothing, and is invalid.
     InterfaceAccessor() = default;
 
     /// Views the context of another accessor.
@@ -105,7 +107,9 @@ private:
 class DATAMODEL_EXPORT UnspecifiedAccessor : public InterfaceAccessor<IContext>
 {
 public:
+    /// Points at nothing, and is invalid.
     UnspecifiedAccessor() = default;
+    /// Points at a context. Null makes an invalid accessor.
     explicit UnspecifiedAccessor(const ContextPtr& in_context)
     {
         ResetContext(in_context);

@@ -25,7 +25,17 @@ class DATAMODEL_EXPORT ICompoundModifier
 {
 public:
     virtual ~ICompoundModifier() = default;
+
+    /// Whether the compound can be changed at all. The browser asks when it opens the context menu of the compound: the
+    /// answer enables "Rename" and "Edit Tags". A read: it changes nothing and asks nobody.
+    /// \param in_withSource whether it also counts that the data source of the compound takes no changes; the browser
+    ///     passes true
     virtual bool CanModifyCompound(bool in_withSource) const = 0;
+
+    /// Gives the compound a new name, as one command, and sends one ItemNameChanged() before it returns. Called after
+    /// the rename dialog was accepted with another name. The dialog has checked that name with
+    /// IsNameInNodeLibraryHierarchy(), but other callers may not have. So it refuses silently: an empty name, the name
+    /// that the compound has, a name in use, and a compound that cannot be changed.
     virtual void RenameCompound(const char* in_newName, hmx::fwk::ICommandManager* in_commands) = 0;
 };
 

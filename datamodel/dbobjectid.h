@@ -28,16 +28,20 @@ public:
     /// Whether a text is a well-formed identity. False for null.
     static bool IsUID(const char* in_text);
 
+    /// The text form: 36 characters in upper case, for the null identity too.
     std::string GetStr() const;
 
     /// The bytes, in the order of the text form.
     const std::array<std::uint8_t, 16>& GetBytes() const { return m_bytes; }
 
+    /// Equal when all bytes are.
     friend bool operator==(const DbObjectId& in_left, const DbObjectId& in_right)
     {
         return in_left.m_bytes == in_right.m_bytes;
     }
+    /// The opposite of operator==().
     friend bool operator!=(const DbObjectId& in_left, const DbObjectId& in_right) { return !(in_left == in_right); }
+    /// The order of the bytes, which is also that of the text forms. The null identity is the first.
     friend bool operator<(const DbObjectId& in_left, const DbObjectId& in_right)
     {
         return in_left.m_bytes < in_right.m_bytes;

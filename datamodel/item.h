@@ -15,7 +15,9 @@ namespace datamodel
 class DATAMODEL_EXPORT CSimpleValue
 {
 public:
+    /// No value.
     CSimpleValue() = default;
+    /// Made by implementations: the answer to IItem::GetValue().
     explicit CSimpleValue(bool in_present) : m_present(in_present) {}
 
     /// True when the item has a value under the key.
@@ -34,7 +36,13 @@ class DATAMODEL_EXPORT IItem
 {
 public:
     virtual ~IItem() = default;
+
+    /// The item's identity, the same one for as long as the item exists. Called for each row in sight at each paint,
+    /// and often besides: it returns what it has, in constant time.
     virtual ItemID GetItemID() const = 0;
+
+    /// Whether the item has a value under a key. A build asks each item for gParentKey and gSpecializesKey, and does
+    /// not list it if it has either. An unknown key has no value.
     virtual CSimpleValue GetValue(const char* in_key) const = 0;
 };
 

@@ -49,13 +49,15 @@ public:
     {
     }
 
+    /// False for the invalid identity alone. It does not say whether the item still exists: ask its accessor.
     bool IsValid() const { return m_type != nullptr; }
 
     /// The type-name constant of the item, to be compared by pointer; null for the invalid identity.
     const char* GetType() const { return m_type; }
 
-    /// The set of items and the number in it, for implementations to find the item; 0 for the invalid identity.
+    /// The set of items that the number counts, for implementations to find the item; 0 for the invalid identity.
     std::uint64_t GetSpace() const { return m_space; }
+    /// The item's number in that set; 0 for the invalid identity.
     std::uint64_t GetNumber() const { return m_number; }
 
     /// The identity as printable ASCII text without blanks: the type name, a colon, the set, a hyphen, the number. Set
@@ -63,11 +65,13 @@ public:
     /// Empty for the invalid identity.
     std::string Serialize() const;
 
+    /// Equal when they name the same item, or are both invalid.
     friend bool operator==(const ItemID& in_left, const ItemID& in_right)
     {
         return in_left.m_number == in_right.m_number && in_left.m_space == in_right.m_space &&
                in_left.IsValid() == in_right.IsValid();
     }
+    /// The opposite of operator==().
     friend bool operator!=(const ItemID& in_left, const ItemID& in_right) { return !(in_left == in_right); }
 
     /// A strict weak order that depends on the identities alone, never on an address: the invalid identity first, then

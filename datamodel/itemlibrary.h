@@ -17,17 +17,48 @@ namespace datamodel
 /// The key of the tags that people give to items.
 extern DATAMODEL_EXPORT const char* const gApplicationTagsKey; ///< "ApplicationTags"
 
-/// What a library offers to readers.
+/// What a library offers to readers: what an implementation derives its library's context from. ItemLibraryAccessor
+/// passes each call on while the context is alive.
+///
+/// For an identity that the library does not have (the invalid one, one of another library, or one of an item that is
+/// gone), each read returns the empty text, false, or an invalid accessor.
 class DATAMODEL_EXPORT IItemLibrary
 {
 public:
     virtual ~IItemLibrary() = default;
+
+    /// The item's name, 8-bit Latin-1. A build asks once for each item, a paint once for each row in sight. So it takes
+    /// the time of a look-up and a copy.
+    /// \param in_displayName true for the name as people see it, which is all that the browser asks for
+    /// \param in_scope the scope that the name is relative to; null, as the browser passes it, for none
     virtual std::string GetItemName(const ItemID& in_item, bool in_displayName, const char* in_scope) const = 0;
+
+    /// The item's tags under a key, as they were written: joined by ";", empty when there are none or the key is
+    /// unknown. A build asks once for each item, with gApplicationTagsKey. So does every ItemTagsChanged() for its
+    /// item.
     virtual std::string GetItemTags(const ItemID& in_item, const char* in_key) const = 0;
+
+    /// Whether the item refuses changes. Asked when the context menu of the item opens; SetItemTags() follows the same
+    /// answer.
     virtual bool ItemIsReadOnly(const ItemID& in_item) const = 0;
+
+    /// Whether the item has changes that are not committed. Asked for each row in sight at each paint. No notification
+    /// goes with it: after a commit the browser shows it at the next paint.
     virtual bool ItemIsDirty(const ItemID& in_item) const = 0;
+
+    /// The item's model: a context that offers the interfaces of models.h and compoundmodifier.h which fit the item.
+    /// Asked when a type is picked, and when a compound is double-clicked, renamed or has its context menu opened.
+    /// Never asked by a build or a paint.
+    /// \param out_error gets the reason when there is no model; may be null
     virtual UnspecifiedAccessor GetModel(const ItemID& in_item, std::string* out_error) const = 0;
+
+    /// Registers an observer for the notifications of this library, behind those that are registered already. Ignores
+    /// an observer that is registered, another kind than eItemLibraryNotificationKind, and the context of another
+    /// thing. The observer stays its owner's.
     virtual void AddObserver(IItemLibraryNotification* in_observer, int in_kind, const ContextPtr& in_context) = 0;
+
+    /// Ends a registration. From then on the observer is not called, not even for the notification that is running. The
+    /// observer may die right after this. Ignores an observer that is not registered.
     virtual void RemoveObserver(IItemLibraryNotification* in_observer, int in_kind, const ContextPtr& in_context) = 0;
 };
 

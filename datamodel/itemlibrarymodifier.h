@@ -33,13 +33,37 @@ class DATAMODEL_EXPORT IItemLibraryModifier
 {
 public:
     virtual ~IItemLibraryModifier() = default;
+
+    /// Saves what has changed, or everything. Sends OnPreCommit() first and stops, without a write, if an observer
+    /// vetoes. Sends OnPostCommit() at the end, also after failures. Items that were saved are no longer dirty, which
+    /// is not notified. No command: a commit cannot be undone. Called by "Save graph library", right after
+    /// ILowLevelItemLibrary::PreCommit() whatever that returned.
+    /// \param out_written set to whether anything was written
+    /// \param out_messages gets one sentence for each item that could not be saved; may be null
+    /// \param in_everything also what has no changes; the browser passes false
+    /// \param in_source the resource of the one data source to save; the browser passes the null identity, for all
+    /// \return false after a veto or a failure
     virtual bool CommitToDisk(bool& out_written, std::list<std::string>* out_messages, bool in_everything,
                               const nexa4::TezUID& in_source) = 0;
+
+    /// Replaces an item's tags and sends one ItemTagsChanged(). Stores the text as it is: the dialog has normalised it.
+    /// \param in_tags joined by ";"; empty takes all tags away
+    /// \return false when the item is unknown or read-only; true otherwise, also when it had these tags already
     virtual bool SetItemTags(const ItemID& in_item, const char* in_key, const char* in_tags,
                              hmx::fwk::ICommandManager* in_commands) = 0;
-    /// The context of the new compound's model; null when refused.
+
+    /// Makes a compound or a signature and sends one ItemAdded(). Refuses an empty name, a name in use, an unknown base
+    /// class, and everything while no data source takes new items. The texts come from a dialog as they were typed,
+    /// with the name's special characters replaced.
+    /// \param in_baseClass the database identity of a signature, as text; empty or null for none
+    /// \param in_category free text; empty or null for none
+    /// \return the context of the new model, which offers ICompound and ICompoundModifier; null when refused
     virtual ContextPtr CreateCompound(const char* in_name, bool in_signature, const char* in_baseClass,
                                       const char* in_category, hmx::fwk::ICommandManager* in_commands) = 0;
+
+    /// Like CreateCompound(), for a compound whose graph runs in a loop.
+    /// \return the context of the new model, which offers ILoopCompound and ILoopCompoundModifier besides; null when
+    ///     refused
     virtual ContextPtr CreateLoopCompound(const char* in_name, const char* in_baseClass, const char* in_category,
                                           hmx::fwk::ICommandManager* in_commands) = 0;
 };
@@ -74,6 +98,10 @@ class DATAMODEL_EXPORT ILowLevelItemLibrary
 {
 public:
     virtual ~ILowLevelItemLibrary() = default;
+
+    /// The place for what a library has to do before it is saved, like opening a transaction. Notifies nobody. The
+    /// browser calls CommitToDisk() after it in any case.
+    /// \return whether the library can be committed
     virtual bool PreCommit() = 0;
 };
 

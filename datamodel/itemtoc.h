@@ -17,8 +17,16 @@ class DATAMODEL_EXPORT IItemIterator
 {
 public:
     virtual ~IItemIterator() = default;
+
+    /// Whether there is no current item any more. True at once for a type without items.
     virtual bool IsAtEnd() const = 0;
+
+    /// Goes to the next item. Never called at the end. It skips no item and returns none twice, even if items come and
+    /// go meanwhile. Constant time: a build takes this step once for each item.
     virtual void Next() = 0;
+
+    /// The current item, valid or meanwhile gone. Never called at the end. Makes no copy of the item's data: the
+    /// browser keeps the accessor for as long as it lists the item.
     virtual ItemAccessor GetItem() const = 0;
 };
 
@@ -34,8 +42,10 @@ class DATAMODEL_EXPORT ItemIterator
 public:
     /// An iterator at its end.
     ItemIterator() = default;
+    /// Steps through what an implementation made. Null gives an iterator at its end.
     explicit ItemIterator(std::unique_ptr<IItemIterator> in_items);
 
+    /// Whether there is no current item any more.
     bool IsAtEnd() const { return !m_items || m_items->IsAtEnd(); }
     /// Does nothing at the end.
     void Next();
@@ -46,14 +56,24 @@ private:
     std::unique_ptr<IItemIterator> m_items;
 };
 
-/// What a table of contents offers.
+/// What a table of contents offers: what an implementation derives the context of GetTOC() from.
 class DATAMODEL_EXPORT IItemTOC
 {
 public:
     virtual ~IItemTOC() = default;
-    /// Null is allowed and means no items.
+
+    /// An iterator over the items of a type, in an order that stays the same from call to call. A build asks for the
+    /// five types in turn: polymorphic solvers, compounds, global constants, solvers, types. Rows of the same name
+    /// appear in this order.
+    /// \param in_type a constant of VireoType or LibType, to be compared by pointer; any other pointer has no items
+    /// \return null is allowed and means no items
     virtual std::unique_ptr<IItemIterator> IterateItems(const char* in_type) const = 0;
+
+    /// Registers an observer of arrivals and departures. Like IItemLibrary::AddObserver(), for the kind
+    /// eItemTOCNotificationKind.
     virtual void AddObserver(IItemTOCNotification* in_observer, int in_kind, const ContextPtr& in_context) = 0;
+
+    /// Like IItemLibrary::RemoveObserver().
     virtual void RemoveObserver(IItemTOCNotification* in_observer, int in_kind, const ContextPtr& in_context) = 0;
 };
 

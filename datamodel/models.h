@@ -15,10 +15,11 @@ class DATAMODEL_EXPORT ICompound
 {
 public:
     virtual ~ICompound() = default;
-    /// The item that the model belongs to.
+    /// The item that the model belongs to. The rename dialog and new compounds learn their item from it.
     virtual ItemID GetItemID() const = 0;
 };
 
+/// Valid when the model is that of a compound, a loop compound or a signature.
 class DATAMODEL_EXPORT CompoundAccessor : public InterfaceAccessor<ICompound>
 {
 public:

@@ -35,9 +35,12 @@ public:
         return handle;
     }
 
+    /// The database instance, a number of NewDatabaseInstance(); -1 for the invalid handle.
     int GetInstance() const { return m_instance; }
+    /// The position in the cache of that instance; -1 for the invalid handle.
     int GetCacheIndex() const { return m_cacheIndex; }
 
+    /// Whether the object exists now and offers T. Costs one look-up, like each use.
     bool IsValid() const { return (*this).operator->().IsValid(); }
 
     /// The object. When the handle is invalid: the null pointer, which throws ExBase::NullPtr when it is dereferenced.
@@ -49,6 +52,7 @@ public:
     /// Whether the object's content is in memory (ITypeAsset). This and the three below throw ExBase::NullPtr when the
     /// handle is invalid.
     bool IsLoaded() const { return (*this)->IsLoaded(); }
+    /// The object's identity.
     DbObjectId GetDbObjectId() const { return (*this)->GetDbObjectId(); }
     /// The data source that the object is stored in.
     NEXAPtr<IDataSource> GetDataSource() const { return (*this)->GetDataSource(); }

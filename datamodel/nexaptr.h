@@ -33,6 +33,7 @@ private:
 class DATAMODEL_EXPORT ExBase::NullPtr : public ExBase
 {
 public:
+    /// Takes what ExBase takes, but for the reason.
     NullPtr(const std::string& in_function, const char* in_file, int in_line);
 };
 
@@ -40,11 +41,14 @@ public:
 class DATAMODEL_EXPORT DisableErrorReportingGuard
 {
 public:
+    /// Silences reports on this thread.
     DisableErrorReportingGuard();
+    /// Lets them through again when it was the last guard of the thread. To be destroyed on the thread that made it.
     ~DisableErrorReportingGuard();
     DisableErrorReportingGuard(const DisableErrorReportingGuard&) = delete;
     DisableErrorReportingGuard& operator=(const DisableErrorReportingGuard&) = delete;
 
+    /// Whether a guard lives on this thread.
     static bool IsErrorReportingDisabled();
 };
 
@@ -65,6 +69,7 @@ class IValueAsset;
 
 /// The qualified name of a database interface, for messages.
 template <class T> const char* InterfaceName();
+/// \cond the same for each interface
 template <> inline const char* InterfaceName<IDataModelMgr>()
 {
     return "nexa4::IDataModelMgr";
@@ -93,6 +98,7 @@ template <> inline const char* InterfaceName<IValueAsset>()
 {
     return "nexa4::IValueAsset";
 }
+/// \endcond
 
 /// What all counted pointers share: the pointee and checked access to it.
 template <class T> class NEXAPtrBase
@@ -110,6 +116,7 @@ public:
 
 protected:
     NEXAPtrBase() = default;
+    /// Shares the pointee; null is allowed.
     explicit NEXAPtrBase(std::shared_ptr<T> in_pointee) : m_pointee(std::move(in_pointee)) {}
     ~NEXAPtrBase() = default;
     NEXAPtrBase(const NEXAPtrBase&) = default;
@@ -117,25 +124,30 @@ protected:
     NEXAPtrBase& operator=(const NEXAPtrBase&) = default;
     NEXAPtrBase& operator=(NEXAPtrBase&&) = default;
 
-    std::shared_ptr<T> m_pointee;
+    std::shared_ptr<T> m_pointee; ///< null in a null pointer
 };
 
 /// A counted pointer to a database interface. Two are equal when they have the same pointee.
 template <class T> class NEXAPtr : public NEXAPtrBase<T>
 {
 public:
+    /// The null pointer.
     NEXAPtr() = default;
+    /// Shares the pointee; null is allowed. Made by implementations.
     explicit NEXAPtr(std::shared_ptr<T> in_pointee) : NEXAPtrBase<T>(std::move(in_pointee)) {}
 
     /// False for the null pointer.
     bool IsValid() const { return this->m_pointee != nullptr; }
 
+    /// The pointee. Throws ExBase::NullPtr when there is none.
     T* operator->() const { return this->GetPointeeNotNull(); }
 
+    /// Equal when the pointee is the same object. Null pointers are equal.
     friend bool operator==(const NEXAPtr& in_left, const NEXAPtr& in_right)
     {
         return in_left.m_pointee == in_right.m_pointee;
     }
+    /// The opposite of operator==().
     friend bool operator!=(const NEXAPtr& in_left, const NEXAPtr& in_right) { return !(in_left == in_right); }
 };
 

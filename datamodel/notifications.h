@@ -59,9 +59,12 @@ public:
     virtual void LibraryInvalidated(ItemLibraryAccessor& in_library) = 0;
     /// The item has another name. Send it for each such change: the browser searches the names as it read them last.
     virtual void ItemNameChanged(ItemLibraryAccessor& in_library, const ItemID& in_item) = 0;
-    /// \param in_key the tag set that changed, for example "ApplicationTags"
+    /// The item has other tags under a key. The browser reads them at once, inside this call.
+    /// \param in_key the key, for example gApplicationTagsKey
     virtual void ItemTagsChanged(ItemLibraryAccessor& in_library, const ItemID& in_item, const char* in_key) = 0;
-    /// \param in_state the item's source-control state, as ScsUtils::getAssetStateIcon() takes it
+    /// The source-control state of the item's object is known now, or changed. It also answers a request of a ScsTask,
+    /// and then comes even if the state is the old one.
+    /// \param in_state as ScsUtils::getAssetStateIcon() takes it
     virtual void ItemAccessStateChanged(ItemLibraryAccessor& in_library, const ItemID& in_item, long in_state) = 0;
     /// Before a commit. Setting *out_veto to true stops it; leaving it alone agrees.
     virtual void OnPreCommit(ItemLibraryAccessor& in_library, bool* out_veto) = 0;

@@ -33,8 +33,12 @@ class DATAMODEL_EXPORT IDbObject
 {
 public:
     virtual ~IDbObject() = default;
+    /// The object's identity, the same one in every session.
     virtual DbObjectId GetDbObjectId() const = 0;
+    /// The data source that the object is stored in, never null: a build asks the source of each item's object for its
+    /// state, and a null pointer throws there. The same pointer for all objects of one source.
     virtual NEXAPtr<IDataSource> GetDataSource() const = 0;
+    /// The manager of the object, never null. Its database lists the sources that the object can be moved to.
     virtual NEXAPtr<IDataModelMgr> GetManager() const = 0;
 };
 
@@ -42,6 +46,7 @@ public:
 class DATAMODEL_EXPORT ITypeAsset : public virtual IDbObject
 {
 public:
+    /// Whether the asset's content is in memory. It must not load the content: a build asks for each item.
     virtual bool IsLoaded() const = 0;
     /// Whether the asset came with the product and cannot be changed. Meaningful only for a loaded asset.
     virtual bool IsBuiltIn() const = 0;

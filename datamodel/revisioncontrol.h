@@ -45,6 +45,8 @@ class DATAMODEL_EXPORT IRevisionControlPropertiesMgr_Slot
 {
 public:
     virtual ~IRevisionControlPropertiesMgr_Slot() = default;
+    /// The properties changed: the slot reads what it needs of them.
+    /// \param in_manager null when the manager is going away; the slot counts source control as switched off then
     virtual void OnRevisionControlPropertiesChange(IRevisionControlPropertiesMgr* in_manager) = 0;
 };
 

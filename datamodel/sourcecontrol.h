@@ -18,10 +18,12 @@
 class DATAMODEL_EXPORT ScsTask
 {
 public:
+    /// \param in_name for diagnosis: who asks; never null
     explicit ScsTask(const char* in_name);
     ScsTask(const ScsTask&) = delete;
     ScsTask& operator=(const ScsTask&) = delete;
 
+    /// The name that it was made with.
     const std::string& GetName() const { return m_name; }
 
     /// Requests the states of objects. Returns at once. The states arrive later, never inside this call: the observers

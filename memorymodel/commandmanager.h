@@ -27,11 +27,15 @@ class CommandStack;
 class MEMORYMODEL_EXPORT CommandManager : public hmx::fwk::ICommandManager
 {
 public:
+    /// A manager with an empty stack.
     CommandManager();
+    /// Destroys the stack and its commands. They may outlive their library.
     ~CommandManager() override;
     CommandManager(const CommandManager&) = delete;
     CommandManager& operator=(const CommandManager&) = delete;
 
+    /// The stack, for actions, signals and texts. It lives as long as this object. Commands are pushed by the writes of
+    /// libraries only.
     QUndoStack& GetStack();
 
 private:

@@ -32,7 +32,9 @@ namespace memorymodel
 class MEMORYMODEL_EXPORT DataLayer
 {
 public:
+    /// Makes a data layer without libraries and installs it.
     DataLayer();
+    /// Closes all libraries and notifies the slots of its properties manager of the end.
     ~DataLayer();
     DataLayer(const DataLayer&) = delete;
     DataLayer& operator=(const DataLayer&) = delete;
@@ -50,9 +52,10 @@ public:
     /// The library that the service "NEXADBProxy" hands out. Null for none, as at first.
     void SetCurrentLibrary(Library* in_library);
 
-    /// The application's command manager.
+    /// The application's command manager: what vireo::datamodel::GetApplicationCommandManager() returns.
     CommandManager& GetCommandManager();
 
+    /// The switches and states of source control.
     SourceControl& GetSourceControl();
 
     /// Replaces a service, or takes it away (null). At first "RevisionControlUIHelper",
@@ -63,9 +66,9 @@ public:
     /// Whether hmxGetSystem() answers at all (true at first).
     void SetSystemPresent(bool in_present);
 
-    /// The compound that the application edits, and the one it is shown inside of; invalid for none, and for one that
-    /// is gone.
+    /// The compound that the application edits; invalid for none, and for one that is gone.
     vireo::datamodel::ItemID GetCompoundTarget() const;
+    /// The compound that the target is shown inside of; invalid when it is shown by itself.
     vireo::datamodel::ItemID GetCompoundTargetRoot() const;
     /// Called after each setting of the target, also when it is the same one again.
     void SetCompoundTargetHandler(std::function<void()> in_handler);

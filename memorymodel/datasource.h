@@ -25,6 +25,7 @@ enum
 class MEMORYMODEL_EXPORT DataSource : public nexa4::IDataSource
 {
 public:
+    /// Made by Library::AddDataSource(). A source that is made directly belongs to no library, and takes no items.
     DataSource(std::string in_name, std::string in_location, unsigned in_flags);
     ~DataSource() override;
     DataSource(const DataSource&) = delete;
@@ -33,10 +34,13 @@ public:
     /// nexa4::eDataSourceReadOnly, or 0.
     int GetState() const override;
 
+    /// The name of its resource, as the menu of sources shows it.
     const std::string& GetName() const;
     /// Where it is stored, as people read it: a path or an address.
     const std::string& GetLocation() const;
+    /// How it behaves now: SetReadOnly() changes eReadOnlySource.
     unsigned GetFlags() const;
+    /// Whether it refuses changes.
     bool IsReadOnly() const;
 
     /// Closes the source to changes or opens it. Notifies nobody: the browser learns of it at its next rebuild.

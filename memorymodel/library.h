@@ -32,7 +32,9 @@ public:
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
 
+    /// The name that it was made with.
     const std::string& GetName() const;
+    /// What the browser is given. Invalid after Close().
     vireo::datamodel::ItemLibraryAccessor GetAccessor() const;
 
     /// Adds a data source and notifies nobody. A library that has none when its first item is added gets a plain source
@@ -46,6 +48,7 @@ public:
     ///     with a number behind it when there is such a location already
     DataSource& AddDataSource(std::string in_name, unsigned in_flags = ePlainSource,
                               std::string in_location = std::string());
+    /// The sources in the order in which they were added.
     const std::vector<std::shared_ptr<DataSource>>& GetDataSources() const;
 
     /// Adds an item and sends ItemAdded(). Items of one type are listed in the order in which they were added. The item
@@ -76,6 +79,7 @@ public:
     /// itself stays until the data layer removes it, and takes nothing any more. Linear time.
     void Close();
 
+    /// How many items there are, those with a "Parent" or "Specializes" value included.
     std::size_t GetItemCount() const;
     /// All items in the order in which they were added.
     std::vector<vireo::datamodel::ItemID> GetItems() const;
@@ -85,11 +89,15 @@ public:
     vireo::datamodel::ItemID FindBySerialized(const std::string& in_text) const;
     /// The data source that an item lives in; null when there is no such item.
     const DataSource* GetSourceOf(const vireo::datamodel::ItemID& in_item) const;
-    /// Of a compound: its base class, its category, and whether it is a signature or a loop compound.
-    std::string GetBaseClass(const vireo::datamodel::ItemID& in_item) const;
-    std::string GetCategory(const vireo::datamodel::ItemID& in_item) const;
-    bool IsSignature(const vireo::datamodel::ItemID& in_item) const;
-    bool IsLoopCompound(const vireo::datamodel::ItemID& in_item) const;
+
+    /// \name Of a compound
+    /// For an item that is no compound, and for one that the library does not have: empty, or false.
+    /// \{
+    std::string GetBaseClass(const vireo::datamodel::ItemID& in_item) const; ///< identity text of a signature
+    std::string GetCategory(const vireo::datamodel::ItemID& in_item) const;  ///< as it was given, free text
+    bool IsSignature(const vireo::datamodel::ItemID& in_item) const;         ///< an interface without a graph
+    bool IsLoopCompound(const vireo::datamodel::ItemID& in_item) const;      ///< its graph runs in a loop
+    /// \}
 
     /// A commit calls the writer with each item that it saves, in the order of GetItems(). The writer returns an error
     /// sentence, or an empty text on success. Items of read-only sources are never saved. Without a writer there is

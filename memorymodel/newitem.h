@@ -23,17 +23,24 @@ struct ItemDescription;
 class MEMORYMODEL_EXPORT NewItem
 {
 public:
+    /// Copies the whole description: copies can be completed in different ways.
     NewItem(const NewItem& in_other);
+    /// Like the copy constructor.
     NewItem& operator=(const NewItem& in_other);
     ~NewItem();
 
-    static NewItem Compound(std::string in_name);
-    static NewItem LoopCompound(std::string in_name);
-    static NewItem Signature(std::string in_name);
-    static NewItem Solver(std::string in_name);
-    static NewItem PolymorphicSolver(std::string in_name);
-    static NewItem GlobalConstant(std::string in_name);
-    static NewItem Type(std::string in_name);
+    /// \name The beginning of a description
+    /// Each makes an item of a kind with this name. It can be changed, has no tags, and has a database object with a
+    /// new identity, in the library's first data source.
+    /// \{
+    static NewItem Compound(std::string in_name);          ///< a compound with a graph
+    static NewItem LoopCompound(std::string in_name);      ///< a compound whose graph runs in a loop
+    static NewItem Signature(std::string in_name);         ///< a compound without a graph
+    static NewItem Solver(std::string in_name);            ///< a node that the host computes
+    static NewItem PolymorphicSolver(std::string in_name); ///< a node with several solvers behind it
+    static NewItem GlobalConstant(std::string in_name);    ///< a named constant
+    static NewItem Type(std::string in_name);              ///< a data type
+    /// \}
 
     /// Tags joined by ";".
     NewItem& Tags(std::string in_tags);

@@ -46,13 +46,15 @@ public:
     /// Browsers leave room for badges beside compounds whose sources take changes. Beside any other item, a state moves
     /// the icon to the right.
     void SetState(const vireo::datamodel::ItemID& in_item, unsigned in_state);
+    /// The state on record; 0 for an item without an object.
     unsigned GetState(const vireo::datamodel::ItemID& in_item) const;
 
     /// Answers all outstanding requests now instead of from the event loop. Does nothing when there are none.
     void DeliverRequestedStates();
 
-    /// How often states were requested, and for which items the last time, in the order of the request.
+    /// How often states were requested.
     std::size_t GetRequestCount() const;
+    /// The items of the last request, in its order.
     const std::vector<vireo::datamodel::ItemID>& GetLastRequest() const;
 
     /// Called when the user asks for the files of an item; without one nothing is shown.

@@ -92,6 +92,7 @@ class NODEBROWSER_EXPORT CNodeBrowser : public QWidget,
 public:
     /// A browser without a parent and without a library, which shows nothing.
     explicit CNodeBrowser(eConfigType in_config);
+    /// Ends its observation. Commands that wait for a dialog end without a change.
     ~CNodeBrowser() override;
 
     /// Attaches a library instead of the one before. The item list is built at once; the rows follow at the next paint.
@@ -101,6 +102,7 @@ public:
     /// The command manager that all changes are made with; null, as at first, makes them without undo. It stays the
     /// host's and must outlive the browser or be replaced before it dies.
     void SetCommandManager(hmx::fwk::ICommandManager* in_commands);
+    /// The command manager that was set last; null for none.
     hmx::fwk::ICommandManager* GetCommandManager() const;
 
     /// The selected item; the invalid identity when no row is selected. The selection is a row, not an item. After a
@@ -131,27 +133,64 @@ Q_SIGNALS:
     void SelectionChanged();
 
 protected Q_SLOTS:
+    /// \name The header
+    /// What the browser's own scroll bar, search field and tabs call. The rows follow at the next paint.
+    /// \{
+
+    /// Scrolls to where the scroll bar stands. The argument is not used.
     void SliderValueChanged(int value);
+    /// Searches for a text, see docs/searching.md.
     void SearchTextChange(const QString& text);
+    /// Emits SelectionChanged(). Selects the first row before, when no row is selected.
     void EnterPressed();
+    /// Shows other kinds of item: 0 nodes, 1 types, 2 all, 3 signatures, 4 global constants. Any other value shows
+    /// none.
     void TabChanged(int index);
+    /// \}
+
+    /// \name Commands on the library
+    /// What the actions of CreateMenuCommand() call. They pass the command manager on.
+    /// \{
+
+    /// Asks for a name and makes a signature, which becomes the application's compound target.
     void OnNewSignature();
+    /// Asks for a name and a signature and makes a compound, which becomes the application's compound target.
     void OnNewCompound();
+    /// Like OnNewCompound(), for a compound whose graph runs in a loop.
     void OnNewLoopCompound();
+    /// Saves what has changed in the library. Shows no message: a host that reports failures saves by itself.
     void OnSaveGraphLibrary();
+    /// \}
+
+    /// Empties the search field, for the browser's own clear button. The argument is not used.
     void ClearButton(bool in_bChecked);
+
+    /// \name Commands on the selected row
+    /// What the context menu calls. A derived browser may do something else instead. Each looks the row up again, and
+    /// does nothing when there is no such row any more. Those that need a service do nothing without it, or when it
+    /// does not know the item's object.
+    /// \{
+
+    /// Asks for a name and renames the compound.
     virtual void OnRenameItem();
+    /// Does nothing: the menu shows "Delete" disabled. A derived browser has to open a menu of its own to use it.
     virtual void OnDeleteItem();
+    /// Checks the item's object out, through the service "RevisionControlUIHelper". Not in the menu.
     virtual void OnCheckOutItem();
+    /// Makes the item's object writable, through the same service. Not in the menu.
     virtual void OnMakeItemWritable();
+    /// Shows the files of the item's object, through the same service.
     virtual void OnShowItemFiles();
+    /// Shows the item's tags, and writes them if the user changed them.
     virtual void OnEditItemTags();
+    /// Moves the compound to the data source of the menu entry that sent the signal. Does nothing for another sender.
     virtual void OnDatasourceChange();
+    /// \}
 
 protected:
-    /// The rows as the last paint laid them out, for a derived browser that reports on them. A row that does not exist
-    /// has an invalid accessor.
+    /// How many rows the last paint laid out, those out of sight included. For a derived browser that reports on them.
     std::size_t GetRowCount() const;
+    /// The item of a row; an invalid accessor for a row that does not exist.
     vireo::datamodel::ItemAccessor GetRowItem(std::uint64_t in_row) const;
     /// The tags of an item as the search sees them: its own and the name of its type.
     std::set<std::string> GetSearchTags(const vireo::datamodel::ItemID& in_item) const;
@@ -166,12 +205,23 @@ protected:
     /// \param in_position in screen pixels
     virtual void PopContexMenu(const QPoint& in_position, std::size_t in_row);
 
+    /// \name Events
+    /// A derived browser that overrides one of them calls it, or loses what it does.
+    /// \{
+
+    /// Tool tips, the wheel, and what ItemRemoved() left for later.
     bool event(QEvent* in_event) override;
+    /// Does the work that was left to this paint, then draws the rows in sight.
     void paintEvent(QPaintEvent* in_event) override;
+    /// Arranges the header and the scroll bar.
     void resizeEvent(QResizeEvent* in_event) override;
+    /// Selects, and opens the context menu. Does not call QWidget::mousePressEvent().
     void mousePressEvent(QMouseEvent* in_event) override;
+    /// Starts a drag of the selected row.
     void mouseMoveEvent(QMouseEvent* in_event) override;
+    /// Makes a compound the application's compound target.
     void mouseDoubleClickEvent(QMouseEvent* in_event) override;
+    /// \}
 
 private:
     void ItemAdded(vireo::datamodel::ItemAccessor& in_item) override;

@@ -23,12 +23,14 @@ class NODEBROWSER_EXPORT CTypeSelector : public QDialog
     Q_OBJECT
 
 public:
+    /// Reads the types at once. The dialog is modal.
     explicit CTypeSelector(QWidget* in_parent);
     ~CTypeSelector() override;
 
     /// The selected type. Meaningful only after exec() returned QDialog::Accepted.
     vireo::datamodel::ItemID GetSelected() const;
 
+    /// 275 by 500 pixels.
     QSize sizeHint() const override;
 
 public Q_SLOTS:

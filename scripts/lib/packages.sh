@@ -13,6 +13,7 @@ lint_packages=(clang-format-19 clang-tidy-19 git shellcheck)
 count_packages=(valgrind)
 plot_packages=(gnuplot-nox fonts-dejavu-core)
 abi_packages=(abigail-tools git)
+docs_packages=(doxygen graphviz)
 fresh_packages=(debootstrap git)
 
 # say TEXT: a line about what the script is doing, or why it cannot.
