@@ -43,8 +43,8 @@ std::vector<std::string> GetPromises();
 /// Checks one promise on fixtures of its own. The first fault ends it: one message a promise. What the implementation
 /// throws is caught and reported. A crash of the implementation is one of the program.
 ///
-/// Needs a QCoreApplication; with eSourceControl a QGuiApplication. It processes events, and waits 5 seconds at most for
-/// states of source control that never come.
+/// Needs a QCoreApplication; with eSourceControl a QGuiApplication. It processes events, and waits 5 seconds at most
+/// for states of source control that never come.
 /// \param in_promise one of GetPromises(); another name is a broken promise
 Result CheckPromise(const std::string& in_promise, const FixtureMaker& in_maker);
 

@@ -67,7 +67,7 @@ void ItemsAreListedUnderTheirTypeInOrderOfAddition(Trial& io_trial)
     {
         const std::string word = type;
         if (io_trial.CanAdd(ItemWish(type, word)))
-            Expect("IterateItems() of type " + word, word + "c " + word + "a " + word + "b",
+            Expect("IterateItems() of type " + word, (word + "c ").append(word + "a ").append(word + "b"),
                    Listed(io_trial.GetLibrary(), type));
     }
 }

@@ -25,6 +25,13 @@ typedef std::list<NEXAHandle<IDbObject>> Handles;
 
 const int gPatience = 5000; ///< milliseconds
 
+hmx::fwk::INEXADBProxy& CurrentLibrary()
+{
+    hmx::fwk::INEXADBProxy* const proxy = hmxGetService<hmx::fwk::INEXADBProxy>("NEXADBProxy");
+    ExpectThat("hmxGetService(\"NEXADBProxy\")", "an INEXADBProxy", proxy != nullptr, "null");
+    return *proxy;
+}
+
 IRevisionControlPropertiesMgr& Properties()
 {
     IRevisionControlPropertiesMgr* const manager =
@@ -129,12 +136,11 @@ void ServicesAreFoundByNameAndInterface(Trial& io_trial)
     Expect("hmxGetSystem() is there", true, hmxGetSystem() != nullptr);
     RevisionControl();
     Properties();
-    hmx::fwk::INEXADBProxy* const proxy = hmxGetService<hmx::fwk::INEXADBProxy>("NEXADBProxy");
-    ExpectThat("hmxGetService(\"NEXADBProxy\")", "an INEXADBProxy", proxy != nullptr, "null");
-    Expect("INEXADBProxy::GetItemLibrary() without a current library", eInvalid, ValidityOf(proxy->GetItemLibrary()));
+    hmx::fwk::INEXADBProxy& proxy = CurrentLibrary();
+    Expect("INEXADBProxy::GetItemLibrary() without a current library", eInvalid, ValidityOf(proxy.GetItemLibrary()));
     io_trial.GetFixture().MakeCurrent();
     Expect("INEXADBProxy::GetItemLibrary() is the current library", true,
-           proxy->GetItemLibrary().GetContext() == io_trial.GetLibrary().GetContext());
+           proxy.GetItemLibrary().GetContext() == io_trial.GetLibrary().GetContext());
     Expect("\"RevisionControlUIHelper\" is an IRevisionControlPropertiesMgr", false,
            hmxGetService<IRevisionControlPropertiesMgr>("RevisionControlUIHelper") != nullptr);
     Expect("GetService() finds a name in other letters", false, isThere("revisioncontroluihelper"));

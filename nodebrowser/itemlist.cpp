@@ -81,7 +81,10 @@ ItemList::Legacy ItemList::TakeLegacy()
     Legacy legacy;
     if (m_searchIndex)
         legacy.m_order = m_searchIndex->GetOrder();
-    legacy.m_identities = m_identityIndex ? m_identityIndex->GetIdentities() : std::move(m_identities);
+    if (m_identityIndex)
+        legacy.m_identities = m_identityIndex->GetIdentities();
+    else
+        legacy.m_identities = std::move(m_identities);
     legacy.m_nameBytes = m_nameBytes;
     legacy.m_tagBytes = m_tagIndex.GetAddedBytes();
     return legacy;

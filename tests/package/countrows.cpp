@@ -33,7 +33,7 @@ bool HasInk(const QImage& in_picture, int in_row)
 int main(int argc, char** argv)
 {
     QGuiApplication application(argc, argv);
-    const QStringList arguments = application.arguments();
+    const QStringList arguments = QGuiApplication::arguments();
     const WId window = arguments.value(1).toULongLong();
     const QImage picture = QGuiApplication::primaryScreen()->grabWindow(window).toImage();
     picture.save(arguments.value(2));
