@@ -39,14 +39,6 @@ memorymodel::NewItem Describe(const materialx::Item& in_item)
     return memorymodel::NewItem::Signature(name);
 }
 
-std::string Join(const std::vector<std::string>& in_tags)
-{
-    std::string joined;
-    for (const std::string& tag : in_tags)
-        joined += (&tag == &in_tags.front() ? "" : ";") + tag;
-    return materialx::NarrowToLatin1(joined);
-}
-
 } // namespace
 
 void AddItems(const materialx::Library& in_documents, const std::vector<materialx::Item>& in_items,
@@ -64,7 +56,7 @@ void AddItems(const materialx::Library& in_documents, const std::vector<material
     for (const materialx::Item& item : in_items)
         io_library.Add(Describe(item)
                            .In(*sources[item.m_source])
-                           .Tags(Join(item.m_tags))
+                           .Tags(materialx::NarrowToLatin1(materialx::JoinTags(item.m_tags)))
                            .Parent(materialx::NarrowToLatin1(item.m_parent))
                            .Specializes(materialx::NarrowToLatin1(item.m_specializes)));
 }

@@ -251,6 +251,14 @@ private:
 
 } // namespace
 
+std::string JoinTags(const std::vector<std::string>& in_tags)
+{
+    std::string joined;
+    for (const std::string& tag : in_tags)
+        joined += (&tag == &in_tags.front() ? "" : ";") + tag;
+    return joined;
+}
+
 std::vector<Item> MakeItems(const Library& in_library)
 {
     return ItemMaker(in_library).Make();

@@ -56,6 +56,9 @@ inline const Declaration& DeclarationOf(const Library& in_library, const Declara
     return in_library.m_documents[in_index.m_document].m_document.GetDeclarations()[in_index.m_declaration];
 }
 
+/// Tags as one text, with ";" between them.
+MATERIALX_EXPORT std::string JoinTags(const std::vector<std::string>& in_tags);
+
 /// The items of a library: types, then units, nodes, free graphs, and nodes inside graphs. A definition, its graph and
 /// its implementation may stand in different documents. Linear time.
 MATERIALX_EXPORT std::vector<Item> MakeItems(const Library& in_library);

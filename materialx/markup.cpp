@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "materialx/markup.h"
 
+#include "materialx/characters.h"
+
 #include <algorithm>
-#include <array>
-#include <cstdint>
-#include <cstring>
 
 namespace materialx
 {
@@ -12,114 +11,6 @@ namespace
 {
 
 using std::size_t;
-
-enum eCharacter : std::uint8_t
-{
-    eSpace = 1,
-    eNameStart = 2,
-    eName = 4,
-    eValueStop = 8 ///< ends the quick way through an attribute's value
-};
-
-/// The classes of all bytes. Each byte of a character beyond ASCII may stand in a name.
-constexpr std::array<std::uint8_t, 256> MakeClasses()
-{
-    std::array<std::uint8_t, 256> classes = {};
-    for (const char byte : {' ', '\t', '\r', '\n'})
-        classes[static_cast<unsigned char>(byte)] |= eSpace;
-    for (unsigned byte = 0; byte < 256; ++byte)
-    {
-        const bool isLetter = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
-        if (isLetter || byte == '_' || byte == ':' || byte >= 0x80)
-            classes[byte] |= eNameStart | eName;
-        if ((byte >= '0' && byte <= '9') || byte == '-' || byte == '.')
-            classes[byte] |= eName;
-    }
-    for (const char byte : {'"', '\'', '<', '&'})
-        classes[static_cast<unsigned char>(byte)] |= eValueStop;
-    return classes;
-}
-
-constexpr std::array<std::uint8_t, 256> gClasses = MakeClasses();
-
-bool Is(char in_byte, eCharacter in_class)
-{
-    return (gClasses[static_cast<unsigned char>(in_byte)] & in_class) != 0;
-}
-
-/// The length of the character that begins at an offset; 0 when it is none that XML allows.
-size_t CharacterLength(std::string_view in_text, size_t in_offset)
-{
-    const auto byteAt = [in_text](size_t in_at) {
-        return in_at < in_text.size() ? static_cast<unsigned char>(in_text[in_at]) : 0U;
-    };
-    const unsigned first = byteAt(in_offset);
-    if (first < 0x80)
-        return first >= 0x20 || first == '\t' || first == '\n' || first == '\r' ? 1 : 0;
-    const size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4)
-        return 0;
-    std::uint32_t code = first & (0x7FU >> length);
-    for (size_t i = 1; i < length; ++i)
-    {
-        const unsigned next = byteAt(in_offset + i);
-        if ((next & 0xC0U) != 0x80U)
-            return 0;
-        code = code << 6U | (next & 0x3FU);
-    }
-    const std::uint32_t smallest = length == 4 ? 0x10000 : length == 3 ? 0x800 : 0x80;
-    const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
-    return code < smallest || code > 0x10FFFF || isSurrogate || code == 0xFFFE || code == 0xFFFF ? 0 : length;
-}
-
-/// The offset of the first byte that may not stand in XML; the size of the text when all may.
-size_t FindWrongCharacter(std::string_view in_text)
-{
-    constexpr std::uint64_t ones = 0x0101010101010101;
-    size_t offset = 0;
-    while (offset < in_text.size())
-    {
-        std::uint64_t word = 0;
-        if (in_text.size() - offset >= sizeof word)
-        {
-            // Eight bytes at once, where all are ASCII and none is below the space.
-            std::memcpy(&word, in_text.data() + offset, sizeof word);
-            if ((((word - ones * 0x20) | word) & (ones * 0x80)) == 0)
-            {
-                offset += sizeof word;
-                continue;
-            }
-        }
-        const size_t length = CharacterLength(in_text, offset);
-        if (length == 0)
-            return offset;
-        offset += length;
-    }
-    return offset;
-}
-
-/// Whether the character of a reference, "#38" or "#x26", is one that XML allows.
-bool IsCharacterReference(std::string_view in_digits)
-{
-    const bool isHexadecimal = in_digits.size() > 1 && in_digits[1] == 'x';
-    std::string_view digits = in_digits.substr(isHexadecimal ? 2 : 1);
-    std::uint32_t code = 0;
-    if (digits.empty())
-        return false;
-    for (const char digit : digits)
-    {
-        const char lower = static_cast<char>(digit | 0x20);
-        const bool isLetter = isHexadecimal && lower >= 'a' && lower <= 'f';
-        if (!isLetter && (digit < '0' || digit > '9'))
-            return false;
-        code =
-            code * (isHexadecimal ? 16U : 10U) + static_cast<std::uint32_t>(isLetter ? lower - 'a' + 10 : digit - '0');
-        if (code > 0x10FFFF)
-            return false;
-    }
-    const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
-    return !isControl && !(code >= 0xD800 && code <= 0xDFFF) && code != 0xFFFE && code != 0xFFFF;
-}
 
 /// Goes through a text once. A function that returns false has set the fault.
 class Checker
@@ -503,14 +394,6 @@ template <class Check> std::optional<Fault> CheckWithCharacters(std::string_view
 
 } // namespace
 
-const Attribute* StartTag::Find(std::string_view in_text, std::string_view in_name) const
-{
-    for (const Attribute& attribute : m_attributes)
-        if (attribute.m_name.In(in_text) == in_name)
-            return &attribute;
-    return nullptr;
-}
-
 std::optional<Fault> CheckDocument(std::string_view in_text, Outline& out_outline)
 {
     out_outline = Outline();
@@ -524,68 +407,6 @@ std::optional<Fault> CheckContent(std::string_view in_text, Span in_part, bool i
     out_elements.clear();
     return CheckWithCharacters(
         in_text, in_part, [&](Checker io_checker) { return io_checker.Content(in_hasDocumentType, out_elements); });
-}
-
-StartTag ScanStartTag(std::string_view in_text, std::size_t in_begin)
-{
-    const auto skip = [in_text](size_t in_offset, eCharacter in_class) {
-        while (in_offset < in_text.size() && Is(in_text[in_offset], in_class))
-            ++in_offset;
-        return in_offset;
-    };
-    StartTag tag;
-    tag.m_name = {in_begin + 1, skip(in_begin + 1, eName)};
-    size_t offset = tag.m_name.m_end;
-    while (true)
-    {
-        const size_t name = skip(offset, eSpace);
-        if (!Is(in_text[name], eNameStart))
-        {
-            tag.m_isEmpty = in_text[name] == '/';
-            tag.m_end = name + (tag.m_isEmpty ? 2 : 1);
-            return tag;
-        }
-        const size_t nameEnd = skip(name, eName);
-        const size_t quote = skip(skip(nameEnd, eSpace) + 1, eSpace);
-        const size_t valueEnd = in_text.find(in_text[quote], quote + 1);
-        tag.m_attributes.push_back({{name, nameEnd}, {quote + 1, valueEnd}, offset});
-        offset = valueEnd + 1;
-    }
-}
-
-bool IsXmlText(std::string_view in_text)
-{
-    return FindWrongCharacter(in_text) == in_text.size();
-}
-
-std::string EscapeAttribute(std::string_view in_text, char in_quote)
-{
-    std::string escaped;
-    for (const char byte : in_text)
-        switch (byte)
-        {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '\t':
-            escaped += "&#9;"; // as they are, white space of all kinds would be read as spaces
-            break;
-        case '\n':
-            escaped += "&#10;";
-            break;
-        case '\r':
-            escaped += "&#13;";
-            break;
-        default:
-            if (byte == in_quote)
-                escaped += byte == '"' ? "&quot;" : "&apos;";
-            else
-                escaped += byte;
-        }
-    return escaped;
 }
 
 std::size_t LineOf(std::string_view in_text, std::size_t in_offset)

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-/// Where the parts of an XML text stand, in bytes, and whether the text is well-formed.
+/// Whether an XML text is well-formed, and where its elements stand.
 #pragma once
 
 #include "materialx/export.h"
+#include "materialx/starttag.h"
 
 #include <cstddef>
 #include <optional>
@@ -12,34 +13,6 @@
 
 namespace materialx
 {
-
-/// A part of a text: offsets of its first byte and of the byte behind it.
-struct Span
-{
-    std::size_t m_begin = 0;
-    std::size_t m_end = 0;
-
-    std::string_view In(std::string_view in_text) const { return in_text.substr(m_begin, m_end - m_begin); }
-};
-
-struct Attribute
-{
-    Span m_name;
-    Span m_value;        ///< between the quotes
-    std::size_t m_begin; ///< of the white space in front of the name
-};
-
-/// A start tag: "<name attribute="value">" or, for an element without content, "<name/>".
-struct StartTag
-{
-    Span m_name;
-    std::vector<Attribute> m_attributes;
-    std::size_t m_end = 0; ///< behind ">"
-    bool m_isEmpty = false;
-
-    /// Null when there is no attribute of that name.
-    const Attribute* Find(std::string_view in_text, std::string_view in_name) const;
-};
 
 /// The outermost element of a document and the elements directly inside it.
 struct Outline
@@ -70,15 +43,6 @@ MATERIALX_EXPORT std::optional<Fault> CheckDocument(std::string_view in_text, Ou
 /// \param out_elements the elements on the top level of the part, with offsets into the text
 std::optional<Fault> CheckContent(std::string_view in_text, Span in_part, bool in_hasDocumentType,
                                   std::vector<Span>& out_elements);
-
-/// The parts of the start tag that begins at an offset of a text that was checked. Linear in the length of the tag.
-StartTag ScanStartTag(std::string_view in_text, std::size_t in_begin);
-
-/// Whether all of a text may stand in XML: UTF-8 without control characters.
-bool IsXmlText(std::string_view in_text);
-
-/// A text as it stands between quotes of the given kind.
-std::string EscapeAttribute(std::string_view in_text, char in_quote);
 
 /// The line of an offset, from 1.
 std::size_t LineOf(std::string_view in_text, std::size_t in_offset);

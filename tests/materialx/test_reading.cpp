@@ -55,6 +55,7 @@ private Q_SLOTS:
     void formsOfXml_data();
     void formsOfXml();
     void linksThatLeadOutsideAreNotFollowed();
+    void includesAreNotFollowed();
     void identitiesFollowKindAndName();
     void earlierLibraryIsReplaced();
 };
@@ -278,6 +279,9 @@ void ReadingTest::formsOfXml_data()
         << QByteArray("<!-- <typedef name='b'/> --><?go on?><materialx>text<!-- x --><typedef name='a'/>"
                       "<![CDATA[<typedef name='b'/>]]></materialx><!-- end -->")
         << a;
+    QTest::newRow("the same between elements")
+        << Document("<typedef name='a'/>text<!-- x --><?go on?><![CDATA[<typedef name='b'/>]]><typedef name='c'/>")
+        << Lines({"type a [] @d", "type c [] @d"});
     QTest::newRow("references") << Document("<typedef name='&lt;&amp;&quot;&#xe4;&#65;'/>")
                                 << Lines({"type <&\"äA [] @d"});
     QTest::newRow("own entity") << "<!DOCTYPE materialx [<!ENTITY e 'a'>]>" + Document("<typedef name='&e;'/>")
@@ -330,6 +334,16 @@ void ReadingTest::linksThatLeadOutsideAreNotFollowed()
     QVERIFY(QFile::link(opened, folder.GetPath(QStringLiteral("way"))));
     QCOMPARE(ReadLines(folder.GetPath(QStringLiteral("way"))),
              Lines({"type b [] @way", "type o [] @way"})); // what is opened may be a link itself
+}
+
+void ReadingTest::includesAreNotFollowed()
+{
+    const DocumentFolder folder;
+    const QByteArray other = "<xi:include href='b.mtlx'/><xi:include href='a.mtlx'/><xi:include href='/etc/hostname'/>";
+    folder.Write(QStringLiteral("o/a.mtlx"), Document(other + "<typedef name='a'/>"));
+    folder.Write(QStringLiteral("o/b.mtlx"), Document("<typedef name='b'/>" + other));
+    QCOMPARE(ReadLines(folder.GetPath(QStringLiteral("o"))), Lines({"type a [] @o", "type b [] @o"}));
+    QCOMPARE(ReadLines(folder.GetPath(QStringLiteral("o/a.mtlx"))), Lines({"type a [] @a"}));
 }
 
 void ReadingTest::identitiesFollowKindAndName()
