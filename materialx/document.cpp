@@ -21,6 +21,7 @@ std::optional<Fault> ReadText(std::string_view in_text, Outline& out_outline,
         return Fault{out_outline.m_root, "No MaterialX document"};
     std::vector<Span> elements = std::move(out_outline.m_elements);
     out_outline.m_elements.clear();
+    out_declarations.reserve(elements.size() + 64); // so that the first new elements move none of these
     return ReadDeclarations(in_text, elements, out_declarations);
 }
 

@@ -163,7 +163,9 @@ std::optional<Error> ReadDocument(LibraryDocument& io_document)
     if (!file.open(QIODevice::ReadOnly))
         return Error{path, 1, file.errorString()};
     // The size is where to begin: a file may grow meanwhile, and some have another size than they tell.
-    std::string bytes(static_cast<std::size_t>(file.size()) + 1, '\0');
+    std::string bytes;
+    bytes.reserve(static_cast<std::size_t>(file.size()) + 64 * 1024); // so that the first edits copy nothing
+    bytes.resize(static_cast<std::size_t>(file.size()) + 1);
     std::size_t size = 0;
     while (true)
     {

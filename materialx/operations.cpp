@@ -3,8 +3,8 @@
 
 #include "materialx/characters.h"
 
+#include <algorithm>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 namespace materialx
@@ -42,15 +42,16 @@ Plan Refuse(std::string in_reason)
 
 void DeclareTags(const Document& in_document, const Style& in_style, std::vector<std::string>& io_lines)
 {
+    const std::vector<Declaration>& declarations = in_document.GetDeclarations();
+    const auto has = [&declarations](const auto& in_condition) {
+        return std::any_of(declarations.begin(), declarations.end(), in_condition);
+    };
+    if (has([](const Declaration& in_declaration) {
+            return in_declaration.m_kind == eDeclaration::eAttribute && in_declaration.m_node == "tags";
+        }))
+        return;
     std::string name = "AD_tags";
-    std::unordered_set<std::string_view> names;
-    for (const Declaration& declaration : in_document.GetDeclarations())
-    {
-        if (declaration.m_kind == eDeclaration::eAttribute && declaration.m_node == "tags")
-            return;
-        names.insert(declaration.m_name);
-    }
-    while (names.count(name) != 0)
+    while (has([&name](const Declaration& in_declaration) { return in_declaration.m_name == name; }))
         name += '_';
     io_lines.push_back(in_style.m_indent + "<attributedef name=\"" + name +
                        "\" attrname=\"tags\" type=\"string\" value=\"\" elements=\"nodedef,nodegraph\"" +
