@@ -152,7 +152,7 @@ void ServicesAreFoundByNameAndInterface(Trial& io_trial)
     if (!io_trial.Has(eClosing))
         return;
     io_trial.GetFixture().Close();
-    Expect("INEXADBProxy::GetItemLibrary() after the library is closed", eInvalid, ValidityOf(proxy->GetItemLibrary()));
+    Expect("INEXADBProxy::GetItemLibrary() after the library is closed", eInvalid, ValidityOf(proxy.GetItemLibrary()));
 }
 
 void ServicesComeAndGo(Trial& io_trial)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/openlibrary.h"
 
-#include "importers/materialx.h"
+#include "host/materialxitems.h"
 #include "memorymodel/datalayer.h"
 #include "qtcompat/latin1.h"
 
@@ -13,15 +13,15 @@ namespace host
 
 memorymodel::Library* OpenLibrary(memorymodel::DataLayer& in_layer, const QString& in_path, QString* out_error)
 {
-    importers::MaterialXContent content;
-    if (const auto error = importers::ReadMaterialX(in_path, content))
+    materialx::Library documents;
+    if (const auto error = materialx::ReadLibrary(in_path, documents))
     {
         *out_error = error->GetText();
         return nullptr;
     }
     const QString name = QFileInfo(QDir::cleanPath(QFileInfo(in_path).absoluteFilePath())).fileName();
     memorymodel::Library& library = in_layer.AddLibrary(qtcompat::ToLatin1(name));
-    importers::AddMaterialX(content, library);
+    AddItems(documents, materialx::MakeItems(documents), library);
     return &library;
 }
 

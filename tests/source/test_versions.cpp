@@ -10,7 +10,7 @@
 namespace
 {
 
-const char* const gRooms[] = {"qtcompat", "datamodel", "memorymodel", "nodebrowser", "importers",
+const char* const gRooms[] = {"qtcompat", "datamodel", "memorymodel", "nodebrowser", "materialx",
                               "contract", "host",      "benchmarks",  "tests"};
 
 QStringList Words(const char* in_text)
@@ -256,13 +256,13 @@ private Q_SLOTS:
                                      << QString::fromLatin1("datamodel qtcompat Qt boost");
         QTest::newRow("memorymodel") << QString::fromLatin1("memorymodel")
                                      << QString::fromLatin1("datamodel qtcompat Qt");
-        QTest::newRow("importers") << QString::fromLatin1("importers")
-                                   << QString::fromLatin1("memorymodel datamodel Qt");
+        QTest::newRow("materialx") << QString::fromLatin1("materialx")
+                                   << QString::fromLatin1("Qt <pugixml.hpp>");
         QTest::newRow("contract") << QString::fromLatin1("contract")
                                   << QString::fromLatin1("datamodel <QObject> <QCoreApplication> <QEvent> "
                                                          "<QElapsedTimer> <QImage>");
         QTest::newRow("host") << QString::fromLatin1("host")
-                              << QString::fromLatin1("datamodel nodebrowser memorymodel importers qtcompat Qt");
+                              << QString::fromLatin1("datamodel nodebrowser memorymodel materialx qtcompat Qt");
     }
 
     void roomsIncludeOnlyWhatTheyMay()

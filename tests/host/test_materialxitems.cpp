@@ -1,48 +1,57 @@
 // SPDX-License-Identifier: MIT
+#include "host/materialxitems.h"
+
 #include "datamodel/compoundmodifier.h"
 #include "datamodel/helpers.h"
 #include "datamodel/item.h"
 #include "datamodel/itemtoc.h"
 #include "memorymodel/datalayer.h"
-#include "tests/importers/documents.h"
+#include "tests/materialx/documents.h"
 #include "tests/support/testmain.h"
 
 #include <algorithm>
 #include <map>
 
-using importers::eMaterialXKind;
-using importers::MaterialXContent;
-using importers::MaterialXItem;
+using materialx::eKind;
+using materialx::Item;
 using memorymodel::Library;
 using vireo::datamodel::ItemID;
 
 namespace
 {
 
+/// Documents and their items.
+struct Content
+{
+    materialx::Library m_documents;
+    std::vector<Item> m_items;
+};
+
 /// A data layer with one library that the content went into.
 struct FilledLibrary
 {
-    explicit FilledLibrary(const MaterialXContent& in_content) : m_library(m_layer.AddLibrary("Test"))
+    explicit FilledLibrary(const Content& in_content) : m_library(m_layer.AddLibrary("Test"))
     {
-        importers::AddMaterialX(in_content, m_library);
+        host::AddItems(in_content.m_documents, in_content.m_items, m_library);
     }
 
     memorymodel::DataLayer m_layer;
     Library& m_library;
 };
 
-MaterialXContent ReadOrThrow(const QString& in_path)
+Content ReadOrThrow(const QString& in_path)
 {
-    MaterialXContent content;
-    if (const std::optional<importers::MaterialXError> error = importers::ReadMaterialX(in_path, content))
+    Content content;
+    if (const std::optional<materialx::Error> error = materialx::ReadLibrary(in_path, content.m_documents))
         throw std::runtime_error(error->GetText().toStdString());
+    content.m_items = MakeItems(content.m_documents);
     return content;
 }
 
-MaterialXContent MakeContent(const std::vector<MaterialXItem>& in_items)
+Content MakeContent(const std::vector<Item>& in_items)
 {
-    MaterialXContent content;
-    content.m_sources.push_back({QStringLiteral("source"), QStringLiteral("/a/source")});
+    Content content;
+    content.m_documents.m_sources.push_back({QStringLiteral("source"), QStringLiteral("/a/source"), QString()});
     content.m_items = in_items;
     return content;
 }
@@ -108,7 +117,7 @@ QString StandardLibraryFolder()
 } // namespace
 
 /// What the library and the boundary in front of it show of a content.
-class MaterialXLibraryTest : public QObject
+class MaterialXItemsTest : public QObject
 {
     Q_OBJECT
 
@@ -127,7 +136,7 @@ private Q_SLOTS:
     void standardLibrariesTagsAndSources();
 };
 
-void MaterialXLibraryTest::everyKindIsListedAsItself()
+void MaterialXItemsTest::everyKindIsListedAsItself()
 {
     const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
     std::map<std::string, QStringList> names = ListedNames(filled.m_library);
@@ -141,7 +150,7 @@ void MaterialXLibraryTest::everyKindIsListedAsItself()
     QCOMPARE(filled.m_library.GetItemCount(), std::size_t(30));
 }
 
-void MaterialXLibraryTest::everyItemOfAWholeLibraryIsListed()
+void MaterialXItemsTest::everyItemOfAWholeLibraryIsListed()
 {
     const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/observatory")));
     std::map<std::string, QStringList> names = ListedNames(filled.m_library);
@@ -169,7 +178,7 @@ void MaterialXLibraryTest::everyItemOfAWholeLibraryIsListed()
     QCOMPARE(SourceOf(filled.m_library, "mix"), std::string("observatory"));
 }
 
-void MaterialXLibraryTest::tagsReachTheLibrary()
+void MaterialXItemsTest::tagsReachTheLibrary()
 {
     const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
     QCOMPARE(TagsOf(filled.m_library, "float"), std::string());
@@ -182,7 +191,7 @@ void MaterialXLibraryTest::tagsReachTheLibrary()
              std::string("Ma\xDF"));
 }
 
-void MaterialXLibraryTest::sourcesOfTheLibrary()
+void MaterialXItemsTest::sourcesOfTheLibrary()
 {
     const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
     QStringList sources;
@@ -199,7 +208,7 @@ void MaterialXLibraryTest::sourcesOfTheLibrary()
         QVERIFY(filled.m_library.GetSourceOf(item)->GetName() != "Local");
 }
 
-void MaterialXLibraryTest::newItemsGoToLocal()
+void MaterialXItemsTest::newItemsGoToLocal()
 {
     const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
     vireo::datamodel::CompoundModifierAccessor modifier;
@@ -210,7 +219,7 @@ void MaterialXLibraryTest::newItemsGoToLocal()
     QVERIFY(!filled.m_library.GetAccessor().ItemIsReadOnly(item));
 }
 
-void MaterialXLibraryTest::importedItemsAreReadOnly()
+void MaterialXItemsTest::importedItemsAreReadOnly()
 {
     const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
     QVERIFY(filled.m_library.GetItemCount() > 0);
@@ -218,7 +227,7 @@ void MaterialXLibraryTest::importedItemsAreReadOnly()
         QVERIFY(filled.m_library.GetAccessor().ItemIsReadOnly(item));
 }
 
-void MaterialXLibraryTest::textBecomesLatin1_data()
+void MaterialXItemsTest::textBecomesLatin1_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QByteArray>("latin1");
@@ -231,33 +240,39 @@ void MaterialXLibraryTest::textBecomesLatin1_data()
     QTest::newRow("tab and line end") << QStringLiteral("a\tb\nc") << QByteArray("a\tb\nc");
 }
 
-void MaterialXLibraryTest::textBecomesLatin1()
+void MaterialXItemsTest::textBecomesLatin1()
 {
     QFETCH(QString, text);
     QFETCH(QByteArray, latin1);
-    const FilledLibrary filled(MakeContent({{eMaterialXKind::eType, text, {text}, QString(), QString(), 0}}));
+    Item described;
+    described.m_shownName = text.toStdString();
+    described.m_tags = {text.toStdString()};
+    const FilledLibrary filled(MakeContent({described}));
     const ItemID item = filled.m_library.GetItems().at(0);
     const vireo::datamodel::ItemLibraryAccessor library = filled.m_library.GetAccessor();
     QCOMPARE(library.GetItemName(item, true, nullptr), latin1.toStdString());
     QCOMPARE(library.GetItemTags(item, vireo::datamodel::gApplicationTagsKey), latin1.toStdString());
 }
 
-void MaterialXLibraryTest::contentWithoutItems()
+void MaterialXItemsTest::contentWithoutItems()
 {
-    const FilledLibrary filled((MaterialXContent()));
+    const FilledLibrary filled((Content()));
     QCOMPARE(filled.m_library.GetItemCount(), std::size_t(0));
     QCOMPARE(filled.m_library.GetDataSources().size(), std::size_t(1));
     QCOMPARE(filled.m_library.GetDataSources()[0]->GetName(), std::string("Local"));
 }
 
-void MaterialXLibraryTest::aHundredThousandItemsAreAllAdded()
+void MaterialXItemsTest::aHundredThousandItemsAreAllAdded()
 {
-    const MaterialXItem item = {eMaterialXKind::eSolver, QStringLiteral("n"), {QStringLiteral("t")}, {}, {}, 0};
-    const FilledLibrary filled(MakeContent(std::vector<MaterialXItem>(100000, item)));
+    Item item;
+    item.m_kind = eKind::eSolver;
+    item.m_shownName = "n";
+    item.m_tags = {"t"};
+    const FilledLibrary filled(MakeContent(std::vector<Item>(100000, item)));
     QCOMPARE(filled.m_library.GetItemCount(), std::size_t(100000));
 }
 
-void MaterialXLibraryTest::standardLibrariesHave266ListedItems()
+void MaterialXItemsTest::standardLibrariesHave266ListedItems()
 {
     if (!QFileInfo(StandardLibraryFolder()).isDir())
         QSKIP("The node libraries of the standard are not there");
@@ -274,7 +289,7 @@ void MaterialXLibraryTest::standardLibrariesHave266ListedItems()
                                        "absorption_vdf volume light volumematerial"));
 }
 
-void MaterialXLibraryTest::standardLibrariesTagsAndSources()
+void MaterialXItemsTest::standardLibrariesTagsAndSources()
 {
     if (!QFileInfo(StandardLibraryFolder()).isDir())
         QSKIP("The node libraries of the standard are not there");
@@ -292,5 +307,5 @@ void MaterialXLibraryTest::standardLibrariesTagsAndSources()
     QCOMPARE(SourceOf(filled.m_library, "noise2d"), std::string("stdlib"));
 }
 
-NODEBROWSER_TEST_MAIN(MaterialXLibraryTest)
-#include "materialxlibrarytest.moc"
+NODEBROWSER_TEST_MAIN(MaterialXItemsTest)
+#include "test_materialxitems.moc"

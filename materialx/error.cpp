@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "importers/materialxcontent.h"
+#include "materialx/error.h"
 
-namespace importers
+namespace materialx
 {
 
-QString MaterialXError::GetText() const
+QString Error::GetText() const
 {
     return QStringLiteral("%1:%2: %3").arg(m_file, QString::number(m_line), m_reason.simplified());
 }
 
-} // namespace importers
+} // namespace materialx

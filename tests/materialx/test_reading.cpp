@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "tests/importers/documents.h"
+#include "materialx/identity.h"
+#include "tests/materialx/documents.h"
 #include "tests/support/testmain.h"
 
-using importers::MaterialXContent;
-using importers::MaterialXError;
-using importers::ReadMaterialX;
+#include <set>
+
+using materialx::Error;
+using materialx::Library;
+using materialx::ReadLibrary;
 
 namespace
 {
@@ -12,9 +15,9 @@ namespace
 /// Reads and describes; a fault is a line of its own, which no expectation equals.
 QStringList ReadLines(const QString& in_path)
 {
-    MaterialXContent content;
-    const std::optional<MaterialXError> error = ReadMaterialX(in_path, content);
-    return error ? QStringList(error->GetText()) : Describe(content);
+    Library library;
+    const std::optional<Error> error = ReadLibrary(in_path, library);
+    return error ? QStringList(error->GetText()) : Describe(library);
 }
 
 QStringList Lines(std::initializer_list<const char*> in_lines)
@@ -33,7 +36,7 @@ QByteArray Document(const QByteArray& in_content)
 } // namespace
 
 /// What becomes of the declarations of well-formed documents.
-class MaterialXReadTest : public QObject
+class ReadingTest : public QObject
 {
     Q_OBJECT
 
@@ -51,11 +54,13 @@ private Q_SLOTS:
     void sameDeclarationTwiceIsTwoItems();
     void formsOfXml_data();
     void formsOfXml();
-    void linkToAFileIsReadAndLinkToAFolderIsNot();
-    void earlierContentIsReplaced();
+    void linksThatLeadOutsideAreNotFollowed();
+    void includesAreNotFollowed();
+    void identitiesFollowKindAndName();
+    void earlierLibraryIsReplaced();
 };
 
-void MaterialXReadTest::everyRuleOfTheLibraryFolder()
+void ReadingTest::everyRuleOfTheLibraryFolder()
 {
     const QStringList lines = ReadLines(QStringLiteral(TEST_DATA_FOLDER "/library"));
     const QStringList expected = Lines({
@@ -94,7 +99,7 @@ void MaterialXReadTest::everyRuleOfTheLibraryFolder()
 }
 
 /// Documents as a library has them, in four sources; which rule each line follows is said in the documents.
-void MaterialXReadTest::everyItemOfAWholeLibrary()
+void ReadingTest::everyItemOfAWholeLibrary()
 {
     const QStringList lines = ReadLines(QStringLiteral(TEST_DATA_FOLDER "/observatory"));
     const QStringList expected = Lines({
@@ -136,12 +141,12 @@ void MaterialXReadTest::everyItemOfAWholeLibrary()
     QCOMPARE(lines.join(QLatin1Char('\n')), expected.join(QLatin1Char('\n')));
 }
 
-void MaterialXReadTest::sourcesAreTheTopFoldersAndTheOpenedOne()
+void ReadingTest::sourcesAreTheTopFoldersAndTheOpenedOne()
 {
-    MaterialXContent content;
-    QVERIFY(!ReadMaterialX(QStringLiteral(TEST_DATA_FOLDER "/library"), content));
+    Library library;
+    QVERIFY(!ReadLibrary(QStringLiteral(TEST_DATA_FOLDER "/library"), library));
     QStringList sources;
-    for (const importers::MaterialXSource& source : content.m_sources)
+    for (const materialx::Source& source : library.m_sources)
         sources.append(source.m_name + QLatin1Char(' ') + QDir::fromNativeSeparators(source.m_location));
     const QString folder = QStringLiteral(TEST_DATA_FOLDER "/library");
     QCOMPARE(sources, QStringList() << QStringLiteral("alpha ") + folder + QStringLiteral("/alpha")
@@ -150,7 +155,7 @@ void MaterialXReadTest::sourcesAreTheTopFoldersAndTheOpenedOne()
                                     << QStringLiteral("stdlib ") + folder + QStringLiteral("/stdlib"));
 }
 
-void MaterialXReadTest::singleFileIsASourceOfItsOwn()
+void ReadingTest::singleFileIsASourceOfItsOwn()
 {
     const DocumentFolder folder;
     const QString path =
@@ -158,7 +163,7 @@ void MaterialXReadTest::singleFileIsASourceOfItsOwn()
     QCOMPARE(ReadLines(path), Lines({"signature a [math] @my.nodes"}));
 }
 
-void MaterialXReadTest::openedFolderMayBeCalledInAnyWay_data()
+void ReadingTest::openedFolderMayBeCalledInAnyWay_data()
 {
     QTest::addColumn<QString>("ending");
     QTest::newRow("plain") << QString();
@@ -167,7 +172,7 @@ void MaterialXReadTest::openedFolderMayBeCalledInAnyWay_data()
     QTest::newRow("detour") << QStringLiteral("/top/..");
 }
 
-void MaterialXReadTest::openedFolderMayBeCalledInAnyWay()
+void ReadingTest::openedFolderMayBeCalledInAnyWay()
 {
     QFETCH(QString, ending);
     const DocumentFolder folder;
@@ -177,7 +182,7 @@ void MaterialXReadTest::openedFolderMayBeCalledInAnyWay()
              Lines({"signature a [] @opened", "signature b [top] @top"}));
 }
 
-void MaterialXReadTest::relativePathsAreOpened()
+void ReadingTest::relativePathsAreOpened()
 {
     const DocumentFolder folder;
     folder.Write(QStringLiteral("opened/a.mtlx"), Document("<nodedef name='ND_a' node='a'/>"));
@@ -193,33 +198,33 @@ void MaterialXReadTest::relativePathsAreOpened()
     QCOMPARE(above, expected);
 }
 
-void MaterialXReadTest::documentsComeInPathOrder()
+void ReadingTest::documentsComeInPathOrder()
 {
     const DocumentFolder folder;
     const char* const names[] = {"b.mtlx", "a/z.mtlx", "Z.mtlx", "a.mtlx", "a/b/c.mtlx", "c.mtlx/d.mtlx", "ä.mtlx"};
     for (const char* name : names)
         folder.Write(QString::fromUtf8(name), Document(QByteArray("<typedef name='") + name + "'/>"));
-    MaterialXContent content;
-    QVERIFY(!ReadMaterialX(folder.GetPath(), content));
+    Library library;
+    QVERIFY(!ReadLibrary(folder.GetPath(), library));
     QStringList read;
-    for (const importers::MaterialXItem& item : content.m_items)
-        read.append(item.m_name);
+    for (const materialx::Item& item : MakeItems(library))
+        read.append(QString::fromStdString(item.m_name));
     QCOMPARE(read, Lines({"Z.mtlx", "a.mtlx", "a/b/c.mtlx", "a/z.mtlx", "b.mtlx", "c.mtlx/d.mtlx", "ä.mtlx"}));
 }
 
-void MaterialXReadTest::rootAndTopFolderOfOneNameAreTwoSources()
+void ReadingTest::rootAndTopFolderOfOneNameAreTwoSources()
 {
     const DocumentFolder folder;
     folder.Write(QStringLiteral("same/same/a.mtlx"), Document("<nodedef name='ND_a' node='a'/>"));
     folder.Write(QStringLiteral("same/b.mtlx"), Document("<nodedef name='ND_b' node='b'/>"));
-    MaterialXContent content;
-    QVERIFY(!ReadMaterialX(folder.GetPath(QStringLiteral("same")), content));
-    QCOMPARE(Describe(content), Lines({"signature b [] @same", "signature a [same] @same"}));
-    QCOMPARE(content.m_sources.size(), std::size_t(2));
-    QVERIFY(content.m_sources[0].m_location != content.m_sources[1].m_location);
+    Library library;
+    QVERIFY(!ReadLibrary(folder.GetPath(QStringLiteral("same")), library));
+    QCOMPARE(Describe(library), Lines({"signature b [] @same", "signature a [same] @same"}));
+    QCOMPARE(library.m_sources.size(), std::size_t(2));
+    QVERIFY(library.m_sources[0].m_location != library.m_sources[1].m_location);
 }
 
-void MaterialXReadTest::tagsAreDistinctAndInOrder()
+void ReadingTest::tagsAreDistinctAndInOrder()
 {
     const DocumentFolder folder;
     folder.Write(QStringLiteral("math/a.mtlx"), Document("<nodedef name='1' node='n' nodegroup='pbr'/>"
@@ -230,7 +235,7 @@ void MaterialXReadTest::tagsAreDistinctAndInOrder()
     QCOMPARE(ReadLines(folder.GetPath()).value(0), QStringLiteral("polymorphic n [pbr;math;Math;zoo] @math"));
 }
 
-void MaterialXReadTest::sameDeclarationTwiceIsTwoItems()
+void ReadingTest::sameDeclarationTwiceIsTwoItems()
 {
     const DocumentFolder folder;
     const QByteArray twice = "<typedef name='t'/><nodedef name='ND_n' node='n'/><nodegraph name='g'/>";
@@ -239,7 +244,7 @@ void MaterialXReadTest::sameDeclarationTwiceIsTwoItems()
                                      "signature ND_n [] @d of n", "compound g [] @d", "compound g [] @d"}));
 }
 
-void MaterialXReadTest::formsOfXml_data()
+void ReadingTest::formsOfXml_data()
 {
     QTest::addColumn<QByteArray>("document");
     QTest::addColumn<QStringList>("lines");
@@ -274,18 +279,34 @@ void MaterialXReadTest::formsOfXml_data()
         << QByteArray("<!-- <typedef name='b'/> --><?go on?><materialx>text<!-- x --><typedef name='a'/>"
                       "<![CDATA[<typedef name='b'/>]]></materialx><!-- end -->")
         << a;
+    QTest::newRow("the same between elements")
+        << Document("<typedef name='a'/>text<!-- x --><?go on?><![CDATA[<typedef name='b'/>]]><typedef name='c'/>")
+        << Lines({"type a [] @d", "type c [] @d"});
     QTest::newRow("references") << Document("<typedef name='&lt;&amp;&quot;&#xe4;&#65;'/>")
                                 << Lines({"type <&\"äA [] @d"});
-    QTest::newRow("own entity") << "<!DOCTYPE materialx [<!ENTITY e 'a'>]>" + Document("<typedef name='&e;'/>") << a;
+    QTest::newRow("own entity") << "<!DOCTYPE materialx [<!ENTITY e 'a'>]>" + Document("<typedef name='&e;'/>")
+                                << Lines({"type &e; [] @d"});
     QTest::newRow("external subset is not fetched")
         << "<!DOCTYPE materialx SYSTEM 'file:///etc/hostname'>" + Document("<typedef name='a'/>") << a;
     QTest::newRow("unknown elements, nested")
         << Document("<other><materialx><typedef name='b'/></materialx></other><typedef name='a'/>") << a;
     QTest::newRow("attributes of unknown names") << Document("<typedef colour='b' name='a' Name='c'/>") << a;
+    QTest::newRow("shown name and tags")
+        << Document("<nodedef name='ND' node='n' uiname='N &amp; M' tags='a;b c' nodegroup='g'/>"
+                    "<nodegraph name='g' uiname='\xE9\x95\xB7' tags=''/><typedef name='t' uiname='T' tags='x'/>")
+        << Lines({"type t [] @d", "signature n [a;b c] @d as N & M", "compound g [] @d as 長"});
+    QTest::newRow("shown names and tags of several definitions")
+        << Document("<nodedef name='A' node='n' uiname='N' nodegroup='g'/><nodedef name='B' node='n' uiname='M'/>"
+                    "<nodedef name='C' node='m'/><nodedef name='D' node='m' tags='x' uiname=''/>")
+        << Lines({"polymorphic n [g] @d as N", "signature A [g] @d of n as N", "signature B [] @d of n as M",
+                  "polymorphic m [] @d", "signature C [] @d of m", "signature D [x] @d of m"});
+    QTest::newRow("separators of paths in names")
+        << Document("<typedef name='../../etc'/><nodegraph name='a/b'><c\xC2\xB7 name='\\d'/></nodegraph>")
+        << Lines({"type ../../etc [] @d", "compound a/b [] @d", "signature \\d [] @d in a/b"});
     QTest::newRow("element names in other letters") << Document("<TypeDef name='b'/><typedef name='a'/>") << a;
 }
 
-void MaterialXReadTest::formsOfXml()
+void ReadingTest::formsOfXml()
 {
     QFETCH(QByteArray, document);
     QFETCH(QStringList, lines);
@@ -293,29 +314,75 @@ void MaterialXReadTest::formsOfXml()
     QCOMPARE(ReadLines(folder.Write(QStringLiteral("d.mtlx"), document)), lines);
 }
 
-void MaterialXReadTest::linkToAFileIsReadAndLinkToAFolderIsNot()
+void ReadingTest::linksThatLeadOutsideAreNotFollowed()
 {
     const DocumentFolder folder;
-    const QString document = folder.Write(QStringLiteral("elsewhere/d.mtlx"), Document("<typedef name='a'/>"));
-    folder.Write(QStringLiteral("opened/b.mtlx"), Document("<typedef name='b'/>"));
+    const QString outside = folder.Write(QStringLiteral("opened2/d.mtlx"), Document("<typedef name='a'/>"));
     const QString opened = folder.GetPath(QStringLiteral("opened"));
-    if (!QFile::link(document, opened + QStringLiteral("/a.mtlx")) ||
+    const QString inside = folder.Write(QStringLiteral("opened/b.mtlx"), Document("<typedef name='b'/>"));
+    const QString other = folder.Write(QStringLiteral("opened/other.xml"), Document("<typedef name='o'/>"));
+    if (!QFile::link(outside, opened + QStringLiteral("/a.mtlx")) ||
         !QFileInfo(opened + QStringLiteral("/a.mtlx")).isFile())
         QSKIP("This system makes no links to files");
-    QVERIFY(QFile::link(folder.GetPath(QStringLiteral("elsewhere")), opened + QStringLiteral("/c.mtlx")));
+    QVERIFY(QFile::link(folder.GetPath(QStringLiteral("opened2")), opened + QStringLiteral("/c.mtlx")));
     QVERIFY(QFile::link(opened, opened + QStringLiteral("/loop")));
-    QCOMPARE(ReadLines(opened), Lines({"type a [] @opened", "type b [] @opened"}));
+    QVERIFY(QFile::link(inside, opened + QStringLiteral("/again.mtlx")));
+    QVERIFY(QFile::link(other, opened + QStringLiteral("/o1.mtlx")));
+    QVERIFY(QFile::link(QStringLiteral("o1.mtlx"), opened + QStringLiteral("/o2.mtlx")));
+    const QStringList expected = Lines({"type b [] @opened", "type o [] @opened"});
+    QCOMPARE(ReadLines(opened), expected);
+    QVERIFY(QFile::link(opened, folder.GetPath(QStringLiteral("way"))));
+    QCOMPARE(ReadLines(folder.GetPath(QStringLiteral("way"))),
+             Lines({"type b [] @way", "type o [] @way"})); // what is opened may be a link itself
 }
 
-void MaterialXReadTest::earlierContentIsReplaced()
+void ReadingTest::includesAreNotFollowed()
 {
     const DocumentFolder folder;
-    MaterialXContent content;
-    QVERIFY(!ReadMaterialX(folder.Write(QStringLiteral("a.mtlx"), Document("<typedef name='a'/>")), content));
-    QVERIFY(!ReadMaterialX(folder.Write(QStringLiteral("b.mtlx"), Document("<typedef name='b'/>")), content));
-    QCOMPARE(Describe(content), Lines({"type b [] @b"}));
-    QCOMPARE(content.m_sources.size(), std::size_t(1));
+    const QByteArray other = "<xi:include href='b.mtlx'/><xi:include href='a.mtlx'/><xi:include href='/etc/hostname'/>";
+    folder.Write(QStringLiteral("o/a.mtlx"), Document(other + "<typedef name='a'/>"));
+    folder.Write(QStringLiteral("o/b.mtlx"), Document("<typedef name='b'/>" + other));
+    QCOMPARE(ReadLines(folder.GetPath(QStringLiteral("o"))), Lines({"type a [] @o", "type b [] @o"}));
+    QCOMPARE(ReadLines(folder.GetPath(QStringLiteral("o/a.mtlx"))), Lines({"type a [] @a"}));
 }
 
-NODEBROWSER_TEST_MAIN(MaterialXReadTest)
-#include "materialxreadtest.moc"
+void ReadingTest::identitiesFollowKindAndName()
+{
+    const DocumentFolder folder;
+    const auto identities = [&folder](const QByteArray& in_content) {
+        Library library;
+        if (ReadLibrary(folder.Write(QStringLiteral("d.mtlx"), Document(in_content)), library))
+            return std::vector<QUuid>();
+        return materialx::MakeIdentities(MakeItems(library));
+    };
+    const std::vector<QUuid> first =
+        identities("<typedef name='a'/><nodedef name='ND' node='a'/><nodegraph name='g'><b name='a'/></nodegraph>");
+    QCOMPARE(first.size(), std::size_t(4));
+    QCOMPARE(std::set<QUuid>(first.begin(), first.end()).size(), std::size_t(4));
+    for (const QUuid& identity : first)
+        QCOMPARE(identity.version(), QUuid::Sha1);
+    QCOMPARE(first[0].toString(), QStringLiteral("{70571bb3-49bd-5bd8-a239-09c77dc746d9}"));
+    // Another order, other words around it and another way to write the same letters change nothing.
+    const std::vector<QUuid> second =
+        identities("<nodegraph name='g' uiname='G'><c name='a'/></nodegraph><look/><nodedef name='MD' node='&#97;' "
+                   "uiname='A' tags='t'/><typedef semantic='s' name='a'/>");
+    QVERIFY(first == second);
+    const std::vector<QUuid> twice = identities("<typedef name='a'/><typedef name='a'/><typedef name='a'/>");
+    QCOMPARE(twice.size(), std::size_t(3));
+    QCOMPARE(twice[0], first[0]);
+    QCOMPARE(std::set<QUuid>(twice.begin(), twice.end()).size(), std::size_t(3));
+    QVERIFY(identities("<typedef name='a'/><typedef name='a'/><typedef name='a'/>") == twice);
+}
+
+void ReadingTest::earlierLibraryIsReplaced()
+{
+    const DocumentFolder folder;
+    Library library;
+    QVERIFY(!ReadLibrary(folder.Write(QStringLiteral("a.mtlx"), Document("<typedef name='a'/>")), library));
+    QVERIFY(!ReadLibrary(folder.Write(QStringLiteral("b.mtlx"), Document("<typedef name='b'/>")), library));
+    QCOMPARE(Describe(library), Lines({"type b [] @b"}));
+    QCOMPARE(library.m_sources.size(), std::size_t(1));
+}
+
+NODEBROWSER_TEST_MAIN(ReadingTest)
+#include "test_reading.moc"

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-/// Documents on disk for the tests of the MaterialX reader, and a readable form of what was read.
+/// Documents on disk for the tests of the MaterialX room, and a readable form of what was read.
 #pragma once
 
-#include "importers/materialx.h"
+#include "materialx/items.h"
+#include "materialx/library.h"
 
 #include <QDir>
 #include <QFile>
@@ -41,25 +42,31 @@ private:
     QTemporaryDir m_folder;
 };
 
-inline QString KindName(importers::eMaterialXKind in_kind)
+inline QString KindName(materialx::eKind in_kind)
 {
     static const char* const names[] = {"type", "constant", "polymorphic", "solver", "compound", "signature"};
     return QString::fromLatin1(names[static_cast<int>(in_kind)]);
 }
 
-/// "kind name [tags] @source", and " in PARENT" or " of GENERAL" for an item that is not listed.
-inline QStringList Describe(const importers::MaterialXContent& in_content)
+/// "kind name [tags] @source", and " in PARENT" or " of GENERAL" for an item that is not listed, " as SHOWN" for one
+/// that is shown with another name.
+inline QStringList Describe(const materialx::Library& in_library)
 {
     QStringList lines;
-    for (const importers::MaterialXItem& item : in_content.m_items)
+    for (const materialx::Item& item : materialx::MakeItems(in_library))
     {
+        QStringList tags;
+        for (const std::string& tag : item.m_tags)
+            tags.append(QString::fromStdString(tag));
         QString line = QStringLiteral("%1 %2 [%3] @%4")
-                           .arg(KindName(item.m_kind), item.m_name, item.m_tags.join(QLatin1Char(';')),
-                                in_content.m_sources.at(item.m_source).m_name);
-        if (!item.m_parent.isEmpty())
-            line += QStringLiteral(" in ") + item.m_parent;
-        if (!item.m_specializes.isEmpty())
-            line += QStringLiteral(" of ") + item.m_specializes;
+                           .arg(KindName(item.m_kind), QString::fromStdString(item.m_name), tags.join(QLatin1Char(';')),
+                                in_library.m_sources.at(item.m_source).m_name);
+        if (!item.m_parent.empty())
+            line += QStringLiteral(" in ") + QString::fromStdString(item.m_parent);
+        if (!item.m_specializes.empty())
+            line += QStringLiteral(" of ") + QString::fromStdString(item.m_specializes);
+        if (item.m_shownName != item.m_name)
+            line += QStringLiteral(" as ") + QString::fromStdString(item.m_shownName);
         lines.append(line);
     }
     return lines;

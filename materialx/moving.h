@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+/// Elements of items, and their way into other documents.
+#pragma once
+
+#include "materialx/export.h"
+#include "materialx/items.h"
+#include "materialx/operations.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace materialx
+{
+
+/// The declarations that make up an item: its definitions, what implements them, and the graphs that those name. In the
+/// order of the documents.
+MATERIALX_EXPORT std::vector<DeclarationIndex> ElementsOf(const Library& in_library, const Item& in_item);
+
+/// Moves the elements of an item that are not in a source yet, each with the comment right above it. They go into the
+/// document of the same file name in the folder of the source, else into one called like the source there. A document
+/// that is missing is added to the library without bytes.
+MATERIALX_EXPORT Plan Move(Library& io_library, const Item& in_item, std::size_t in_source);
+
+} // namespace materialx
