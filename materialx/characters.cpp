@@ -82,7 +82,7 @@ bool IsCharacterReference(std::string_view in_digits)
             return false;
     }
     const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
-    return !isControl && !(code >= 0xD800 && code <= 0xDFFF) && code != 0xFFFE && code != 0xFFFF;
+    return !isControl && (code < 0xD800 || code > 0xDFFF) && code != 0xFFFE && code != 0xFFFF;
 }
 
 } // namespace materialx
