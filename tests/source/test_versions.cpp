@@ -256,8 +256,7 @@ private Q_SLOTS:
                                      << QString::fromLatin1("datamodel qtcompat Qt boost");
         QTest::newRow("memorymodel") << QString::fromLatin1("memorymodel")
                                      << QString::fromLatin1("datamodel qtcompat Qt");
-        QTest::newRow("materialx") << QString::fromLatin1("materialx")
-                                   << QString::fromLatin1("Qt <pugixml.hpp>");
+        QTest::newRow("materialx") << QString::fromLatin1("materialx") << QString::fromLatin1("Qt <pugixml.hpp>");
         QTest::newRow("contract") << QString::fromLatin1("contract")
                                   << QString::fromLatin1("datamodel <QObject> <QCoreApplication> <QEvent> "
                                                          "<QElapsedTimer> <QImage>");
