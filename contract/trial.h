@@ -14,8 +14,8 @@
 namespace contract
 {
 
-/// Thrown where an expectation fails: "OPERATION: expected …; got …". No std::exception, so that no implementation and
-/// no check takes it for one of its own.
+/// Thrown where an expectation fails: "OPERATION: expected …; got …". No std::exception, so that no implementation
+/// and no check takes it for one of its own.
 struct Broken
 {
     std::string m_text;

@@ -33,7 +33,7 @@ class DATAMODEL_EXPORT IDbObject
 {
 public:
     virtual ~IDbObject() = default;
-    /// The object's identity, the same one in every session.
+    /// The object's identity, the same one after a restart.
     virtual DbObjectId GetDbObjectId() const = 0;
     /// The data source that the object is stored in, never null: a build asks the source of each item's object for its
     /// state, and a null pointer throws there. The same pointer for all objects of one source.

@@ -17,8 +17,8 @@ namespace materialx
 {
 
 /// The name-based identity, of version 5, of each of some items: of its kind and name, and of a node inside a graph
-/// that of the graph, too. It is the same in the next session and on another machine. Of several items with one kind
-/// and name the first has that identity, and each other one that of its number behind the name.
+/// that of the graph, too. It is the same after a restart and on another machine. Of several items with one kind and
+/// name the first has that identity, and each other one that of its number behind the name.
 MATERIALX_EXPORT std::vector<QUuid> MakeIdentities(const std::vector<Item>& in_items);
 
 /// How some items became others, by their identities. Numbers are indices into the lists.
