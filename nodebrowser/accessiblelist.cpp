@@ -128,6 +128,8 @@ public:
 
     QStringList keyBindingsForAction(const QString&) const override { return QStringList(); }
 
+    int GetRow() const { return static_cast<int>(m_row); }
+
 private:
     /// Reaches out of the list's rectangle when the row is not all in sight.
     QRect GetRect() const override
@@ -181,10 +183,8 @@ public:
 
     int indexOfChild(const QAccessibleInterface* in_child) const override
     {
-        for (const auto& row : m_made)
-            if (QAccessible::accessibleInterface(row.second) == in_child)
-                return row.first;
-        return -1;
+        const auto* const row = dynamic_cast<const AccessibleRow*>(in_child);
+        return row && row->parent() == this ? row->GetRow() : -1;
     }
 
     QString text(QAccessible::Text in_text) const override
