@@ -57,6 +57,7 @@ void SearchIndex::Score(const SearchWords& in_words, std::uint32_t in_none, TagI
     }
     m_scores.assign(m_order.size(), in_none);
     const std::uint32_t wordCount = static_cast<std::uint32_t>(in_words.size());
+    // A name can earn the score that means "not found". Its item counts as not found, too.
     const auto known = [in_none](std::uint32_t in_score) { return in_score == gNoMatch ? in_none : in_score; };
     std::uint32_t wordIndex = 0;
     for (const std::string& word : in_words)

@@ -38,7 +38,7 @@ public:
 
     /// The ranks of the items that pass: the most relevant first, equally relevant ones in display order. Costs, per
     /// word, one search over the names, one over the distinct tags, and one step for each item that has a tag found;
-    /// and two passes over the scores.
+    /// one pass over the scores, and two over what was found.
     /// \param io_tags of the same items, by index; prepares itself for the search
     /// \param out_ranks replaced; keeps its memory
     void Find(const SearchWords& in_words, int in_mode, TagIndex& io_tags, std::vector<std::uint64_t>& out_ranks);
