@@ -40,6 +40,7 @@ inline materialx::Library MakeLibrary(const std::vector<std::pair<const char*, s
 inline std::vector<std::string> BytesOf(const materialx::Library& in_library)
 {
     std::vector<std::string> bytes;
+    bytes.reserve(in_library.m_documents.size());
     for (const materialx::LibraryDocument& document : in_library.m_documents)
         bytes.push_back(document.m_document.GetBytes());
     return bytes;

@@ -309,7 +309,7 @@ private:
             steps += session.GetStepCount();
             refusals += session.GetRefusalCount();
         }
-        const auto all = static_cast<std::size_t>(in_sessions * in_steps);
+        const auto all = static_cast<std::size_t>(in_sessions) * static_cast<std::size_t>(in_steps);
         QVERIFY2(steps > all / 2, std::to_string(steps).c_str());
         QVERIFY2(refusals > 0 && refusals < all * 3 / 4, std::to_string(refusals).c_str());
     }

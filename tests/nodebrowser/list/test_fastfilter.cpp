@@ -114,6 +114,7 @@ private:
     {
         SetSearch(out_browser, std::string(), 2);
         std::vector<ItemAccessor> list;
+        list.reserve(out_browser.GetRowCount());
         for (std::size_t row = 0; row < out_browser.GetRowCount(); ++row)
             list.push_back(out_browser.GetRowItem(row));
         return list;

@@ -14,7 +14,6 @@
 
 using namespace nodebrowser;
 using qtcompat::FromLatin1;
-using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
 using vireo::datamodel::ItemTOCAccessor;
 using vireo::datamodel::LibType;

@@ -62,6 +62,7 @@ public:
         }
         std::sort(found.begin(), found.end());
         std::vector<std::uint64_t> indexes;
+        indexes.reserve(found.size());
         for (const auto& entry : found)
             indexes.push_back(m_index->GetIndex(static_cast<std::size_t>(entry.second)));
         return indexes;

@@ -183,7 +183,9 @@ private Q_SLOTS:
             const std::uint32_t item = static_cast<std::uint32_t>(random.Below(static_cast<int>(tags.size())));
             const std::string first = random.Text(letters, 1, 8);
             const std::string second = random.Text(letters, 1, 8);
-            m_index->SetTags(item, first + ";" + second, "");
+            std::string joined = first;
+            joined.append(";").append(second);
+            m_index->SetTags(item, joined, "");
             tags[item] = {first, second};
             const std::string word = random.Text(letters, 1, 3);
             std::set<std::uint32_t> expected;

@@ -147,6 +147,7 @@ private Q_SLOTS:
             }
             std::sort(folded.begin(), folded.end());
             std::vector<std::uint32_t> expected;
+            expected.reserve(folded.size());
             for (const auto& entry : folded)
                 expected.push_back(entry.second);
             QVERIFY(Order(names) == expected);
