@@ -27,6 +27,6 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     Window window(argc > 1 && QByteArray(argv[1]) == "stays");
     window.show();
-    application.exec();
+    QApplication::exec();
     return 3;
 }
