@@ -48,13 +48,6 @@ const int gWheelStep = 3 * gRowHeight;
 /// More characters than a screen shows. Drawing a character costs time even if nobody can see it.
 const std::size_t gDrawnCharacters = 4000;
 
-/// The event that ItemRemoved() posts. It arrives after the removal.
-QEvent::Type GetRemovalEvent()
-{
-    static const int type = QEvent::registerEventType();
-    return static_cast<QEvent::Type>(type);
-}
-
 } // namespace
 
 // A static library does not register its icons by itself. The macro must stand outside any namespace.
@@ -99,30 +92,36 @@ CNodeBrowser::~CNodeBrowser()
 {
     HideRows(*this);
     m_private->StopObserving();
+    delete m_private->m_removalWatch;
     m_private->m_header.Delete();
     m_private->m_scsTask.reset();
 }
 
 void CNodeBrowser::Private::StopObserving()
 {
-    if (m_toc.IsValid())
-        m_toc.RemoveObserver(&m_browser, vireo::datamodel::eItemTOCNotificationKind, m_toc.GetContext());
-    if (m_library.IsValid())
-        m_library.RemoveObserver(&m_browser, vireo::datamodel::eItemLibraryNotificationKind, m_library.GetContext());
+    ItemTOCAccessor toc = m_toc;
+    ItemLibraryAccessor library = m_library;
+    if (toc.IsValid())
+        toc.RemoveObserver(&m_browser, vireo::datamodel::eItemTOCNotificationKind, toc.GetContext());
+    if (library.IsValid())
+        library.RemoveObserver(&m_browser, vireo::datamodel::eItemLibraryNotificationKind, library.GetContext());
 }
 
 void CNodeBrowser::SetItemLibrary(const ItemLibraryAccessor& in_library)
 {
     Private& d = *m_private;
     const unsigned attachment = ++d.m_attachments;
+    ItemLibraryAccessor library = in_library;
     d.StopObserving();
-    d.m_library = in_library;
-    d.m_library.AddObserver(this, vireo::datamodel::eItemLibraryNotificationKind, d.m_library.GetContext());
-    const ItemTOCAccessor toc = GetTOC(d.m_library);
     if (attachment != d.m_attachments)
-        return; // that look-up came back and attached a library itself
+        return; // the data layer came back and attached a library itself: that one stays
+    d.m_library = library;
+    library.AddObserver(this, vireo::datamodel::eItemLibraryNotificationKind, library.GetContext());
+    ItemTOCAccessor toc = GetTOC(library);
+    if (attachment != d.m_attachments)
+        return; // the same
     d.m_toc = toc;
-    d.m_toc.AddObserver(this, vireo::datamodel::eItemTOCNotificationKind, d.m_toc.GetContext());
+    toc.AddObserver(this, vireo::datamodel::eItemTOCNotificationKind, toc.GetContext());
     d.m_statesStale = true;
     d.BuildAllItemList(nullptr);
 }
@@ -175,15 +174,32 @@ void CNodeBrowser::ItemAdded(ItemAccessor&)
     m_private->RequestRebuild();
 }
 
+/// Looks after a removal for items that are gone. ItemRemoved() comes before the removal, so a paint that is forced
+/// meanwhile still lists the item. The toolkit deletes an object later than it delivers an event: not in a loop that
+/// another observer runs inside the same notification, but when the loop around all of it goes on.
+class CNodeBrowser::Private::RemovalWatch : public QObject
+{
+public:
+    explicit RemovalWatch(Private& io_browser) : m_browser(io_browser) { deleteLater(); }
+
+    ~RemovalWatch() override
+    {
+        if (m_browser.m_items->HasGoneItem())
+            m_browser.RequestRebuild();
+    }
+
+    RemovalWatch(const RemovalWatch&) = delete;
+    RemovalWatch& operator=(const RemovalWatch&) = delete;
+
+private:
+    Private& m_browser;
+};
+
 void CNodeBrowser::ItemRemoved(ItemAccessor&)
 {
     m_private->RequestRebuild();
-    if (m_private->m_removalPending)
-        return;
-    // ItemRemoved() comes before the removal. A paint that is forced meanwhile still lists the item, so look again when
-    // the event loop runs.
-    m_private->m_removalPending = true;
-    QCoreApplication::postEvent(this, new QEvent(GetRemovalEvent()));
+    if (!m_private->m_removalWatch)
+        m_private->m_removalWatch = new Private::RemovalWatch(*m_private);
 }
 
 void CNodeBrowser::OnBeginChanges(ItemLibraryAccessor&) {}
@@ -206,7 +222,7 @@ void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor&, const ItemID& in_item, 
     // No relayout on purpose: rows do not jump away while tags are edited. The next relayout sees the new tags.
     const QScopedValueRollback<bool> rollback(m_private->m_itemsInUse);
     m_private->m_itemsInUse = true;
-    m_private->m_items->RefreshTags(m_private->m_library, in_item);
+    m_private->m_items->RefreshTags(m_private->GetLibrary(), in_item);
 }
 
 void CNodeBrowser::ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID& in_item, long in_state)
@@ -262,7 +278,16 @@ void CNodeBrowser::Private::RefreshItems()
         m_rebuildNeeded = false;
         m_statesStale = false;
         ItemList::ObjectHandles handles;
-        BuildAllItemList(requestStates ? &handles : nullptr);
+        try
+        {
+            BuildAllItemList(requestStates ? &handles : nullptr);
+        }
+        catch (...)
+        {
+            m_rebuildNeeded = true;
+            m_statesStale |= requestStates;
+            throw;
+        }
         if (requestStates)
             m_scsTask->RequestObjectStates(handles);
     }
@@ -276,8 +301,8 @@ bool CNodeBrowser::CompareToFilter(ItemAccessor& in_item, std::size_t* out_score
 {
     const QScopedValueRollback<bool> rollback(m_private->m_itemsInUse);
     m_private->m_itemsInUse = true;
-    return m_private->m_items->Compare(m_private->m_searchWords, m_private->m_filterMode, m_private->m_library, in_item,
-                                       out_score);
+    return m_private->m_items->Compare(m_private->m_searchWords, m_private->m_filterMode, m_private->GetLibrary(),
+                                       in_item, out_score);
 }
 
 void CNodeBrowser::SearchTextChange(const QString& text)
@@ -315,15 +340,16 @@ void CNodeBrowser::Private::UpdateVisibleItems()
     if (!m_toc.IsValid())
     {
         m_visibleItems.clear();
+        NotifyRowsFound(m_browser);
         return;
     }
     // The index is stale if a change arrived during the build, or if an item being removed was still listed. Then test
     // the items one by one.
-    if (m_rebuildNeeded || m_removalPending)
+    if (m_rebuildNeeded || m_removalWatch)
     {
         const QScopedValueRollback<bool> rollback(m_itemsInUse);
         m_itemsInUse = true;
-        m_items->FindItemByItem(m_searchWords, m_filterMode, m_library, m_visibleItems);
+        m_items->FindItemByItem(m_searchWords, m_filterMode, GetLibrary(), m_visibleItems);
     }
     else
     {
@@ -449,12 +475,13 @@ bool CNodeBrowser::Private::ReadRow(std::uint64_t in_row, RowContent& out_conten
     out_content.m_icon = record->GetStateIcon();
     out_content.m_marked = record->IsFactoryItem() || (isSourceControlEnabled() && record->IsSourceControlled());
 
+    const ItemLibraryAccessor library = GetLibrary();
     const ItemID id = item.GetItemID();
-    std::string name = m_library.GetItemName(id, true, nullptr);
+    std::string name = library.GetItemName(id, true, nullptr);
     if (name.size() > gDrawnCharacters)
         name.resize(gDrawnCharacters);
     out_content.m_name = qtcompat::FromLatin1(name);
-    out_content.m_dirty = m_library.ItemIsDirty(id);
+    out_content.m_dirty = library.ItemIsDirty(id);
     return true;
 }
 
@@ -517,7 +544,7 @@ void CNodeBrowser::Private::OpenRow(std::size_t in_row)
 {
     ItemID item;
     if (FindItem(in_row, item) && item.GetType() == VireoType::gCompound)
-        OpenCompound(m_library, item);
+        OpenCompound(GetLibrary(), item);
 }
 
 ItemID CNodeBrowser::GetSelection()
@@ -527,7 +554,7 @@ ItemID CNodeBrowser::GetSelection()
 
 bool CNodeBrowser::IsSelectionType()
 {
-    const ItemLibraryAccessor& library = m_private->m_library;
+    const ItemLibraryAccessor library = m_private->GetLibrary();
     if (!library.IsValid())
         return false;
     const ItemID selection = GetSelection();
@@ -572,13 +599,6 @@ bool CNodeBrowser::event(QEvent* in_event)
     if (in_event->type() == QEvent::Wheel && m_private->ScrollByWheel(static_cast<const QWheelEvent&>(*in_event)))
     {
         in_event->accept();
-        return true;
-    }
-    if (in_event->type() == GetRemovalEvent())
-    {
-        m_private->m_removalPending = false;
-        if (m_private->m_items->HasGoneItem())
-            m_private->RequestRebuild();
         return true;
     }
     return QWidget::event(in_event);
@@ -638,7 +658,7 @@ void CNodeBrowser::PopContexMenu(const QPoint& in_position, std::size_t in_row)
     if (!m_private->FindItem(in_row, item))
         return;
     QMenu menu;
-    FillContextMenu(menu, *this, m_private->m_library, item);
+    FillContextMenu(menu, *this, m_private->GetLibrary(), item);
     menu.exec(in_position);
 }
 
@@ -659,7 +679,7 @@ void CNodeBrowser::OnNewLoopCompound()
 
 void CNodeBrowser::OnSaveGraphLibrary()
 {
-    SaveLibrary(m_private->m_library);
+    SaveLibrary(m_private->GetLibrary());
 }
 
 void CNodeBrowser::OnRenameItem()

@@ -55,6 +55,11 @@ struct NODEBROWSER_NO_EXPORT CNodeBrowser::Private : public nodebrowser::IAccess
     void ConnectRevisionControl();
     void StopObserving();
 
+    /// The library to read. A copy, since a read may come back and attach another library, and this one may be the last
+    /// that keeps the library.
+    vireo::datamodel::ItemLibraryAccessor GetLibrary() const { return m_library; }
+
+    class RemovalWatch;
     void RequestRebuild();
     void RequestRepaint();
     void RefreshItems();
@@ -105,8 +110,8 @@ struct NODEBROWSER_NO_EXPORT CNodeBrowser::Private : public nodebrowser::IAccess
     nodebrowser::SearchWords m_searchWords; // the lowered search text, split at each key stroke
 
     std::unique_ptr<nodebrowser::ItemList> m_items{new nodebrowser::ItemList};
-    bool m_itemsInUse = false;     // an operation of the list reads the data layer: no build may start
-    bool m_removalPending = false; // the event loop has not run since ItemRemoved()
+    bool m_itemsInUse = false;        // an operation of the list reads the data layer: no build may start
+    QPointer<QObject> m_removalWatch; // null unless the event loop has still to go on after ItemRemoved()
     nodebrowser::RowPainter m_rowPainter;
 
     const int m_listTop;

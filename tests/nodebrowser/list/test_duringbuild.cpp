@@ -4,6 +4,8 @@
 #include "tests/nodebrowser/support/propertiesmanager.h"
 #include "tests/support/testmain.h"
 
+#include <QPaintEvent>
+
 #include <stdexcept>
 
 using vireo::datamodel::IItemLibraryNotification;
@@ -168,6 +170,34 @@ private Q_SLOTS:
         QCOMPARE(scene.Rows(), QString::fromLatin1("Add,Blend,Colour"));
         QTest::mousePress(scene.m_browser.get(), Qt::LeftButton, Qt::NoModifier, scene.m_browser->RowCentre(1));
         QVERIFY(scene.m_browser->GetSelection() == scene.m_layer.GetItem(0).m_id);
+    }
+
+    void aPaintThatThrowsLeavesItsWorkToTheNext_data() { AddReads(); }
+
+    void aPaintThatThrowsLeavesItsWorkToTheNext()
+    {
+        QFETCH(QByteArray, read);
+        Scene scene;
+        scene.m_layer.Forget();
+        scene.SwitchSourceControl(false);
+        scene.SwitchSourceControl(true); // asks for the states again
+        scene.m_layer.WhenNext(read.constData(), [] { throw std::runtime_error("the disk is gone"); });
+        bool threw = false;
+        try
+        {
+            QPaintEvent paint(scene.m_browser->rect());
+            QCoreApplication::sendEvent(scene.m_browser.get(), &paint);
+        }
+        catch (const std::runtime_error&)
+        {
+            threw = true;
+        }
+        QVERIFY(threw);
+        const int requests = scene.m_layer.Count("request");
+        scene.m_browser->update();
+        Settle();
+        QCOMPARE(scene.Rows(), QString::fromLatin1("Add,Blend,Colour"));
+        QCOMPARE(scene.m_layer.Count("request"), requests + 1);
     }
 };
 

@@ -300,6 +300,93 @@ class TestReentrancy : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void aLibraryThatOnlyTheBrowserKeepsOutlivesItsReads_data()
+    {
+        QTest::addColumn<QByteArray>("read");
+        QTest::addColumn<int>("event");
+        QTest::newRow("name in a paint") << QByteArray("name") << 0;
+        QTest::newRow("dirty mark in a paint") << QByteArray("dirty") << 0;
+        QTest::newRow("name in a build") << QByteArray("name") << 1;
+        QTest::newRow("tags") << QByteArray("tags") << 2;
+        QTest::newRow("read-only in the menu") << QByteArray("read-only") << 3;
+        QTest::newRow("model at a double click") << QByteArray("model") << 4;
+    }
+
+    /// The read attaches another library. Nobody else keeps the one that is being read.
+    void aLibraryThatOnlyTheBrowserKeepsOutlivesItsReads()
+    {
+        QFETCH(QByteArray, read);
+        QFETCH(int, event);
+        FakeLayer layer;
+        layer.AddNodes(2);
+        layer.AddCompound("Aa");
+        CommandBrowser browser;
+        browser.TabBar()->setCurrentIndex(2);
+        std::weak_ptr<FakeLibrary> kept;
+        {
+            const std::shared_ptr<FakeLibrary> library = std::make_shared<FakeLibrary>(layer, *layer.m_contents);
+            kept = library;
+            browser.SetItemLibrary(ItemLibraryAccessor(UnspecifiedAccessor(library)));
+        }
+        ShowBrowser(browser);
+        bool attached = false;
+        layer.WhenNext(read.constData(), [&] {
+            browser.SetItemLibrary(layer.GetAccessor());
+            attached = true;
+        });
+        IItemLibraryNotification& observer = *kept.lock()->m_observers.front();
+        ItemLibraryAccessor library = layer.GetAccessor();
+        ModalUser user;
+        switch (event)
+        {
+        case 0:
+            break;
+        case 1:
+            observer.LibraryInvalidated(library);
+            break;
+        case 2:
+            observer.ItemTagsChanged(library, layer.GetItem(0).m_id, vireo::datamodel::gApplicationTagsKey);
+            break;
+        case 3:
+            user.IfMenuOpens([](QMenu& in_menu) { Press(in_menu, Qt::Key_Escape); });
+            browser.PopContexMenu(browser.mapToGlobal(QPoint(5, 5)), 0);
+            break;
+        default:
+            QTest::mouseDClick(&browser, Qt::LeftButton, Qt::NoModifier, browser.RowCentre(0));
+        }
+        browser.repaint();
+        Settle();
+        QVERIFY(attached);
+        QVERIFY(kept.expired());
+        QCOMPARE(browser.GetRowCount(), std::size_t(3));
+    }
+
+    void aLibraryThatIsAttachedWhileTheOneBeforeIsLeftStays_data()
+    {
+        QTest::addColumn<QByteArray>("step");
+        QTest::newRow("the contents are left") << QByteArray("contents-");
+        QTest::newRow("the library is left") << QByteArray("library-");
+    }
+
+    void aLibraryThatIsAttachedWhileTheOneBeforeIsLeftStays()
+    {
+        QFETCH(QByteArray, step);
+        Scene scene;
+        bool attached = false;
+        scene.m_layer.WhenNext(step.constData(), [&] {
+            scene.Attach(true);
+            attached = true;
+        });
+        scene.m_browser->SetItemLibrary(scene.m_layer.GetAccessor());
+        Settle();
+        QVERIFY(attached);
+        QCOMPARE(scene.m_layer.m_library->m_observers.size(), std::size_t(0));
+        QCOMPARE(scene.m_layer.m_contents->m_observers.size(), std::size_t(0));
+        QCOMPARE(scene.m_otherLibrary->m_observers.size(), std::size_t(1));
+        QCOMPARE(scene.m_otherContents->m_observers.size(), std::size_t(1));
+        QCOMPARE(scene.m_browser->RowNames(scene.Other()), scene.ExpectedRows());
+    }
+
     void aReadThatComesBackDoesNoHarm_data()
     {
         QTest::addColumn<int>("moment");

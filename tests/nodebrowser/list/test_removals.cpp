@@ -3,6 +3,10 @@
 #include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/support/testmain.h"
 
+#include <QEventLoop>
+#include <QTimer>
+#include <QTimerEvent>
+
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -86,6 +90,23 @@ public:
     void ItemRemoved(ItemAccessor&) override { m_action(); }
 
     std::function<void()> m_action;
+};
+
+/// Removes the second item from inside the event loop.
+class LaterRemoval : public QObject
+{
+public:
+    explicit LaterRemoval(FakeLayer& io_layer) : m_layer(io_layer) { startTimer(0); }
+
+protected:
+    void timerEvent(QTimerEvent* in_event) override
+    {
+        killTimer(in_event->timerId());
+        m_layer.Remove(1);
+    }
+
+private:
+    FakeLayer& m_layer;
 };
 
 /// Calls a function for each observer of a table of contents, with an item that is in no library.
@@ -271,6 +292,45 @@ private Q_SLOTS:
         Settle();
         QCOMPARE(browser.RowNames(layer.GetAccessor()).join(QLatin1String(",")),
                  QString::fromLatin1("Node 000,Node 002,Node 004"));
+    }
+
+    /// A message box that says what was removed is such a loop.
+    void anEventLoopInTheMiddleOfARemovalKeepsNoRow()
+    {
+        FakeLayer layer;
+        layer.AddNodes(4);
+        ProbedBrowser browser;
+        ShowLibrary(browser, layer.GetAccessor());
+        Bystander bystander;
+        int paintsInside = 0;
+        bystander.m_action = [&] {
+            const int before = browser.m_paints;
+            QEventLoop inner;
+            QTimer::singleShot(50, &inner, SLOT(quit()));
+            inner.exec();
+            paintsInside = browser.m_paints - before;
+        };
+        layer.m_contents->m_observers.push_back(&bystander);
+        QEventLoop outer;
+        LaterRemoval removal(layer);
+        QTimer::singleShot(200, &outer, SLOT(quit()));
+        outer.exec();
+        QVERIFY(paintsInside > 0);
+        QCOMPARE(browser.RowNames(layer.GetAccessor()).join(QLatin1String(",")),
+                 QString::fromLatin1("Node 000,Node 002,Node 003"));
+    }
+
+    void aBrowserThatGoesAfterARemovalLooksForNothing()
+    {
+        FakeLayer layer;
+        layer.AddNodes(4);
+        std::unique_ptr<ProbedBrowser> browser(new ProbedBrowser);
+        ShowLibrary(*browser, layer.GetAccessor());
+        layer.Remove(1);
+        browser.reset();
+        layer.Forget();
+        Settle();
+        QVERIFY(layer.Log().isEmpty());
     }
 
     /// A search after the removal and before the event loop runs is one over items that are gone.

@@ -85,12 +85,14 @@ protected:
     }
 };
 
-/// Lets everything that was asked for happen: repaints, queued calls, timers that are due.
+/// Lets everything that was asked for happen: repaints, queued calls, timers that are due, deletions. Tests run in no
+/// event loop, which alone deletes by itself.
 inline void Settle()
 {
     for (int round = 0; round < 5; ++round)
     {
         QCoreApplication::sendPostedEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         testcompat::SyncWindowSystem();
         QCoreApplication::processEvents();
     }
