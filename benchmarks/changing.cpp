@@ -24,8 +24,8 @@ void SetSourceControl(memorymodel::SourceControl& out_sourceControl, bool in_on)
     Settle();
 }
 
-void TellStates(IItemLibraryNotification& in_observer, ItemLibraryAccessor& in_library,
-                const std::vector<ItemID>& in_items, long in_state)
+void NotifyStates(IItemLibraryNotification& in_observer, ItemLibraryAccessor& in_library,
+                  const std::vector<ItemID>& in_items, long in_state)
 {
     for (const ItemID& item : in_items)
         in_observer.ItemAccessStateChanged(in_library, item, in_state);
@@ -42,7 +42,7 @@ std::vector<ItemAccessor> PickForBurst(const ItemLibraryAccessor& in_library)
     return items;
 }
 
-void TellBurst(CNodeBrowser& in_browser, ItemLibraryAccessor& in_library, std::vector<ItemAccessor>& in_items)
+void NotifyBurst(CNodeBrowser& in_browser, ItemLibraryAccessor& in_library, std::vector<ItemAccessor>& in_items)
 {
     IItemTOCNotification& tocObserver = in_browser;
     IItemLibraryNotification& libraryObserver = in_browser;
@@ -68,7 +68,7 @@ void MeasureStates(Content& io_content)
         TimeToFrame(GetPanel(*browser), [&] { io_content.m_library.Invalidate(); });
         Settle();
         samples[eColumnBrowser].push_back(
-            TimeToFrame(GetPanel(*browser), [&] { TellStates(*browser, library, items, state); }));
+            TimeToFrame(GetPanel(*browser), [&] { NotifyStates(*browser, library, items, state); }));
         Settle();
     }
     SetSourceControl(io_content.m_layer.GetSourceControl(), false);
@@ -84,7 +84,7 @@ void MeasureBurst(const Content& in_content)
     for (int round = 0; round < gRepetitions; ++round)
     {
         samples[eColumnBrowser].push_back(
-            TimeToFrame(GetPanel(*browser), [&] { TellBurst(*browser, library, items); }));
+            TimeToFrame(GetPanel(*browser), [&] { NotifyBurst(*browser, library, items); }));
         Settle();
     }
     PrintRow("burst", in_content.GetCount(), Medians(samples));

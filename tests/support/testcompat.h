@@ -90,6 +90,13 @@ inline void SyncWindowSystem()
 #endif
 }
 
+/// Ends a test, or a row of its data, that has nothing to test with this toolkit.
+#if QT_VERSION >= 0x050000
+#define TESTCOMPAT_SKIP(in_reason) QSKIP(in_reason)
+#else
+#define TESTCOMPAT_SKIP(in_reason) QSKIP(in_reason, SkipSingle)
+#endif
+
 /// Announces to the application that the fonts of the system have changed, as the toolkit does.
 /// \return false where the toolkit announces no such thing
 inline bool AnnounceFontChange()

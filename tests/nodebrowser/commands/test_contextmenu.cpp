@@ -165,7 +165,7 @@ private Q_SLOTS:
         QVERIFY(!browser.GetSelection().IsValid());
     }
 
-    void aRowNumberIsNotNarrowed()
+    void aRowIsNotNarrowed()
     {
         if (sizeof(std::size_t) <= 4)
             return;

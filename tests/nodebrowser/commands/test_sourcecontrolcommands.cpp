@@ -306,11 +306,11 @@ private Q_SLOTS:
         ShowLibrary(browser, spy.Watch(library.GetAccessor()));
         spy.Forget();
         manager.m_enabled = true;
-        QVERIFY(CountPaints(browser, [&manager] { manager.Tell(&manager); }) > 0);
+        QVERIFY(CountPaints(browser, [&manager] { manager.Notify(&manager); }) > 0);
         QCOMPARE(spy.Count("request 1"), 1);
         QCOMPARE(spy.CountRebuilds(), 1);
         spy.Forget();
-        QCOMPARE(CountPaints(browser, [&manager] { manager.Tell(&manager); }), 0);
+        QCOMPARE(CountPaints(browser, [&manager] { manager.Notify(&manager); }), 0);
         QCOMPARE(spy.Count("request"), 0);
         QCOMPARE(spy.CountRebuilds(), 0);
     }
@@ -355,12 +355,12 @@ private Q_SLOTS:
         ShowAll(browser, library.GetAccessor());
         spy.Forget();
         manager.m_enabled = false;
-        QCOMPARE(CountPaints(browser, [&manager] { manager.Tell(&manager); }), 0);
+        QCOMPARE(CountPaints(browser, [&manager] { manager.Notify(&manager); }), 0);
         // Only the compound had a state; its icon is composed without versioning.
         QCOMPARE(spy.m_icons.size(), std::size_t(1));
         QCOMPARE(spy.m_icons[0].m_state, 0u);
         QVERIFY(!spy.m_icons[0].m_active);
-        QCOMPARE(CountPaints(browser, [&manager] { manager.Tell(&manager); }), 0);
+        QCOMPARE(CountPaints(browser, [&manager] { manager.Notify(&manager); }), 0);
         QCOMPARE(spy.m_icons.size(), std::size_t(1));
         QCOMPARE(spy.Count("request"), 0);
     }
@@ -392,7 +392,7 @@ private Q_SLOTS:
         layer.GetSourceControl().SetVersionControlActive(change != 3);
         m_record.Forget();
         spy.Forget();
-        QCOMPARE(CountPaints(browser, [&] { manager.Tell(change == 0 ? nullptr : &manager); }), 0);
+        QCOMPARE(CountPaints(browser, [&] { manager.Notify(change == 0 ? nullptr : &manager); }), 0);
         QCOMPARE(m_record.Log(), change == 0   ? QStringList()
                                  : change == 1 ? QStringList(FromLatin1("has"))
                                                : QStringList() << FromLatin1("has") << FromLatin1("read"));
@@ -411,15 +411,15 @@ private Q_SLOTS:
         layer.SetService("RevisionControlPropertiesMgr", &manager);
         CommandBrowser browser;
         PlainDisplay display;
-        manager.Tell(nullptr);
-        manager.Tell(&manager);
+        manager.Notify(nullptr);
+        manager.Notify(&manager);
         manager.m_enabled = true;
         manager.m_has = false;
-        manager.Tell(&manager);
+        manager.Notify(&manager);
         QCOMPARE(display.m_activeQueries, 0);
         manager.m_has = true;
         display.m_active = false;
-        manager.Tell(&manager);
+        manager.Notify(&manager);
         QCOMPARE(display.m_activeQueries, 1);
     }
 

@@ -31,7 +31,7 @@ class TestBetweenPaints : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void untilThePaintRowsAreNumbersIntoTheNewList()
+    void untilThePaintRowsAreRanksInTheNewList()
     {
         memorymodel::DataLayer layer;
         memorymodel::Library& before = layer.AddLibrary("Before");
@@ -51,7 +51,7 @@ private Q_SLOTS:
         QCOMPARE(NameOf(after, browser.GetSelection()), QString::fromLatin1("w"));
     }
 
-    /// The item is still there while its removal is told, and nothing tells the browser when it has gone.
+    /// The item is still listed while its removal is notified, and nothing notifies the browser when it has gone.
     void aPaintWhileAnItemLeavesDoesNotKeepIt()
     {
         memorymodel::DataLayer layer;

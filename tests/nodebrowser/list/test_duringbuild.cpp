@@ -49,7 +49,7 @@ struct Scene
     void SwitchSourceControl(bool in_on)
     {
         m_properties.m_enabled = in_on;
-        m_properties.Tell(&m_properties);
+        m_properties.Notify(&m_properties);
     }
 
     QString Rows() { return m_browser->RowNames(m_layer.GetAccessor()).join(QLatin1String(",")); }

@@ -366,7 +366,7 @@ private Q_SLOTS:
 
     void aNewStateComposesTheIconOfItsItemAndRepaintsOnce()
     {
-        QCOMPARE(CountPaints(*m_browser, [&] { Tell(m_blend, memorymodel::eCheckedOut); }), 1);
+        QCOMPARE(CountPaints(*m_browser, [&] { Notify(m_blend, memorymodel::eCheckedOut); }), 1);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(1));
         QCOMPARE(m_spy->m_icons[0].m_state, unsigned(memorymodel::eCheckedOut));
         QVERIFY(!m_spy->m_icons[0].m_active);
@@ -376,10 +376,10 @@ private Q_SLOTS:
 
     void theSameStateDoesNothing()
     {
-        Tell(m_blend, memorymodel::eCheckedOut);
+        Notify(m_blend, memorymodel::eCheckedOut);
         Settle();
         m_spy->Forget();
-        QCOMPARE(CountPaints(*m_browser, [&] { Tell(m_blend, memorymodel::eCheckedOut); }), 0);
+        QCOMPARE(CountPaints(*m_browser, [&] { Notify(m_blend, memorymodel::eCheckedOut); }), 0);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(0));
     }
 
@@ -391,9 +391,9 @@ private Q_SLOTS:
         Settle();
         m_spy->Forget();
         const int paints = CountPaints(*m_browser, [&] {
-            Tell(nested, 3);
-            Tell(foreign, 3);
-            Tell(ItemID(), 3);
+            Notify(nested, 3);
+            Notify(foreign, 3);
+            Notify(ItemID(), 3);
         });
         QCOMPARE(paints, 0);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(0));
@@ -401,10 +401,10 @@ private Q_SLOTS:
 
     void aStateOfAnItemThatHasJustLeftDoesNothing()
     {
-        Tell(m_add, 2);
+        Notify(m_add, 2);
         m_library->Remove(m_blend);
         m_spy->Forget();
-        Tell(m_blend, 3);
+        Notify(m_blend, 3);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(0));
     }
 
@@ -412,12 +412,12 @@ private Q_SLOTS:
     {
         m_browser->TabBar()->setCurrentIndex(1);
         Settle();
-        QCOMPARE(CountPaints(*m_browser, [&] { Tell(m_blend, 3); }), 1);
+        QCOMPARE(CountPaints(*m_browser, [&] { Notify(m_blend, 3); }), 1);
     }
 
     void everyKindOfItemTakesAState()
     {
-        QCOMPARE(CountPaints(*m_browser, [&] { Tell(m_colour, 3); }), 1);
+        QCOMPARE(CountPaints(*m_browser, [&] { Notify(m_colour, 3); }), 1);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(1));
         QCOMPARE(m_spy->m_icons[0].m_state, 3u);
     }
@@ -440,45 +440,45 @@ private Q_SLOTS:
     {
         QFETCH(qlonglong, state);
         QFETCH(uint, narrowed);
-        Tell(m_blend, static_cast<long>(state));
+        Notify(m_blend, static_cast<long>(state));
         QCOMPARE(m_spy->m_icons.size(), std::size_t(1));
         QCOMPARE(m_spy->m_icons[0].m_state, narrowed);
-        Tell(m_blend, static_cast<long>(state));
+        Notify(m_blend, static_cast<long>(state));
         QCOMPARE(m_spy->m_icons.size(), std::size_t(1));
     }
 
     void statesAreComparedAfterNarrowing()
     {
-        Tell(m_blend, static_cast<long>(4294967295u));
+        Notify(m_blend, static_cast<long>(4294967295u));
         Settle();
         m_spy->Forget();
-        QCOMPARE(CountPaints(*m_browser, [&] { Tell(m_blend, -1); }), 0);
+        QCOMPARE(CountPaints(*m_browser, [&] { Notify(m_blend, -1); }), 0);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(0));
     }
 
     void aRebuildForgetsTheStates()
     {
-        Tell(m_blend, 3);
+        Notify(m_blend, 3);
         Change(QString::fromLatin1("add"));
         Settle();
         m_spy->Forget();
-        Tell(m_blend, 0);
+        Notify(m_blend, 0);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(0));
-        Tell(m_blend, 3);
+        Notify(m_blend, 3);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(1));
     }
 
     void statesReachTheItemsOfTheNewListAfterARebuild()
     {
-        Tell(m_blend, 3);
+        Notify(m_blend, 3);
         const ItemID first = m_library->Add(NewItem::Compound("Aaa"));
         Settle();
         m_spy->Forget();
-        Tell(first, 4);
-        Tell(m_blend, 5);
+        Notify(first, 4);
+        Notify(m_blend, 5);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(2));
-        Tell(first, 4);
-        Tell(m_blend, 5);
+        Notify(first, 4);
+        Notify(m_blend, 5);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(2));
     }
 
@@ -512,8 +512,8 @@ private Q_SLOTS:
         QCOMPARE(m_spy->m_icons.size(), std::size_t(2));
         QCOMPARE(m_spy->m_icons[0].m_state, 1u);
         QCOMPARE(m_spy->m_icons[1].m_state, 2u);
-        Tell(first, 1);
-        Tell(second, 2);
+        Notify(first, 1);
+        Notify(second, 2);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(2));
     }
 
@@ -598,7 +598,7 @@ private:
             m_library->Close();
     }
 
-    void Tell(const ItemID& in_item, long in_state)
+    void Notify(const ItemID& in_item, long in_state)
     {
         ItemLibraryAccessor library = m_accessor;
         IItemLibraryNotification& observer = *m_browser;

@@ -196,7 +196,7 @@ const Action gActions[] = {
          for (const bool on : {false, true})
          {
              io_scene.m_properties.m_enabled = on;
-             io_scene.m_properties.Tell(&io_scene.m_properties);
+             io_scene.m_properties.Notify(&io_scene.m_properties);
              Render(*io_scene.m_browser);
          }
      }},
@@ -235,7 +235,7 @@ const Moment gMoments[] = {
          for (const bool on : {false, true})
          {
              io_scene.m_properties.m_enabled = on;
-             io_scene.m_properties.Tell(&io_scene.m_properties);
+             io_scene.m_properties.Notify(&io_scene.m_properties);
          }
      },
      [](Scene& io_scene) { io_scene.m_browser->repaint(); }},
@@ -270,7 +270,7 @@ const Moment gMoments[] = {
          });
      }},
     {"source control off", "active|has|read", [](Scene& io_scene) { io_scene.m_properties.m_enabled = true; },
-     [](Scene& io_scene) { io_scene.m_properties.Tell(&io_scene.m_properties); }},
+     [](Scene& io_scene) { io_scene.m_properties.Notify(&io_scene.m_properties); }},
     {"menu", "identity|name|service|read-only|uid|find|model|can modify", DoNothing,
      [](Scene& io_scene) {
          ModalUser user;

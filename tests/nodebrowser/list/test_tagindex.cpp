@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCOMPARE(m_index->GetItems("mix"), (TagIndex::Indexes{1}));
     }
 
-    void aNumberThatWasNotAddedHasNoTags()
+    void anIndexThatWasNotAddedHasNoTags()
     {
         QVERIFY(m_index->GetTags(0).empty());
         m_index->Add("mix", "");

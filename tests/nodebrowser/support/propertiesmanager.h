@@ -32,8 +32,8 @@ public:
         return m_has;
     }
 
-    /// Tells the connected slot of a change, or with null that the manager is going away.
-    void Tell(IRevisionControlPropertiesMgr* in_manager) { m_slot->OnRevisionControlPropertiesChange(in_manager); }
+    /// Notifies the connected slot of a change, or with null that the manager is going away.
+    void Notify(IRevisionControlPropertiesMgr* in_manager) { m_slot->OnRevisionControlPropertiesChange(in_manager); }
 
     bool m_enabled = false;
     bool m_has = true;

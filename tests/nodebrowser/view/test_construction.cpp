@@ -571,7 +571,7 @@ private Q_SLOTS:
         QCOMPARE(selections.count(), 0);
     }
 
-    void theSelectedRowKeepsItsNumberInAnotherLibrary()
+    void theSameRowIsSelectedInAnotherLibrary()
     {
         memorymodel::Library& other = m_layer->AddLibrary("B");
         other.Add(NewItem::Solver("First"));

@@ -13,7 +13,7 @@ using namespace nodebrowser;
 namespace
 {
 
-const QRect gRect(35, 24, 200, 25);
+const QRect gRect(35, gRowHeight, 200, 25);
 
 /// Draws one text into a fresh picture.
 class Canvas
@@ -58,12 +58,13 @@ private:
 /// A frame of names "Blend 1", "Blend 2" and so on, one below the other, as a list draws them.
 QImage DrawFrame(RowTexts& out_texts, int in_first, int in_end)
 {
-    QImage picture(300, 24 * (in_end - in_first), QImage::Format_RGB32);
+    QImage picture(300, gRowHeight * (in_end - in_first), QImage::Format_RGB32);
     picture.fill(QColor(Qt::white).rgb());
     QPainter painter(&picture);
     out_texts.BeginFrame(painter);
     for (int row = in_first; row < in_end; ++row)
-        out_texts.Draw(painter, QRect(10, 24 * (row - in_first), 250, 25), QString::fromLatin1("Blend %1").arg(row));
+        out_texts.Draw(painter, QRect(10, gRowHeight * (row - in_first), 250, 25),
+                       QString::fromLatin1("Blend %1").arg(row));
     return picture;
 }
 
@@ -167,7 +168,7 @@ private Q_SLOTS:
         QPainter painter(&picture);
         texts.BeginFrame(painter);
         for (int row = 0; row < 3; ++row)
-            texts.Draw(painter, QRect(10, 24 * row, 200, 25), QString::fromLatin1("Blend"));
+            texts.Draw(painter, QRect(10, gRowHeight * row, 200, 25), QString::fromLatin1("Blend"));
         QCOMPARE(texts.GetShapings(), 1u);
     }
 
@@ -187,7 +188,7 @@ private Q_SLOTS:
         RowTexts texts;
         const QImage before = DrawFrame(texts, 0, 20);
         if (!testcompat::AnnounceFontChange())
-            return; // this toolkit does not announce one
+            TESTCOMPAT_SKIP("This toolkit does not announce that the fonts changed.");
         QCOMPARE(DrawFrame(texts, 0, 20), before);
         QCOMPARE(texts.GetShapings(), 40u);
         DrawFrame(texts, 0, 20);
@@ -205,7 +206,7 @@ private Q_SLOTS:
         bool announced = false;
         const int paints = CountPaints(browser, [&announced] { announced = testcompat::AnnounceFontChange(); });
         if (!announced)
-            return; // this toolkit does not announce one
+            TESTCOMPAT_SKIP("This toolkit does not announce that the fonts changed.");
         QVERIFY(paints > 0);
         // Each row is drawn once more, by its name, and nothing is built.
         QCOMPARE(layer.Count("name"), 5 * paints);
@@ -278,7 +279,7 @@ private Q_SLOTS:
                 texts.BeginFrame(painter);
                 for (int row = 0; row < 3; ++row)
                 {
-                    const QRect rect(10, 24 * row, 200, 25);
+                    const QRect rect(10, gRowHeight * row, 200, 25);
                     texts.Draw(painter, rect, text);
                     plain.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter, text);
                 }

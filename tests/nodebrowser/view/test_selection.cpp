@@ -320,7 +320,7 @@ private Q_SLOTS:
         QVERIFY(!browser.IsSelectionType());
     }
 
-    void theSelectionStaysARowNumberWhenTheRowsAreFiltered()
+    void theSelectionStaysARowWhenTheRowsAreFiltered()
     {
         Scene scene(20);
         PressRow(scene.m_browser, 2);
@@ -339,7 +339,7 @@ private Q_SLOTS:
         QCOMPARE(scene.m_browser.SignalCount(), 1);
     }
 
-    void theSelectionStaysARowNumberWhenItemsComeAndGo()
+    void theSelectionStaysARowWhenItemsComeAndGo()
     {
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
@@ -362,7 +362,7 @@ private Q_SLOTS:
         QCOMPARE(browser.SignalCount(), 1);
     }
 
-    void theSelectionOutlivesAChangeOfTheLibraryAsARowNumber()
+    void theSelectionOutlivesAChangeOfTheLibraryAsARow()
     {
         DataLayer layer;
         Library& first = layer.AddLibrary("First");

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "nodebrowser/rowlayout.h"
 #include "tests/nodebrowser/support/browserfixture.h"
 #include "tests/nodebrowser/support/propertiesmanager.h"
 #include "tests/nodebrowser/support/spylayer.h"
@@ -122,7 +123,7 @@ private Q_SLOTS:
     void enablingComposesNothingBeforeThePaint()
     {
         Show();
-        TellState(m_blend, 3);
+        NotifyState(m_blend, 3);
         Settle();
         m_spy->Forget();
         Enable(true);
@@ -135,8 +136,8 @@ private Q_SLOTS:
         Show();
         Enable(true);
         Settle();
-        TellState(m_blend, 3);
-        TellState(m_fade, 4);
+        NotifyState(m_blend, 3);
+        NotifyState(m_fade, 4);
         Settle();
         m_spy->Forget();
         QCOMPARE(CountPaints(*m_browser, [&] { Enable(false); }), 0);
@@ -147,7 +148,7 @@ private Q_SLOTS:
         QVERIFY(!m_spy->m_icons[0].m_active);
         // Their state is 0 now.
         m_spy->Forget();
-        TellState(m_blend, 0);
+        NotifyState(m_blend, 0);
         QVERIFY(m_spy->m_icons.empty());
     }
 
@@ -158,12 +159,12 @@ private Q_SLOTS:
         m_browser->SearchField().setText(QString::fromLatin1("fade"));
         Settle();
         QCOMPARE(m_browser->GetRowCount(), std::size_t(1));
-        TellState(m_blend, 3);
-        TellState(m_fade, 4);
+        NotifyState(m_blend, 3);
+        NotifyState(m_fade, 4);
         Enable(false);
         // Being told the state that it has already repaints nothing, whether an item is hidden or not.
-        QCOMPARE(CountPaints(*m_browser, [this] { TellState(m_blend, 0); }), 0);
-        QCOMPARE(CountPaints(*m_browser, [this] { TellState(m_fade, 0); }), 0);
+        QCOMPARE(CountPaints(*m_browser, [this] { NotifyState(m_blend, 0); }), 0);
+        QCOMPARE(CountPaints(*m_browser, [this] { NotifyState(m_fade, 0); }), 0);
     }
 
     void disablingComposesOnlyIconsThatHaveAState()
@@ -172,8 +173,8 @@ private Q_SLOTS:
         Show();
         Enable(true);
         Settle();
-        TellState(m_blend, 0);
-        TellState(m_fade, 4);
+        NotifyState(m_blend, 0);
+        NotifyState(m_fade, 4);
         m_spy->Forget();
         Enable(false);
         QCOMPARE(m_spy->m_icons.size(), std::size_t(1));
@@ -197,7 +198,7 @@ private Q_SLOTS:
         Enable(true);
         Settle();
         Enable(false);
-        TellState(m_blend, 3);
+        NotifyState(m_blend, 3);
         Settle();
         m_spy->Forget();
         QCOMPARE(CountPaints(*m_browser, [&] { Enable(false); }), 0);
@@ -207,7 +208,7 @@ private Q_SLOTS:
     void disablingWhatWasNeverEnabledDoesNothing()
     {
         Show();
-        TellState(m_blend, 3);
+        NotifyState(m_blend, 3);
         Settle();
         m_spy->Forget();
         QCOMPARE(CountPaints(*m_browser, [&] { Enable(false); }), 0);
@@ -254,10 +255,10 @@ private Q_SLOTS:
         Show();
         Enable(true);
         Settle();
-        TellState(m_blend, 3);
+        NotifyState(m_blend, 3);
         m_record.Forget();
         m_spy->Forget();
-        m_manager->Tell(nullptr);
+        m_manager->Notify(nullptr);
         QVERIFY(!m_spy->m_icons.empty());
         QVERIFY(m_record.Log().isEmpty());
         QCOMPARE(m_spy->Count("active"), 0);
@@ -271,7 +272,7 @@ private Q_SLOTS:
         Settle();
         m_record.Forget();
         m_manager->m_has = false;
-        m_manager->Tell(m_manager.get());
+        m_manager->Notify(m_manager.get());
         QCOMPARE(m_record.Log().join(QLatin1String(",")), QString::fromLatin1("has"));
         QVERIFY(!IsDisplayed());
     }
@@ -386,7 +387,7 @@ private:
         QStringList different;
         for (int row = 0; row < names.size(); ++row)
         {
-            const QRect area(in_from, 24 * row, 35 - in_from, 24);
+            const QRect area(in_from, nodebrowser::gRowHeight * row, 35 - in_from, nodebrowser::gRowHeight);
             if (in_left.copy(area) != in_right.copy(area))
                 different << names.at(row);
         }
@@ -398,10 +399,10 @@ private:
     void Enable(bool in_enabled)
     {
         m_manager->m_enabled = in_enabled;
-        m_manager->Tell(m_manager.get());
+        m_manager->Notify(m_manager.get());
     }
 
-    void TellState(const ItemID& in_item, long in_state)
+    void NotifyState(const ItemID& in_item, long in_state)
     {
         ItemLibraryAccessor library = m_accessor;
         IItemLibraryNotification& observer = *m_browser;
@@ -412,7 +413,7 @@ private:
     bool IsDisplayed()
     {
         m_spy->m_icons.clear();
-        TellState(m_add, ++m_lastState);
+        NotifyState(m_add, ++m_lastState);
         return m_spy->m_icons.size() == 1 && m_spy->m_icons[0].m_active;
     }
 
