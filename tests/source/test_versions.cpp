@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "tests/source/sourcefiles.h"
 #include "tests/support/testmain.h"
 
-#include <QDir>
-#include <QDirIterator>
-#include <QFile>
 #include <QMap>
-#include <QStringList>
 
 namespace
 {
@@ -16,30 +13,6 @@ const char* const gRooms[] = {"qtcompat", "datamodel", "memorymodel", "nodebrows
 QStringList Words(const char* in_text)
 {
     return QString::fromLatin1(in_text).split(QLatin1Char(' '));
-}
-
-/// The paths of a room's sources and headers, from the root of the project.
-QStringList SourceFiles(const QString& in_room)
-{
-    const QDir root(QString::fromLatin1(SOURCE_FOLDER));
-    QStringList files;
-    QDirIterator entry(root.filePath(in_room), QDir::Files, QDirIterator::Subdirectories);
-    while (entry.hasNext())
-    {
-        const QString path = root.relativeFilePath(entry.next());
-        if (path.endsWith(QLatin1String(".h")) || path.endsWith(QLatin1String(".cpp")))
-            files << path;
-    }
-    files.sort();
-    return files;
-}
-
-QStringList Lines(const QString& in_path)
-{
-    QFile file(QDir(QString::fromLatin1(SOURCE_FOLDER)).filePath(in_path));
-    if (!file.open(QIODevice::ReadOnly))
-        return QStringList(QString::fromLatin1("#include \"unreadable/") + in_path + QLatin1Char('"'));
-    return QString::fromLatin1(file.readAll()).split(QLatin1Char('\n'));
 }
 
 /// What a line includes with its quotes or brackets, empty when it includes nothing.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A browser on a library of its own: the smallest data layer that shows rows.
+// The smallest data layer of a host of its own that shows rows: read only, and it never changes.
 #include <datamodel/provider.h>
 #include <nodebrowser/nodebrowser.h>
 
@@ -74,6 +74,7 @@ int main(int argc, char** argv)
         library->m_solvers.push_back(std::make_shared<Item>(library->m_solvers.size(), name));
     CNodeBrowser browser(eConfigNodeBrowser);
     browser.SetItemLibrary(ItemLibraryAccessor(UnspecifiedAccessor(library)));
+    browser.resize(300, 400);
     browser.show();
     return application.exec();
 }
