@@ -58,6 +58,7 @@ struct NODEBROWSER_NO_EXPORT CNodeBrowser::Private : public nodebrowser::IAccess
     void RequestRebuild();
     void RequestRepaint();
     void RefreshItems();
+    void RefreshIcons();
     void BuildAllItemList(nodebrowser::ItemList::ObjectHandles* out_handles);
     void UpdateVisibleItems();
     void SetSourceControlEnabled(bool in_enabled);
@@ -108,6 +109,7 @@ struct NODEBROWSER_NO_EXPORT CNodeBrowser::Private : public nodebrowser::IAccess
     bool m_itemsInUse = false;     // an operation of the list reads the data layer: no build may start
     bool m_removalPending = false; // the event loop has not run since ItemRemoved()
     nodebrowser::RowPainter m_rowPainter;
+    double m_pixelRatio = 1.0; // of what the last paint painted on
 
     const int m_listTop;
     int m_contentHeight = 0;
