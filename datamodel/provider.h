@@ -124,7 +124,8 @@ public:
     virtual bool IsFileVersionControlActive() = 0;
 
     /// The icon of a state, see ScsUtils::getAssetStateIcon(). The result must depend on the arguments alone: the
-    /// browser asks once for all items that look alike.
+    /// browser asks once for all items that look alike, and again when it comes to a screen of another density. The
+    /// base has the device pixel ratio of that screen. A result with the same ratio is as sharp as the base.
     virtual QPixmap GetAssetStateIcon(const QPixmap& in_base, unsigned in_state, bool in_active, bool in_ownSpace) = 0;
 
     /// The text of a compound's tool tip. The object is valid. Asked each time the tool tip opens.

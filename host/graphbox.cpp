@@ -25,7 +25,7 @@ const double gMissingOpacity = 0.45;
 } // namespace
 
 GraphBox::GraphBox(const vireo::datamodel::ItemID& in_item, const vireo::datamodel::ItemID& in_graph,
-                   const QPixmap& in_icon, QWidget* in_canvas)
+                   const QIcon& in_icon, QWidget* in_canvas)
     : QWidget(in_canvas), m_item(in_item), m_graph(in_graph), m_icon(in_icon)
 {
     setFocusPolicy(Qt::StrongFocus);
@@ -73,7 +73,7 @@ void GraphBox::paintEvent(QPaintEvent*)
     painter.drawRoundedRect(QRectF(rect()).adjusted(1.0, 1.0, -1.0, -1.0), gRounding, gRounding);
 
     painter.setOpacity(m_missing ? gMissingOpacity : 1.0);
-    painter.drawPixmap(gPadding, (height() - gIconSide) / 2, m_icon);
+    m_icon.paint(&painter, gPadding, (height() - gIconSide) / 2, gIconSide, gIconSide);
     painter.setPen(palette().color(QPalette::ButtonText));
     painter.drawText(rect().adjusted(gTextLeft, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, m_drawnName);
 }

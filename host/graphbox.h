@@ -4,7 +4,7 @@
 
 #include "datamodel/itemid.h"
 
-#include <QPixmap>
+#include <QIcon>
 #include <QPoint>
 #include <QString>
 #include <QWidget>
@@ -19,7 +19,7 @@ class GraphBox : public QWidget
 
 public:
     /// \param in_graph the compound whose graph the box is in; the invalid identity for none
-    GraphBox(const vireo::datamodel::ItemID& in_item, const vireo::datamodel::ItemID& in_graph, const QPixmap& in_icon,
+    GraphBox(const vireo::datamodel::ItemID& in_item, const vireo::datamodel::ItemID& in_graph, const QIcon& in_icon,
              QWidget* in_canvas);
 
     const vireo::datamodel::ItemID& GetItem() const { return m_item; }
@@ -51,7 +51,7 @@ private:
 
     vireo::datamodel::ItemID m_item;
     vireo::datamodel::ItemID m_graph;
-    QPixmap m_icon;
+    QIcon m_icon;
     QString m_name;
     QString m_drawnName;
     bool m_missing = false;

@@ -62,7 +62,7 @@ void GraphCanvas::dropEvent(QDropEvent* in_event)
     const ItemID item = GetNode(*in_event->mimeData());
     if (!item.IsValid())
         return;
-    const QPixmap icon(QLatin1String(GetItemLabel(*m_library, item).m_icon));
+    const QIcon icon(QLatin1String(GetItemLabel(*m_library, item).m_icon));
     GraphBox* const box = new GraphBox(item, m_compound, icon, this);
     RefreshBox(*box);
     box->MoveCentreTo(qtcompat::EventPosition(*in_event));

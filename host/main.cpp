@@ -8,6 +8,7 @@
 #include "host/recentlibraries.h"
 #include "host/samplelibrary.h"
 #include "memorymodel/datalayer.h"
+#include "qtcompat/qtcompat.h"
 
 #include <QApplication>
 #include <QFile>
@@ -65,7 +66,9 @@ void ChoosePlatform(const CommandLine& in_commandLine)
 
 QImage PaintWindow(MainWindow& in_window)
 {
-    QImage image(in_window.size(), QImage::Format_RGB32);
+    const qreal ratio = in_window.devicePixelRatioF();
+    QImage image((QSizeF(in_window.size()) * ratio).toSize(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
     in_window.render(&image);
     return image;
 }
@@ -149,6 +152,7 @@ int main(int in_argc, char** in_argv)
         return PrintOut(host::HelpText().toLocal8Bit()) ? eExitSuccess : eExitFailure;
 
     ChoosePlatform(commandLine);
+    qtcompat::EnableDenseScreens();
     // The toolkit gets no arguments: it would take the value of an option for an option of its own.
     int programOnly = 1;
     QApplication application(programOnly, in_argv);

@@ -31,7 +31,7 @@ struct Corner
     int m_y;
 };
 
-/// One badge: a colour and a shape.
+/// One badge: a colour and a shape. The colours are bright enough for dark palettes and dark enough for light ones.
 struct Badge
 {
     unsigned m_state;
@@ -43,17 +43,17 @@ struct Badge
 
 const Badge gBadges[] = {
     {eCheckedIn, "Checked in", qRgb(120, 130, 145), 4, {{2, 2}, {12, 2}, {12, 12}, {2, 12}}},
-    {eCheckedOut, "Checked out", qRgb(210, 45, 45), 6, {{0, 8}, {3, 5}, {6, 8}, {11, 0}, {14, 3}, {6, 14}}},
+    {eCheckedOut, "Checked out", qRgb(235, 70, 70), 6, {{0, 8}, {3, 5}, {6, 8}, {11, 0}, {14, 3}, {6, 14}}},
     {eCheckedOutByOther,
      "Checked out by someone else",
-     qRgb(150, 60, 170),
+     qRgb(183, 101, 208),
      12,
      {{0, 3}, {3, 0}, {7, 4}, {11, 0}, {14, 3}, {10, 7}, {14, 11}, {11, 14}, {7, 10}, {3, 14}, {0, 11}, {4, 7}}},
-    {eOutOfDate, "Out of date", qRgb(235, 160, 20), 3, {{7, 0}, {14, 14}, {0, 14}}},
-    {eWritable, "Writable without a check-out", qRgb(45, 110, 220), 4, {{7, 0}, {14, 7}, {7, 14}, {0, 7}}},
+    {eOutOfDate, "Out of date", qRgb(189, 122, 16), 3, {{7, 0}, {14, 14}, {0, 14}}},
+    {eWritable, "Writable without a check-out", qRgb(110, 114, 242), 4, {{7, 0}, {14, 7}, {7, 14}, {0, 7}}},
     {eAdded,
      "New, not checked in yet",
-     qRgb(40, 160, 70),
+     qRgb(43, 147, 72),
      12,
      {{4, 0}, {10, 0}, {10, 4}, {14, 4}, {14, 10}, {10, 10}, {10, 14}, {4, 14}, {4, 10}, {0, 10}, {0, 4}, {4, 4}}},
 };

@@ -30,7 +30,7 @@ namespace nodebrowser
 ///
 /// An index counts the items in library order. A rank counts them in display order.
 ///
-/// Build() is called once. Operations that take a library read the data layer, and so does SetState(), for an icon. A
+/// Build() is called once. Operations that take a library read the data layer, and so do SetState() and SetPixelRatio(), for icons. A
 /// read may come back to whoever holds the list. The list must exist until the operation returns.
 class ItemList
 {
@@ -90,6 +90,9 @@ public:
     /// Sets the source-control state of an item.
     /// \return whether its icon changed; false when the state stays the same and for an item that is not listed
     bool SetState(const vireo::datamodel::ItemID& in_item, unsigned in_state, bool in_versioningActive);
+
+    /// Sets the device pixel ratio of the icons, which is 1 at first. Costs nothing when it stays the same.
+    void SetPixelRatio(double in_ratio) { m_icons.SetPixelRatio(in_ratio); }
 
     /// Sets all states to eAccessStateUnknown.
     void ResetStates(bool in_versioningActive);

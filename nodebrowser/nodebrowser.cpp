@@ -155,6 +155,7 @@ void CNodeBrowser::Private::BuildAllItemList(ItemList::ObjectHandles* out_handle
     const ItemLibraryAccessor library = m_library;
     const ItemTOCAccessor toc = m_toc;
     std::unique_ptr<ItemList> items(new ItemList);
+    items->SetPixelRatio(m_pixelRatio);
     items->Build(toc, library, legacy, IsVersioningShown(), out_handles);
     m_items = std::move(items);
     if (toc.IsValid())
@@ -271,6 +272,7 @@ void CNodeBrowser::Private::RefreshItems()
 {
     if (m_itemsInUse)
         return;
+    m_pixelRatio = qtcompat::PaintedRatio(m_browser);
     if (m_rebuildNeeded || m_statesStale)
     {
         // Cleared first, so that a change during the build requests another build.
@@ -291,8 +293,17 @@ void CNodeBrowser::Private::RefreshItems()
         if (requestStates)
             m_scsTask->RequestObjectStates(handles);
     }
+    RefreshIcons();
     if (m_relayoutNeeded)
         UpdateVisibleItems();
+}
+
+/// Has the icons composed for what is painted on. That changes when the window comes to another screen.
+void CNodeBrowser::Private::RefreshIcons()
+{
+    const QScopedValueRollback<bool> rollback(m_itemsInUse);
+    m_itemsInUse = true;
+    m_items->SetPixelRatio(m_pixelRatio);
 }
 
 // Search and tabs

@@ -63,6 +63,7 @@ struct NODEBROWSER_NO_EXPORT CNodeBrowser::Private : public nodebrowser::IAccess
     void RequestRebuild();
     void RequestRepaint();
     void RefreshItems();
+    void RefreshIcons();
     void BuildAllItemList(nodebrowser::ItemList::ObjectHandles* out_handles);
     void UpdateVisibleItems();
     void SetSourceControlEnabled(bool in_enabled);
@@ -113,6 +114,7 @@ struct NODEBROWSER_NO_EXPORT CNodeBrowser::Private : public nodebrowser::IAccess
     bool m_itemsInUse = false;        // an operation of the list reads the data layer: no build may start
     QPointer<QObject> m_removalWatch; // null unless the event loop has still to go on after ItemRemoved()
     nodebrowser::RowPainter m_rowPainter;
+    double m_pixelRatio = 1.0; // of what the last paint painted on
 
     const int m_listTop;
     int m_contentHeight = 0;

@@ -2,8 +2,10 @@
 #include "nodebrowser/rowpainter.h"
 
 #include "nodebrowser/stateicon.h"
+#include "qtcompat/qtcompat.h"
 
 #include <QPainter>
+#include <QPointF>
 
 namespace nodebrowser
 {
@@ -11,8 +13,17 @@ namespace
 {
 
 const int gIconLeft = 9;
-const int gMarkedIconLeft = gIconLeft - gFactoryMarkWidth;
 const int gIconInset = 2;
+
+/// Where the icon begins. The column of a mark is a whole number of device pixels wide, so that all icons behind it
+/// stand on one line with those without a mark.
+double IconLeft(const RowContent& in_content)
+{
+    if (!in_content.m_marked)
+        return gIconLeft;
+    const double ratio = qtcompat::PixelRatio(in_content.m_icon);
+    return gIconLeft - qRound(gFactoryMarkWidth * ratio) / ratio;
+}
 
 } // namespace
 
@@ -27,8 +38,7 @@ void RowPainter::Draw(QPainter& io_painter, std::size_t in_row, const RowContent
     if (in_band.style() != Qt::NoBrush)
         io_painter.fillRect(m_layout.BandRect(in_row), in_band);
     if (!in_content.m_icon.isNull())
-        io_painter.drawPixmap(in_content.m_marked ? gMarkedIconLeft : gIconLeft, m_layout.RowTop(in_row) + gIconInset,
-                              in_content.m_icon);
+        io_painter.drawPixmap(QPointF(IconLeft(in_content), m_layout.RowTop(in_row) + gIconInset), in_content.m_icon);
     m_texts.Draw(io_painter, m_layout.NameRect(in_row),
                  in_content.m_dirty ? in_content.m_name + QLatin1Char('*') : in_content.m_name);
 }

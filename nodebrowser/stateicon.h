@@ -16,8 +16,8 @@ namespace nodebrowser
 /// The room of the factory mark at the left of the icon, in pixels.
 const int gFactoryMarkWidth = 7;
 
-/// The icon of a kind of item; null for an unknown kind.
-QPixmap TypeIcon(eItemKind in_kind);
+/// The icon of a kind of item for a device pixel ratio; null for an unknown kind.
+QPixmap TypeIcon(eItemKind in_kind, double in_ratio);
 
 /// What determines the marks of an icon.
 struct IconMarks
@@ -32,8 +32,8 @@ struct IconMarks
 /// source-control state, except a factory item from a read-only source. The result has the icon's device pixel ratio.
 QPixmap ComposeStateIcon(const QPixmap& in_icon, const IconMarks& in_marks);
 
-/// The composed icons of a list. Items of one kind with the same marks share one icon. It is composed for the first of
-/// them.
+/// The composed icons of a list, for one device pixel ratio at a time. Items of one kind with the same marks share one
+/// icon. It is composed for the first of them.
 class StateIcons
 {
 public:
@@ -45,10 +45,18 @@ public:
     /// The reference stays valid as long as this object. Costs one look-up among the icons in use.
     const QPixmap& Find(eItemKind in_kind, const IconMarks& in_marks);
 
+    /// Composes all icons again for another ratio, at first it is 1. What Find() returned shows the new ones. Costs
+    /// nothing when the ratio stays the same.
+    void SetPixelRatio(double in_ratio);
+
 private:
     using Key = std::tuple<eItemKind, unsigned, bool, bool, bool>;
+    QPixmap Compose(const Key& in_key) const;
+
     std::map<Key, QPixmap> m_icons;
     const std::pair<const Key, QPixmap>* m_last = nullptr; // the icon found last: neighbours mostly look alike
+    double m_ratio = 1.0;                                  // of icons that are composed
+    double m_commonRatio = 1.0;                            // of all icons; 0 when they may differ
 };
 
 } // namespace nodebrowser

@@ -6,6 +6,9 @@
 #include <QDropEvent>
 #include <QMouseEvent>
 #include <QObject>
+#include <QPaintDevice>
+#include <QPaintEngine>
+#include <QPainter>
 #include <QPixmap>
 #include <QPoint>
 #include <QWheelEvent>
@@ -92,6 +95,21 @@ inline double PixelRatio(const QPixmap& in_pixmap)
 #endif
 }
 
+/// How many device pixels make one pixel of a widget on the screen or the picture that a paint event of it paints on. Ask
+/// in the paint event, before there is a painter. On Qt 4 the two are always the same.
+inline double PaintedRatio(QPaintDevice& in_widget)
+{
+#if QT_VERSION >= 0x050600
+    // The widget itself answers for its screen only.
+    const QPainter painter(&in_widget);
+    const QPaintEngine* const engine = painter.paintEngine();
+    return engine ? engine->paintDevice()->devicePixelRatioF() : in_widget.devicePixelRatioF();
+#else
+    Q_UNUSED(in_widget);
+    return 1.0;
+#endif
+}
+
 inline void SetPixelRatio(QPixmap& out_pixmap, double in_ratio)
 {
 #if QT_VERSION >= 0x050000
@@ -99,6 +117,16 @@ inline void SetPixelRatio(QPixmap& out_pixmap, double in_ratio)
 #else
     Q_UNUSED(out_pixmap);
     Q_UNUSED(in_ratio);
+#endif
+}
+
+/// Lets a program follow the pixel ratio of its screens, with icons that have as many pixels as a screen shows. Call it
+/// before there is an application object. Qt 6 always does it, Qt 4 never.
+inline void EnableDenseScreens()
+{
+#if QT_VERSION >= 0x050600 && QT_VERSION < 0x060000
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 #endif
 }
 

@@ -25,12 +25,14 @@ struct Result
 };
 
 /// Runs the built program as in a terminal without a display.
-Result RunHost(const QStringList& in_arguments)
+Result RunHost(const QStringList& in_arguments, const QString& in_scale = QString())
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* const name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
         environment.remove(QLatin1String(name));
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    if (!in_scale.isEmpty())
+        environment.insert(QStringLiteral("QT_SCALE_FACTOR"), in_scale);
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(HOST_PROGRAM), in_arguments);
@@ -348,6 +350,25 @@ private Q_SLOTS:
         const QRect lowerList(0, 300, 300, 300);
         QVERIFY(!IsPlain(QImage(all).copy(lowerList)));
         QVERIFY(IsPlain(QImage(found).copy(lowerList)));
+    }
+
+    void thePictureHasThePixelsOfADenseScreen_data()
+    {
+        QTest::addColumn<double>("ratio");
+        QTest::newRow("1") << 1.0;
+        QTest::newRow("1.5") << 1.5;
+        QTest::newRow("2") << 2.0;
+    }
+
+    void thePictureHasThePixelsOfADenseScreen()
+    {
+        QFETCH(double, ratio);
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("window.png"));
+        const QStringList arguments = {QStringLiteral("--screenshot"), path, QStringLiteral("--size"),
+                                       QStringLiteral("400x300")};
+        QCOMPARE(RunHost(arguments, QString::number(ratio)).m_status, 0);
+        QCOMPARE(QImage(path).size(), QSize(400, 300) * ratio);
     }
 
     void aPictureThatCannotBeWrittenIsAnError()

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QImage>
 #include <QPixmap>
 #include <QPoint>
 #include <QString>
@@ -68,6 +69,22 @@ inline QPixmap ScreenPicture(const QWidget& in_window)
     return QGuiApplication::primaryScreen()->grabWindow(in_window.winId());
 #else
     return QPixmap::grabWindow(in_window.winId());
+#endif
+}
+
+/// Whether a picture, a pixmap or a screen can have more pixels than those that widgets are measured in.
+inline bool HasPixelRatios()
+{
+    return QT_VERSION >= 0x050600;
+}
+
+inline void SetPixelRatio(QImage& out_picture, double in_ratio)
+{
+#if QT_VERSION >= 0x050000
+    out_picture.setDevicePixelRatio(in_ratio);
+#else
+    Q_UNUSED(out_picture);
+    Q_UNUSED(in_ratio);
 #endif
 }
 

@@ -133,16 +133,16 @@ private Q_SLOTS:
                                  NewItem::GlobalConstant("A"),
                                  NewItem::Type("A")};
         ItemAccessor item = Add(items[kind]);
-        QCOMPARE(Pixels(TypeIcon(KindOf(item))), Pixels(Resource(icon.constData())));
+        QCOMPARE(Pixels(TypeIcon(KindOf(item), 1.0)), Pixels(Resource(icon.constData())));
     }
 
     void anUnknownTypeHasNoIcon()
     {
         ItemAccessor strange(UnspecifiedAccessor(std::make_shared<StrangeItem>("Strange")));
         QVERIFY(strange.IsValid());
-        QVERIFY(TypeIcon(KindOf(strange)).isNull());
+        QVERIFY(TypeIcon(KindOf(strange), 1.0).isNull());
         ItemAccessor invalid;
-        QVERIFY(TypeIcon(KindOf(invalid)).isNull());
+        QVERIFY(TypeIcon(KindOf(invalid), 1.0).isNull());
     }
 
     void typesAreToldApartByPointerAndNotByTheirText()
@@ -150,9 +150,9 @@ private Q_SLOTS:
         const std::string text = VireoType::gSolver;
         ItemAccessor copy(UnspecifiedAccessor(std::make_shared<StrangeItem>(text.c_str())));
         QCOMPARE(text, std::string(VireoType::gSolver));
-        QVERIFY(TypeIcon(KindOf(copy)).isNull());
+        QVERIFY(TypeIcon(KindOf(copy), 1.0).isNull());
         ItemAccessor original(UnspecifiedAccessor(std::make_shared<StrangeItem>(VireoType::gSolver)));
-        QVERIFY(!TypeIcon(KindOf(original)).isNull());
+        QVERIFY(!TypeIcon(KindOf(original), 1.0).isNull());
     }
 
     void aPlainIconStaysAsItIsWithoutAState()
@@ -291,6 +291,69 @@ private Q_SLOTS:
         for (int y = 0; y < 40; ++y)
             for (int x = 0; x < 40; ++x)
                 QCOMPARE(pixels.pixel(markWidth + x, y), Pixels(icon).pixel(x, y));
+    }
+
+    void iconsThatWereFoundFollowTheRatio()
+    {
+        StateIcons icons;
+        const QPixmap& solver = icons.Find(eKindSolver, Marks(false, false));
+        const QPixmap& marked = icons.Find(eKindCompound, Marks(true, true));
+        for (const double ratio : {2.0, 1.0})
+        {
+            icons.SetPixelRatio(ratio);
+            QCOMPARE(Pixels(solver), Pixels(TypeIcon(eKindSolver, ratio)));
+            QCOMPARE(Pixels(marked), Pixels(ComposeStateIcon(TypeIcon(eKindCompound, ratio), Marks(true, true))));
+            QCOMPARE(Pixels(icons.Find(eKindType, Marks(false, false))), Pixels(TypeIcon(eKindType, ratio)));
+        }
+    }
+
+    void iconsAreComposedOnceForARatio()
+    {
+        SpyLayer spy;
+        StateIcons icons;
+        icons.Find(eKindSolver, Marks(false, false, 3));
+        icons.Find(eKindCompound, Marks(false, false, 3));
+        QCOMPARE(spy.m_icons.size(), std::size_t(2));
+        icons.SetPixelRatio(1.0);
+        QCOMPARE(spy.m_icons.size(), std::size_t(2));
+        icons.SetPixelRatio(2.0);
+        QCOMPARE(spy.m_icons.size(), std::size_t(4));
+        icons.SetPixelRatio(2.0);
+        QCOMPARE(spy.m_icons.size(), std::size_t(4));
+    }
+
+    void iconsAreComposedForEachRatioAfterAFailure_data()
+    {
+        QTest::addColumn<double>("ratio");
+        QTest::newRow("that of before") << 1.0;
+        QTest::newRow("that which failed") << 2.0;
+    }
+
+    void iconsAreComposedForEachRatioAfterAFailure()
+    {
+        QFETCH(double, ratio);
+        SpyLayer spy;
+        StateIcons icons;
+        icons.Find(eKindSolver, Marks(false, false, 3));
+        icons.Find(eKindCompound, Marks(false, false, 3));
+        int asked = 0;
+        spy.When("icon 3", [&asked] {
+            if (++asked == 2)
+                throw asked;
+        });
+        bool thrown = false;
+        try
+        {
+            icons.SetPixelRatio(2.0);
+        }
+        catch (int)
+        {
+            thrown = true;
+        }
+        QVERIFY(thrown);
+        spy.m_icons.clear();
+        icons.SetPixelRatio(ratio);
+        QCOMPARE(spy.m_icons.size(), std::size_t(2));
     }
 
     void anItemWithoutIconStaysWithoutOne()

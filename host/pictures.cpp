@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: MIT
+/// Takes the pictures of the manual: the window of the reference host with its sample library, and what opens from it.
+///
+///     nodebrowser-pictures FOLDER
+///
+/// Style, colours and font are those of the toolkit itself, so that the pictures are the same on each machine that has
+/// the same toolkit.
+
+#include "host/graphcanvas.h"
+#include "host/librarybrowser.h"
+#include "host/mainwindow.h"
+#include "host/samplelibrary.h"
+#include "memorymodel/datalayer.h"
+#include "nodebrowser/dragformat.h"
+#include "nodebrowser/rowlayout.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QTimer>
+
+#include <cstdio>
+#include <functional>
+
+using vireo::datamodel::ItemID;
+
+namespace
+{
+
+const QSize gWindowSize(1000, 640);
+const QSize gBrowserSize(300, 331); // twelve rows
+const QSize gMenuSize(440, 331);
+const int gListTop = nodebrowser::gListTop + nodebrowser::gTabBarRoom;
+const int gPollInterval = 10; // milliseconds
+const int gPatience = 1000;   // polls
+
+struct Box
+{
+    const char* m_name;
+    QPoint m_centre;
+};
+
+const Box gGraph[] = {
+    {"Fractal Noise", QPoint(160, 200)},
+    {"Cell Noise 2D", QPoint(160, 320)},
+    {"Blend", QPoint(400, 260)},
+    {"Pi", QPoint(400, 380)},
+};
+
+/// A palette as dark desktops have it.
+QPalette DarkPalette()
+{
+    QPalette palette(QColor(69, 69, 69), QColor(53, 53, 53));
+    palette.setColor(QPalette::Base, QColor(42, 42, 42));
+    palette.setColor(QPalette::ToolTipBase, QColor(69, 69, 69));
+    palette.setColor(QPalette::Highlight, QColor(48, 140, 198));
+    return palette;
+}
+
+/// The window, and a person who works with it.
+class Photographer
+{
+public:
+    Photographer(const QDir& in_folder)
+        : m_folder(in_folder), m_library(host::AddSampleLibrary(m_layer)), m_window(m_layer, m_library)
+    {
+        m_window.resize(gWindowSize);
+        m_window.show();
+        Settle();
+        FillGraph();
+    }
+
+    /// \return whether all pictures could be taken and written
+    bool TakeAll()
+    {
+        SearchNoise();
+        Save("host", m_window.grab());
+        Save("search", GrabBrowser());
+        TakeMenu();
+        TakeDialogs();
+
+        QApplication::setPalette(DarkPalette());
+        SearchNoise();
+        Save("dark", m_window.grab());
+        return m_good;
+    }
+
+private:
+    host::LibraryBrowser& GetBrowser() { return m_window.GetBrowser(); }
+
+    QPixmap GrabBrowser() { return GetBrowser().grab(QRect(QPoint(), gBrowserSize)); }
+
+    /// Lets the window paint itself, with the states that it asked for.
+    void Settle()
+    {
+        QApplication::processEvents();
+        m_layer.GetSourceControl().DeliverRequestedStates();
+        QApplication::processEvents();
+    }
+
+    void FillGraph()
+    {
+        host::GraphCanvas* const canvas = m_window.findChild<host::GraphCanvas*>();
+        for (const Box& box : gGraph)
+        {
+            const ItemID item = m_library.FindByName(box.m_name);
+            if (!item.IsValid())
+                Fail(QStringLiteral("the sample library has no \"%1\"").arg(QLatin1String(box.m_name)));
+            QMimeData data;
+            data.setData(nodebrowser::GetDragFormat(), nodebrowser::EncodeDrag(item));
+            QDragEnterEvent enter(box.m_centre, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(canvas, &enter);
+            QDropEvent drop(box.m_centre, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(canvas, &drop);
+        }
+    }
+
+    QPoint PlaceOfRow(int in_row) const
+    {
+        return QPoint(120, gListTop + in_row * nodebrowser::gRowHeight + nodebrowser::gRowHeight / 2);
+    }
+
+    void Press(int in_row, Qt::MouseButton in_button)
+    {
+        const QPoint place = PlaceOfRow(in_row);
+        QMouseEvent press(QEvent::MouseButtonPress, place, GetBrowser().mapToGlobal(place), in_button, in_button,
+                          Qt::NoModifier);
+        QApplication::sendEvent(&GetBrowser(), &press);
+        Settle();
+    }
+
+    void SearchNoise()
+    {
+        GetBrowser().SelectTab(2);
+        GetBrowser().Search(QStringLiteral("noise"));
+        Settle();
+        Press(0, Qt::LeftButton);
+    }
+
+    /// The context menu, over the browser that it belongs to.
+    void TakeMenu()
+    {
+        const int row = 0;
+        const QPoint corner = GetBrowser().mapTo(&m_window, QPoint());
+        QPixmap picture = m_window.grab(QRect(corner, gMenuSize));
+        WhenOpen(QApplication::activePopupWidget, [&](QWidget& in_menu) {
+            QPainter(&picture).drawPixmap(PlaceOfRow(row), in_menu.grab());
+            in_menu.close();
+        });
+        Press(row, Qt::RightButton);
+        Save("menu", picture);
+    }
+
+    void TakeDialogs()
+    {
+        GetBrowser().SelectTab(0);
+        GetBrowser().Search(QStringLiteral("clouds"));
+        Settle();
+        Press(0, Qt::LeftButton);
+        TakeDialog("newcompound", GetBrowser(), "OnNewCompound");
+        TakeDialog("rename", GetBrowser(), "OnRenameItem");
+        TakeDialog("tags", GetBrowser(), "OnEditItemTags");
+        TakeDialog("typeselector", m_window, "OnChooseType");
+    }
+
+    void TakeDialog(const char* in_name, QObject& in_receiver, const char* in_slot)
+    {
+        QPixmap picture;
+        WhenOpen(QApplication::activeModalWidget, [&](QWidget& in_dialog) {
+            Settle();
+            picture = in_dialog.grab();
+            static_cast<QDialog&>(in_dialog).reject();
+        });
+        QMetaObject::invokeMethod(&in_receiver, in_slot);
+        Save(in_name, picture);
+    }
+
+    /// Waits for a window inside its own event loop.
+    static void WhenOpen(const std::function<QWidget*()>& in_find, const std::function<void(QWidget&)>& in_action,
+                         int in_patience = gPatience)
+    {
+        QTimer::singleShot(gPollInterval, [=] {
+            QWidget* const window = in_find();
+            if (window && window->isVisible())
+                in_action(*window);
+            else if (in_patience > 0)
+                WhenOpen(in_find, in_action, in_patience - 1);
+        });
+    }
+
+    void Save(const char* in_name, const QPixmap& in_picture)
+    {
+        const QString path = m_folder.filePath(QLatin1String(in_name) + QStringLiteral(".png"));
+        // The text is drawn in shades of grey, and no part of a picture shines through.
+        if (in_picture.isNull() || !in_picture.toImage().convertToFormat(QImage::Format_RGB888).save(path, "PNG", 0))
+            Fail(QStringLiteral("%1 was not taken").arg(path));
+    }
+
+    void Fail(const QString& in_reason)
+    {
+        m_good = false;
+        std::fputs(qPrintable(QStringLiteral("nodebrowser-pictures: %1\n").arg(in_reason)), stderr);
+    }
+
+    bool m_good = true;
+    const QDir m_folder;
+    memorymodel::DataLayer m_layer;
+    memorymodel::Library& m_library;
+    host::MainWindow m_window;
+};
+
+} // namespace
+
+int main(int in_argc, char** in_argv)
+{
+    QApplication application(in_argc, in_argv);
+    if (in_argc != 2)
+    {
+        std::fputs("usage: nodebrowser-pictures FOLDER\n", stderr);
+        return 2;
+    }
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setPalette(QPalette(QColor(239, 239, 239)));
+    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
+    QApplication::setCursorFlashTime(0);
+    return Photographer(QDir(QString::fromLocal8Bit(in_argv[1]))).TakeAll() ? 0 : 1;
+}
