@@ -30,8 +30,9 @@ namespace nodebrowser
 ///
 /// An index counts the items in library order. A rank counts them in display order.
 ///
-/// Build() is called once. Operations that take a library read the data layer, and so do SetState() and SetPixelRatio(), for icons. A
-/// read may come back to whoever holds the list. The list must exist until the operation returns.
+/// Build() is called once. Operations that take a library read the data layer, and so do SetState() and
+/// SetPixelRatio(), for icons. A read may come back to whoever holds the list. The list must exist until the operation
+/// returns.
 class ItemList
 {
 public:

@@ -40,8 +40,8 @@ enum eConfigType : int
 /// Cost:
 ///   - A change of the items, a key stroke or another tab only raises a flag and requests a repaint. ItemAdded() and
 ///     ItemRemoved() raise their flag before anything else. However many of them come between two paints, the browser
-///     remembers no more than after one. A hidden browser does nothing else, but for one look for removed items when the
-///     event loop goes on.
+///     remembers no more than after one. A hidden browser does nothing else, but for one look for removed items when
+///     the event loop goes on.
 ///   - The next paint does the rest. It builds the item list again if items changed: one pass over the library and one
 ///     sort of the names. It searches if the list, the search text or the tab changed; the search reads what the build
 ///     kept. Then it draws the rows in sight, and reads the name and the dirty mark of each.

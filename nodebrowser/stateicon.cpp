@@ -11,8 +11,8 @@ namespace nodebrowser
 namespace
 {
 
-/// An icon for a device pixel ratio. There are renderings for 1, 2 and 3; for what lies between, the largest one is made
-/// smaller. So thin lines keep an even weight.
+/// An icon for a device pixel ratio. There are renderings for 1, 2 and 3; for what lies between, the largest one is
+/// made smaller. So thin lines keep an even weight.
 QPixmap LoadIcon(const char* in_name, double in_ratio)
 {
     QString path = QString::fromLatin1(in_name);

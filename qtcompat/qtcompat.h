@@ -95,8 +95,8 @@ inline double PixelRatio(const QPixmap& in_pixmap)
 #endif
 }
 
-/// How many device pixels make one pixel of a widget on the screen or the picture that a paint event of it paints on. Ask
-/// in the paint event, before there is a painter. On Qt 4 the two are always the same.
+/// How many device pixels make one pixel of a widget on the screen or the picture that a paint event of it paints on.
+/// Ask in the paint event, before there is a painter. On Qt 4 the two are always the same.
 inline double PaintedRatio(QPaintDevice& in_widget)
 {
 #if QT_VERSION >= 0x050600
