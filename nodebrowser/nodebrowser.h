@@ -210,7 +210,7 @@ protected:
     /// A derived browser that overrides one of them calls it, or loses what it does.
     /// \{
 
-    /// Tool tips, the wheel, and what ItemRemoved() left for later.
+    /// Tool tips and the wheel.
     bool event(QEvent* in_event) override;
     /// Does the work that was left to this paint, then draws the rows in sight.
     void paintEvent(QPaintEvent* in_event) override;

@@ -15,6 +15,7 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QPoint>
+#include <QPointer>
 #include <QStringList>
 #include <QWidget>
 
@@ -53,7 +54,11 @@ public:
         m_connected = m_world.HasSystem();
         PropertiesChanged();
     }
-    ~PlainModel() override { StopObserving(); }
+    ~PlainModel() override
+    {
+        StopObserving();
+        delete m_removal;
+    }
     PlainModel(const PlainModel&) = delete;
     PlainModel& operator=(const PlainModel&) = delete;
 
@@ -141,14 +146,6 @@ public:
         if (m_selectedRow < 0 || m_selectedRow >= RowCount())
             m_selectedRow = 0;
         ++m_signals;
-    }
-
-    /// The event loop runs again after a removal: a list that still has the item is rebuilt.
-    void EndRemoval()
-    {
-        for (const Record& record : m_records)
-            if (!record.m_item.IsValid())
-                m_rebuildNeeded = m_paintDue = true;
     }
 
     void Paint()
@@ -299,8 +296,31 @@ private:
         std::size_t m_record;
     };
 
+    /// Is deleted when the event loop goes on after a removal: a list that still has the item is rebuilt.
+    class Removal : public QObject
+    {
+    public:
+        explicit Removal(PlainModel& io_model) : m_model(io_model) { deleteLater(); }
+        ~Removal() override
+        {
+            for (const Record& record : m_model.m_records)
+                if (!record.m_item.IsValid())
+                    m_model.RequestRebuild();
+        }
+        Removal(const Removal&) = delete;
+        Removal& operator=(const Removal&) = delete;
+
+    private:
+        PlainModel& m_model;
+    };
+
     void ItemAdded(ItemAccessor&) override { RequestRebuild(); }
-    void ItemRemoved(ItemAccessor&) override { RequestRebuild(); }
+    void ItemRemoved(ItemAccessor&) override
+    {
+        RequestRebuild();
+        if (!m_removal)
+            m_removal = new Removal(*this);
+    }
     void OnBeginChanges(vireo::datamodel::ItemLibraryAccessor&) override {}
     void OnEndChanges(vireo::datamodel::ItemLibraryAccessor&) override {}
     void LibraryInvalidated(vireo::datamodel::ItemLibraryAccessor&) override { RequestRebuild(); }
@@ -591,4 +611,5 @@ private:
     bool m_paintDue = false;
     bool m_requested = false;
     bool m_relaidOut = false;
+    QPointer<QObject> m_removal; ///< null unless the event loop has still to go on after a removal
 };

@@ -2,10 +2,10 @@
 #include "tests/nodebrowser/support/browserfixture.h"
 #include "tests/nodebrowser/support/fakelayer.h"
 #include "tests/support/testmain.h"
+#include "tests/support/waiting.h"
 
 #include <QEventLoop>
 #include <QTimer>
-#include <QTimerEvent>
 
 #include <cstdlib>
 #include <functional>
@@ -90,23 +90,6 @@ public:
     void ItemRemoved(ItemAccessor&) override { m_action(); }
 
     std::function<void()> m_action;
-};
-
-/// Removes the second item from inside the event loop.
-class LaterRemoval : public QObject
-{
-public:
-    explicit LaterRemoval(FakeLayer& io_layer) : m_layer(io_layer) { startTimer(0); }
-
-protected:
-    void timerEvent(QTimerEvent* in_event) override
-    {
-        killTimer(in_event->timerId());
-        m_layer.Remove(1);
-    }
-
-private:
-    FakeLayer& m_layer;
 };
 
 /// Calls a function for each observer of a table of contents, with an item that is in no library.
@@ -311,10 +294,8 @@ private Q_SLOTS:
             paintsInside = browser.m_paints - before;
         };
         layer.m_contents->m_observers.push_back(&bystander);
-        QEventLoop outer;
-        LaterRemoval removal(layer);
-        QTimer::singleShot(200, &outer, SLOT(quit()));
-        outer.exec();
+        RunInEventLoop([&layer] { layer.Remove(1); });
+        Settle();
         QVERIFY(paintsInside > 0);
         QCOMPARE(browser.RowNames(layer.GetAccessor()).join(QLatin1String(",")),
                  QString::fromLatin1("Node 000,Node 002,Node 003"));
