@@ -14,6 +14,7 @@ count_packages=(valgrind)
 plot_packages=(gnuplot-nox fonts-dejavu-core)
 abi_packages=(abigail-tools git)
 docs_packages=(doxygen graphviz)
+package_packages=(dpkg-dev debhelper fakeroot lintian git)
 fresh_packages=(debootstrap git)
 
 # say TEXT: a line about what the script is doing, or why it cannot.
