@@ -57,3 +57,9 @@ use_utf8_locale()
         *) export LC_ALL=C.UTF-8 ;;
     esac
 }
+
+# project_version: the version in the text of CMakeLists.txt on standard input.
+project_version()
+{
+    sed -nE 's/^project\(nodebrowser VERSION ([0-9.]+) .*/\1/p'
+}

@@ -12,9 +12,10 @@ test_packages=(xvfb xauth openbox xdotool git pkgconf dbus-daemon at-spi2-core
 lint_packages=(clang-format-19 clang-tidy-19 git shellcheck)
 count_packages=(valgrind)
 plot_packages=(gnuplot-nox fonts-dejavu-core)
-abi_packages=(abigail-tools git)
+abi_packages=(abigail-tools universal-ctags pkgconf git)
 docs_packages=(doxygen graphviz)
 picture_packages=(optipng)
+package_packages=(dpkg-dev debhelper fakeroot lintian git)
 fresh_packages=(debootstrap git)
 
 # say TEXT: a line about what the script is doing, or why it cannot.

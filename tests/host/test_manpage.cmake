@@ -1,0 +1,16 @@
+# SPDX-License-Identifier: MIT
+# The manual page of the host has the options that the host has, and no others.
+execute_process(COMMAND ${HOST} --help RESULT_VARIABLE result OUTPUT_VARIABLE help)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "${HOST} --help ended with ${result}")
+endif()
+file(READ ${PAGE} page)
+string(REPLACE "\\-" "-" page "${page}")
+foreach(text help page)
+    string(REGEX MATCHALL "--[a-z]+" ${text}_options "${${text}}")
+    list(REMOVE_DUPLICATES ${text}_options)
+    list(SORT ${text}_options)
+endforeach()
+if(NOT help_options STREQUAL page_options)
+    message(FATAL_ERROR "--help has ${help_options}, but ${PAGE} has ${page_options}")
+endif()
