@@ -111,11 +111,11 @@ void CNodeBrowser::SetItemLibrary(const ItemLibraryAccessor& in_library)
 {
     Private& d = *m_private;
     const unsigned attachment = ++d.m_attachments;
-    ItemLibraryAccessor library = in_library;
     d.StopObserving();
     if (attachment != d.m_attachments)
         return; // the data layer came back and attached a library itself: that one stays
-    d.m_library = library;
+    d.m_library = in_library;
+    const ItemLibraryAccessor library = d.GetLibrary();
     library.AddObserver(this, vireo::datamodel::eItemLibraryNotificationKind, library.GetContext());
     ItemTOCAccessor toc = GetTOC(library);
     if (attachment != d.m_attachments)
