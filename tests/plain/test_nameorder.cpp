@@ -99,8 +99,8 @@ TEST(NameOrder, zeroBytesAtTheEndOfAPartAreToldFromTheEnd)
 TEST(NameOrder, namesThatAreTheSameForVeryLongAreSortedToo)
 {
     const std::string same(100000, 'a');
-    const Names names = {same + "b", same, same + "A", same + "a", same + "B"};
-    const Numbers order = {1, 2, 3, 0, 4};
+    const Names names = {same + "b", same, same + "A", same + "a", same + "Z", same + "B"};
+    const Numbers order = {1, 2, 3, 0, 5, 4};
     EXPECT_EQ(Order(names), order);
 }
 
