@@ -13,7 +13,7 @@ function(nodebrowser_settings target)
     if(NODEBROWSER_SANITIZE)
         # The headers of Qt 4 cast to classes before their objects are those.
         target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-omit-frame-pointer
-            -fno-sanitize-recover=undefined $<$<EQUAL:${NODEBROWSER_QT_MAJOR},4>:-fno-sanitize=vptr>)
+            -fno-sanitize-recover=undefined $<$<STREQUAL:${NODEBROWSER_QT_MAJOR},4>:-fno-sanitize=vptr>)
         target_link_options(${target} PUBLIC -fsanitize=address,undefined)
     endif()
     set_target_properties(${target} PROPERTIES AUTOMOC ON)

@@ -24,24 +24,24 @@ eItemKind KindOf(vireo::datamodel::ItemAccessor& in_item)
     return eKindOther;
 }
 
-QString NameOf(eItemKind in_kind)
+const char* NameOf(eItemKind in_kind)
 {
     switch (in_kind)
     {
     case eKindSolver:
-        return QString::fromLatin1("solver");
+        return "solver";
     case eKindCompound:
-        return QString::fromLatin1("compound");
+        return "compound";
     case eKindSignature:
-        return QString::fromLatin1("signature");
+        return "signature";
     case eKindConstant:
-        return QString::fromLatin1("global constant");
+        return "global constant";
     case eKindType:
-        return QString::fromLatin1("type");
+        return "type";
     case eKindOther:
         break;
     }
-    return QString::fromLatin1("item");
+    return "item";
 }
 
 } // namespace nodebrowser

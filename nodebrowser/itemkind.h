@@ -4,8 +4,6 @@
 
 #include "datamodel/item.h"
 
-#include <QString>
-
 namespace nodebrowser
 {
 
@@ -26,6 +24,6 @@ const int gItemKinds = eKindType + 1;
 eItemKind KindOf(vireo::datamodel::ItemAccessor& in_item);
 
 /// A kind in a word or two, for those who cannot see the icon.
-QString NameOf(eItemKind in_kind);
+const char* NameOf(eItemKind in_kind);
 
 } // namespace nodebrowser

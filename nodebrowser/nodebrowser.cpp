@@ -318,7 +318,7 @@ bool CNodeBrowser::CompareToFilter(ItemAccessor& in_item, std::size_t* out_score
 
 void CNodeBrowser::SearchTextChange(const QString& text)
 {
-    m_private->m_searchWords = SplitSearchWords(text.toLower());
+    m_private->m_searchWords = SplitSearchWords(qtcompat::ToLatin1(text.toLower()));
     m_private->m_relayoutNeeded = true;
     m_private->RequestRepaint();
 }
@@ -585,7 +585,7 @@ bool CNodeBrowser::Private::PutInWords(std::size_t in_row, RowInWords& out_words
     ReadRow(in_row, content);
     out_words.m_name = content.m_name;
     out_words.m_modified = content.m_dirty;
-    out_words.m_kind = NameOf(kind);
+    out_words.m_kind = qtcompat::FromLatin1(NameOf(kind));
     out_words.m_opens = kind == eKindCompound || kind == eKindSignature;
     return true;
 }

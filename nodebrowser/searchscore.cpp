@@ -19,20 +19,6 @@ bool IsInAnyTag(const std::string& in_word, const std::set<std::string>& in_tags
     });
 }
 
-/// The lower case of each 8-bit character. The toolkit's lower case of a Latin-1 character is a Latin-1 character.
-struct LowerCase
-{
-    LowerCase()
-    {
-        for (int code = 0; code < 256; ++code)
-        {
-            const char character = static_cast<char>(code);
-            m_characters[code] = QString::fromLatin1(&character, 1).toLower().toLatin1().at(0);
-        }
-    }
-    char m_characters[256];
-};
-
 } // namespace
 
 bool PassesFilterMode(int in_mode, eItemKind in_kind)
@@ -54,21 +40,20 @@ bool PassesFilterMode(int in_mode, eItemKind in_kind)
     }
 }
 
-SearchWords SplitSearchWords(const QString& in_lowerText)
+SearchWords SplitSearchWords(const std::string& in_lowerText)
 {
     SearchWords words;
-    if (in_lowerText.isEmpty())
-        return words;
-    const QByteArray latin1 = in_lowerText.toLatin1();
-    const std::string text(latin1.constData(), static_cast<std::size_t>(latin1.size()));
-    boost::split(words, text, boost::is_space(), boost::token_compress_on);
+    if (!in_lowerText.empty())
+        boost::split(words, in_lowerText, boost::is_space(), boost::token_compress_on);
     return words;
 }
 
 char LowerCharacter(char in_character)
 {
-    static const LowerCase lower;
-    return lower.m_characters[static_cast<unsigned char>(in_character)];
+    // The letters with an upper case are two runs of codes, with the multiplication sign inside the second.
+    const unsigned char code = static_cast<unsigned char>(in_character);
+    const bool upper = (code >= 'A' && code <= 'Z') || (code >= 0xC0 && code <= 0xDE && code != 0xD7);
+    return static_cast<char>(upper ? code + 0x20 : code);
 }
 
 std::string LowerName(std::string in_name)

@@ -4,8 +4,6 @@
 
 #include "nodebrowser/itemkind.h"
 
-#include <QString>
-
 #include <cstddef>
 #include <set>
 #include <string>
@@ -29,11 +27,11 @@ bool PassesFilterMode(int in_mode, eItemKind in_kind);
 /// The distinct words of a search, in byte order. A word's position among them is part of the score.
 using SearchWords = std::set<std::string>;
 
-/// Splits a lowered search text at white space. Adjacent white space separates once. White space at the beginning or
-/// the end yields an empty word, and every name begins with the empty word. An empty text has no words.
-SearchWords SplitSearchWords(const QString& in_lowerText);
+/// Splits a lowered search text, in Latin-1, at white space. Adjacent white space separates once. White space at the
+/// beginning or the end yields an empty word, and every name begins with the empty word. An empty text has no words.
+SearchWords SplitSearchWords(const std::string& in_lowerText);
 
-/// A character as the search compares it: lowered, 8-bit.
+/// A Latin-1 character as the search compares it: lowered as the toolkit lowers it.
 char LowerCharacter(char in_character);
 
 /// A name as the search compares it.

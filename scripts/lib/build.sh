@@ -8,7 +8,8 @@ root=$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]%/*}/..")")
 . "$root/scripts/lib/packages.sh"
 
 # configure NAME QT_MAJOR BUILD_TYPE [CMAKE_ARG…]: prepares build/NAME. What was built there for another Qt, or before
-# the project was moved, is thrown away: it would be mixed up with what is built now.
+# the project was moved, is thrown away: it would be mixed up with what is built now. A QT_MAJOR of none builds what
+# needs no Qt.
 configure()
 {
     local name=$1 qt=$2 type=$3 cache=$root/build/$1/CMakeCache.txt

@@ -7,7 +7,8 @@ qt6_packages=(qt6-base-dev)
 qt5_packages=(qtbase5-dev)
 qt6_test_packages=(libqt6sql6-sqlite)
 qt5_test_packages=(libqt5sql5-sqlite)
-test_packages=(xvfb xauth openbox xdotool git pkgconf dbus-daemon at-spi2-core
+windows_packages=(g++-mingw-w64-x86-64-posix wine wine64)
+test_packages=(libgtest-dev xvfb xauth openbox xdotool git pkgconf dbus-daemon at-spi2-core
     gir1.2-atspi-2.0 python3-gi)
 lint_packages=(clang-format-19 clang-tidy-19 git shellcheck)
 count_packages=(valgrind)

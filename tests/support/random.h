@@ -3,25 +3,25 @@
 /// printed.
 #pragma once
 
-#include <QByteArray>
-#include <QtGlobal>
-
 #include <cstddef>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <random>
 #include <string>
 
 inline bool IsSeedGiven()
 {
-    return !qgetenv("NODEBROWSER_SEED").isEmpty();
+    const char* const given = std::getenv("NODEBROWSER_SEED");
+    return given && *given;
 }
 
 /// The seed of a test. Prints it.
 /// \param in_default the seed when NODEBROWSER_SEED is not set
 inline unsigned TestSeed(unsigned in_default)
 {
-    const unsigned seed = IsSeedGiven() ? qgetenv("NODEBROWSER_SEED").toUInt() : in_default;
+    const unsigned seed =
+        IsSeedGiven() ? static_cast<unsigned>(std::strtoul(std::getenv("NODEBROWSER_SEED"), nullptr, 0)) : in_default;
     std::printf("NODEBROWSER_SEED=%u\n", seed);
     return seed;
 }

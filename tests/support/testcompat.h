@@ -62,6 +62,28 @@ inline bool HasWindowSystem()
 #endif
 }
 
+/// Whether a drag runs in a loop of the system's own rather than in one of the toolkit's.
+inline bool DragsInSystemLoop()
+{
+#if !defined(Q_OS_WIN)
+    return false;
+#elif QT_VERSION >= 0x050000
+    return QGuiApplication::platformName() == QLatin1String("windows");
+#else
+    return true;
+#endif
+}
+
+/// Makes a window the active one for the toolkit, whatever the system says. Qt 6.5 and later have no such thing.
+inline void DeclareActive(QWidget& in_window)
+{
+#if QT_VERSION < 0x060500
+    QApplication::setActiveWindow(&in_window);
+#else
+    Q_UNUSED(in_window);
+#endif
+}
+
 /// What the screen shows of a window at this moment; asks for no painting.
 inline QPixmap ScreenPicture(const QWidget& in_window)
 {

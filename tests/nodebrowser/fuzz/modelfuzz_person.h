@@ -80,6 +80,10 @@ private:
 
     void LetGo()
     {
+        // Such a loop asks the mouse, whose button is up, and ends by itself. An event would reach the browser instead,
+        // and start a drag inside of the drag.
+        if (testcompat::DragsInSystemLoop())
+            return;
         QWidget& window = *m_dragWindow;
         QObject* const receiver = testcompat::DragEventReceiver(window);
         const QPoint position = window.rect().center();

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "nodebrowser/searchscore.h"
 #include "tests/nodebrowser/support/browserfixture.h"
 #include "tests/nodebrowser/support/spylayer.h"
 #include "tests/support/testmain.h"
@@ -255,6 +256,16 @@ private Q_SLOTS:
         m_browser->SearchField().setText(QString(QChar(0xDC)));
         Settle();
         QCOMPARE(m_browser->GetRowCount(), std::size_t(1));
+    }
+
+    void namesAreLoweredAsTheToolkitLowersThem()
+    {
+        for (int code = 0; code < 256; ++code)
+        {
+            const char character = static_cast<char>(code);
+            const QByteArray lowered = QString::fromLatin1(&character, 1).toLower().toLatin1();
+            QCOMPARE(QByteArray(1, nodebrowser::LowerCharacter(character)), lowered);
+        }
     }
 
     void whatLatin1LacksIsSearchedAsAQuestionMark()

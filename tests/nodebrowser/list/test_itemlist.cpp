@@ -40,14 +40,14 @@ struct Scene
     std::vector<std::uint64_t> Find(const char* in_text, int in_mode = eFilterAll) const
     {
         std::vector<std::uint64_t> ranks(3, 99); // is to be replaced
-        m_list->Find(SplitSearchWords(FromLatin1(in_text)), in_mode, ranks);
+        m_list->Find(SplitSearchWords(in_text), in_mode, ranks);
         return ranks;
     }
 
     std::vector<std::uint64_t> FindItemByItem(const char* in_text, int in_mode = eFilterAll) const
     {
         std::vector<std::uint64_t> ranks(3, 99);
-        m_list->FindItemByItem(SplitSearchWords(FromLatin1(in_text)), in_mode, m_layer.GetAccessor(), ranks);
+        m_list->FindItemByItem(SplitSearchWords(in_text), in_mode, m_layer.GetAccessor(), ranks);
         return ranks;
     }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/nodebrowser/support/browserfixture.h"
 #include "tests/nodebrowser/support/fakelayer.h"
+#include "tests/support/systeminput.h"
 #include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
 
@@ -117,10 +118,14 @@ public:
     /// Moves the pointer away from where it was pressed. Returns when the drag that this starts is over.
     void Move(const QPoint& in_way, Qt::MouseButtons in_buttons = Qt::LeftButton)
     {
+        if (testcompat::DragsInSystemLoop())
+            HoldSystemButton();
         m_timer.start(10);
         SendMouse(m_browser, QEvent::MouseMove, m_start + in_way, m_browser.mapToGlobal(m_start + in_way), Qt::NoButton,
                   in_buttons);
         m_timer.stop();
+        if (testcompat::DragsInSystemLoop())
+            systeminput::ReleaseLeftButton();
     }
 
     void DragRow(int in_row, const QPoint& in_way, Qt::MouseButtons in_buttons = Qt::LeftButton)
@@ -145,6 +150,11 @@ public:
 public Q_SLOTS:
     void GoOn()
     {
+        if (testcompat::DragsInSystemLoop())
+        {
+            GoOnInSystemLoop();
+            return;
+        }
         QObject& receiver = *testcompat::DragEventReceiver(m_target);
         const QPoint position = m_target.rect().center() + QPoint(m_steps % 2, 0);
         const QPoint global = m_target.mapToGlobal(position);
@@ -158,6 +168,27 @@ public Q_SLOTS:
     }
 
 private:
+    /// A drag in the system's loop lasts as long as the button of the mouse itself is down. It is pressed over the
+    /// target, which does not mind.
+    void HoldSystemButton()
+    {
+        systeminput::MovePointer(m_target.mapToGlobal(m_target.rect().center()));
+        systeminput::PressLeftButton();
+        Settle();
+    }
+
+    void GoOnInSystemLoop()
+    {
+        ++m_steps;
+        systeminput::MovePointer(m_target.mapToGlobal(m_target.rect().center() + QPoint(m_steps % 2, 0)));
+        if (m_target.m_enters == 0 && m_steps < 500)
+            return;
+        if (m_end == eEscape && m_steps < 500)
+            systeminput::ClickEscape();
+        else
+            systeminput::ReleaseLeftButton();
+    }
+
     ProbedBrowser& m_browser;
     DropTarget& m_target;
     eEnd m_end;
