@@ -1,60 +1,21 @@
 // SPDX-License-Identifier: MIT
-#include "host/materialxitems.h"
+// What the library and the boundary in front of it show of documents.
 
 #include "datamodel/compoundmodifier.h"
 #include "datamodel/helpers.h"
 #include "datamodel/item.h"
 #include "datamodel/itemtoc.h"
-#include "memorymodel/datalayer.h"
-#include "tests/materialx/documents.h"
 #include "tests/support/testmain.h"
+#include "tests/workspace/openedfolder.h"
 
 #include <algorithm>
 #include <map>
 
-using materialx::eKind;
-using materialx::Item;
 using memorymodel::Library;
 using vireo::datamodel::ItemID;
 
 namespace
 {
-
-/// Documents and their items.
-struct Content
-{
-    materialx::Library m_documents;
-    std::vector<Item> m_items;
-};
-
-/// A data layer with one library that the content went into.
-struct FilledLibrary
-{
-    explicit FilledLibrary(const Content& in_content) : m_library(m_layer.AddLibrary("Test"))
-    {
-        host::AddItems(in_content.m_documents, in_content.m_items, m_library);
-    }
-
-    memorymodel::DataLayer m_layer;
-    Library& m_library;
-};
-
-Content ReadOrThrow(const QString& in_path)
-{
-    Content content;
-    if (const std::optional<materialx::Error> error = materialx::ReadLibrary(in_path, content.m_documents))
-        throw std::runtime_error(error->GetText().toStdString());
-    content.m_items = MakeItems(content.m_documents);
-    return content;
-}
-
-Content MakeContent(const std::vector<Item>& in_items)
-{
-    Content content;
-    content.m_documents.m_sources.push_back({QStringLiteral("source"), QStringLiteral("/a/source"), QString()});
-    content.m_items = in_items;
-    return content;
-}
 
 /// The kind in the library, by what the boundary tells of the item.
 std::string KindOf(vireo::datamodel::ItemAccessor& in_item)
@@ -117,7 +78,7 @@ QString StandardLibraryFolder()
 } // namespace
 
 /// What the library and the boundary in front of it show of a content.
-class MaterialXItemsTest : public QObject
+class TestOpening : public QObject
 {
     Q_OBJECT
 
@@ -127,19 +88,18 @@ private Q_SLOTS:
     void tagsReachTheLibrary();
     void sourcesOfTheLibrary();
     void newItemsGoToLocal();
-    void importedItemsAreReadOnly();
     void textBecomesLatin1_data();
     void textBecomesLatin1();
-    void contentWithoutItems();
+    void aDocumentWithoutItems();
     void aHundredThousandItemsAreAllAdded();
     void standardLibrariesHave266ListedItems();
     void standardLibrariesTagsAndSources();
 };
 
-void MaterialXItemsTest::everyKindIsListedAsItself()
+void TestOpening::everyKindIsListedAsItself()
 {
-    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
-    std::map<std::string, QStringList> names = ListedNames(filled.m_library);
+    Opened opened(QStringLiteral(TEST_DATA_FOLDER "/library"));
+    std::map<std::string, QStringList> names = ListedNames(opened.GetLibrary());
     QCOMPARE(names["type"], Words("float color3 ramp") + QStringList(QString::fromLatin1("Gr\xF6\xDF"
                                                                                          "e ??")));
     QCOMPARE(names["constant"], Words("meter furlong step"));
@@ -147,13 +107,13 @@ void MaterialXItemsTest::everyKindIsListedAsItself()
     QCOMPARE(names["solver"], Words("noise ripple"));
     QCOMPARE(names["compound"], Words("tint wood both free lamp"));
     QCOMPARE(names["signature"], Words("lamp nameless"));
-    QCOMPARE(filled.m_library.GetItemCount(), std::size_t(30));
+    QCOMPARE(opened.GetLibrary().GetItemCount(), std::size_t(30));
 }
 
-void MaterialXItemsTest::everyItemOfAWholeLibraryIsListed()
+void TestOpening::everyItemOfAWholeLibraryIsListed()
 {
-    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/observatory")));
-    std::map<std::string, QStringList> names = ListedNames(filled.m_library);
+    Opened opened(QStringLiteral(TEST_DATA_FOLDER "/observatory"));
+    std::map<std::string, QStringList> names = ListedNames(opened.GetLibrary());
     QCOMPARE(names["type"], Words("photon starlight float color3 surfaceshader"));
     QCOMPARE(names["constant"], Words("parsec degree radian"));
     QCOMPARE(names["polymorphic"], Words("mix add"));
@@ -161,73 +121,68 @@ void MaterialXItemsTest::everyItemOfAWholeLibraryIsListed()
     QCOMPARE(names["compound"], Words("lens night_sky checkerboard kaleidoscope milky_way"));
     QCOMPARE(names["signature"], Words("aurora surface_unlit"));
     QCOMPARE(names.size(), std::size_t(6));
-    QCOMPARE(filled.m_library.GetItemCount(), std::size_t(34));
+    QCOMPARE(opened.GetLibrary().GetItemCount(), std::size_t(34));
 
     QStringList sources;
-    for (const std::shared_ptr<memorymodel::DataSource>& source : filled.m_library.GetDataSources())
+    for (const std::shared_ptr<memorymodel::DataSource>& source : opened.GetLibrary().GetDataSources())
         sources.append(QString::fromLatin1(source->GetName().c_str()));
     QCOMPARE(sources, Words("Local glass observatory sky stdlib"));
-    QCOMPARE(filled.m_library.GetDataSources().back()->GetFlags(),
+    QCOMPARE(opened.GetLibrary().GetDataSources().back()->GetFlags(),
              unsigned(memorymodel::eReadOnlySource | memorymodel::eFactorySource));
-    QCOMPARE(TagsOf(filled.m_library, "surfaceshader"), std::string("shader"));
-    QCOMPARE(TagsOf(filled.m_library, "parsec"), std::string("distance"));
-    QCOMPARE(TagsOf(filled.m_library, "noise2d"), std::string("procedural2d;stdlib"));
-    QCOMPARE(TagsOf(filled.m_library, "add"), std::string("astronomy;math;sky;stdlib"));
-    QCOMPARE(SourceOf(filled.m_library, "noise2d"), std::string("stdlib"));
-    QCOMPARE(SourceOf(filled.m_library, "add"), std::string("sky"));
-    QCOMPARE(SourceOf(filled.m_library, "mix"), std::string("observatory"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "surfaceshader"), std::string("shader"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "parsec"), std::string("distance"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "noise2d"), std::string("procedural2d;stdlib"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "add"), std::string("astronomy;math;sky;stdlib"));
+    QCOMPARE(SourceOf(opened.GetLibrary(), "noise2d"), std::string("stdlib"));
+    QCOMPARE(SourceOf(opened.GetLibrary(), "add"), std::string("sky"));
+    QCOMPARE(SourceOf(opened.GetLibrary(), "mix"), std::string("observatory"));
 }
 
-void MaterialXItemsTest::tagsReachTheLibrary()
+void TestOpening::tagsReachTheLibrary()
 {
-    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
-    QCOMPARE(TagsOf(filled.m_library, "float"), std::string());
-    QCOMPARE(TagsOf(filled.m_library, "color3"), std::string("color"));
-    QCOMPARE(TagsOf(filled.m_library, "meter"), std::string("distance"));
-    QCOMPARE(TagsOf(filled.m_library, "blend"), std::string("math;compositing;ramps;alpha"));
-    QCOMPARE(TagsOf(filled.m_library, "free"), std::string("beta"));
-    QCOMPARE(TagsOf(filled.m_library, "Gr\xF6\xDF"
-                                      "e ??"),
+    Opened opened(QStringLiteral(TEST_DATA_FOLDER "/library"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "float"), std::string());
+    QCOMPARE(TagsOf(opened.GetLibrary(), "color3"), std::string("color"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "meter"), std::string("distance"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "blend"), std::string("math;compositing;ramps;alpha"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "free"), std::string("beta"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "Gr\xF6\xDF"
+                                         "e ??"),
              std::string("Ma\xDF"));
 }
 
-void MaterialXItemsTest::sourcesOfTheLibrary()
+void TestOpening::sourcesOfTheLibrary()
 {
-    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
+    Opened opened(QStringLiteral(TEST_DATA_FOLDER "/library"));
     QStringList sources;
-    for (const std::shared_ptr<memorymodel::DataSource>& source : filled.m_library.GetDataSources())
-        sources.append(
-            QStringLiteral("%1 %2").arg(QString::fromLatin1(source->GetName().c_str())).arg(source->GetFlags()));
-    QCOMPARE(sources, QStringList() << QStringLiteral("Local 0") << QStringLiteral("alpha 1")
-                                    << QStringLiteral("beta 1") << QStringLiteral("library 1")
-                                    << QStringLiteral("stdlib 3"));
-    QCOMPARE(SourceOf(filled.m_library, "blend"), std::string("alpha"));
-    QCOMPARE(SourceOf(filled.m_library, "ripple"), std::string("library"));
-    QCOMPARE(SourceOf(filled.m_library, "shade"), std::string("stdlib"));
-    for (const ItemID& item : filled.m_library.GetItems())
-        QVERIFY(filled.m_library.GetSourceOf(item)->GetName() != "Local");
+    for (const std::shared_ptr<memorymodel::DataSource>& source : opened.GetLibrary().GetDataSources())
+        sources.append(QStringLiteral("%1 %2")
+                           .arg(QString::fromLatin1(source->GetName().c_str()))
+                           .arg(source->GetFlags() & memorymodel::eFactorySource));
+    QCOMPARE(sources, QStringList() << QStringLiteral("Local 0") << QStringLiteral("alpha 0")
+                                    << QStringLiteral("beta 0") << QStringLiteral("library 0")
+                                    << QStringLiteral("stdlib 2"));
+    QCOMPARE(SourceOf(opened.GetLibrary(), "blend"), std::string("alpha"));
+    QCOMPARE(SourceOf(opened.GetLibrary(), "ripple"), std::string("library"));
+    QCOMPARE(SourceOf(opened.GetLibrary(), "shade"), std::string("stdlib"));
+    for (const ItemID& item : opened.GetLibrary().GetItems())
+        QVERIFY(opened.GetLibrary().GetSourceOf(item)->GetName() != "Local");
 }
 
-void MaterialXItemsTest::newItemsGoToLocal()
+void TestOpening::newItemsGoToLocal()
 {
-    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
+    const DocumentFolder folder;
+    CopyDocuments(QStringLiteral(TEST_DATA_FOLDER "/library"), folder);
+    Opened opened(folder.GetPath());
     vireo::datamodel::CompoundModifierAccessor modifier;
     const ItemID item =
-        modifier.CreateAndSetFromNewCompound(filled.m_library.GetAccessor(), "Mine", false, "", "", nullptr);
+        modifier.CreateAndSetFromNewCompound(opened.GetLibrary().GetAccessor(), "Mine", false, "", "", nullptr);
     QVERIFY(item.IsValid());
-    QCOMPARE(SourceOf(filled.m_library, "Mine"), std::string("Local"));
-    QVERIFY(!filled.m_library.GetAccessor().ItemIsReadOnly(item));
+    QCOMPARE(SourceOf(opened.GetLibrary(), "Mine"), std::string("Local"));
+    QVERIFY(!opened.GetLibrary().GetAccessor().ItemIsReadOnly(item));
 }
 
-void MaterialXItemsTest::importedItemsAreReadOnly()
-{
-    const FilledLibrary filled(ReadOrThrow(QStringLiteral(TEST_DATA_FOLDER "/library")));
-    QVERIFY(filled.m_library.GetItemCount() > 0);
-    for (const ItemID& item : filled.m_library.GetItems())
-        QVERIFY(filled.m_library.GetAccessor().ItemIsReadOnly(item));
-}
-
-void MaterialXItemsTest::textBecomesLatin1_data()
+void TestOpening::textBecomesLatin1_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QByteArray>("latin1");
@@ -240,44 +195,46 @@ void MaterialXItemsTest::textBecomesLatin1_data()
     QTest::newRow("tab and line end") << QStringLiteral("a\tb\nc") << QByteArray("a\tb\nc");
 }
 
-void MaterialXItemsTest::textBecomesLatin1()
+void TestOpening::textBecomesLatin1()
 {
     QFETCH(QString, text);
     QFETCH(QByteArray, latin1);
-    Item described;
-    described.m_shownName = text.toStdString();
-    described.m_tags = {text.toStdString()};
-    const FilledLibrary filled(MakeContent({described}));
-    const ItemID item = filled.m_library.GetItems().at(0);
-    const vireo::datamodel::ItemLibraryAccessor library = filled.m_library.GetAccessor();
-    QCOMPARE(library.GetItemName(item, true, nullptr), latin1.toStdString());
-    QCOMPARE(library.GetItemTags(item, vireo::datamodel::gApplicationTagsKey), latin1.toStdString());
+    const DocumentFolder folder;
+    const QByteArray value = text.toHtmlEscaped().toUtf8().replace("\t", "&#9;").replace("\n", "&#10;");
+    folder.Write(QStringLiteral("a.mtlx"), "<materialx version=\"1.39\"><nodedef name=\"ND_a\" node=\"a\" uiname=\"" +
+                                               value + "\" tags=\"" + value + "\"/></materialx>");
+    Opened opened(folder.GetPath());
+    const ItemID item = opened.GetLibrary().GetItems().at(0);
+    QCOMPARE(opened.Get().GetItemName(item, true, nullptr), latin1.toStdString());
+    QCOMPARE(opened.Get().GetItemTags(item, vireo::datamodel::gApplicationTagsKey), latin1.toStdString());
 }
 
-void MaterialXItemsTest::contentWithoutItems()
+void TestOpening::aDocumentWithoutItems()
 {
-    const FilledLibrary filled((Content()));
-    QCOMPARE(filled.m_library.GetItemCount(), std::size_t(0));
-    QCOMPARE(filled.m_library.GetDataSources().size(), std::size_t(1));
-    QCOMPARE(filled.m_library.GetDataSources()[0]->GetName(), std::string("Local"));
+    const DocumentFolder folder;
+    folder.Write(QStringLiteral("a.mtlx"), "<materialx version=\"1.39\"/>");
+    Opened opened(folder.GetPath());
+    QCOMPARE(opened.GetLibrary().GetItemCount(), std::size_t(0));
+    QCOMPARE(opened.GetLibrary().GetDataSources().size(), std::size_t(2));
+    QCOMPARE(opened.GetLibrary().GetDataSources()[0]->GetName(), std::string("Local"));
 }
 
-void MaterialXItemsTest::aHundredThousandItemsAreAllAdded()
+void TestOpening::aHundredThousandItemsAreAllAdded()
 {
-    Item item;
-    item.m_kind = eKind::eSolver;
-    item.m_shownName = "n";
-    item.m_tags = {"t"};
-    const FilledLibrary filled(MakeContent(std::vector<Item>(100000, item)));
-    QCOMPARE(filled.m_library.GetItemCount(), std::size_t(100000));
+    QByteArray document = "<materialx version=\"1.39\">\n";
+    for (int i = 0; i < 100000; ++i)
+        document += "<nodedef name=\"ND_" + QByteArray::number(i) + "\" node=\"n" + QByteArray::number(i) + "\"/>\n";
+    const DocumentFolder folder;
+    folder.Write(QStringLiteral("a.mtlx"), document + "</materialx>\n");
+    QCOMPARE(Opened(folder.GetPath()).GetLibrary().GetItemCount(), std::size_t(100000));
 }
 
-void MaterialXItemsTest::standardLibrariesHave266ListedItems()
+void TestOpening::standardLibrariesHave266ListedItems()
 {
     if (!QFileInfo(StandardLibraryFolder()).isDir())
         QSKIP("The node libraries of the standard are not there");
-    const FilledLibrary filled(ReadOrThrow(StandardLibraryFolder()));
-    std::map<std::string, QStringList> names = ListedNames(filled.m_library);
+    Opened opened(StandardLibraryFolder());
+    std::map<std::string, QStringList> names = ListedNames(opened.GetLibrary());
     QCOMPARE(names["type"].size(), 31);
     QCOMPARE(names["polymorphic"].size(), 111);
     QCOMPARE(names["solver"].size(), 53);
@@ -289,23 +246,23 @@ void MaterialXItemsTest::standardLibrariesHave266ListedItems()
                                        "absorption_vdf volume light volumematerial"));
 }
 
-void MaterialXItemsTest::standardLibrariesTagsAndSources()
+void TestOpening::standardLibrariesTagsAndSources()
 {
     if (!QFileInfo(StandardLibraryFolder()).isDir())
         QSKIP("The node libraries of the standard are not there");
-    const FilledLibrary filled(ReadOrThrow(StandardLibraryFolder()));
+    Opened opened(StandardLibraryFolder());
     QStringList sources;
-    for (const std::shared_ptr<memorymodel::DataSource>& source : filled.m_library.GetDataSources())
+    for (const std::shared_ptr<memorymodel::DataSource>& source : opened.GetLibrary().GetDataSources())
         sources.append(QString::fromLatin1(source->GetName().c_str()));
     QCOMPARE(sources, Words("Local bxdf cmlib lights nprlib pbrlib stdlib"));
-    QCOMPARE(filled.m_library.GetDataSources().back()->GetFlags(),
+    QCOMPARE(opened.GetLibrary().GetDataSources().back()->GetFlags(),
              unsigned(memorymodel::eReadOnlySource | memorymodel::eFactorySource));
-    QCOMPARE(TagsOf(filled.m_library, "surfaceshader"), std::string("shader"));
-    QCOMPARE(TagsOf(filled.m_library, "inch"), std::string("distance"));
-    QCOMPARE(TagsOf(filled.m_library, "noise2d"), std::string("procedural2d;stdlib"));
-    QCOMPARE(TagsOf(filled.m_library, "add"), std::string("pbr;math;pbrlib;stdlib"));
-    QCOMPARE(SourceOf(filled.m_library, "noise2d"), std::string("stdlib"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "surfaceshader"), std::string("shader"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "inch"), std::string("distance"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "noise2d"), std::string("procedural2d;stdlib"));
+    QCOMPARE(TagsOf(opened.GetLibrary(), "add"), std::string("pbr;math;pbrlib;stdlib"));
+    QCOMPARE(SourceOf(opened.GetLibrary(), "noise2d"), std::string("stdlib"));
 }
 
-NODEBROWSER_TEST_MAIN(MaterialXItemsTest)
-#include "test_materialxitems.moc"
+NODEBROWSER_TEST_MAIN(TestOpening)
+#include "test_opening.moc"
