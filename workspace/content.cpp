@@ -64,7 +64,7 @@ Content::Content(Documents in_documents, memorymodel::Library& in_library)
 
 bool Content::IsFactory(std::size_t in_source) const
 {
-    return GetMaterial().m_sources[in_source].m_name == QLatin1String("stdlib");
+    return GetMaterial().m_isFolder && GetMaterial().m_sources[in_source].m_name == QLatin1String("stdlib");
 }
 
 memorymodel::DataSource& Content::SourceFor(std::size_t in_source)

@@ -45,8 +45,8 @@ public:
     /// Whether a document can be changed and saved: those that came with the product cannot.
     bool MayChange(std::size_t in_document) const;
 
-    /// Makes the items anew after documents have changed, and keeps in mind what Settle() is to tell. A source that is new
-    /// is added.
+    /// Makes the items anew after documents have changed, adds sources that are new, and keeps in mind what Settle() is
+    /// to tell.
     void Update(memorymodel::eFollowing in_following);
     /// Tells the library.
     void Settle();

@@ -90,16 +90,11 @@ std::optional<Error> Documents::Open(const QString& in_path)
     return std::nullopt;
 }
 
-const Documents::Record& Documents::Of(std::size_t in_document) const
+Documents::Record& Documents::Of(std::size_t in_document) const
 {
     if (in_document >= m_records.size())
         m_records.resize(m_library.m_documents.size());
     return m_records[in_document];
-}
-
-Documents::Record& Documents::Of(std::size_t in_document)
-{
-    return const_cast<Record&>(std::as_const(*this).Of(in_document));
 }
 
 std::map<std::size_t, Documents::State> Documents::GetStates(const materialx::Change& in_change) const
@@ -136,10 +131,17 @@ bool Documents::Apply(const materialx::Change& in_change, const std::map<std::si
 bool Documents::IsChanged(std::size_t in_document) const
 {
     const Record& record = Of(in_document);
-    if (record.m_state == record.m_saved)
-        return false;
+    return record.m_state != record.m_saved && HashOfBytes(in_document) != record.m_hash;
+}
+
+const QByteArray& Documents::HashOfBytes(std::size_t in_document) const
+{
     const std::string& bytes = m_library.m_documents[in_document].m_document.GetBytes();
-    return (bytes.empty() ? QByteArray() : HashOf(bytes)) != record.m_hash;
+    Record& record = Of(in_document);
+    if (record.m_hashed != record.m_state || record.m_hashOfState.isEmpty())
+        record.m_hashOfState = bytes.empty() ? QByteArray() : HashOf(bytes);
+    record.m_hashed = record.m_state;
+    return record.m_hashOfState;
 }
 
 bool Documents::CanWrite(std::size_t in_document) const
@@ -273,6 +275,7 @@ std::vector<QString> Documents::Save(const std::vector<std::size_t>& in_document
         FileSave file;
         file.m_path = QFileInfo(m_library.m_documents[i].m_file).absoluteFilePath();
         file.m_bytes = m_library.m_documents[i].m_document.GetBytes();
+        file.m_hash = HashOfBytes(i);
         file.m_known = {record.m_hash};
         if (!record.m_tried.isEmpty())
             file.m_known.push_back(record.m_tried);
@@ -289,7 +292,7 @@ std::vector<QString> Documents::Save(const std::vector<std::size_t>& in_document
     for (std::size_t i = 0; i < files.size(); ++i)
     {
         Record& record = Of(documents[i]);
-        const QByteArray hash = files[i].m_bytes.empty() ? QByteArray() : HashOf(files[i].m_bytes);
+        const QByteArray& hash = files[i].m_hash;
         if (!files[i].m_problem.isEmpty())
         {
             record.m_tried = hash;

@@ -86,13 +86,16 @@ private:
         State m_state = 0;
         State m_saved = 0;  ///< the state that the disk has
         QByteArray m_hash;  ///< of the file as it was read or saved; empty for none
+        State m_hashed = 0; ///< the state that the next one is of
+        QByteArray m_hashOfState;
         QByteArray m_tried; ///< of what a save could not put in place yet, but may have since
         eDocumentState m_documentState = eDocumentState::eInStep;
         QString m_problem;
     };
 
-    const Record& Of(std::size_t in_document) const;
-    Record& Of(std::size_t in_document);
+    /// A fingerprint of the bytes; empty for none. Made once for each state.
+    const QByteArray& HashOfBytes(std::size_t in_document) const;
+    Record& Of(std::size_t in_document) const;
     QString Read(std::size_t in_document);
     void Forget(const std::vector<std::size_t>& in_documents);
 

@@ -158,8 +158,8 @@ private:
             if (!m_files[i].m_problem.isEmpty())
                 continue;
             const Place& place = m_places[i];
-            const QByteArray after = m_files[i].m_bytes.empty() ? QByteArray() : HashOf(m_files[i].m_bytes);
-            journal.m_entries.push_back({Relative(place.m_target), Relative(place.m_temporary), place.m_hash, after});
+            journal.m_entries.push_back(
+                {Relative(place.m_target), Relative(place.m_temporary), place.m_hash, m_files[i].m_hash});
             for (const QByteArray& folder : place.m_newFolders)
                 if (std::find(journal.m_folders.begin(), journal.m_folders.end(), Relative(folder)) ==
                     journal.m_folders.end())

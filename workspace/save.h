@@ -20,6 +20,7 @@ struct FileSave
 {
     QString m_path;                  ///< absolute
     std::string_view m_bytes;        ///< none: the file goes
+    QByteArray m_hash;               ///< of these; empty for none
     std::vector<QByteArray> m_known; ///< hashes of what may be replaced; an empty one stands for no file
     std::size_t m_group = 0;         ///< files of one group are saved together or not at all
     QString m_problem;               ///< set by SaveFiles(): why it is not safe on the disk; empty when it is

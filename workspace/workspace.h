@@ -25,8 +25,8 @@ namespace workspace
 class Content;
 
 /// A folder of documents, or one document, opened as a library of a data layer: the store of that library. What is
-/// renamed, tagged, created, moved and removed in the library is changed in the documents at once, by the smallest edit,
-/// and undo brings their bytes back. A commit replaces the files, as one change, and durably.
+/// renamed, tagged, created, moved and removed in the library is changed in the documents at once, by the smallest
+/// edit, and undo brings their bytes back. A commit replaces the files, as one change, and durably.
 ///
 /// Folders right below the opened one are data sources; new nodes go to "local". "stdlib" is the factory source and
 /// takes no changes; neither does a source into whose folder nothing can be written. An item can be changed when all

@@ -282,6 +282,7 @@ private:
         FileSave file;
         file.m_path = m_folder->GetPath(QString::fromLatin1(in_path));
         file.m_bytes = in_after ? in_after : "";
+        file.m_hash = Hash(in_after);
         file.m_known = {Hash(in_before)};
         file.m_group = in_group ? in_group : 100 + m_files.size();
         m_files.push_back(file);
