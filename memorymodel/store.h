@@ -35,12 +35,12 @@ public:
 /// A node that is about to be made.
 struct Creation
 {
-    vireo::datamodel::ItemID m_item; ///< its identity from now on
-    std::string m_name;              ///< not empty, and of no other node
-    std::string m_baseClass;         ///< the UID of a signature of the library; empty for none
-    std::string m_category;          ///< free text
-    bool m_isSignature = false;
-    bool m_isLoop = false;
+    vireo::datamodel::ItemID m_item;      ///< its identity from now on
+    std::string m_name;                   ///< not empty, and of no other node
+    std::string m_baseClass;              ///< the UID of a signature of the library; empty for none
+    std::string m_category;               ///< free text
+    bool m_isSignature = false;           ///< an interface without a graph
+    bool m_isLoop = false;                ///< its graph runs in a loop
     const DataSource* m_source = nullptr; ///< where it goes; takes changes
     std::string m_uid;                    ///< for the store to set: the UID of its object; empty for a new one
     std::string m_tags;                   ///< for the store to set
@@ -106,8 +106,8 @@ enum class eFollowing
 /// An item as its store has it.
 struct StoredItem
 {
-    std::string m_name;
-    std::string m_tags;
+    std::string m_name;                   ///< as people see it
+    std::string m_tags;                   ///< the application's tags, joined by ";"
     const DataSource* m_source = nullptr; ///< of the library
     bool m_isReadOnly = false;            ///< whatever the source says
 };
