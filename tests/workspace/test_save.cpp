@@ -67,7 +67,7 @@ private Q_SLOTS:
         };
         const Files before = Now();
         Save();
-        QCOMPARE(seen.first(), QStringLiteral("0I"));
+        QCOMPARE(seen.value(0), QStringLiteral("0I"));
         QCOMPARE(Difference(before, Now()), QString());
         QVERIFY(m_files[1].m_problem.contains(QLatin1String("The end is missing.")));
         QVERIFY(!m_files[0].m_problem.isEmpty());

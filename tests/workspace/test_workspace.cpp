@@ -155,6 +155,24 @@ private Q_SLOTS:
         QCOMPARE(again.TagsOf("Objective"), QByteArray("optics;glass"));
     }
 
+    /// To undo a removal is to insert, which succeeds in a comment as well.
+    void aRemovalIsUndoneAtTheItemAndNotAtThePlace()
+    {
+        const QByteArray comment = "  <!--" + QByteArray(300, ' ') + "-->\n\n";
+        m_folder->Write(QStringLiteral("sky/more.mtlx"),
+                        Document("  <nodedef name=\"ND_one\" node=\"one\" tags=\"a\"/>\n" + comment +
+                                 "  <nodedef name=\"ND_two\" node=\"two\" tags=\"far\"/>\n"));
+        Opened opened(m_folder->GetPath());
+        SetTags(opened.Get(), opened.Find("two"), "sky", opened.GetCommands()); // what it has without any
+        SetTags(opened.Get(), opened.Find("one"), QByteArray(150, 'x').constData(), nullptr);
+        opened.GetStack().undo();
+        QCOMPARE(opened.TagsOf("two"), QByteArray("far"));
+        QVERIFY2(opened.Commit(), opened.GetMessages().constData());
+        const QByteArray saved = BytesOfFile(m_folder->GetPath(QStringLiteral("sky/more.mtlx")));
+        QVERIFY2(saved.contains("\n" + comment + "  <nodedef name=\"ND_two\" node=\"two\" tags=\"far\"/>\n"),
+                 saved.constData());
+    }
+
     void whatLatin1LacksStaysWhereItIsNotChanged()
     {
         // A tag of three characters that Latin-1 lacks, and one that it has.
