@@ -125,7 +125,7 @@ std::optional<std::string> FindDifference(const Document& in_document, const std
     const std::size_t common = std::min(meant.size(), found.size());
     for (std::size_t i = 0; i < common; ++i)
         if (!SayTheSame(meant[i], found[i]))
-            return "Line " + std::to_string(LineOf(in_bytes, found[i].m_place.m_begin)) + ": The element \"" +
+            return "Line " + std::to_string(LineOf(in_bytes, found[i].m_span.m_begin)) + ": The element \"" +
                    found[i].m_name + "\" is not the one that was meant.";
     if (meant.size() != found.size())
         return "There are " + std::to_string(found.size()) + " elements where " + std::to_string(meant.size()) +

@@ -54,11 +54,11 @@ std::string LinesFor(const Document& in_from, const Declaration& in_element, con
     for (const char* const name : gInherited)
     {
         const std::string value = RootAttribute(in_from, name);
-        const StartTag tag = ScanStartTag(in_from.GetBytes(), in_element.m_place.m_begin);
+        const StartTag tag = ScanStartTag(in_from.GetBytes(), in_element.m_span.m_begin);
         if (IsNodeOrGraph(in_element) && value != RootAttribute(in_to, name) && !tag.Find(in_from.GetBytes(), name))
             added.emplace_back(name, value);
     }
-    return CopyElement(in_from, in_element.m_place, in_style, added);
+    return CopyElement(in_from, in_element.m_span, in_style, added);
 }
 
 /// The document that takes the elements of another one when they come into a source.
@@ -205,14 +205,14 @@ Plan Remove(const Library& in_library, const Item& in_item)
                 graphs.count(declaration.m_nodeGraph) != 0)
                 return Refuse("Its graph implements another node, too.");
     Plan plan;
-    // From the last one to the first, so that the places before it stay.
+    // From the last one to the first, so that the offsets before it stay.
     for (auto element = elements.rbegin(); element != elements.rend(); ++element)
     {
         const Document& document = DocumentOf(in_library, element->m_document);
         if (!document.CanBeEdited())
             return Refuse(gNotUtf8);
         plan.m_change.push_back(
-            {element->m_document, RemoveElement(document, DeclarationOf(in_library, *element).m_place)});
+            {element->m_document, RemoveElement(document, DeclarationOf(in_library, *element).m_span)});
     }
     return plan;
 }
@@ -236,7 +236,7 @@ Plan Move(Library& io_library, const Item& in_item, std::size_t in_source)
     std::map<std::size_t, std::string> rootTagOf;
     std::unordered_set<std::size_t> withTags;
     Plan plan;
-    // From the last one to the first, so that the places before it stay.
+    // From the last one to the first, so that the offsets before it stay.
     for (auto element = elements.rbegin(); element != elements.rend(); ++element)
     {
         const Document& from = DocumentOf(io_library, element->m_document);
@@ -255,7 +255,7 @@ Plan Move(Library& io_library, const Item& in_item, std::size_t in_source)
             withTags.insert(target);
         std::vector<std::string>& lines = linesOf[target];
         lines.insert(lines.begin(), LinesFor(from, declaration, to, StyleOf(to)));
-        plan.m_change.push_back({element->m_document, RemoveElement(from, declaration.m_place)});
+        plan.m_change.push_back({element->m_document, RemoveElement(from, declaration.m_span)});
     }
     for (auto& [target, lines] : linesOf)
     {

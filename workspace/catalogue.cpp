@@ -12,7 +12,7 @@ namespace
 
 using materialx::Item;
 
-/// Whether two items have one key, if they are at the same place among items of their kind and name.
+/// Whether two items have one key, if they are at the same index among items of their kind and name.
 bool IsSame(const Item& in_a, const Item& in_b)
 {
     return in_a.m_kind == in_b.m_kind && in_a.m_name == in_b.m_name && in_a.m_parent == in_b.m_parent;

@@ -23,7 +23,7 @@ struct CatalogueNews
     std::vector<std::string> m_new;
 };
 
-/// Pairs items of documents with items of the library by their kinds and names, whatever edits do to places.
+/// Pairs items of documents with items of the library by their kinds and names, whatever edits do to offsets.
 class Catalogue
 {
 public:

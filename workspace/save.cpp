@@ -19,7 +19,7 @@ namespace
 {
 
 /// Where a file is to be written.
-struct Place
+struct Destination
 {
     QByteArray m_target;                  ///< without links
     QByteArray m_temporary;               ///< beside it; empty when the file goes
@@ -32,13 +32,15 @@ class Save
 {
 public:
     Save(QByteArray in_folder, std::vector<FileSave>& io_files, const CheckBytes& in_check)
-        : m_folder(std::move(in_folder)), m_files(io_files), m_check(in_check), m_places(io_files.size())
+        : m_folder(std::move(in_folder)), m_files(io_files), m_check(in_check), m_destinations(io_files.size())
     {
     }
 
     void Run()
     {
-        ForEach([this](FileSave& io_file, Place& io_place) { io_file.m_problem = Find(io_file, io_place); });
+        ForEach([this](FileSave& io_file, Destination& io_destination) {
+            io_file.m_problem = Find(io_file, io_destination);
+        });
         if (!IsAnythingLeft())
             return;
         if (const QString error = PutJournal(m_folder, MakeJournal(false)); !error.isEmpty())
@@ -46,7 +48,9 @@ public:
             Fail(error);
             return;
         }
-        ForEach([this](FileSave& io_file, Place& io_place) { io_file.m_problem = Prepare(io_file, io_place); });
+        ForEach([this](FileSave& io_file, Destination& io_destination) {
+            io_file.m_problem = Prepare(io_file, io_destination);
+        });
         SyncFolders();
         Check();
         if (!IsAnythingLeft())
@@ -71,7 +75,7 @@ private:
     {
         for (std::size_t i = 0; i < m_files.size(); ++i)
             if (m_files[i].m_problem.isEmpty())
-                in_function(m_files[i], m_places[i]);
+                in_function(m_files[i], m_destinations[i]);
         SpreadProblems();
     }
 
@@ -104,14 +108,14 @@ private:
     }
 
     /// Finds out where a file goes, and whether it may.
-    QString Find(const FileSave& in_file, Place& out_place) const
+    QString Find(const FileSave& in_file, Destination& out_destination) const
     {
         const QByteArray path = QFile::encodeName(in_file.m_path);
         struct stat status = {};
         if (lstat(path.constData(), &status) == 0)
         {
-            out_place.m_target = RealPath(path);
-            if (out_place.m_target.isEmpty())
+            out_destination.m_target = RealPath(path);
+            if (out_destination.m_target.isEmpty())
                 return QStringLiteral("The link leads nowhere");
         }
         else
@@ -119,33 +123,33 @@ private:
             QByteArray folder = FolderOf(path);
             while (RealPath(folder).isEmpty() && folder != "/")
             {
-                out_place.m_newFolders.insert(out_place.m_newFolders.begin(), folder);
+                out_destination.m_newFolders.insert(out_destination.m_newFolders.begin(), folder);
                 folder = FolderOf(folder);
             }
             const QByteArray real = RealPath(folder);
-            for (QByteArray& missing : out_place.m_newFolders)
+            for (QByteArray& missing : out_destination.m_newFolders)
                 missing = real + missing.mid(folder.size());
-            out_place.m_target = real + path.mid(folder.size());
+            out_destination.m_target = real + path.mid(folder.size());
         }
-        if (!IsInside(out_place.m_target, m_folder))
+        if (!IsInside(out_destination.m_target, m_folder))
             return QStringLiteral("The file is not in the opened folder");
         QString error;
-        const std::optional<std::string> bytes = ReadBytes(out_place.m_target, error);
+        const std::optional<std::string> bytes = ReadBytes(out_destination.m_target, error);
         if (!error.isEmpty())
             return error;
-        out_place.m_hash = bytes ? HashOf(*bytes) : QByteArray();
-        if (std::find(in_file.m_known.begin(), in_file.m_known.end(), out_place.m_hash) == in_file.m_known.end())
+        out_destination.m_hash = bytes ? HashOf(*bytes) : QByteArray();
+        if (std::find(in_file.m_known.begin(), in_file.m_known.end(), out_destination.m_hash) == in_file.m_known.end())
             return bytes ? QStringLiteral("Another program has changed it")
                          : QStringLiteral("It is not there any more");
-        if (bytes && !MayWrite(out_place.m_target))
+        if (bytes && !MayWrite(out_destination.m_target))
             return QStringLiteral("It is read-only");
-        if (!MayReplace(out_place.m_target))
+        if (!MayReplace(out_destination.m_target))
             return QStringLiteral("Its folder is read-only");
         if (in_file.m_bytes.empty())
             return QString();
-        const QByteArray folder = FolderOf(out_place.m_target);
-        out_place.m_temporary = (folder == "/" ? QByteArray() : folder) + '/' + gJournalName + '-' +
-                                QByteArray::number(QRandomGenerator::global()->generate64(), 16);
+        const QByteArray folder = FolderOf(out_destination.m_target);
+        out_destination.m_temporary = (folder == "/" ? QByteArray() : folder) + '/' + gJournalName + '-' +
+                                      QByteArray::number(QRandomGenerator::global()->generate64(), 16);
         return QString();
     }
 
@@ -157,10 +161,10 @@ private:
         {
             if (!m_files[i].m_problem.isEmpty())
                 continue;
-            const Place& place = m_places[i];
-            journal.m_entries.push_back(
-                {Relative(place.m_target), Relative(place.m_temporary), place.m_hash, m_files[i].m_hash});
-            for (const QByteArray& folder : place.m_newFolders)
+            const Destination& destination = m_destinations[i];
+            journal.m_entries.push_back({Relative(destination.m_target), Relative(destination.m_temporary),
+                                         destination.m_hash, m_files[i].m_hash});
+            for (const QByteArray& folder : destination.m_newFolders)
                 if (std::find(journal.m_folders.begin(), journal.m_folders.end(), Relative(folder)) ==
                     journal.m_folders.end())
                     journal.m_folders.push_back(Relative(folder));
@@ -169,18 +173,18 @@ private:
     }
 
     /// Writes the new bytes beside the file that they are to replace.
-    QString Prepare(const FileSave& in_file, const Place& in_place)
+    QString Prepare(const FileSave& in_file, const Destination& in_destination)
     {
-        if (in_place.m_temporary.isEmpty())
+        if (in_destination.m_temporary.isEmpty())
             return QString();
-        for (const QByteArray& folder : in_place.m_newFolders)
+        for (const QByteArray& folder : in_destination.m_newFolders)
         {
             if (mkdir(folder.constData(), 0777) != 0 && errno != EEXIST)
                 return SystemError();
             m_foldersToSync.insert(FolderOf(folder));
         }
-        m_foldersToSync.insert(FolderOf(in_place.m_temporary));
-        return WriteNewFile(in_place.m_temporary, in_file.m_bytes, in_place.m_target);
+        m_foldersToSync.insert(FolderOf(in_destination.m_temporary));
+        return WriteNewFile(in_destination.m_temporary, in_file.m_bytes, in_destination.m_target);
     }
 
     void SyncFolders()
@@ -195,10 +199,10 @@ private:
     {
         for (std::size_t i = 0; i < m_files.size(); ++i)
         {
-            if (!m_files[i].m_problem.isEmpty() || m_places[i].m_temporary.isEmpty())
+            if (!m_files[i].m_problem.isEmpty() || m_destinations[i].m_temporary.isEmpty())
                 continue;
             QString error;
-            const std::optional<std::string> bytes = ReadBytes(m_places[i].m_temporary, error);
+            const std::optional<std::string> bytes = ReadBytes(m_destinations[i].m_temporary, error);
             std::optional<std::string> difference;
             if (!bytes)
                 difference = error.isEmpty() ? "It is gone" : error.toStdString();
@@ -219,10 +223,10 @@ private:
         {
             if (m_files[i].m_problem.isEmpty())
                 continue;
-            if (!m_places[i].m_temporary.isEmpty())
-                unlink(m_places[i].m_temporary.constData());
+            if (!m_destinations[i].m_temporary.isEmpty())
+                unlink(m_destinations[i].m_temporary.constData());
             // Those that others use are not empty.
-            const std::vector<QByteArray>& folders = m_places[i].m_newFolders;
+            const std::vector<QByteArray>& folders = m_destinations[i].m_newFolders;
             for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder)
                 rmdir(folder->constData());
         }
@@ -245,7 +249,7 @@ private:
     const QByteArray m_folder;
     std::vector<FileSave>& m_files;
     const CheckBytes& m_check;
-    std::vector<Place> m_places;
+    std::vector<Destination> m_destinations;
     std::set<QByteArray> m_foldersToSync;
 };
 

@@ -335,7 +335,7 @@ protected:
         {
             const materialx::Document& document = DocumentOf(library, element.m_document);
             m_lines[element.m_document].push_back(
-                CopyElement(document, DeclarationOf(library, element).m_place, StyleOf(document)));
+                CopyElement(document, DeclarationOf(library, element).m_span, StyleOf(document)));
         }
         return plan;
     }

@@ -477,7 +477,7 @@ void OperationsTest::differences()
     QVERIFY(Compare(before, before).IsEmpty());
     Make(Rename(library, FindItem(library, "n"), "N"), library);
     Make(AddNode(library, 0, {materialx::eNewKind::eSignature, "new", "", ""}), library);
-    const auto graph = library.m_documents[0].m_document.GetDeclarations().at(2).m_place;
+    const auto graph = library.m_documents[0].m_document.GetDeclarations().at(2).m_span;
     QVERIFY(!Apply({{0, RemoveElement(library.m_documents[0].m_document, graph)}}, library));
     const std::vector<Item> after = MakeItems(library);
     const materialx::Differences differences = Compare(before, after);

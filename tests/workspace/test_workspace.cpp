@@ -156,7 +156,7 @@ private Q_SLOTS:
     }
 
     /// To undo a removal is to insert, which succeeds in a comment as well.
-    void aRemovalIsUndoneAtTheItemAndNotAtThePlace()
+    void aRemovalIsUndoneAtTheItemAndNotAtTheOffset()
     {
         const QByteArray comment = "  <!--" + QByteArray(300, ' ') + "-->\n\n";
         m_folder->Write(QStringLiteral("sky/more.mtlx"),
