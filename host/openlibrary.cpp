@@ -1,28 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "host/openlibrary.h"
 
-#include "host/materialxitems.h"
-#include "memorymodel/datalayer.h"
-#include "qtcompat/latin1.h"
-
-#include <QDir>
-#include <QFileInfo>
+#include "workspace/workspace.h"
 
 namespace host
 {
 
 memorymodel::Library* OpenLibrary(memorymodel::DataLayer& in_layer, const QString& in_path, QString* out_error)
 {
-    materialx::Library documents;
-    if (const auto error = materialx::ReadLibrary(in_path, documents))
-    {
-        *out_error = error->GetText();
-        return nullptr;
-    }
-    const QString name = QFileInfo(QDir::cleanPath(QFileInfo(in_path).absoluteFilePath())).fileName();
-    memorymodel::Library& library = in_layer.AddLibrary(qtcompat::ToLatin1(name));
-    AddItems(documents, materialx::MakeItems(documents), library);
-    return &library;
+    const std::shared_ptr<workspace::Workspace> workspace = workspace::Workspace::Open(in_layer, in_path, out_error);
+    return workspace ? &workspace->GetLibrary() : nullptr;
 }
 
 } // namespace host

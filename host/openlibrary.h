@@ -13,8 +13,8 @@ class Library;
 namespace host
 {
 
-/// Opens a MaterialX file, or a folder of such files, as a new library of the data layer. Everything is read before the
-/// data layer is changed. Time grows with the size of the files.
+/// Opens a MaterialX file, or a folder of such files, as a new library of the data layer, which is saved there.
+/// Everything is read before the data layer is changed. Time grows with the size of the files.
 /// \param out_error why it cannot be opened, as "FILE:LINE: reason"
 /// \return null on an error
 memorymodel::Library* OpenLibrary(memorymodel::DataLayer& in_layer, const QString& in_path, QString* out_error);

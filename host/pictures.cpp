@@ -121,15 +121,15 @@ private:
         }
     }
 
-    QPoint PlaceOfRow(int in_row) const
+    QPoint PositionOfRow(int in_row) const
     {
         return QPoint(120, gListTop + in_row * nodebrowser::gRowHeight + nodebrowser::gRowHeight / 2);
     }
 
     void Press(int in_row, Qt::MouseButton in_button)
     {
-        const QPoint place = PlaceOfRow(in_row);
-        QMouseEvent press(QEvent::MouseButtonPress, place, GetBrowser().mapToGlobal(place), in_button, in_button,
+        const QPoint position = PositionOfRow(in_row);
+        QMouseEvent press(QEvent::MouseButtonPress, position, GetBrowser().mapToGlobal(position), in_button, in_button,
                           Qt::NoModifier);
         QApplication::sendEvent(&GetBrowser(), &press);
         Settle();
@@ -150,7 +150,7 @@ private:
         const QPoint corner = GetBrowser().mapTo(&m_window, QPoint());
         QPixmap picture = m_window.grab(QRect(corner, gMenuSize));
         WhenOpen(QApplication::activePopupWidget, [&](QWidget& in_menu) {
-            QPainter(&picture).drawPixmap(PlaceOfRow(row), in_menu.grab());
+            QPainter(&picture).drawPixmap(PositionOfRow(row), in_menu.grab());
             in_menu.close();
         });
         Press(row, Qt::RightButton);

@@ -132,7 +132,7 @@ std::optional<Fault> ReadDeclarations(std::string_view in_text, const std::vecto
         for (; first < last; ++first, element = element.next_sibling())
         {
             Declaration declaration;
-            declaration.m_place = in_elements[first];
+            declaration.m_span = in_elements[first];
             Read(element, declaration);
             io_declarations.push_back(std::move(declaration));
         }

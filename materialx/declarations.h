@@ -42,7 +42,7 @@ struct Declaration
 {
     eDeclaration m_kind = eDeclaration::eOther;
     bool m_isLoop = false;             ///< of a "nodedef": loop="true"
-    Span m_place;                      ///< in the text of the document
+    Span m_span;                       ///< in the text of the document
     std::string m_name;                ///< of any element
     std::string m_node;                ///< of a "nodedef": "node"; of an "attributedef": "attrname"
     std::string m_nodeDef;             ///< of what implements: the definition; of a "nodedef": "inherit"

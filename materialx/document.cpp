@@ -85,15 +85,15 @@ std::optional<Fault> Document::ReadAround(const Edit& in_edit)
     const std::size_t editEnd = in_edit.m_offset + in_edit.m_removed.size();
     const auto first =
         std::partition_point(m_declarations.begin(), m_declarations.end(), [&](const Declaration& in_declaration) {
-            return in_declaration.m_place.m_end <= in_edit.m_offset;
+            return in_declaration.m_span.m_end <= in_edit.m_offset;
         });
     const auto last = std::partition_point(first, m_declarations.end(), [&](const Declaration& in_declaration) {
-        return in_declaration.m_place.m_begin < editEnd;
+        return in_declaration.m_span.m_begin < editEnd;
     });
-    const std::size_t oldEnd = last == m_declarations.end() ? m_outline.m_contentEnd : last->m_place.m_begin;
+    const std::size_t oldEnd = last == m_declarations.end() ? m_outline.m_contentEnd : last->m_span.m_begin;
     // Unsigned numbers wrap around, so that adding this also makes smaller.
     const std::size_t growth = in_edit.m_inserted.size() - in_edit.m_removed.size();
-    const Span part = {first == m_declarations.begin() ? m_outline.m_contentBegin : std::prev(first)->m_place.m_end,
+    const Span part = {first == m_declarations.begin() ? m_outline.m_contentBegin : std::prev(first)->m_span.m_end,
                        oldEnd + growth};
     Replace(m_bytes, in_edit);
     std::vector<Span> elements;
@@ -107,7 +107,7 @@ std::optional<Fault> Document::ReadAround(const Edit& in_edit)
         return fault;
     }
     for (auto behind = last; behind != m_declarations.end(); ++behind)
-        behind->m_place = {behind->m_place.m_begin + growth, behind->m_place.m_end + growth};
+        behind->m_span = {behind->m_span.m_begin + growth, behind->m_span.m_end + growth};
     m_outline.m_contentEnd += growth;
     const auto replaced = std::min(std::distance(first, last), static_cast<std::ptrdiff_t>(read.size()));
     const auto rest = std::move(read.begin(), read.begin() + replaced, first);

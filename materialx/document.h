@@ -27,14 +27,14 @@ public:
 
     /// Takes the bytes of a file. Nothing is expanded, fetched or included. Linear time; beside the bytes it takes
     /// the declarations, and for a while a few times the largest element. On a fault the document is as before; its
-    /// place is an offset into the text, which is the bytes themselves when they are UTF-8.
+    /// position is an offset into the text, which is the bytes themselves when they are UTF-8.
     /// \param out_line the line of the fault, from 1
     std::optional<Fault> Read(std::string in_bytes, std::size_t* out_line = nullptr);
 
     const std::string& GetBytes() const { return m_bytes; }
     /// In the order of the document. An edit can change how many there are.
     const std::vector<Declaration>& GetDeclarations() const { return m_declarations; }
-    /// The elements of the outline are the places of the declarations; its own list is empty.
+    /// The elements of the outline are the spans of the declarations; its own list is empty.
     const Outline& GetOutline() const { return m_outline; }
     bool IsEmpty() const { return m_bytes.empty(); }
 
@@ -43,7 +43,7 @@ public:
 
     /// Makes an edit if the bytes it removes are there and the document stays well-formed; on a fault the document is
     /// as before. Reads only the elements that the edit touches. The time beside that is for moving the bytes and the
-    /// places behind them.
+    /// spans behind them.
     std::optional<Fault> Apply(const Edit& in_edit);
 
 private:

@@ -11,7 +11,7 @@
 namespace materialx
 {
 
-/// Replaces the bytes at one place of a text. All that undoing needs is in it.
+/// Replaces the bytes at one offset of a text. All that undoing needs is in it.
 struct Edit
 {
     std::size_t m_offset = 0;

@@ -43,7 +43,15 @@ std::string IdentityName(const Item& in_item)
     return name;
 }
 
-/// The names of the identities of some items, each only once.
+} // namespace
+
+bool AreAlike(const Item& in_a, const Item& in_b)
+{
+    return in_a.m_kind == in_b.m_kind && in_a.m_isLoop == in_b.m_isLoop && in_a.m_name == in_b.m_name &&
+           in_a.m_shownName == in_b.m_shownName && in_a.m_tags == in_b.m_tags && in_a.m_parent == in_b.m_parent &&
+           in_a.m_specializes == in_b.m_specializes && in_a.m_source == in_b.m_source;
+}
+
 std::vector<std::string> IdentityNames(const std::vector<Item>& in_items)
 {
     std::vector<std::string> names;
@@ -60,23 +68,19 @@ std::vector<std::string> IdentityNames(const std::vector<Item>& in_items)
     return names;
 }
 
-bool AreEqual(const Item& in_a, const Item& in_b)
-{
-    return in_a.m_kind == in_b.m_kind && in_a.m_isLoop == in_b.m_isLoop && in_a.m_name == in_b.m_name &&
-           in_a.m_shownName == in_b.m_shownName && in_a.m_tags == in_b.m_tags && in_a.m_parent == in_b.m_parent &&
-           in_a.m_specializes == in_b.m_specializes && in_a.m_source == in_b.m_source;
-}
-
-} // namespace
-
-std::vector<QUuid> MakeIdentities(const std::vector<Item>& in_items)
+QUuid MakeIdentity(const std::string& in_identityName)
 {
     // Made for this purpose, once and for ever: another one would give every item another identity.
     static const QUuid space(0x5b0d1f6e, 0x4c5d, 0x4f0e, 0x9a, 0x37, 0x61, 0x8e, 0xd2, 0x0b, 0xc4, 0x79);
+    return QUuid::createUuidV5(space, QByteArray(in_identityName.data(), static_cast<int>(in_identityName.size())));
+}
+
+std::vector<QUuid> MakeIdentities(const std::vector<Item>& in_items)
+{
     std::vector<QUuid> identities;
     identities.reserve(in_items.size());
     for (const std::string& name : IdentityNames(in_items))
-        identities.push_back(QUuid::createUuidV5(space, QByteArray(name.data(), static_cast<int>(name.size()))));
+        identities.push_back(MakeIdentity(name));
     return identities;
 }
 
@@ -99,7 +103,7 @@ Differences Compare(const std::vector<Item>& in_before, const std::vector<Item>&
             continue;
         }
         isThere[found->second] = true;
-        if (!AreEqual(in_before[found->second], in_after[i]))
+        if (!AreAlike(in_before[found->second], in_after[i]))
             differences.m_changed.emplace_back(found->second, i);
     }
     for (std::size_t i = 0; i < before.size(); ++i)
@@ -121,7 +125,7 @@ std::optional<std::string> FindDifference(const Document& in_document, const std
     const std::size_t common = std::min(meant.size(), found.size());
     for (std::size_t i = 0; i < common; ++i)
         if (!SayTheSame(meant[i], found[i]))
-            return "Line " + std::to_string(LineOf(in_bytes, found[i].m_place.m_begin)) + ": The element \"" +
+            return "Line " + std::to_string(LineOf(in_bytes, found[i].m_span.m_begin)) + ": The element \"" +
                    found[i].m_name + "\" is not the one that was meant.";
     if (meant.size() != found.size())
         return "There are " + std::to_string(found.size()) + " elements where " + std::to_string(meant.size()) +

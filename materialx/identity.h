@@ -21,6 +21,16 @@ namespace materialx
 /// name the first has that identity, and each other one that of its number behind the name.
 MATERIALX_EXPORT std::vector<QUuid> MakeIdentities(const std::vector<Item>& in_items);
 
+/// What the identities are made of: a text for each of some items, the same for the same item at another time, and
+/// different from all others of the list.
+MATERIALX_EXPORT std::vector<std::string> IdentityNames(const std::vector<Item>& in_items);
+
+/// The identity that is made of such a text.
+MATERIALX_EXPORT QUuid MakeIdentity(const std::string& in_identityName);
+
+/// Whether two items say the same, wherever they stand.
+MATERIALX_EXPORT bool AreAlike(const Item& in_a, const Item& in_b);
+
 /// How some items became others, by their identities. Numbers are indices into the lists.
 struct Differences
 {

@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -53,11 +54,11 @@ std::string LinesFor(const Document& in_from, const Declaration& in_element, con
     for (const char* const name : gInherited)
     {
         const std::string value = RootAttribute(in_from, name);
-        const StartTag tag = ScanStartTag(in_from.GetBytes(), in_element.m_place.m_begin);
+        const StartTag tag = ScanStartTag(in_from.GetBytes(), in_element.m_span.m_begin);
         if (IsNodeOrGraph(in_element) && value != RootAttribute(in_to, name) && !tag.Find(in_from.GetBytes(), name))
             added.emplace_back(name, value);
     }
-    return CopyElement(in_from, in_element.m_place, in_style, added);
+    return CopyElement(in_from, in_element.m_span, in_style, added);
 }
 
 /// The document that takes the elements of another one when they come into a source.
@@ -120,6 +121,102 @@ std::vector<DeclarationIndex> ElementsOf(const Library& in_library, const Item& 
     return elements;
 }
 
+std::vector<std::vector<std::size_t>> DocumentsOf(const Library& in_library, const std::vector<Item>& in_items)
+{
+    using Documents = std::vector<std::size_t>;
+    std::unordered_map<std::string_view, Documents> ofNode;                         // of its definitions
+    std::unordered_map<std::string_view, Documents> ofGraph;                        // by name
+    std::unordered_map<std::string_view, Documents> ofImplementation;               // of what implements a definition
+    std::unordered_map<std::string_view, std::vector<std::string_view>> graphsOf;   // that a definition's name
+    std::unordered_map<std::string_view, std::vector<std::string_view>> nodeDefsOf; // of a node
+    for (std::size_t i = 0; i < in_library.m_documents.size(); ++i)
+        for (const Declaration& declaration : DocumentOf(in_library, i).GetDeclarations())
+            switch (declaration.m_kind)
+            {
+            case eDeclaration::eNodeDef:
+                ofNode[declaration.m_node].push_back(i);
+                nodeDefsOf[declaration.m_node].push_back(declaration.m_name);
+                break;
+            case eDeclaration::eImplementation:
+                ofImplementation[declaration.m_nodeDef].push_back(i);
+                graphsOf[declaration.m_nodeDef].push_back(declaration.m_nodeGraph);
+                break;
+            case eDeclaration::eNodeGraph:
+                ofImplementation[declaration.m_nodeDef].push_back(i);
+                ofGraph[declaration.m_name].push_back(i);
+                break;
+            default:
+                break;
+            }
+    ofImplementation.erase(std::string_view());
+    graphsOf.erase(std::string_view());
+    ofGraph.erase(std::string_view());
+    const auto append = [](const std::unordered_map<std::string_view, Documents>& in_from, std::string_view in_name,
+                           Documents& io_documents) {
+        if (const auto found = in_from.find(in_name); found != in_from.end())
+            io_documents.insert(io_documents.end(), found->second.begin(), found->second.end());
+    };
+    std::vector<Documents> all;
+    all.reserve(in_items.size());
+    for (const Item& item : in_items)
+    {
+        Documents& documents = all.emplace_back(1, item.m_declaration.m_document);
+        const Declaration& first = DeclarationOf(in_library, item.m_declaration);
+        if (first.m_kind != eDeclaration::eNodeDef)
+            continue;
+        std::vector<std::string_view> nodeDefs = {first.m_name};
+        if (item.m_kind == eKind::ePolymorphicSolver)
+        {
+            append(ofNode, first.m_node, documents);
+            nodeDefs = nodeDefsOf[first.m_node];
+        }
+        for (const std::string_view nodeDef : nodeDefs)
+        {
+            append(ofImplementation, nodeDef, documents);
+            if (const auto graphs = graphsOf.find(nodeDef); graphs != graphsOf.end())
+                for (const std::string_view graph : graphs->second)
+                    append(ofGraph, graph, documents);
+        }
+        std::sort(documents.begin(), documents.end());
+        documents.erase(std::unique(documents.begin(), documents.end()), documents.end());
+    }
+    return all;
+}
+
+Plan Remove(const Library& in_library, const Item& in_item)
+{
+    if (!in_item.m_parent.empty() || in_item.m_kind == eKind::eGlobalConstant)
+        return Refuse("Only types and nodes can be removed.");
+    if (!in_item.m_specializes.empty() || in_item.m_kind == eKind::ePolymorphicSolver)
+        return Refuse("A node with several definitions cannot be removed.");
+    const std::vector<DeclarationIndex> elements = ElementsOf(in_library, in_item);
+    std::unordered_set<std::string_view> graphs;
+    std::unordered_set<const Declaration*> gone;
+    for (const DeclarationIndex& element : elements)
+    {
+        const Declaration& declaration = DeclarationOf(in_library, element);
+        gone.insert(&declaration);
+        if (declaration.m_kind == eDeclaration::eNodeGraph)
+            graphs.insert(declaration.m_name);
+    }
+    for (const LibraryDocument& document : in_library.m_documents)
+        for (const Declaration& declaration : document.m_document.GetDeclarations())
+            if (declaration.m_kind == eDeclaration::eImplementation && gone.count(&declaration) == 0 &&
+                graphs.count(declaration.m_nodeGraph) != 0)
+                return Refuse("Its graph implements another node, too.");
+    Plan plan;
+    // From the last one to the first, so that the offsets before it stay.
+    for (auto element = elements.rbegin(); element != elements.rend(); ++element)
+    {
+        const Document& document = DocumentOf(in_library, element->m_document);
+        if (!document.CanBeEdited())
+            return Refuse(gNotUtf8);
+        plan.m_change.push_back(
+            {element->m_document, RemoveElement(document, DeclarationOf(in_library, *element).m_span)});
+    }
+    return plan;
+}
+
 Plan Move(Library& io_library, const Item& in_item, std::size_t in_source)
 {
     if (!in_item.m_parent.empty() || in_item.m_kind == eKind::eGlobalConstant)
@@ -139,7 +236,7 @@ Plan Move(Library& io_library, const Item& in_item, std::size_t in_source)
     std::map<std::size_t, std::string> rootTagOf;
     std::unordered_set<std::size_t> withTags;
     Plan plan;
-    // From the last one to the first, so that the places before it stay.
+    // From the last one to the first, so that the offsets before it stay.
     for (auto element = elements.rbegin(); element != elements.rend(); ++element)
     {
         const Document& from = DocumentOf(io_library, element->m_document);
@@ -158,7 +255,7 @@ Plan Move(Library& io_library, const Item& in_item, std::size_t in_source)
             withTags.insert(target);
         std::vector<std::string>& lines = linesOf[target];
         lines.insert(lines.begin(), LinesFor(from, declaration, to, StyleOf(to)));
-        plan.m_change.push_back({element->m_document, RemoveElement(from, declaration.m_place)});
+        plan.m_change.push_back({element->m_document, RemoveElement(from, declaration.m_span)});
     }
     for (auto& [target, lines] : linesOf)
     {

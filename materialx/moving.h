@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// Elements of items, and their way into other documents.
+/// Elements of items, and their way into other documents or out of all.
 #pragma once
 
 #include "materialx/export.h"
@@ -15,6 +15,13 @@ namespace materialx
 /// The declarations that make up an item: its definitions, what implements them, and the graphs that those name. In the
 /// order of the documents.
 MATERIALX_EXPORT std::vector<DeclarationIndex> ElementsOf(const Library& in_library, const Item& in_item);
+
+/// The documents that hold elements of each of some items. Linear in the size of the library, for all of them together.
+MATERIALX_EXPORT std::vector<std::vector<std::size_t>> DocumentsOf(const Library& in_library,
+                                                                   const std::vector<Item>& in_items);
+
+/// Removes the elements of an item, each with the comment right above it. A document whose last element goes stays.
+MATERIALX_EXPORT Plan Remove(const Library& in_library, const Item& in_item);
 
 /// Moves the elements of an item that are not in a source yet, each with the comment right above it. They go into the
 /// document of the same file name in the folder of the source, else into one called like the source there. A document

@@ -91,7 +91,7 @@ std::vector<Output> OutputsOf(const Library& in_library, std::string in_nodeDef)
     for (auto base = nodeDefs.find(in_nodeDef); base != nodeDefs.end(); base = nodeDefs.find(in_nodeDef))
     {
         const auto [document, declaration] = base->second;
-        for (Output& output : ReadOutputs(declaration->m_place.In(document->GetBytes())))
+        for (Output& output : ReadOutputs(declaration->m_span.In(document->GetBytes())))
             if (std::none_of(outputs.begin(), outputs.end(),
                              [&](const Output& in_other) { return in_other.m_name == output.m_name; }))
                 outputs.push_back(std::move(output));

@@ -28,7 +28,7 @@ DocumentEdit EditAttribute(const Library& in_library, const Item& in_item, std::
 {
     const std::size_t document = in_item.m_declaration.m_document;
     const std::string& text = DocumentOf(in_library, document).GetBytes();
-    const std::size_t element = DeclarationOf(in_library, in_item.m_declaration).m_place.m_begin;
+    const std::size_t element = DeclarationOf(in_library, in_item.m_declaration).m_span.m_begin;
     return {document,
             in_value ? SetAttribute(text, element, in_name, *in_value) : RemoveAttribute(text, element, in_name)};
 }
@@ -78,7 +78,7 @@ Plan SetTags(const Library& in_library, const Item& in_item, const std::string& 
         return Plan();
     if (in_tags == JoinTags(TagsOfTheRules(in_library, in_item)))
         return {{EditAttribute(in_library, in_item, "tags", nullptr)}, std::string()};
-    // What stands further behind is edited first, so that the places before it stay.
+    // What stands further behind is edited first, so that the offsets before it stay.
     Plan plan;
     const std::size_t index = in_item.m_declaration.m_document;
     const Document& document = DocumentOf(in_library, index);

@@ -56,9 +56,9 @@ bool IsFirstOnLine(std::string_view in_text, size_t in_offset)
     return begin == 0 || IsLineEnd(in_text[begin - 1]);
 }
 
-Edit MakeEdit(std::string_view in_text, Span in_place, std::string in_inserted)
+Edit MakeEdit(std::string_view in_text, Span in_span, std::string in_inserted)
 {
-    return {in_place.m_begin, std::string(in_place.In(in_text)), std::move(in_inserted)};
+    return {in_span.m_begin, std::string(in_span.In(in_text)), std::move(in_inserted)};
 }
 
 std::string WithLineEnds(std::string_view in_text, const std::string& in_lineEnd)
@@ -89,10 +89,10 @@ Style StyleOf(const Document& in_document)
     if (emptyEnd != std::string_view::npos && emptyEnd > 0 && text[emptyEnd - 1] == ' ')
         style.m_emptyEnd = " />";
     for (const Declaration& declaration : in_document.GetDeclarations())
-        if (IsFirstOnLine(text, declaration.m_place.m_begin))
+        if (IsFirstOnLine(text, declaration.m_span.m_begin))
         {
-            const size_t begin = BeforeBlanks(text, declaration.m_place.m_begin);
-            style.m_indent = text.substr(begin, declaration.m_place.m_begin - begin);
+            const size_t begin = BeforeBlanks(text, declaration.m_span.m_begin);
+            style.m_indent = text.substr(begin, declaration.m_span.m_begin - begin);
             break;
         }
     return style;

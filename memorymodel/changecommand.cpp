@@ -24,14 +24,11 @@ public:
 
     void undo() override { Run(false); }
 
-    /// The stack calls this at the push, too. Then DoChange() notifies: an observer that writes meanwhile finds this
-    /// command on the stack already, and its own command goes on top.
+    /// The stack calls this at the push, too, when the change has just been made.
     void redo() override
     {
         if (m_pushed)
             Run(true);
-        else
-            m_change->Apply(true);
         m_pushed = true;
     }
 
@@ -69,12 +66,17 @@ bool DoChange(const std::shared_ptr<Change>& in_change, hmx::fwk::ICommandManage
 {
     CommandManager* const manager = dynamic_cast<CommandManager*>(in_commands);
     CommandStack* const stack = manager ? &CommandStack::Of(*manager) : nullptr;
-    return in_change->RunStep(true, [&] {
+    return in_change->RunAround(true, [&] {
         // A stack takes no command while it undoes or redoes one.
-        if (stack && !stack->m_running)
-            stack->m_undoStack.push(new ChangeCommand(*stack, in_change));
-        else
-            in_change->Apply(true);
+        if (!stack || stack->m_running)
+            return in_change->Apply(true);
+        // Made now, since the text names the item as it is before. On the stack before anybody is notified: an observer
+        // that writes finds it there, and its own command goes on top.
+        std::unique_ptr<ChangeCommand> command(new ChangeCommand(*stack, in_change));
+        if (!in_change->Apply(true))
+            return false;
+        stack->m_undoStack.push(command.release());
+        return true;
     });
 }
 

@@ -25,7 +25,7 @@ QString Change::GetItemText() const
     return QString::fromLatin1(m_item->GetKindName()) + QLatin1Char(' ') + qtcompat::FromLatin1(m_item->m_name);
 }
 
-bool Change::RunStep(bool in_forward, const std::function<void()>& in_step)
+bool Change::RunAround(bool in_forward, const std::function<bool()>& in_apply)
 {
     const std::shared_ptr<LibraryContents> library = m_library.lock();
     if (!library || !MayRun(*library, in_forward))
@@ -38,23 +38,32 @@ bool Change::RunStep(bool in_forward, const std::function<void()>& in_step)
         NotifyBefore(*library, in_forward);
         if (!MayRun(*library, in_forward))
             return;
-        in_step();
-        done = true;
+        done = in_apply();
+        if (!done)
+        {
+            // Observers may have been told of what does not happen now.
+            library->NotifyInvalidated();
+            return;
+        }
         NotifyAfter(*library, in_forward);
+        if (m_step)
+            m_step->Settle();
     });
     return done;
 }
 
 void Change::Run(bool in_forward)
 {
-    RunStep(in_forward, [&] { Apply(in_forward); });
+    RunAround(in_forward, [&] { return Apply(in_forward); });
 }
 
-void Change::Apply(bool in_forward)
+bool Change::Apply(bool in_forward)
 {
     const std::shared_ptr<LibraryContents> library = m_library.lock();
-    if (library && MayRun(*library, in_forward))
-        Write(*library, in_forward);
+    if (!library || !MayRun(*library, in_forward) || (m_step && !m_step->Run(in_forward)))
+        return false;
+    Write(*library, in_forward);
+    return true;
 }
 
 PresenceChange::PresenceChange(const std::shared_ptr<LibraryContents>& in_library, std::shared_ptr<Item> in_item,

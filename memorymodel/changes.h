@@ -3,6 +3,7 @@
 #pragma once
 
 #include "memorymodel/librarycontents.h"
+#include "memorymodel/store.h"
 
 #include <QString>
 
@@ -25,15 +26,21 @@ public:
     /// What the change does, for a menu. Ask right before it is done for the first time: it names the item.
     virtual QString GetText() const = 0;
 
+    /// Gives the change its store's part, before it is done for the first time. It runs right before the library
+    /// changes, and when it cannot, the change is not made.
+    void SetStep(std::unique_ptr<Step> in_step) { m_step = std::move(in_step); }
+
     /// Does or undoes the change, with its notifications.
     void Run(bool in_forward);
 
-    /// Calls in_step, which has to lead to Apply(), with the notifications of the change around it.
-    /// \return false, and in_step is not called, when there is nothing to change
-    bool RunStep(bool in_forward, const std::function<void()>& in_step);
+    /// Calls in_apply, which has to lead to Apply() and return its answer, with the notifications of the change around
+    /// it.
+    /// \return false when nothing was changed; in_apply is not called when there is nothing to change
+    bool RunAround(bool in_forward, const std::function<bool()>& in_apply);
 
     /// Does or undoes the change and notifies nobody.
-    void Apply(bool in_forward);
+    /// \return false when nothing was changed
+    bool Apply(bool in_forward);
 
 protected:
     Change(const std::shared_ptr<LibraryContents>& in_library, std::shared_ptr<Item> in_item);
@@ -54,7 +61,8 @@ private:
     bool MayRun(const LibraryContents& in_library, bool in_forward) const;
 
     const std::weak_ptr<LibraryContents> m_library;
-    const bool m_evenReadOnly; ///< the source was read-only when the change was made
+    const bool m_evenReadOnly;    ///< the source was read-only when the change was made
+    std::unique_ptr<Step> m_step; ///< null without a store
 };
 
 /// An item comes to its library or leaves it.

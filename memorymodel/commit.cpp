@@ -1,45 +1,55 @@
 // SPDX-License-Identifier: MIT
 #include "memorymodel/commit.h"
 
+#include <cstdint>
+#include <set>
+
 namespace memorymodel
 {
 namespace
 {
 
-/// Saves one item.
-/// \return why it could not be saved; empty on success
-std::string CommitItem(const LibraryContents& in_library, Item& io_item)
+/// An item and its state when the commit began: the store may change the item, and saves what it was before.
+struct Saving
 {
-    // The writer may change the item: what it saved is the revision from before.
-    const std::uint64_t revision = io_item.m_revision;
-    // A copy, since the writer may close the library.
-    const LibraryContents::Writer writer = in_library.GetWriter();
-    const std::string error = writer ? writer(io_item.GetItemID()) : std::string();
-    if (error.empty())
-        io_item.m_committed = revision;
-    return error;
+    std::shared_ptr<Item> m_item;
+    std::uint64_t m_revision;
+};
+
+CommitAnswer AskStore(const LibraryContents& in_library, const CommitRequest& in_request)
+{
+    // A copy, since the store may close the library.
+    if (const std::shared_ptr<Store> store = in_library.GetStore())
+        return store->Commit(in_request);
+    CommitAnswer answer;
+    answer.m_isWritten = !in_request.m_items.empty();
+    answer.m_saved = in_request.m_items;
+    return answer;
 }
 
 } // namespace
 
-CommitResult CommitItems(LibraryContents& io_library, bool in_everything, const DataSource* in_only)
+CommitAnswer CommitItems(LibraryContents& io_library, bool in_everything, const DataSource* in_only)
 {
-    CommitResult result;
-    io_library.CountCommit();
-    // By number and asked anew each time: a writer may change the library.
-    for (std::size_t number = 0; number < io_library.GetItems().size(); ++number)
+    CommitRequest request;
+    request.m_isEverything = in_everything;
+    request.m_only = in_only;
+    std::vector<Saving> savings;
+    for (const std::shared_ptr<Item>& item : io_library.GetItems())
     {
-        const std::shared_ptr<Item> item = io_library.GetItems()[number];
         if (!item || item->m_source->IsReadOnly() || (in_only && item->m_source.get() != in_only) ||
             !(in_everything || item->IsDirty()))
             continue;
-        const std::string error = CommitItem(io_library, *item);
-        if (error.empty())
-            result.m_written = true;
-        else
-            result.m_messages.push_back(error);
+        request.m_items.push_back(item->GetItemID());
+        savings.push_back({item, item->m_revision});
     }
-    return result;
+    io_library.CountCommit();
+    CommitAnswer answer = AskStore(io_library, request);
+    const std::set<vireo::datamodel::ItemID> saved(answer.m_saved.begin(), answer.m_saved.end());
+    for (const Saving& saving : savings)
+        if (saved.count(saving.m_item->GetItemID()) != 0)
+            saving.m_item->m_committed = saving.m_revision;
+    return answer;
 }
 
 } // namespace memorymodel

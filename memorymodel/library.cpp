@@ -142,9 +142,19 @@ bool Library::IsLoopCompound(const ItemID& in_item) const
     return item && item->m_loop;
 }
 
-void Library::SetWriter(std::function<std::string(const ItemID&)> in_writer)
+void Library::SetStore(std::shared_ptr<Store> in_store)
 {
-    m_private->SetWriter(std::move(in_writer));
+    m_private->SetStore(std::move(in_store));
+}
+
+void Library::Follow(const ItemID& in_item, const StoredItem& in_stored, eFollowing in_following)
+{
+    m_private->Follow(in_item, in_stored, in_following);
+}
+
+void Library::Drop(const ItemID& in_item)
+{
+    m_private->DropItem(in_item);
 }
 
 } // namespace memorymodel

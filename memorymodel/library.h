@@ -9,7 +9,6 @@
 #include "memorymodel/newitem.h"
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,6 +18,9 @@ namespace memorymodel
 
 class DataLayer;
 class LibraryContext;
+class Store;
+enum class eFollowing;
+struct StoredItem;
 
 /// Made by DataLayer::AddLibrary() and owned by the data layer. This class is for whoever sets up content; everybody
 /// else reads and writes through GetAccessor().
@@ -99,10 +101,18 @@ public:
     bool IsLoopCompound(const vireo::datamodel::ItemID& in_item) const;      ///< its graph runs in a loop
     /// \}
 
-    /// A commit calls the writer with each item that it saves, in the order of GetItems(). The writer returns an error
-    /// sentence, or an empty text on success. Items of read-only sources are never saved. Without a writer there is
-    /// nowhere to write to: a commit only makes the items clean.
-    void SetWriter(std::function<std::string(const vireo::datamodel::ItemID&)> in_writer);
+    /// Keeps the library in a store from now on; null for memory alone, as at first. Then there is nowhere to write to,
+    /// and a commit only makes the items clean. With a store, each change below and of the boundary is made in the
+    /// store, too, or refused; but for Add(), Follow() and Drop(), by which the store says what it has. Items of
+    /// read-only sources are never saved.
+    void SetStore(std::shared_ptr<Store> in_store);
+
+    /// Makes an item what its store has, and sends a notification for what differs; LibraryInvalidated() if that is the
+    /// source. Cannot be undone.
+    void Follow(const vireo::datamodel::ItemID& in_item, const StoredItem& in_stored, eFollowing in_following);
+
+    /// Removes an item that its store has no more. Like Remove(), for good and without asking the store.
+    void Drop(const vireo::datamodel::ItemID& in_item);
 
 private:
     friend class DataLayer;

@@ -189,6 +189,51 @@ void LibraryContents::TakeOut(Item& io_item)
     m_items[io_item.m_number].reset();
 }
 
+void LibraryContents::SetStore(std::shared_ptr<Store> in_store)
+{
+    if (const std::shared_ptr<Store> before = std::exchange(m_store, std::move(in_store)))
+        before->Close();
+}
+
+void LibraryContents::Follow(const ItemID& in_item, const StoredItem& in_stored, eFollowing in_following)
+{
+    const std::shared_ptr<Item> item = FindItem(in_item);
+    const std::shared_ptr<DataSource> source = in_stored.m_source ? FindSource(*in_stored.m_source) : nullptr;
+    if (!item || !source)
+        return;
+    item->m_readOnly = in_stored.m_isReadOnly;
+    const auto isSame = [&] {
+        return item->m_name == in_stored.m_name && item->m_tags == in_stored.m_tags && item->m_source == source;
+    };
+    if (isSame())
+        return;
+    InBracket([&] {
+        // An observer may have changed the item or closed the library.
+        if (!item->IsAlive() || isSame())
+            return;
+        const bool isRenamed = item->m_name != in_stored.m_name;
+        const bool isTagged = item->m_tags != in_stored.m_tags;
+        const bool isMoved = item->m_source != source;
+        item->m_name = in_stored.m_name;
+        item->m_tags = in_stored.m_tags;
+        item->m_source = source;
+        if (in_following == eFollowing::eNews)
+        {
+            // None of the states that commands know. A clean item stays clean: this is what the store has.
+            const bool isDirty = item->IsDirty();
+            item->m_revision = NewRevision();
+            if (!isDirty)
+                item->m_committed = item->m_revision;
+        }
+        if (isMoved)
+            NotifyInvalidated();
+        if (isRenamed)
+            NotifyNameChanged(in_item);
+        if (isTagged)
+            NotifyTagsChanged(in_item, gApplicationTagsKey);
+    });
+}
+
 void LibraryContents::Close()
 {
     if (!IsOpen())
@@ -207,7 +252,7 @@ void LibraryContents::Close()
         list.Clear();
     for (const int resource : m_resources)
         m_database->RemoveResource(resource);
-    m_writer = nullptr;
+    SetStore(nullptr);
     NotifyClosing();
 }
 

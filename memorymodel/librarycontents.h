@@ -7,12 +7,12 @@
 #include "memorymodel/items.h"
 #include "memorymodel/newitem.h"
 #include "memorymodel/observedcontext.h"
+#include "memorymodel/store.h"
 #include "memorymodel/typelist.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,15 +27,13 @@ namespace memorymodel
 class LibraryContents : public ObservedContext, public ItemOwner
 {
 public:
-    using Writer = std::function<std::string(const ItemID&)>;
-
     const std::string& GetName() const { return m_name; }
     std::uint64_t GetSpace() const { return m_space; }
     Database& GetDatabase() const { return *m_database; }
     nexa4::NEXAPtr<nexa4::IDataModelMgr> GetManager() const override { return m_database->GetManager(); }
-    /// See Library::SetWriter(). Empty when there is none.
-    const Writer& GetWriter() const { return m_writer; }
-    void SetWriter(Writer in_writer) { m_writer = std::move(in_writer); }
+    /// Null when the library is in memory alone.
+    const std::shared_ptr<Store>& GetStore() const { return m_store; }
+    void SetStore(std::shared_ptr<Store> in_store);
 
     DataSource& AddDataSource(std::string in_name, unsigned in_flags, std::string in_location);
     const std::vector<std::shared_ptr<DataSource>>& GetDataSources() const { return m_sources; }
@@ -62,6 +60,8 @@ public:
     void PutIn(const std::shared_ptr<Item>& in_item);
     void TakeOut(Item& io_item);
     std::uint64_t NewRevision() { return ++m_revisions; }
+    /// See Library::Follow().
+    void Follow(const ItemID& in_item, const StoredItem& in_stored, eFollowing in_following);
     /// Notes that a commit begins: it misses the items that are out of the library now, so they are dirty when they
     /// come back.
     void CountCommit() { ++m_commits; }
@@ -88,7 +88,7 @@ private:
     std::vector<std::shared_ptr<Item>> m_items; ///< see GetItems()
     std::size_t m_itemCount = 0;
     mutable std::array<TypeList, 5> m_lists; ///< in the order of TypeIndex()
-    Writer m_writer;
+    std::shared_ptr<Store> m_store;
 };
 
 } // namespace memorymodel

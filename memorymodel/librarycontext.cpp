@@ -32,6 +32,19 @@ std::shared_ptr<LibraryContext> LibraryContext::GetThis()
     return std::static_pointer_cast<LibraryContext>(shared_from_this());
 }
 
+bool LibraryContext::Do(const std::shared_ptr<Change>& in_change,
+                        const std::function<std::unique_ptr<Step>(Store&)>& in_ask, ICommandManager* in_commands)
+{
+    if (const std::shared_ptr<Store> store = GetStore())
+    {
+        std::unique_ptr<Step> step = in_ask(*store);
+        if (!step)
+            return false;
+        in_change->SetStep(std::move(step));
+    }
+    return DoChange(in_change, in_commands);
+}
+
 std::string LibraryContext::GetItemName(const ItemID& in_item, bool /*in_displayName*/, const char* /*in_scope*/) const
 {
     const std::shared_ptr<Item> item = FindItem(in_item);
@@ -100,20 +113,32 @@ void LibraryContext::RemoveObserver(IItemTOCNotification* in_observer, int in_ki
 bool LibraryContext::RemoveItem(const ItemID& in_item, ICommandManager* in_commands)
 {
     const std::shared_ptr<Item> item = FindItem(in_item);
-    return item && DoChange(std::make_shared<PresenceChange>(GetThis(), item, false), in_commands);
+    return item && Do(
+                       std::make_shared<PresenceChange>(GetThis(), item, false),
+                       [&](Store& io_store) { return io_store.Remove(in_item); }, in_commands);
+}
+
+void LibraryContext::DropItem(const ItemID& in_item)
+{
+    if (const std::shared_ptr<Item> item = FindItem(in_item))
+        DoChange(std::make_shared<PresenceChange>(GetThis(), item, false), nullptr);
 }
 
 bool LibraryContext::RenameItem(const ItemID& in_item, const std::string& in_name, ICommandManager* in_commands)
 {
     const std::shared_ptr<Item> item = FindItem(in_item);
-    return item && DoChange(std::make_shared<NameChange>(GetThis(), item, in_name), in_commands);
+    return item && Do(
+                       std::make_shared<NameChange>(GetThis(), item, in_name),
+                       [&](Store& io_store) { return io_store.Rename(in_item, in_name); }, in_commands);
 }
 
 bool LibraryContext::SetTags(const ItemID& in_item, const char* in_key, const std::string& in_tags,
                              ICommandManager* in_commands)
 {
     const std::shared_ptr<Item> item = FindItem(in_item);
-    return item && DoChange(std::make_shared<TagsChange>(GetThis(), item, in_key, in_tags), in_commands);
+    return item && Do(
+                       std::make_shared<TagsChange>(GetThis(), item, in_key, in_tags),
+                       [&](Store& io_store) { return io_store.SetTags(in_item, in_key, in_tags); }, in_commands);
 }
 
 void LibraryContext::RenameCompound(const Item& in_item, const char* in_newName, ICommandManager* in_commands)
@@ -128,7 +153,9 @@ bool LibraryContext::MoveItem(const Item& in_item, const nexa4::IDataSource& in_
     const std::shared_ptr<Item> item = FindItem(in_item.GetItemID());
     const std::shared_ptr<DataSource> target = FindSource(in_target);
     return item && target && !item->IsReadOnly() && !target->IsReadOnly() &&
-           DoChange(std::make_shared<SourceChange>(GetThis(), item, target), in_commands);
+           Do(
+               std::make_shared<SourceChange>(GetThis(), item, target),
+               [&](Store& io_store) { return io_store.Move(item->GetItemID(), *target); }, in_commands);
 }
 
 bool LibraryContext::SetItemTags(const ItemID& in_item, const char* in_key, const char* in_tags,
@@ -155,7 +182,22 @@ ContextPtr LibraryContext::Create(NewItem (*in_describe)(std::string), const cha
     const std::shared_ptr<Item> item = Make(description, source);
     item->m_revision = NewRevision();
     item->m_committed = Item::s_neverCommitted;
-    if (!DoChange(std::make_shared<PresenceChange>(GetThis(), item, true), in_commands))
+    const auto ask = [&](Store& io_store) {
+        Creation creation;
+        creation.m_item = item->GetItemID();
+        creation.m_name = name;
+        creation.m_baseClass = baseClass;
+        creation.m_category = TextOrEmpty(in_category);
+        creation.m_isSignature = item->m_signature;
+        creation.m_isLoop = item->m_loop;
+        creation.m_source = source.get();
+        std::unique_ptr<Step> step = io_store.Create(creation);
+        if (nexa4::DbObjectId::IsUID(creation.m_uid.c_str()))
+            item->m_uid = nexa4::DbObjectId(creation.m_uid.c_str());
+        item->m_tags = creation.m_tags;
+        return step;
+    };
+    if (!Do(std::make_shared<PresenceChange>(GetThis(), item, true), ask, in_commands))
         return nullptr;
     return item;
 }
@@ -187,8 +229,8 @@ bool LibraryContext::CommitToDisk(bool& out_written, std::list<std::string>* out
     }
     if (!NotifyPreCommit() || !IsOpen())
         return false;
-    const CommitResult result = CommitItems(*this, in_everything, only.get());
-    out_written = result.m_written;
+    const CommitAnswer result = CommitItems(*this, in_everything, only.get());
+    out_written = result.m_isWritten;
     if (out_messages)
         out_messages->insert(out_messages->end(), result.m_messages.begin(), result.m_messages.end());
     NotifyPostCommit();

@@ -6,12 +6,15 @@
 #include "datamodel/itemlibrarymodifier.h"
 #include "memorymodel/librarycontents.h"
 
+#include <functional>
 #include <list>
 #include <memory>
 #include <string>
 
 namespace memorymodel
 {
+
+class Change;
 
 /// The context of a library and of its table of contents.
 class LibraryContext final : public LibraryContents,
@@ -30,6 +33,8 @@ public:
     bool RemoveItem(const ItemID& in_item, ICommandManager* in_commands);
     bool RenameItem(const ItemID& in_item, const std::string& in_name, ICommandManager* in_commands);
     bool SetTags(const ItemID& in_item, const char* in_key, const std::string& in_tags, ICommandManager* in_commands);
+    /// Removes an item without asking the store.
+    void DropItem(const ItemID& in_item);
 
     // ItemOwner
     void RenameCompound(const Item& in_item, const char* in_newName, ICommandManager* in_commands) override;
@@ -68,6 +73,11 @@ public:
 
 private:
     std::shared_ptr<LibraryContext> GetThis();
+    /// Does a change with the step that the store gives for it.
+    /// \param in_ask gets the step from the store
+    /// \return false when the store refuses, or nothing changes
+    bool Do(const std::shared_ptr<Change>& in_change, const std::function<std::unique_ptr<Step>(Store&)>& in_ask,
+            ICommandManager* in_commands);
     /// A new node of the kind that in_describe describes; null when the library refuses it.
     ContextPtr Create(NewItem (*in_describe)(std::string), const char* in_name, const char* in_baseClass,
                       const char* in_category, ICommandManager* in_commands);

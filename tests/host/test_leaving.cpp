@@ -2,6 +2,7 @@
 #include "host/mainwindow.h"
 #include "memorymodel/datalayer.h"
 #include "tests/host/windowfixture.h"
+#include "tests/support/itemwriter.h"
 #include "tests/support/testmain.h"
 
 #include <QFile>
@@ -58,7 +59,7 @@ private Q_SLOTS:
         Library& library = m_layer.AddLibrary("Nodes");
         m_blend = library.Add(NewItem::Compound("Blend"));
         m_mix = library.Add(NewItem::Compound("<b>Mix"));
-        library.SetWriter([this](const ItemID& in_item) {
+        SetWriter(library, [this](const ItemID& in_item) {
             m_saved.push_back(in_item);
             return std::string();
         });
@@ -123,7 +124,7 @@ private Q_SLOTS:
     void whatCannotBeSavedIsNotLeft()
     {
         Change();
-        m_window->GetLibrary().SetWriter([](const ItemID&) { return std::string("The disk is full."); });
+        SetWriter(m_window->GetLibrary(), [](const ItemID&) { return std::string("The disk is full."); });
         Presser person;
         person.Expect(QMessageBox::Save);
         person.Expect(QMessageBox::Ok);

@@ -7,6 +7,7 @@
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/typeselector.h"
 #include "tests/host/windowfixture.h"
+#include "tests/support/itemwriter.h"
 #include "tests/support/testmain.h"
 
 #include <QLineEdit>
@@ -133,14 +134,14 @@ private Q_SLOTS:
     {
         m_library->Rename(m_blend, "Mix");
         QVERIFY(m_library->GetAccessor().ItemIsDirty(m_blend));
-        m_library->SetWriter([](const ItemID&) { return std::string("The disk is full."); });
+        SetWriter(*m_library, [](const ItemID&) { return std::string("The disk is full."); });
         QMenu* menu = OpenMenu(*m_window, QStringLiteral("&Library"));
         QVERIFY(menu);
         QVERIFY(ClickEntry(*menu, QStringLiteral("Save graph library")));
         QCOMPARE(m_window->statusBar()->currentMessage(), QStringLiteral("1 item of Nodes could not be saved"));
         QVERIFY(m_library->GetAccessor().ItemIsDirty(m_blend));
 
-        m_library->SetWriter(nullptr);
+        m_library->SetStore(nullptr);
         menu = OpenMenu(*m_window, QStringLiteral("&Library"));
         QVERIFY(menu);
         QVERIFY(ClickEntry(*menu, QStringLiteral("Save graph library")));

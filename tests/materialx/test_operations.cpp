@@ -8,6 +8,8 @@
 #include "tests/materialx/memorylibrary.h"
 #include "tests/support/testmain.h"
 
+#include <set>
+
 using materialx::Item;
 using materialx::Library;
 using materialx::Plan;
@@ -85,6 +87,10 @@ private Q_SLOTS:
     void moveMakesADocument();
     void moveTakesAlongWhatTheDocumentSaid();
     void elementsOfAnItem();
+    void documentsOfItemsAreThoseOfTheirElements_data();
+    void documentsOfItemsAreThoseOfTheirElements();
+    void removedElementsTakeTheirCommentsAlong();
+    void whatOthersNeedIsNotRemoved();
     void refusals();
     void failedChangeChangesNothing();
     void differences();
@@ -361,6 +367,58 @@ void OperationsTest::elementsOfAnItem()
     QCOMPARE(names("m"), QByteArray("D3 "));
 }
 
+void OperationsTest::documentsOfItemsAreThoseOfTheirElements_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("corner cases") << QStringLiteral(TEST_DATA_FOLDER "/library");
+    QTest::newRow("a small library") << QStringLiteral(TEST_DATA_FOLDER "/observatory");
+}
+
+void OperationsTest::documentsOfItemsAreThoseOfTheirElements()
+{
+    QFETCH(QString, folder);
+    Library library;
+    QVERIFY(!ReadLibrary(folder, library));
+    const std::vector<Item> items = MakeItems(library);
+    const std::vector<std::vector<std::size_t>> all = DocumentsOf(library, items);
+    QCOMPARE(all.size(), items.size());
+    for (std::size_t i = 0; i < items.size(); ++i)
+    {
+        std::set<std::size_t> documents;
+        for (const materialx::DeclarationIndex& element : ElementsOf(library, items[i]))
+            documents.insert(element.m_document);
+        QVERIFY2(all[i] == std::vector<std::size_t>(documents.begin(), documents.end()), items[i].m_name.c_str());
+    }
+}
+
+void OperationsTest::removedElementsTakeTheirCommentsAlong()
+{
+    Library library = MakeLibrary({{"a.mtlx", "<materialx>\n  <!-- one -->\n  <nodedef name='ND_n' node='n'/>\n\n"
+                                              "  <nodedef name='ND_m' node='m'/>\n</materialx>\n"},
+                                   {"b.mtlx", "<materialx>\n  <implementation name='I' nodedef='ND_n' nodegraph='G'/>\n"
+                                              "  <nodegraph name='G'/>\n</materialx>\n"}});
+    const std::vector<std::string> before = BytesOf(library);
+    const Plan plan = Remove(library, FindItem(library, "n"));
+    Make(plan, library);
+    QCOMPARE(BytesAt(library, "a.mtlx"),
+             QByteArray("<materialx>\n\n  <nodedef name='ND_m' node='m'/>\n</materialx>\n"));
+    QCOMPARE(BytesAt(library, "b.mtlx"), QByteArray("<materialx>\n</materialx>\n"));
+    QVERIFY(!Apply(Inverse(plan.m_change), library));
+    QVERIFY(BytesOf(library) == before);
+}
+
+void OperationsTest::whatOthersNeedIsNotRemoved()
+{
+    const Library library =
+        MakeLibrary({{"a.mtlx", "<materialx><nodedef name='A1' node='a'/><nodedef name='A2' node='a'/>"
+                                "<nodedef name='B' node='b'/><nodedef name='C' node='c'/>"
+                                "<implementation name='I' nodedef='B' nodegraph='G'/>"
+                                "<implementation name='J' nodedef='C' nodegraph='G'/><nodegraph name='G'/>"
+                                "<unitdef unittype='t'><unit name='u'/></unitdef></materialx>"}});
+    for (const char* const name : {"a", "b", "c", "u"})
+        QVERIFY2(!Remove(library, FindItem(library, name)).m_refusal.empty(), name);
+}
+
 void OperationsTest::refusals()
 {
     Library library = MakeLibrary(
@@ -419,7 +477,7 @@ void OperationsTest::differences()
     QVERIFY(Compare(before, before).IsEmpty());
     Make(Rename(library, FindItem(library, "n"), "N"), library);
     Make(AddNode(library, 0, {materialx::eNewKind::eSignature, "new", "", ""}), library);
-    const auto graph = library.m_documents[0].m_document.GetDeclarations().at(2).m_place;
+    const auto graph = library.m_documents[0].m_document.GetDeclarations().at(2).m_span;
     QVERIFY(!Apply({{0, RemoveElement(library.m_documents[0].m_document, graph)}}, library));
     const std::vector<Item> after = MakeItems(library);
     const materialx::Differences differences = Compare(before, after);

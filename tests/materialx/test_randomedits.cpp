@@ -111,8 +111,8 @@ private:
                 continue;
             const materialx::Document fresh = MakeDocument(document.GetBytes());
             for (std::size_t i = 0; i < fresh.GetDeclarations().size(); ++i)
-                if (fresh.GetDeclarations()[i].m_place.m_begin != document.GetDeclarations()[i].m_place.m_begin ||
-                    fresh.GetDeclarations()[i].m_place.m_end != document.GetDeclarations()[i].m_place.m_end)
+                if (fresh.GetDeclarations()[i].m_span.m_begin != document.GetDeclarations()[i].m_span.m_begin ||
+                    fresh.GetDeclarations()[i].m_span.m_end != document.GetDeclarations()[i].m_span.m_end)
                     return "a place is wrong";
             if (fresh.GetOutline().m_contentEnd != document.GetOutline().m_contentEnd)
                 return "the end is wrong";

@@ -34,7 +34,7 @@ QByteArray EditAndUndo(const QByteArray& in_before, const MakeEdit& in_make)
 
 std::size_t FirstElement(const Document& in_document)
 {
-    return in_document.GetDeclarations().at(0).m_place.m_begin;
+    return in_document.GetDeclarations().at(0).m_span.m_begin;
 }
 
 } // namespace
@@ -242,8 +242,8 @@ void TextEditsTest::elementIsRemoved()
                          [](const Document& in_document) {
                              // The element is the one whose name is "x".
                              for (const materialx::Declaration& declaration : in_document.GetDeclarations())
-                                 if (in_document.GetBytes()[declaration.m_place.m_begin + 1] == 'x')
-                                     return RemoveElement(in_document, declaration.m_place);
+                                 if (in_document.GetBytes()[declaration.m_span.m_begin + 1] == 'x')
+                                     return RemoveElement(in_document, declaration.m_span);
                              return Edit();
                          }),
              after);
@@ -268,7 +268,7 @@ void TextEditsTest::elementIsCopied()
     materialx::Style style;
     style.m_lineEnd = "\r\n";
     style.m_indent = "\t";
-    QCOMPARE(Bytes(CopyElement(document, document.GetDeclarations().at(0).m_place, style)), copy);
+    QCOMPARE(Bytes(CopyElement(document, document.GetDeclarations().at(0).m_span, style)), copy);
 }
 
 NODEBROWSER_TEST_MAIN(TextEditsTest)

@@ -5,6 +5,7 @@
 #include "contract/support.h"
 #include "datamodel/revisioncontrol.h"
 #include "memorymodel/datalayer.h"
+#include "tests/support/itemwriter.h"
 #include "tests/support/testmain.h"
 
 #include <list>
@@ -216,7 +217,7 @@ private Q_SLOTS:
         library.SetTags(good, "a");
         library.SetTags(bad, "a");
         std::vector<ItemID> saved;
-        library.SetWriter([&](const ItemID& in_item) {
+        SetWriter(library, [&](const ItemID& in_item) {
             saved.push_back(in_item);
             return in_item == bad ? std::string("No room for Bad.") : std::string();
         });
@@ -241,9 +242,8 @@ private Q_SLOTS:
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
         library.SetTags(library.Add(NewItem::Compound("A")), "a");
-        library.SetTags(library.Add(NewItem::Compound("B")), "b");
         int calls = 0;
-        library.SetWriter([&](const ItemID&) {
+        SetWriter(library, [&](const ItemID&) {
             ++calls;
             layer.RemoveLibrary(library);
             return std::string();
@@ -580,7 +580,7 @@ private Q_SLOTS:
         const ItemID open = library.Add(NewItem::Compound("Open").In(local));
         library.SetTags(closed, "a");
         std::vector<ItemID> saved;
-        library.SetWriter([&](const ItemID& in_item) {
+        SetWriter(library, [&](const ItemID& in_item) {
             saved.push_back(in_item);
             return std::string();
         });

@@ -7,8 +7,8 @@
 namespace
 {
 
-const char* const gRooms[] = {"qtcompat", "datamodel", "memorymodel", "nodebrowser", "materialx",
-                              "contract", "host",      "benchmarks",  "tests"};
+const char* const gRooms[] = {"qtcompat",  "datamodel", "memorymodel", "nodebrowser", "materialx",
+                              "workspace", "contract",  "host",        "benchmarks",  "tests"};
 
 QStringList Words(const char* in_text)
 {
@@ -230,11 +230,15 @@ private Q_SLOTS:
         QTest::newRow("memorymodel") << QString::fromLatin1("memorymodel")
                                      << QString::fromLatin1("datamodel qtcompat Qt");
         QTest::newRow("materialx") << QString::fromLatin1("materialx") << QString::fromLatin1("Qt <pugixml.hpp>");
+        QTest::newRow("workspace") << QString::fromLatin1("workspace")
+                                   << QString::fromLatin1("materialx memorymodel datamodel Qt <fcntl.h> <sys/file.h> "
+                                                          "<sys/stat.h> <unistd.h>");
         QTest::newRow("contract") << QString::fromLatin1("contract")
                                   << QString::fromLatin1("datamodel <QObject> <QCoreApplication> <QEvent> "
                                                          "<QElapsedTimer> <QImage>");
         QTest::newRow("host") << QString::fromLatin1("host")
-                              << QString::fromLatin1("datamodel nodebrowser memorymodel materialx qtcompat Qt");
+                              << QString::fromLatin1(
+                                     "datamodel nodebrowser memorymodel materialx workspace qtcompat Qt");
     }
 
     void roomsIncludeOnlyWhatTheyMay()

@@ -3,6 +3,7 @@
 #include "qtcompat/latin1.h"
 #include "tests/nodebrowser/support/commandbrowser.h"
 #include "tests/nodebrowser/support/fakelayer.h"
+#include "tests/support/itemwriter.h"
 #include "tests/support/modaluser.h"
 #include "tests/support/testmain.h"
 
@@ -522,7 +523,7 @@ private Q_SLOTS:
         library.Rename(a, "c");
         library.SetTags(b, "x");
         std::vector<ItemID> written;
-        library.SetWriter([&written](const ItemID& in_item) {
+        SetWriter(library, [&written](const ItemID& in_item) {
             written.push_back(in_item);
             return std::string();
         });

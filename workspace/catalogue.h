@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+/// Which items the documents make, and which items of the library these are.
+#pragma once
+
+#include "datamodel/itemid.h"
+#include "materialx/items.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace workspace
+{
+
+/// How the items became others. Items that are new have no identity in the library yet, and are named by their keys.
+struct CatalogueNews
+{
+    std::vector<vireo::datamodel::ItemID> m_gone;
+    std::vector<vireo::datamodel::ItemID> m_changed;
+    std::vector<std::string> m_new;
+};
+
+/// Pairs items of documents with items of the library by their kinds and names, whatever edits do to offsets.
+class Catalogue
+{
+public:
+    using ItemID = vireo::datamodel::ItemID;
+
+    /// Makes the items anew after documents have changed. Linear in the size of the library.
+    CatalogueNews Update(const materialx::Library& in_documents);
+    const std::vector<materialx::Item>& GetItems() const { return m_items; }
+    const std::vector<ItemID>& GetIds() const { return m_ids; }
+
+    /// Null when no document has the item.
+    const materialx::Item* Find(const ItemID& in_id) const;
+    /// Null when no document has an item of that key, or the library has it already.
+    const materialx::Item* FindNew(const std::string& in_key) const;
+    bool Has(const std::string& in_key) const { return m_indexOfKey.count(in_key) != 0; }
+    /// The key that the item has now, or would have if it were the only one of its kind and name.
+    static std::string KeyOf(const materialx::Item& in_item);
+    /// Whether there is another item of the same kind and name, so that after a move nobody could tell which is which.
+    bool HasTwin(const materialx::Item& in_item) const;
+
+    /// Says which item of the library an item of the documents is.
+    void Pair(const std::string& in_key, const ItemID& in_id);
+    void Pair(std::size_t in_index, const ItemID& in_id);
+
+private:
+    std::vector<materialx::Item> m_items;
+    std::vector<ItemID> m_ids; ///< of the items; invalid for one that is not in the library yet
+    std::unordered_map<std::string, std::size_t> m_indexOfKey;
+    std::unordered_map<std::uint64_t, std::size_t> m_indexOfId; ///< by number
+};
+
+} // namespace workspace

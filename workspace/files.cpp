@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+#include "workspace/files.h"
+
+#include <QCryptographicHash>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace workspace
+{
+
+QByteArray HashOf(std::string_view in_bytes)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    // In parts, since the sizes of older toolkits end at two gigabytes.
+    const std::size_t part = std::size_t(1) << 30;
+    for (std::size_t begin = 0; begin < in_bytes.size(); begin += part)
+    {
+        const std::string_view bytes = in_bytes.substr(begin, part);
+        hash.addData(QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size())));
+    }
+    return hash.result().toHex();
+}
+
+QString SystemError()
+{
+    return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+bool Descriptor::Close()
+{
+    const int number = std::exchange(m_number, -1);
+    return number < 0 || close(number) == 0;
+}
+
+std::optional<std::string> ReadBytes(const QByteArray& in_path, QString& out_error)
+{
+    out_error.clear();
+    // Not blocking: to open a pipe could wait for ever.
+    const Descriptor file(open(in_path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status = {};
+    if (!file.IsOpen() || fstat(file.Get(), &status) != 0)
+    {
+        if (errno != ENOENT && errno != ENOTDIR)
+            out_error = SystemError();
+        return std::nullopt;
+    }
+    if (!S_ISREG(status.st_mode))
+    {
+        out_error = QStringLiteral("Not a file");
+        return std::nullopt;
+    }
+    std::string bytes;
+    bytes.resize(static_cast<std::size_t>(status.st_size) + 1);
+    std::size_t size = 0;
+    while (true)
+    {
+        const ssize_t taken = read(file.Get(), bytes.data() + size, bytes.size() - size);
+        if (taken < 0 && errno == EINTR)
+            continue;
+        if (taken < 0)
+        {
+            out_error = SystemError();
+            return std::nullopt;
+        }
+        if (taken == 0)
+            break;
+        size += static_cast<std::size_t>(taken);
+        if (size == bytes.size())
+            bytes.resize(2 * size);
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+QString WriteNewFile(const QByteArray& in_path, std::string_view in_bytes, const QByteArray& in_like)
+{
+    struct stat like = {};
+    const bool isLike = stat(in_like.constData(), &like) == 0;
+    const mode_t mode = isLike ? 0600 : 0666;
+    Descriptor file(open(in_path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
+    if (!file.IsOpen())
+        return SystemError();
+    // The owner first, since that takes permissions away. Only the administrator can give a file to somebody else.
+    if (isLike && fchown(file.Get(), like.st_uid, like.st_gid) != 0 && errno != EPERM)
+        return SystemError();
+    const mode_t all = 07777;
+    if (isLike && fchmod(file.Get(), like.st_mode & all) != 0)
+        return SystemError();
+    while (!in_bytes.empty())
+    {
+        const ssize_t written = write(file.Get(), in_bytes.data(), in_bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return SystemError();
+        in_bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    if (fsync(file.Get()) != 0 || !file.Close())
+        return SystemError();
+    return QString();
+}
+
+QString SyncFolder(const QByteArray& in_folder)
+{
+    const Descriptor folder(open(in_folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // Some file systems know no such thing for folders.
+    if (!folder.IsOpen() || (fsync(folder.Get()) != 0 && errno != EINVAL))
+        return SystemError();
+    return QString();
+}
+
+QByteArray RealPath(const QByteArray& in_path)
+{
+    const std::unique_ptr<char, decltype(&std::free)> path(realpath(in_path.constData(), nullptr), &std::free);
+    return QByteArray(path.get());
+}
+
+QByteArray FolderOf(const QByteArray& in_path)
+{
+    const auto slash = in_path.lastIndexOf('/');
+    return slash > 0 ? in_path.left(slash) : QByteArray("/");
+}
+
+bool IsInside(const QByteArray& in_path, const QByteArray& in_folder)
+{
+    return in_path == in_folder || in_path.startsWith(in_folder.endsWith('/') ? in_folder : in_folder + '/');
+}
+
+bool MayWrite(const QByteArray& in_path)
+{
+    struct stat status = {};
+    return stat(in_path.constData(), &status) == 0 && (status.st_mode & 0222U) != 0 &&
+           access(in_path.constData(), W_OK) == 0;
+}
+
+bool MayReplace(const QByteArray& in_path)
+{
+    QByteArray folder = FolderOf(in_path);
+    struct stat status = {};
+    while (stat(folder.constData(), &status) != 0 && errno == ENOENT && folder != "/")
+        folder = FolderOf(folder);
+    return MayWrite(folder);
+}
+
+} // namespace workspace
