@@ -4,6 +4,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QStyleOptionGraphicsItem>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -117,9 +118,10 @@ QRectF GraphBox::boundingRect() const
     return m_rect.adjusted(-gDot, 0.0, gDot, 0.0); // the dots stand on the edges
 }
 
-void GraphBox::paint(QPainter* in_painter, const QStyleOptionGraphicsItem* in_option, QWidget*)
+void GraphBox::paint(QPainter* in_painter, const QStyleOptionGraphicsItem* in_option, QWidget* in_widget)
 {
-    const QPalette& palette = in_option->palette;
+    // That of the widget follows the application's; that of the scene does not.
+    const QPalette palette = in_widget ? in_widget->palette() : in_option->palette;
     in_painter->setFont(m_font);
     in_painter->setRenderHint(QPainter::Antialiasing);
     in_painter->setPen(QPen(palette.color(isSelected() ? QPalette::Highlight : QPalette::Dark),

@@ -301,6 +301,7 @@ void GraphCanvas::mouseDoubleClickEvent(QMouseEvent* in_event)
         Q_EMIT CompoundEntered(ItemID(box->GetItem())); // a copy: the box goes
     else
         QGraphicsView::mouseDoubleClickEvent(in_event);
+    in_event->accept();
 }
 
 void GraphCanvas::wheelEvent(QWheelEvent* in_event)
@@ -333,7 +334,8 @@ void GraphCanvas::SetSight(const Sight& in_sight)
     for (int round = 0; round < 3 && viewport()->size() != size; ++round)
     {
         size = viewport()->size();
-        QRectF area(in_sight.m_topLeft, QSizeF(size) / in_sight.m_scale);
+        // Half a pixel less: what fits exactly must not seem too large when it is multiplied again.
+        QRectF area(in_sight.m_topLeft, QSizeF(size.width() - 0.5, size.height() - 0.5) / in_sight.m_scale);
         for (const GraphBox* const box : GetBoxes())
             area |= box->sceneBoundingRect();
         setSceneRect(area);

@@ -23,6 +23,7 @@ namespace
 const int gShortDoc = 200;  // characters
 const int gShortPorts = 6;  // names
 const int gShortValue = 40; // characters
+const QLatin1String gBreak("<br/>");
 
 QString Translate(const char* in_text, int in_number = -1)
 {
@@ -94,7 +95,12 @@ QString Paragraph(const QString& in_html)
 /// "Tags: a, b", or nothing without a text.
 QString Fact(const QString& in_word, const QString& in_text)
 {
-    return in_text.isEmpty() ? QString() : QStringLiteral("%1: %2<br/>").arg(Escape(in_word), Escape(in_text));
+    return in_text.isEmpty() ? QString() : QStringLiteral("%1: %2").arg(Escape(in_word), Escape(in_text)) + gBreak;
+}
+
+QString WithoutLastBreak(const QString& in_lines)
+{
+    return in_lines.left(in_lines.size() - gBreak.size());
 }
 
 QString PlaceOf(const ItemHelp& in_help)
@@ -160,15 +166,14 @@ QString GetShortHelp(const ItemHelp& in_help)
 {
     if (in_help.m_name.isEmpty())
         return QString();
-    QString text = QStringLiteral("<b>%1</b> \u2013 %2<br/>").arg(Escape(in_help.m_name), Escape(in_help.m_kind));
+    QString text = QStringLiteral("<b>%1</b> \u2013 %2").arg(Escape(in_help.m_name), Escape(in_help.m_kind)) + gBreak;
     if (!in_help.m_doc.isEmpty())
-        text += Escape(Shorten(in_help.m_doc, gShortDoc)) + QStringLiteral("<br/>");
+        text += Escape(Shorten(in_help.m_doc, gShortDoc)) + gBreak;
     text += Fact(Translate("Inputs"), NamesOf(in_help.m_inputs));
     text += Fact(Translate("Outputs"), NamesOf(in_help.m_outputs));
     text += Fact(Translate("Source"), in_help.m_source);
     text += Fact(Translate("Document"), PlaceOf(in_help));
-    text.chop(5); // the last line break
-    return text;
+    return WithoutLastBreak(text);
 }
 
 QString GetLongHelp(const ItemHelp& in_help)
@@ -186,7 +191,7 @@ QString GetLongHelp(const ItemHelp& in_help)
     facts += Fact(Translate("Document"), PlaceOf(in_help));
     if (in_help.m_definitions > 1)
         facts += Fact(Translate("Definitions"), QString::number(in_help.m_definitions));
-    text += Paragraph(facts);
+    text += Paragraph(WithoutLastBreak(facts));
     text += Table(Translate("Inputs"), in_help.m_inputs);
     text += Table(Translate("Outputs"), in_help.m_outputs);
     return text;

@@ -20,7 +20,6 @@
 #include <utility>
 
 using nodebrowser::gRowHeight;
-using nodebrowser::RowLayout;
 using qtcompat::FromLatin1;
 using vireo::datamodel::ItemAccessor;
 using vireo::datamodel::ItemID;
@@ -28,6 +27,14 @@ using vireo::datamodel::VireoType;
 
 namespace host
 {
+
+namespace
+{
+
+/// Of the first row in a list that is not scrolled. The line of pixels there is not a part of it.
+const int gTop = nodebrowser::gListTop + nodebrowser::gTabBarRoom;
+
+} // namespace
 
 LibraryBrowser::LibraryBrowser() : CNodeBrowser(eConfigNodeBrowser) {}
 
@@ -82,12 +89,12 @@ void LibraryBrowser::MoveSelection(int in_rows)
     const int wanted = selected < count ? std::max(0, std::min(selected + in_rows, count - 1)) : 0;
     const std::size_t row = static_cast<std::size_t>(wanted);
     BringIntoSight(row);
-    SendPress(GetRowLayout().BandRect(row).center());
+    SendPress(QPoint(width() / 2, GetTop(wanted) + gRowHeight / 2));
 }
 
 int LibraryBrowser::GetPageSize() const
 {
-    return std::max(1, GetRowLayout().ListRect().height() / gRowHeight);
+    return std::max(1, GetListHeight() / gRowHeight);
 }
 
 void LibraryBrowser::ShowSelection()
@@ -113,7 +120,9 @@ bool LibraryBrowser::event(QEvent* in_event)
 /// \return false when that is for source control to do
 bool LibraryBrowser::ShowToolTip(const QHelpEvent& in_event)
 {
-    const ItemID item = GetRowItem(GetRowLayout().RowAt(in_event.pos())).GetItemID();
+    const int below = in_event.pos().y() - GetTop(0);
+    const bool isOnRow = in_event.pos().y() > gTop && below >= 0;
+    const ItemID item = isOnRow ? GetRowItem(static_cast<std::size_t>(below / gRowHeight)).GetItemID() : ItemID();
     const bool isControlled = item.GetType() == VireoType::gCompound && ScsUtils::IsFileVersionControlActive();
     const QString text = item.IsValid() && !isControlled && m_getToolTip ? m_getToolTip(item) : QString();
     if (!text.isEmpty())
@@ -135,14 +144,19 @@ void LibraryBrowser::mousePressEvent(QMouseEvent* in_event)
         update();
 }
 
-RowLayout LibraryBrowser::GetRowLayout() const
+QScrollBar& LibraryBrowser::GetScrollBar() const
 {
-    RowLayout layout;
-    layout.m_width = width();
-    layout.m_height = height();
-    layout.m_listTop = nodebrowser::gListTop + nodebrowser::gTabBarRoom;
-    layout.m_scrollOffset = findChild<QScrollBar*>()->value();
-    return layout;
+    return *findChild<QScrollBar*>();
+}
+
+int LibraryBrowser::GetListHeight() const
+{
+    return height() - gTop;
+}
+
+int LibraryBrowser::GetTop(int in_row) const
+{
+    return gTop - GetScrollBar().value() + in_row * gRowHeight;
 }
 
 std::size_t LibraryBrowser::FindSelectedRow()
@@ -157,7 +171,10 @@ std::size_t LibraryBrowser::FindSelectedRow()
 
 void LibraryBrowser::BringIntoSight(std::size_t in_row)
 {
-    findChild<QScrollBar*>()->setValue(GetRowLayout().OffsetToShow(in_row));
+    const int above = gTop - GetTop(static_cast<int>(in_row));
+    const int below = -above + gRowHeight - GetListHeight();
+    QScrollBar& bar = GetScrollBar();
+    bar.setValue(bar.value() + (above > 0 ? -above : std::max(below, 0)));
 }
 
 void LibraryBrowser::SendPress(const QPoint& in_position)

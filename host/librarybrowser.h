@@ -10,15 +10,11 @@
 
 class QHelpEvent;
 class QLineEdit;
+class QScrollBar;
 
 namespace memorymodel
 {
 class Library;
-}
-
-namespace nodebrowser
-{
-struct RowLayout;
 }
 
 namespace host
@@ -72,7 +68,10 @@ protected:
     void mousePressEvent(QMouseEvent* in_event) override;
 
 private:
-    nodebrowser::RowLayout GetRowLayout() const;
+    QScrollBar& GetScrollBar() const;
+    int GetListHeight() const;
+    /// The upper edge of a row.
+    int GetTop(int in_row) const;
     /// Past the last row when none is selected.
     std::size_t FindSelectedRow();
     void BringIntoSight(std::size_t in_row);

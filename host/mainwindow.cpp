@@ -42,7 +42,7 @@ namespace
 {
 
 const int gDockWidth = 300;
-const int gHelpHeight = 220;
+const int gBrowserHeight = 140; // at least
 const int gLabelIndent = 6;
 const int gMessageTime = 10000; // milliseconds
 
@@ -84,16 +84,20 @@ void MainWindow::CreateDocks()
 {
     QDockWidget* const dock = new QDockWidget(tr("Node library"), this);
     dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
+    // The browser has no size of its own: it takes what the help leaves.
+    m_browser->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    m_browser->setMinimumHeight(gBrowserHeight);
     dock->setWidget(m_browser);
     addDockWidget(Qt::LeftDockWidgetArea, dock);
     QDockWidget* const help = new QDockWidget(tr("About the item"), this);
     help->setObjectName(QStringLiteral("help"));
+    m_help->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     m_help->setFrameShape(QFrame::NoFrame);
     m_help->setAccessibleName(help->windowTitle());
     help->setWidget(m_help);
     splitDockWidget(dock, help, Qt::Vertical);
     resizeDocks({dock}, {gDockWidth}, Qt::Horizontal);
-    resizeDocks({help}, {gHelpHeight}, Qt::Vertical);
+    resizeDocks({dock, help}, {2, 1}, Qt::Vertical);
 }
 
 void MainWindow::CreateFileMenu()

@@ -31,6 +31,8 @@ private Q_SLOTS:
         m_other = m_library->Add(NewItem::Compound("Other"));
         m_window.reset(new host::MainWindow(m_layer, *m_library));
         ShowMainWindow(*m_window);
+        QApplication::setActiveWindow(m_window.get());
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
 
     void cleanup() { RemoveMainWindow(m_window, m_layer); }

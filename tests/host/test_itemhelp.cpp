@@ -60,7 +60,9 @@ private Q_SLOTS:
 
     void cleanup()
     {
-        QToolTip::hideText();
+        for (QWidget* const widget : QApplication::topLevelWidgets())
+            if (widget->inherits("QTipLabel"))
+                delete widget; // at once: it would stay a moment
         RemoveMainWindow(m_window, m_layer);
     }
 
