@@ -84,6 +84,7 @@ private Q_SLOTS:
         m_canvas->resize(600, 400);
         m_canvas->SetLibrary(m_library);
         m_canvas->show();
+        QCoreApplication::processEvents(); // scroll bars come and go from the event loop
     }
 
     void cleanup()
@@ -361,9 +362,12 @@ private Q_SLOTS:
         for (const QPoint& place : {QPoint(100, 100), QPoint(500, 300)})
             Drop(*m_canvas->viewport(), place, PayloadOf(item));
         Pull(*m_canvas, QPoint(500, 300), QPoint(900, 700)); // out of the window
+        QCoreApplication::processEvents();
         GraphBox& far = *BoxesOf(*m_canvas).last();
         QVERIFY(!IsInSight(*m_canvas, far));
+        QVERIFY(m_canvas->horizontalScrollBar()->isVisible() && m_canvas->verticalScrollBar()->isVisible());
         m_canvas->FitAll();
+        QCoreApplication::processEvents();
         QVERIFY(IsInSight(*m_canvas, far));
         QVERIFY(IsInSight(*m_canvas, *BoxesOf(*m_canvas).first()));
         QVERIFY(m_canvas->transform().m11() < 1.0);
@@ -374,13 +378,16 @@ private Q_SLOTS:
     {
         Drop(*m_canvas->viewport(), QPoint(500, 350), PayloadOf(m_library->Add(NewItem::Solver("Blend"))));
         const GraphBox& box = *BoxesOf(*m_canvas).first();
+        QCoreApplication::processEvents();
         QVERIFY(!m_canvas->horizontalScrollBar()->isVisible() && !m_canvas->verticalScrollBar()->isVisible());
         m_canvas->resize(200, 150);
+        QCoreApplication::processEvents();
         QVERIFY(!IsInSight(*m_canvas, box));
         QVERIFY(m_canvas->horizontalScrollBar()->isVisible() && m_canvas->verticalScrollBar()->isVisible());
         QCOMPARE(TitleOf(*m_canvas, box), QPoint(500, 350)); // what is in sight has not moved
         m_canvas->horizontalScrollBar()->setValue(m_canvas->horizontalScrollBar()->maximum());
         m_canvas->verticalScrollBar()->setValue(m_canvas->verticalScrollBar()->maximum());
+        QCoreApplication::processEvents();
         QVERIFY(IsInSight(*m_canvas, box));
     }
 

@@ -440,10 +440,16 @@ void TestJourney::AddQuickAdd()
     Step(
         QStringLiteral("Space opens quick add"), [] { return PressKeys({QStringLiteral("space")}); },
         [] { return Needs(QApplication::activePopupWidget(), "quick add"); });
+    Step(
+        QStringLiteral("type into quick add"), [] { return TypeText(QStringLiteral("square")); },
+        [] {
+            const QWidget* const open = QApplication::activePopupWidget();
+            return open ? Same(open->findChild<QLineEdit*>()->text(), QStringLiteral("square"))
+                        : Needs(false, "quick add");
+        });
     BeginChange();
     Step(
-        QStringLiteral("type and press Enter"),
-        [] { return TypeText(QStringLiteral("square")) << QStringLiteral("key") << QStringLiteral("Return"); },
+        QStringLiteral("Enter adds a node"), [] { return PressKeys({QStringLiteral("Return")}); },
         [this, place] {
             const QList<GraphBox*> boxes = Canvas()->GetBoxes();
             if (boxes.size() != 2 || QApplication::activePopupWidget())
