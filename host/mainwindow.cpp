@@ -5,11 +5,16 @@
 #include "host/changewatcher.h"
 #include "host/fileswindow.h"
 #include "host/graphcanvas.h"
+#include "host/graphmenu.h"
+#include "host/graphpanel.h"
+#include "host/itemhelp.h"
 #include "host/itemlabel.h"
 #include "host/librarybrowser.h"
 #include "host/openlibrary.h"
 #include "host/recentlibraries.h"
+#include "host/searchkeys.h"
 #include "host/sourcecontrolmenu.h"
+#include "host/undokeys.h"
 #include "host/unsavedchanges.h"
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/typeselector.h"
@@ -19,9 +24,11 @@
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QStatusBar>
+#include <QTextBrowser>
 
 using qtcompat::FromLatin1;
 using vireo::datamodel::CompoundAccessor;
@@ -35,6 +42,7 @@ namespace
 {
 
 const int gDockWidth = 300;
+const int gBrowserHeight = 140; // at least
 const int gLabelIndent = 6;
 const int gMessageTime = 10000; // milliseconds
 
@@ -49,15 +57,17 @@ MainWindow::MainWindow(memorymodel::DataLayer& in_layer, memorymodel::Library& i
     : m_layer(in_layer),
       m_library(&in_library),
       m_browser(new LibraryBrowser),
-      m_canvas(new GraphCanvas),
+      m_graph(new GraphPanel(in_layer.GetCommandManager().GetStack())),
+      m_help(new QTextBrowser),
       m_selectionLabel(new QLabel),
       m_libraryLabel(new QLabel)
 {
-    setCentralWidget(m_canvas);
-    CreateDock();
+    setCentralWidget(m_graph);
+    CreateDocks();
     CreateFileMenu();
     CreateEditMenu();
     CreateLibraryMenu();
+    menuBar()->addMenu(new GraphMenu(*m_graph, this));
     menuBar()->addMenu(new SourceControlMenu(m_layer, *m_browser, this));
     CreateStatusBar();
     ConnectDataLayer();
@@ -70,13 +80,24 @@ MainWindow::~MainWindow()
     m_layer.GetSourceControl().SetShowFilesHandler(nullptr);
 }
 
-void MainWindow::CreateDock()
+void MainWindow::CreateDocks()
 {
     QDockWidget* const dock = new QDockWidget(tr("Node library"), this);
     dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
+    // The browser has no size of its own: it takes what the help leaves.
+    m_browser->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    m_browser->setMinimumHeight(gBrowserHeight);
     dock->setWidget(m_browser);
     addDockWidget(Qt::LeftDockWidgetArea, dock);
+    QDockWidget* const help = new QDockWidget(tr("About the item"), this);
+    help->setObjectName(QStringLiteral("help"));
+    m_help->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    m_help->setFrameShape(QFrame::NoFrame);
+    m_help->setAccessibleName(help->windowTitle());
+    help->setWidget(m_help);
+    splitDockWidget(dock, help, Qt::Vertical);
     resizeDocks({dock}, {gDockWidth}, Qt::Horizontal);
+    resizeDocks({dock, help}, {2, 1}, Qt::Vertical);
 }
 
 void MainWindow::CreateFileMenu()
@@ -103,8 +124,16 @@ void MainWindow::CreateEditMenu()
     undo->setShortcut(QKeySequence::Undo);
     edit->addAction(undo);
     QAction* const redo = stack.createRedoAction(edit, tr("&Redo"));
-    redo->setShortcut(QKeySequence::Redo);
+    redo->setShortcuts(GetRedoKeys());
     edit->addAction(redo);
+    edit->addSeparator();
+    QAction* const find = edit->addAction(tr("&Find in library"));
+    find->setShortcut(QKeySequence::Find);
+    connect(find, &QAction::triggered, this, &MainWindow::OnFind);
+    QLineEdit& field = m_browser->GetSearchField();
+    new UndoKeys(field, stack);
+    new SearchKeys(*m_browser);
+    connect(&field, &QLineEdit::returnPressed, this, &MainWindow::OnEnter);
 }
 
 void MainWindow::CreateLibraryMenu()
@@ -135,6 +164,8 @@ void MainWindow::ConnectDataLayer()
 {
     m_browser->SetCommandManager(&m_layer.GetCommandManager());
     connect(m_browser, SIGNAL(SelectionChanged()), this, SLOT(OnSelectionChanged()));
+    m_browser->SetToolTips([this](const ItemID& in_item) { return GetShortHelp(GetItemHelp(*m_library, in_item)); });
+    connect(&m_graph->GetCanvas(), &GraphCanvas::NodeSelected, this, &MainWindow::Explain);
     m_layer.SetCompoundTargetHandler([this] { ShowTarget(); });
     m_layer.GetSourceControl().SetShowFilesHandler(
         [this](const ItemID& in_item) { FilesWindow::Open(*m_library, in_item, *this); });
@@ -147,8 +178,9 @@ void MainWindow::Attach(memorymodel::Library& in_library)
         new ChangeWatcher(m_library->GetAccessor(), [this] { OnLibraryChanged(); }, [this] { OnLibraryCommitted(); }));
     m_layer.SetCurrentLibrary(m_library);
     m_browser->SetItemLibrary(m_library->GetAccessor());
-    m_canvas->SetLibrary(m_library);
+    m_graph->SetLibrary(m_library);
     m_selected = ItemID();
+    m_explained = ItemID();
     OnLibraryChanged();
 }
 
@@ -208,12 +240,33 @@ void MainWindow::OnChooseType()
 void MainWindow::OnSelectionChanged()
 {
     m_selected = m_browser->GetSelection();
+    m_explained = m_selected;
+    m_browser->update(); // by Enter the browser itself asks for no paint
     ShowSelection();
+}
+
+void MainWindow::OnEnter()
+{
+    m_browser->ShowSelection();
+    m_graph->GetCanvas().PlaceInSight(m_browser->GetSelection());
+}
+
+void MainWindow::OnFind()
+{
+    QLineEdit& field = m_browser->GetSearchField();
+    field.setFocus(Qt::ShortcutFocusReason);
+    field.selectAll();
+}
+
+void MainWindow::Explain(const ItemID& in_item)
+{
+    m_explained = in_item;
+    m_help->setHtml(GetLongHelp(GetItemHelp(*m_library, in_item)));
 }
 
 void MainWindow::OnLibraryChanged()
 {
-    m_canvas->Refresh();
+    m_graph->Refresh();
     m_libraryLabel->setText(tr("%1: %2").arg(FromLatin1(m_library->GetName()), CountItems(m_library->GetItemCount())));
     ShowSelection();
     ShowTarget();
@@ -232,14 +285,8 @@ void MainWindow::OnLibraryCommitted()
 
 void MainWindow::ShowSelection()
 {
-    const memorymodel::DataSource* const source = m_library->GetSourceOf(m_selected);
-    if (source)
-        m_selectionLabel->setText(tr("%1 \u2013 %2, %3")
-                                      .arg(GetItemName(*m_library, m_selected),
-                                           QLatin1String(GetItemLabel(*m_library, m_selected).m_text),
-                                           FromLatin1(source->GetName())));
-    else
-        m_selectionLabel->clear();
+    m_selectionLabel->setText(GetHeadline(GetItemHelp(*m_library, m_selected)));
+    Explain(m_explained);
 }
 
 void MainWindow::ShowTarget()
@@ -248,7 +295,7 @@ void MainWindow::ShowTarget()
     const QString name = GetItemName(*m_library, target);
     const QString application = QStringLiteral("nodebrowser");
     setWindowTitle(name.isEmpty() ? application : tr("%1 \u2013 %2").arg(name, application));
-    m_canvas->SetCompound(target);
+    m_graph->SetCompound(target);
 }
 
 } // namespace host

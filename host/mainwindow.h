@@ -10,6 +10,7 @@
 #include <memory>
 
 class QLabel;
+class QTextBrowser;
 
 namespace memorymodel
 {
@@ -21,11 +22,12 @@ namespace host
 {
 
 class ChangeWatcher;
-class GraphCanvas;
+class GraphPanel;
 class LibraryBrowser;
 
 /// Shows one library of a data layer, and can open another one instead. Title and graph follow the compound that is
-/// edited, the status bar names the selected item and the library. Whoever closes the window or opens another library
+/// edited, the status bar names the selected item and the library, and a pane tells what is known about the item or node
+/// that was selected last. Whoever closes the window or opens another library
 /// is asked what to do with changes that are not saved.
 ///
 /// The data layer must outlive the window. The window sets its handlers for the compound target and for "Show Files".
@@ -55,9 +57,12 @@ private Q_SLOTS:
     void OnOpenFolder();
     void OnChooseType();
     void OnSelectionChanged();
+    void OnEnter();
+    void OnFind();
+    void Explain(const vireo::datamodel::ItemID& in_item);
 
 private:
-    void CreateDock();
+    void CreateDocks();
     void CreateFileMenu();
     void CreateEditMenu();
     void CreateLibraryMenu();
@@ -72,8 +77,10 @@ private:
     memorymodel::DataLayer& m_layer;
     memorymodel::Library* m_library;
     LibraryBrowser* m_browser;
-    GraphCanvas* m_canvas;
+    GraphPanel* m_graph;
+    QTextBrowser* m_help;
     vireo::datamodel::ItemID m_selected;
+    vireo::datamodel::ItemID m_explained;
     QLabel* m_selectionLabel;
     QLabel* m_libraryLabel;
     std::unique_ptr<ChangeWatcher> m_watcher;

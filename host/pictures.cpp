@@ -115,9 +115,9 @@ private:
             QMimeData data;
             data.setData(nodebrowser::GetDragFormat(), nodebrowser::EncodeDrag(item));
             QDragEnterEvent enter(box.m_centre, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-            QApplication::sendEvent(canvas, &enter);
+            QApplication::sendEvent(canvas->viewport(), &enter);
             QDropEvent drop(box.m_centre, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-            QApplication::sendEvent(canvas, &drop);
+            QApplication::sendEvent(canvas->viewport(), &drop);
         }
     }
 

@@ -82,6 +82,22 @@ const Item* Catalogue::Find(const ItemID& in_id) const
     return found != m_indexOfId.end() && m_ids[found->second] == in_id ? &m_items[found->second] : nullptr;
 }
 
+std::vector<materialx::DeclarationIndex> Catalogue::GetDeclarations(const Item& in_item) const
+{
+    std::vector<materialx::DeclarationIndex> declarations;
+    // The items of the definitions follow the one that they share.
+    if (in_item.m_kind == materialx::eKind::ePolymorphicSolver && in_item.m_parent.empty())
+        for (const Item* next = &in_item + 1; next != m_items.data() + m_items.size(); ++next)
+        {
+            if (next->m_specializes != in_item.m_name)
+                break;
+            declarations.push_back(next->m_declaration);
+        }
+    if (declarations.empty())
+        declarations.push_back(in_item.m_declaration);
+    return declarations;
+}
+
 const Item* Catalogue::FindNew(const std::string& in_key) const
 {
     const auto found = m_indexOfKey.find(in_key);

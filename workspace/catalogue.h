@@ -36,6 +36,9 @@ public:
 
     /// Null when no document has the item.
     const materialx::Item* Find(const ItemID& in_id) const;
+    /// The declarations that say what an item of this catalogue is: of a polymorphic solver all of its definitions that
+    /// have a name, of any other item one.
+    std::vector<materialx::DeclarationIndex> GetDeclarations(const materialx::Item& in_item) const;
     /// Null when no document has an item of that key, or the library has it already.
     const materialx::Item* FindNew(const std::string& in_key) const;
     bool Has(const std::string& in_key) const { return m_indexOfKey.count(in_key) != 0; }

@@ -68,6 +68,15 @@ std::optional<std::size_t> Workspace::Find(const QString& in_document) const
     return std::nullopt;
 }
 
+std::optional<materialx::Description> Workspace::Describe(const ItemID& in_item) const
+{
+    const Catalogue& catalogue = m_content->GetCatalogue();
+    const materialx::Item* const item = catalogue.Find(in_item);
+    if (!item || !m_content->IsOpen())
+        return std::nullopt;
+    return materialx::Describe(m_content->GetMaterial(), *item, catalogue.GetDeclarations(*item));
+}
+
 QStringList Workspace::GetChangedDocuments() const
 {
     QStringList paths;

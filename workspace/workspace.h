@@ -2,6 +2,7 @@
 /// An item library that is kept in MaterialX documents on disk.
 #pragma once
 
+#include "materialx/description.h"
 #include "memorymodel/library.h"
 #include "memorymodel/store.h"
 #include "workspace/documents.h"
@@ -50,6 +51,10 @@ public:
     Workspace& operator=(const Workspace&) = delete;
 
     memorymodel::Library& GetLibrary() const;
+
+    /// What the documents say about an item; nothing for one that no document has. Reads the declarations of the item
+    /// each time.
+    std::optional<materialx::Description> Describe(const ItemID& in_item) const;
 
     /// The documents that are not as they are on the disk: paths from the opened folder.
     QStringList GetChangedDocuments() const;

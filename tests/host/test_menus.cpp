@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "datamodel/helpers.h"
 #include "datamodel/sourcecontrol.h"
-#include "host/graphcanvas.h"
+#include "host/breadcrumb.h"
 #include "host/librarybrowser.h"
 #include "host/mainwindow.h"
 #include "memorymodel/datalayer.h"
@@ -75,9 +75,9 @@ private Q_SLOTS:
 
     void theMenuBarHasAllMenus()
     {
-        QCOMPARE(Texts(*m_window->menuBar()), QStringList()
-                                                  << QStringLiteral("&File") << QStringLiteral("&Edit")
-                                                  << QStringLiteral("&Library") << QStringLiteral("&Source control"));
+        QCOMPARE(Texts(*m_window->menuBar()), QStringList() << QStringLiteral("&File") << QStringLiteral("&Edit")
+                                                            << QStringLiteral("&Library") << QStringLiteral("&Graph")
+                                                            << QStringLiteral("&Source control"));
     }
 
     void theLibraryMenuHasTheBrowsersCommands()
@@ -120,14 +120,14 @@ private Q_SLOTS:
         QCOMPARE(m_library->IsLoopCompound(item), loop);
         QCOMPARE(m_library->IsSignature(item), signature);
         QVERIFY(m_layer.GetCompoundTarget() == item);
-        QCOMPARE(Canvas()->GetCaption(), QStringLiteral("Editing Mine"));
+        QCOMPARE(Way(), QStringList() << QStringLiteral("Main graph") << QStringLiteral("Mine"));
         QCOMPARE(m_window->windowTitle(), QStringLiteral("Mine \u2013 nodebrowser"));
 
         m_layer.GetCommandManager().GetStack().undo();
-        QCOMPARE(Canvas()->GetCaption(), QString());
+        QCOMPARE(Way(), QStringList(QStringLiteral("Main graph")));
         QCOMPARE(m_window->windowTitle(), QStringLiteral("nodebrowser"));
         m_layer.GetCommandManager().GetStack().redo();
-        QCOMPARE(Canvas()->GetCaption(), QStringLiteral("Editing Mine"));
+        QCOMPARE(Way(), QStringList() << QStringLiteral("Main graph") << QStringLiteral("Mine"));
     }
 
     void savingSaysHowItWent()
@@ -153,7 +153,7 @@ private Q_SLOTS:
     {
         QMenu* menu = OpenMenu(*m_window, QStringLiteral("&Edit"));
         QVERIFY(menu);
-        QCOMPARE(menu->actions().size(), 2);
+        QCOMPARE(menu->actions().size(), 4);
         QAction* const undo = menu->actions().at(0);
         QAction* const redo = menu->actions().at(1);
         QCOMPARE(undo->text(), QStringLiteral("&Undo"));
@@ -318,7 +318,7 @@ private Q_SLOTS:
     }
 
 private:
-    host::GraphCanvas* Canvas() { return m_window->findChild<host::GraphCanvas*>(); }
+    QStringList Way() { return m_window->findChild<host::Breadcrumb*>()->GetNames(); }
 
     void Select(const char* in_search)
     {
