@@ -15,7 +15,17 @@ using vireo::datamodel::ItemID;
 namespace host
 {
 
-LibraryBrowser::LibraryBrowser() : CNodeBrowser(eConfigNodeBrowser) {}
+LibraryBrowser::LibraryBrowser() : CNodeBrowser(eConfigNodeBrowser)
+{
+    m_afterFrame.setSingleShot(true);
+    connect(&m_afterFrame, &QTimer::timeout, this, &LibraryBrowser::Painted);
+}
+
+void LibraryBrowser::paintEvent(QPaintEvent* in_event)
+{
+    CNodeBrowser::paintEvent(in_event);
+    m_afterFrame.start(0);
+}
 
 void LibraryBrowser::SelectTab(int in_tab)
 {

@@ -5,6 +5,8 @@
 #include "host/row.h"
 #include "nodebrowser/nodebrowser.h"
 
+#include <QTimer>
+
 #include <vector>
 
 namespace memorymodel
@@ -17,6 +19,8 @@ namespace host
 
 class LibraryBrowser : public CNodeBrowser
 {
+    Q_OBJECT
+
 public:
     LibraryBrowser();
 
@@ -27,9 +31,22 @@ public:
     /// Sets the text of the search field, as typing does.
     void Search(const QString& in_text);
 
+    /// How many rows there are, as last painted.
+    using CNodeBrowser::GetRowCount;
+
     /// The rows as last painted, in display order.
     /// \param in_library the library that the browser shows
     std::vector<Row> GetRows(const memorymodel::Library& in_library) const;
+
+Q_SIGNALS:
+    /// Other rows, or another number of them, may have been painted: sent from the event loop after a frame.
+    void Painted();
+
+protected:
+    void paintEvent(QPaintEvent* in_event) override;
+
+private:
+    QTimer m_afterFrame;
 };
 
 } // namespace host
