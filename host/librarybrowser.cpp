@@ -36,7 +36,17 @@ const int gTop = nodebrowser::gListTop + nodebrowser::gTabBarRoom;
 
 } // namespace
 
-LibraryBrowser::LibraryBrowser() : CNodeBrowser(eConfigNodeBrowser) {}
+LibraryBrowser::LibraryBrowser() : CNodeBrowser(eConfigNodeBrowser)
+{
+    m_afterFrame.setSingleShot(true);
+    connect(&m_afterFrame, &QTimer::timeout, this, &LibraryBrowser::Painted);
+}
+
+void LibraryBrowser::paintEvent(QPaintEvent* in_event)
+{
+    CNodeBrowser::paintEvent(in_event);
+    m_afterFrame.start(0);
+}
 
 QLineEdit& LibraryBrowser::GetSearchField() const
 {

@@ -5,6 +5,8 @@
 #include "host/row.h"
 #include "nodebrowser/nodebrowser.h"
 
+#include <QTimer>
+
 #include <functional>
 #include <vector>
 
@@ -24,6 +26,8 @@ namespace host
 /// selection. To find the selected row takes a look at each row before it.
 class LibraryBrowser : public CNodeBrowser
 {
+    Q_OBJECT
+
 public:
     LibraryBrowser();
 
@@ -39,6 +43,9 @@ public:
     /// Sets what the tool tips of rows say of which source control has nothing to say: all but compounds, and compounds
     /// while there is no version control. An empty text shows none.
     void SetToolTips(std::function<QString(const vireo::datamodel::ItemID&)> in_getText);
+
+    /// How many rows there are, as last painted.
+    using CNodeBrowser::GetRowCount;
 
     /// The rows as last painted, in display order.
     /// \param in_library the library that the browser shows
@@ -60,7 +67,12 @@ public:
     /// Selects no row. Nobody is told.
     void ClearSelection();
 
+Q_SIGNALS:
+    /// Other rows, or another number of them, may have been painted: sent from the event loop after a frame.
+    void Painted();
+
 protected:
+    void paintEvent(QPaintEvent* in_event) override;
     bool event(QEvent* in_event) override;
     /// Paints the band at the row before its menu opens.
     void PopContexMenu(const QPoint& in_position, std::size_t in_row) override;
@@ -79,6 +91,7 @@ private:
     bool ShowToolTip(const QHelpEvent& in_event);
 
     std::function<QString(const vireo::datamodel::ItemID&)> m_getToolTip;
+    QTimer m_afterFrame;
 };
 
 } // namespace host

@@ -597,7 +597,7 @@ void TestJourney::AddSave()
     m_facts.m_unsaved.clear();
     Step(
         QStringLiteral("save"), [] { return PressKeys({QStringLiteral("ctrl+s")}); },
-        [this] { return Same(m_window->statusBar()->currentMessage(), QStringLiteral("Sample is saved")); });
+        [this] { return Same(m_window->statusBar()->currentMessage(), QStringLiteral("Sample is in memory only")); });
 }
 
 void TestJourney::AddFiles()
