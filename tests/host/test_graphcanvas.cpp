@@ -7,6 +7,7 @@
 #include "tests/support/testmain.h"
 
 #include <QScrollBar>
+#include <QSignalSpy>
 
 using host::GraphBox;
 using host::GraphCanvas;
