@@ -31,6 +31,7 @@ const double gSmallestScale = 0.1;
 const double gLargestScale = 4.0;
 const double gZoomStep = 1.25;
 const double gFitMargin = 24.0;
+const double gEdge = 8.0;       // between a box and the end of what can be scrolled to
 const double gCascade = 24.0;   // from one placed node to the next
 const int gWheelTurn = 120;     // what a wheel reports for one notch
 const double gWheelPixels = 60; // what one notch moves the view by
@@ -337,7 +338,7 @@ void GraphCanvas::SetSight(const Sight& in_sight)
         // Half a pixel less: what fits exactly must not seem too large when it is multiplied again.
         QRectF area(in_sight.m_topLeft, QSizeF(size.width() - 0.5, size.height() - 0.5) / in_sight.m_scale);
         for (const GraphBox* const box : GetBoxes())
-            area |= box->sceneBoundingRect();
+            area |= box->sceneBoundingRect().adjusted(-gEdge, -gEdge, gEdge, gEdge);
         setSceneRect(area);
         horizontalScrollBar()->setValue(qRound(in_sight.m_topLeft.x() * in_sight.m_scale));
         verticalScrollBar()->setValue(qRound(in_sight.m_topLeft.y() * in_sight.m_scale));

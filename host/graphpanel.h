@@ -23,8 +23,8 @@ class Breadcrumb;
 class GraphCanvas;
 class QuickAdd;
 
-/// Breadcrumb above canvas. A compound that is entered or left becomes the application's compound target; the panel then
-/// waits to be told, like everybody else.
+/// Breadcrumb above canvas. A compound that is entered or left becomes the application's compound target; the panel
+/// then waits to be told, like everybody else.
 class GraphPanel : public QWidget
 {
     Q_OBJECT

@@ -37,9 +37,9 @@ class OpeningBar;
 class TroubleBar;
 
 /// Shows one library of a data layer, and can open another one instead. Title and graph follow the compound that is
-/// edited, the status bar names the selected item and the library, and a pane tells what is known about the item or node
-/// that was selected last. Whoever closes the window or opens another library
-/// is asked what to do with changes that are not saved.
+/// edited, the status bar names the selected item and the library, and a pane tells what is known about the item or
+/// node that was selected last. Whoever closes the window or opens another library is asked what to do with changes
+/// that are not saved.
 ///
 /// The data layer must outlive the window. The window sets its handlers for the compound target and for "Show Files".
 class MainWindow : public QMainWindow

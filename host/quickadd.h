@@ -16,9 +16,9 @@ namespace host
 
 class LibraryBrowser;
 
-/// A browser with the text cursor in its search field. Enter chooses the selected row, or the first one; a click chooses
-/// the row under the pointer; Escape and a press outside close it. It stays a while for the next time: to show it again
-/// builds no list.
+/// A browser with the text cursor in its search field. Enter chooses the selected row, or the first one; a click
+/// chooses the row under the pointer; Escape and a press outside close it. It stays a while for the next time: to show
+/// it again builds no list.
 class QuickAdd : public QFrame
 {
     Q_OBJECT

@@ -15,8 +15,8 @@ namespace host
 /// The keys for redo: those of the platform, and Ctrl+Y everywhere.
 QList<QKeySequence> GetRedoKeys();
 
-/// Leaves the keys to the window's shortcuts, unless the field has typing of its own to undo or to redo. A change of the
-/// stack ends the history of the field, so that what was done last is undone first.
+/// Leaves the keys to the window's shortcuts, unless the field has typing of its own to undo or to redo. A change of
+/// the stack ends the history of the field, so that what was done last is undone first.
 ///
 /// Belongs to the field; the stack must outlive it.
 class UndoKeys : public QObject

@@ -108,21 +108,21 @@ private Q_SLOTS:
 
     void keysFollowWhatWasTypedBeforeAnyPaint()
     {
-        QTest::keyClicks(&Field(), QStringLiteral("node 04"));
+        QTest::keyClicks(&Field(), QStringLiteral("041"));
         Press(Qt::Key_Down);
-        QCOMPARE(Selected(), NameOfItem(40));
+        QCOMPARE(Selected(), NameOfItem(41));
     }
 
     void enterAddsTheFirstRow()
     {
-        QTest::keyClicks(&Field(), QStringLiteral("node 07"));
+        QTest::keyClicks(&Field(), QStringLiteral("07")); // Node 007, Node 070, Node 071
         Press(Qt::Key_Return);
-        QCOMPARE(Selected(), NameOfItem(70));
-        QCOMPARE(Boxes(), QStringList(QStringLiteral("Node 070")));
+        QCOMPARE(Selected(), NameOfItem(7));
+        QCOMPARE(Boxes(), QStringList(QStringLiteral("Node 007")));
         Press(Qt::Key_Down);
         Press(Qt::Key_Down);
         Press(Qt::Key_Enter);
-        QCOMPARE(Boxes(), QStringList() << QStringLiteral("Node 070") << QStringLiteral("Node 072"));
+        QCOMPARE(Boxes(), QStringList() << QStringLiteral("Node 007") << QStringLiteral("Node 071"));
         QVERIFY(Field().hasFocus());
     }
 
@@ -250,10 +250,10 @@ private Q_SLOTS:
         QVERIFY((popup->pos() - Canvas().viewport()->mapToGlobal(place)).manhattanLength() <= 4);
         QLineEdit& field = popup->GetBrowser().GetSearchField();
         QVERIFY(popup->focusWidget() == &field);
-        QTest::keyClicks(&field, QStringLiteral("node 03"));
+        QTest::keyClicks(&field, QStringLiteral("031"));
         QTest::keyClick(&field, Qt::Key_Return);
         QVERIFY(!popup->isVisible());
-        QCOMPARE(Boxes(), QStringList(QStringLiteral("Node 030")));
+        QCOMPARE(Boxes(), QStringList(QStringLiteral("Node 031")));
         QCOMPARE(Canvas().mapFromScene(Canvas().GetBoxes().first()->pos()), place);
         QCOMPARE(m_layer.GetCommandManager().GetStack().count(), 1);
     }
