@@ -106,6 +106,8 @@ public:
     /// store, too, or refused; but for Add(), Follow() and Drop(), by which the store says what it has. Items of
     /// read-only sources are never saved.
     void SetStore(std::shared_ptr<Store> in_store);
+    /// Null for memory alone, and for a closed library.
+    std::shared_ptr<Store> GetStore() const;
 
     /// Makes an item what its store has, and sends a notification for what differs; LibraryInvalidated() if that is the
     /// source. Cannot be undone.
