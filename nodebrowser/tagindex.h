@@ -42,8 +42,8 @@ private:
 
 /// The item list makes it, tag notifications update it, and the search reads it. Items are named by their index.
 ///
-/// Many items have the same tags. So items refer to a tag set, and tags refer to the sets that they are in. A tag string
-/// is split once, and the text of a tag is kept and searched once.
+/// Many items have the same tags. So items refer to a tag set, and tags refer to the sets that they are in. A tag
+/// string is split once, and the text of a tag is kept and searched once.
 class TagIndex
 {
 public:
