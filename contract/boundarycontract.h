@@ -21,17 +21,18 @@
 namespace contract
 {
 
+/// What became of a promise.
 enum eOutcome
 {
-    eKept,
-    eBroken,
+    eKept,       ///< checked, and no fault found
+    eBroken,     ///< one fault found
     eNotChecked, ///< the implementation leaves out what the promise is about
 };
 
-/// What became of a promise.
+/// What became of a promise, and why.
 struct Result
 {
-    eOutcome m_outcome = eKept;
+    eOutcome m_outcome = eKept; ///< with eKept, parts may not have been checked: see the message
     /// Of a broken promise: "OPERATION: expected …; got …. What in the browser relies on it." Else what was not
     /// checked, and why; empty when all was. Printable ASCII: other characters are written as "\xE4".
     std::string m_message;

@@ -17,6 +17,7 @@ namespace contract
 /// Without data sources, refuse in CanAdd() all but "Local".
 struct ItemWish
 {
+    /// A plain item: all that the fields below say of one.
     ItemWish(const char* in_type, const std::string& in_name) : m_type(in_type), m_name(in_name) {}
 
     const char* m_type;             ///< a type-name constant
@@ -56,7 +57,8 @@ enum eFeature : unsigned
 /// ends the layer. The contract makes a fixture for each promise.
 ///
 /// A fixture does what only the implementation's own interface can do. What the boundary offers, the contract does by
-/// itself. The functions below the first four belong to features. Those of a missing feature are never called.
+/// itself. The first four functions are for every implementation. The others belong to features: override those of the
+/// features that GetFeatures() names. Those of a missing feature are never called.
 class BoundaryFixture
 {
 public:
@@ -65,6 +67,7 @@ public:
     /// What the implementation has: a sum of eFeature.
     virtual unsigned GetFeatures() const = 0;
 
+    /// The library; valid until Close().
     virtual vireo::datamodel::ItemLibraryAccessor GetLibrary() = 0;
 
     /// Whether the implementation knows such items. What needs others is reported as not checked. An item that Add()
@@ -75,40 +78,81 @@ public:
     /// \return the item's identity; the invalid one when nothing was added
     virtual vireo::datamodel::ItemID Add(const ItemWish& in_wish) = 0;
 
-    // eRemoving. Nothing happens to an item that is gone. With eUndoing the command manager makes a command of it.
+    /// \name eRemoving
+    /// \{
+
+    /// Removes an item. Nothing happens to one that is gone. With eUndoing the command manager makes a command of it;
+    /// null removes it for good.
     virtual void Remove(const vireo::datamodel::ItemID&, hmx::fwk::ICommandManager*) { Missing("Remove()"); }
+    /// \}
 
-    // eClosing
+    /// \name eClosing
+    /// \{
+
+    /// Ends the library, while its accessors live on.
     virtual void Close() { Missing("Close()"); }
+    /// \}
 
-    // eUndoing: the application's command manager, and how many commands its stack has, undone ones included.
+    /// \name eUndoing
+    /// \{
+
+    /// The application's command manager. The contract passes it to writes.
     virtual hmx::fwk::ICommandManager* GetCommands() { return Missing("GetCommands()"), nullptr; }
+    /// How many commands its stack has, undone ones included.
     virtual int GetCommandCount() { return Missing("GetCommandCount()"), 0; }
+    /// Undoes one command.
     virtual void Undo() { Missing("Undo()"); }
+    /// Redoes one command.
     virtual void Redo() { Missing("Redo()"); }
+    /// \}
 
-    // eServices. MakeCurrent() makes the library the application's. A service may be replaced, or taken away by null.
+    /// \name eServices
+    /// \{
+
+    /// Makes the library the application's.
     virtual void MakeCurrent() { Missing("MakeCurrent()"); }
+    /// Replaces a service by its name, or takes it away by null.
     virtual void SetService(const char*, hmx::IBase*) { Missing("SetService()"); }
+    /// Whether there is a system object. Without one, every service is absent.
     virtual void SetSystemPresent(bool) { Missing("SetSystemPresent()"); }
+    /// \}
 
-    // eCompoundTarget: what Helpers::SetGlobalVireoCompoundTarget() has set; at first the invalid identity.
+    /// \name eCompoundTarget
+    /// \{
+
+    /// What Helpers::SetGlobalVireoCompoundTarget() has set; at first the invalid identity.
     virtual vireo::datamodel::ItemID GetCompoundTarget() { return Missing("GetCompoundTarget()"), ItemID(); }
+    /// \}
 
-    // eSourceControl. At first source control is off, but has properties. The two states differ from each other and
-    // from the state that items start with.
+    /// \name eSourceControl
+    /// At first source control is off, but has properties. The two states differ from each other and from the state
+    /// that items start with.
+    /// \{
+
+    /// Switches the property "source control enabled".
     virtual void SetEnabled(bool) { Missing("SetEnabled()"); }
+    /// Whether the properties manager has properties at all.
     virtual void SetHasProperties(bool) { Missing("SetHasProperties()"); }
+    /// What ISourceControlDisplay::IsFileVersionControlActive() returns from now on.
     virtual void SetVersionControlActive(bool) { Missing("SetVersionControlActive()"); }
+    /// A state that an object can have.
     virtual unsigned GetOneState() { return Missing("GetOneState()"), 0; }
+    /// Another one.
     virtual unsigned GetOtherState() { return Missing("GetOtherState()"), 0; }
+    /// Gives an item's object a state.
     virtual void SetState(const vireo::datamodel::ItemID&, unsigned) { Missing("SetState()"); }
+    /// \}
 
-    // eSeveralLayers: installs this layer again after another one had its turn. A layer that ends while it is installed
-    // puts back the one before it that still lives.
+    /// \name eSeveralLayers
+    /// \{
+
+    /// Installs this layer again after another one had its turn. A layer that ends while it is installed puts back the
+    /// one before it that still lives.
     virtual void Install() { Missing("Install()"); }
+    /// \}
 
 protected:
+    /// For short.
     using ItemID = vireo::datamodel::ItemID;
 
     /// Reports that the fixture has a feature without the function for it.

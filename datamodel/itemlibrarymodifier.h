@@ -41,7 +41,8 @@ public:
     /// \param out_written set to whether anything was written
     /// \param out_messages gets one sentence for each item that could not be saved; may be null
     /// \param in_everything also what has no changes; the browser passes false
-    /// \param in_source the resource of the one data source to save; the browser passes the null identity, for all
+    /// \param in_source the resource of the one data source to save; the browser passes the null identity, for all. One
+    ///     that the library does not have is a failure: a message, nothing written, and no notification
     /// \return false after a veto or a failure
     virtual bool CommitToDisk(bool& out_written, std::list<std::string>* out_messages, bool in_everything,
                               const nexa4::TezUID& in_source) = 0;
@@ -55,7 +56,8 @@ public:
     /// Makes a compound or a signature and sends one ItemAdded(). Refuses an empty name, a name in use, an unknown base
     /// class, and everything while no data source takes new items. The texts come from a dialog as they were typed,
     /// with the name's special characters replaced.
-    /// \param in_baseClass the database identity of a signature, as text; empty or null for none
+    /// \param in_baseClass a signature, as the text that IItemModel::GetItemIDUID() gives for it; empty or null for
+    ///     none
     /// \param in_category free text; empty or null for none
     /// \return the context of the new model, which offers ICompound and ICompoundModifier; null when refused
     virtual ContextPtr CreateCompound(const char* in_name, bool in_signature, const char* in_baseClass,
@@ -80,7 +82,7 @@ public:
     /// \param out_messages gets one sentence for each failure; may be null
     /// \param in_everything also write what has no changes
     /// \param in_source identity of the resource that stands for the data source to save; the null identity saves all
-    /// \return true on success, also when there was nothing to save; false after a veto, and when invalid
+    /// \return true on success, also when there was nothing to save; false after a veto or a failure, and when invalid
     bool CommitToDisk(bool& out_written, std::list<std::string>* out_messages, bool in_everything,
                       const nexa4::TezUID& in_source) const;
 

@@ -44,7 +44,8 @@ public:
 /// Notified when a library or an item in it changes. Every change of items arrives between OnBeginChanges() and
 /// OnEndChanges(), undone and redone changes included. What changes nothing sends nothing. The pairs nest when an
 /// observer changes something itself. Commits have calls of their own outside the pairs. Thread and re-entrancy are as
-/// above.
+/// above. An observer that is added in OnBeginChanges(), or later inside a pair, got no beginning of it: do not rely on
+/// its end. The data layer in memory sends it the changes that follow, and no OnEndChanges() of that pair.
 class DATAMODEL_EXPORT IItemLibraryNotification
 {
 public:

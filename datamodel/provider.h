@@ -53,6 +53,9 @@ public:
 
     /// The identity text of the item's database object. Null, or a text that is no UID, for an item without one. It
     /// stays valid until the next call. A build asks once for each item.
+    ///
+    /// The dialog for new compounds asks for each signature, and passes the text of the chosen one as the base class.
+    /// This is all that signatures need: there may be no IObjectDatabase, and no object behind the text.
     virtual const char* GetItemIDUID(const ItemID& in_item) = 0;
 
     /// The command manager of the application; null for none. It stays the implementation's. The type selector gives it
