@@ -97,8 +97,9 @@ int RunUnattended(const CommandLine& in_commandLine, memorymodel::DataLayer& in_
     in_window.setAttribute(Qt::WA_DontShowOnScreen);
     in_window.show();
     PaintWindow(in_window);
-    // The first paint asked for the source-control states; the second one shows them.
+    // The first paint asked for the source-control states and counted the rows; the second one shows both.
     in_layer.GetSourceControl().DeliverRequestedStates();
+    QCoreApplication::processEvents();
     const QImage image = PaintWindow(in_window);
     if (!in_commandLine.m_screenshot.isEmpty() && !WriteScreenshot(image, in_commandLine.m_screenshot))
         return eExitFailure;
