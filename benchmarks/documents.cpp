@@ -52,12 +52,13 @@ std::string MakeDocument(int in_count)
     for (int i = 0; i < in_count; ++i)
     {
         const std::string number = std::to_string(i);
-        text += "  <nodedef name=\"ND_node" + number + "_color3\" node=\"node" + number + "\" nodegroup=\"group" +
-                std::to_string(i % 50) +
-                "\">\n    <input name=\"in\" type=\"color3\" value=\"0.0, 0.0, 0.0\" />\n"
-                "    <output name=\"out\" type=\"color3\" />\n  </nodedef>\n";
+        text.append("  <nodedef name=\"ND_node").append(number).append("_color3\" node=\"node").append(number);
+        text.append("\" nodegroup=\"group").append(std::to_string(i % 50)).append("\">\n");
+        text.append("    <input name=\"in\" type=\"color3\" value=\"0.0, 0.0, 0.0\" />\n");
+        text.append("    <output name=\"out\" type=\"color3\" />\n  </nodedef>\n");
     }
-    return text + "</materialx>\n";
+    text.append("</materialx>\n");
+    return text;
 }
 
 /// Beats as often as the event loop lets it, and keeps the longest pause.

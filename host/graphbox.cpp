@@ -110,7 +110,8 @@ void GraphBox::Arrange()
     const int rows = static_cast<int>(std::max(m_inputs.size(), m_outputs.size()));
     const int height = gTitleHeight + (rows > 0 ? rows * gPortHeight + gPadding / 2 : 0);
     prepareGeometryChange();
-    m_rect = QRectF(-width / 2, -gTitleHeight / 2, width, height);
+    const QPoint corner(-width / 2, -gTitleHeight / 2);
+    m_rect = QRectF(corner, QSizeF(width, height));
 }
 
 QRectF GraphBox::boundingRect() const
