@@ -414,10 +414,10 @@ void GraphCanvas::drawBackground(QPainter* in_painter, const QRectF& in_rect)
     in_painter->fillRect(in_rect, palette().color(QPalette::Base));
     const double step = GetScale() < gSmallestGridScale ? gGridStep * 5.0 : gGridStep;
     in_painter->setPen(QPen(palette().color(QPalette::Mid), 0.0));
-    const double first = std::floor(in_rect.left() / step) * step + step / 2.0;
-    for (double y = std::floor(in_rect.top() / step) * step + step / 2.0; y < in_rect.bottom(); y += step)
-        for (double x = first; x < in_rect.right(); x += step)
-            in_painter->drawPoint(QPointF(x, y));
+    const auto cellOf = [step](double in_position) { return static_cast<int>(std::floor(in_position / step)); };
+    for (int row = cellOf(in_rect.top()); row <= cellOf(in_rect.bottom()); ++row)
+        for (int column = cellOf(in_rect.left()); column <= cellOf(in_rect.right()); ++column)
+            in_painter->drawPoint(QPointF((column + 0.5) * step, (row + 0.5) * step));
 }
 
 } // namespace host
