@@ -10,6 +10,7 @@
 #include "host/mainwindow.h"
 #include "memorymodel/datalayer.h"
 #include "tests/host/windowfixture.h"
+#include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
 
 using host::GraphCanvas;
@@ -31,7 +32,7 @@ private Q_SLOTS:
         m_other = m_library->Add(NewItem::Compound("Other"));
         m_window.reset(new host::MainWindow(m_layer, *m_library));
         ShowMainWindow(*m_window);
-        QApplication::setActiveWindow(m_window.get());
+        testcompat::DeclareActive(*m_window);
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
 

@@ -5,6 +5,7 @@
 #include "host/graphcanvas.h"
 #include "host/quickadd.h"
 #include "tests/host/windowfixture.h"
+#include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
 
 #include <QCursor>
@@ -60,7 +61,7 @@ private Q_SLOTS:
         m_library->Add(NewItem::Type("Float"));
         m_window.reset(new MainWindow(m_layer, *m_library));
         ShowMainWindow(*m_window);
-        QApplication::setActiveWindow(m_window.get());
+        testcompat::DeclareActive(*m_window);
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
         Field().setFocus();
     }
