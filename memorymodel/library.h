@@ -19,6 +19,7 @@ namespace memorymodel
 class DataLayer;
 class LibraryContext;
 class Store;
+class Versioning;
 enum class eFollowing;
 struct StoredItem;
 
@@ -106,6 +107,12 @@ public:
     /// store, too, or refused; but for Add(), Follow() and Drop(), by which the store says what it has. Items of
     /// read-only sources are never saved.
     void SetStore(std::shared_ptr<Store> in_store);
+    /// Null for memory alone, and after Close().
+    std::shared_ptr<Store> GetStore() const;
+
+    /// Who is asked for source-control states, tool tips and check-outs from now on; null for the record of
+    /// SourceControl, as at first. It must be there until the library is closed or gets another one.
+    void SetVersioning(Versioning* in_versioning);
 
     /// Makes an item what its store has, and sends a notification for what differs; LibraryInvalidated() if that is the
     /// source. Cannot be undone.
