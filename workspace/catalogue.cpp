@@ -29,6 +29,7 @@ bool CanFollow(const Item& in_before, const Item& in_after)
 CatalogueNews Catalogue::Update(const materialx::Library& in_documents)
 {
     CatalogueNews news;
+    ++m_revision;
     std::vector<Item> items = materialx::MakeItems(in_documents);
     std::vector<ItemID> ids(items.size());
     const auto take = [&](std::size_t in_from, std::size_t in_to) {
@@ -107,6 +108,7 @@ void Catalogue::Pair(const std::string& in_key, const ItemID& in_id)
 
 void Catalogue::Pair(std::size_t in_index, const ItemID& in_id)
 {
+    ++m_revision;
     m_ids[in_index] = in_id;
     m_indexOfId[in_id.GetNumber()] = in_index;
 }

@@ -33,6 +33,8 @@ public:
     CatalogueNews Update(const materialx::Library& in_documents);
     const std::vector<materialx::Item>& GetItems() const { return m_items; }
     const std::vector<ItemID>& GetIds() const { return m_ids; }
+    /// Another number after each Update() and Pair().
+    std::uint64_t GetRevision() const { return m_revision; }
 
     /// Null when no document has the item.
     const materialx::Item* Find(const ItemID& in_id) const;
@@ -49,6 +51,7 @@ public:
     void Pair(std::size_t in_index, const ItemID& in_id);
 
 private:
+    std::uint64_t m_revision = 1;
     std::vector<materialx::Item> m_items;
     std::vector<ItemID> m_ids; ///< of the items; invalid for one that is not in the library yet
     std::unordered_map<std::string, std::size_t> m_indexOfKey;

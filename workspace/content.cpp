@@ -171,6 +171,21 @@ void Content::Update(eFollowing in_following)
         m_news.push_back({in_following, false, id, std::string()});
 }
 
+void Content::UpdateAccess()
+{
+    if (!m_isOpen)
+        return;
+    m_areReadOnly = AreReadOnly();
+    const std::vector<ItemID>& ids = m_catalogue.GetIds();
+    for (std::size_t i = 0; i < ids.size(); ++i)
+    {
+        const bool isReadOnly = m_areReadOnly[i] || SourceFor(m_catalogue.GetItems()[i].m_source).IsReadOnly();
+        if (ids[i].IsValid() && m_library.GetAccessor().ItemIsReadOnly(ids[i]) != isReadOnly)
+            m_news.push_back({eFollowing::eNews, false, ids[i], std::string()});
+    }
+    Settle();
+}
+
 void Content::Settle()
 {
     while (!m_news.empty() && m_isOpen)

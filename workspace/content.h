@@ -51,6 +51,9 @@ public:
     /// Tells the library.
     void Settle();
 
+    /// Looks anew at which items can be changed, after the permissions of files have changed, and tells the library.
+    void UpdateAccess();
+
 private:
     struct News
     {

@@ -7,6 +7,7 @@
 #include "workspace/content.h"
 #include "workspace/files.h"
 #include "workspace/steps.h"
+#include "workspace/versions.h"
 
 #include <QDir>
 #include <QFile>
@@ -45,12 +46,16 @@ std::shared_ptr<Workspace> Workspace::Open(memorymodel::DataLayer& io_layer, con
     memorymodel::Library& library = io_layer.AddLibrary(Narrow(NameOf(in_path)));
     const auto content = std::make_shared<Content>(std::move(documents), library);
     content->Fill();
-    const std::shared_ptr<Workspace> workspace(new Workspace(content));
+    const std::shared_ptr<Workspace> workspace(new Workspace(content, io_layer.GetSourceControl()));
     library.SetStore(workspace);
+    workspace->m_versions->Ask();
     return workspace;
 }
 
-Workspace::Workspace(std::shared_ptr<Content> in_content) : m_content(std::move(in_content)) {}
+Workspace::Workspace(std::shared_ptr<Content> in_content, memorymodel::SourceControl& in_control)
+    : m_content(in_content), m_versions(new Versions(std::move(in_content), in_control))
+{
+}
 
 Workspace::~Workspace() = default;
 
@@ -96,6 +101,7 @@ void Workspace::Refresh()
         isNews = m_content->GetDocuments().Refresh(i) || isNews;
     if (isNews)
         TakeNews();
+    m_versions->Ask();
 }
 
 void Workspace::Refresh(const QString& in_document)
@@ -108,6 +114,7 @@ void Workspace::Refresh(const QString& in_document)
     const std::size_t document = FindOrAddDocument(in_document, m_content->GetDocuments().GetLibrary());
     if (m_content->GetDocuments().Refresh(document))
         TakeNews();
+    m_versions->Ask();
 }
 
 eDocumentState Workspace::GetDocumentState(const QString& in_document) const
@@ -209,6 +216,7 @@ std::vector<std::size_t> Workspace::DocumentsToSave(const memorymodel::CommitReq
 
 void Workspace::Close()
 {
+    m_versions->Close();
     m_content->Close();
 }
 
@@ -235,6 +243,7 @@ memorymodel::CommitAnswer Workspace::Commit(const memorymodel::CommitRequest& in
         if (std::none_of(documentsOf[i].begin(), documentsOf[i].end(),
                          [&](std::size_t in_document) { return changed.count(in_document) != 0; }))
             answer.m_saved.push_back(ids[i]);
+    m_versions->Ask();
     return answer;
 }
 

@@ -17,12 +17,14 @@
 namespace memorymodel
 {
 class DataLayer;
-}
+class SourceControl;
+} // namespace memorymodel
 
 namespace workspace
 {
 
 class Content;
+class Versions;
 
 /// A folder of documents, or one document, opened as a library of a data layer: the store of that library. What is
 /// renamed, tagged, created, moved and removed in the library is changed in the documents at once, by the smallest
@@ -53,6 +55,9 @@ public:
 
     /// The documents that are not as they are on the disk: paths from the opened folder.
     QStringList GetChangedDocuments() const;
+
+    /// What git has of the documents. It is there as long as this object.
+    Versions& GetVersions() const { return *m_versions; }
 
     /// \name Files that others change
     /// A document is named by its path from the opened folder, an opened file by its name. What became of its items is
@@ -90,7 +95,7 @@ public:
     void Close() override;
 
 private:
-    explicit Workspace(std::shared_ptr<Content> in_content);
+    Workspace(std::shared_ptr<Content> in_content, memorymodel::SourceControl& in_control);
 
     /// Nothing when there is no such document.
     std::optional<std::size_t> Find(const QString& in_document) const;
@@ -99,6 +104,7 @@ private:
     std::vector<std::size_t> DocumentsToSave(const memorymodel::CommitRequest& in_request) const;
 
     const std::shared_ptr<Content> m_content;
+    const std::unique_ptr<Versions> m_versions;
 };
 
 } // namespace workspace
