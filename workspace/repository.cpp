@@ -9,6 +9,7 @@
 #include <QTimeZone>
 
 #include <git2.h>
+#include <git2/sys/diff.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -156,8 +157,9 @@ ePermission PermissionOf(const QByteArray& in_path, bool in_isAdministrator)
 }
 
 /// The flags of those files of a group that are not as in the last commit.
+/// \param io_lookedAt see GitStates
 /// \return false when git cannot tell
-bool ReadFlags(Group& io_group, std::unordered_map<std::string, unsigned>& out_flags)
+bool ReadFlags(Group& io_group, std::unordered_map<std::string, unsigned>& out_flags, std::size_t& io_lookedAt)
 {
     git_status_options options = GIT_STATUS_OPTIONS_INIT;
     options.flags = GIT_STATUS_OPT_INCLUDE_UNTRACKED | GIT_STATUS_OPT_RECURSE_UNTRACKED_DIRS |
@@ -172,6 +174,9 @@ bool ReadFlags(Group& io_group, std::unordered_map<std::string, unsigned>& out_f
     if (git_status_list_new(&made, io_group.m_repository.get(), &options) != 0)
         return false;
     const StatusList list(made);
+    git_diff_perfdata performance = GIT_DIFF_PERFDATA_INIT;
+    if (git_status_list_get_perfdata(&performance, made) == 0)
+        io_lookedAt += performance.stat_calls;
     for (std::size_t i = 0; i < git_status_list_entrycount(made); ++i)
     {
         const git_status_entry* const entry = git_status_byindex(made, i);
@@ -417,7 +422,7 @@ GitStates ReadGitStates(const DocumentPaths& in_paths)
     {
         std::unordered_map<std::string, unsigned> flags;
         AppendWatched(group.m_repository.get(), answer.m_watched);
-        if (group.m_paths.empty() || !ReadFlags(group, flags))
+        if (group.m_paths.empty() || !ReadFlags(group, flags, answer.m_lookedAt))
         {
             if (!group.m_paths.empty())
                 answer.m_problem = LastError();

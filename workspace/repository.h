@@ -40,7 +40,9 @@ struct GitStates
     bool m_isActive = false;         ///< whether there is a repository that can be read
     QString m_problem;               ///< why not, if one is there; empty if none is
     std::vector<eGitState> m_states; ///< of the documents, in their order
-    QStringList m_watched; ///< folders in which something changes when a commit, a checkout or a stash is made
+    std::size_t m_lookedAt = 0;      ///< how often git asked the disk about a file or folder
+    /// Folders in which something changes when a commit, a checkout or a stash is made.
+    QStringList m_watched;
 };
 
 /// Documents in repositories inside the folder, submodules say, have the states that these have of them. Only the

@@ -390,6 +390,10 @@ private Q_SLOTS:
         const std::size_t before = GetVersions().GetAskedCount();
         QCOMPARE(StateOf("sun"), unsigned(memorymodel::eCheckedIn));
         QCOMPARE(GetVersions().GetAskedCount() - before, std::size_t(2));
+        const workspace::GitStates states =
+            workspace::ReadGitStates({PathOf(""), {QByteArray("sky/sky.mtlx"), QByteArray("earth/earth.mtlx")}});
+        QCOMPARE(states.m_states.size(), std::size_t(2));
+        QVERIFY2(states.m_lookedAt > 0 && states.m_lookedAt < 20, qPrintable(QString::number(states.m_lookedAt)));
     }
 
     void callsWhileGitIsBusyAreAnsweredTogether()
