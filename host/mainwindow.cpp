@@ -11,6 +11,7 @@
 #include "host/recentlibraries.h"
 #include "host/sourcecontrolmenu.h"
 #include "host/unsavedchanges.h"
+#include "host/versionfollower.h"
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/typeselector.h"
 #include "qtcompat/latin1.h"
@@ -145,6 +146,7 @@ void MainWindow::Attach(memorymodel::Library& in_library)
     m_library = &in_library;
     m_watcher.reset(
         new ChangeWatcher(m_library->GetAccessor(), [this] { OnLibraryChanged(); }, [this] { OnLibraryCommitted(); }));
+    m_versionFollower.reset(new VersionFollower(m_layer, *m_library, *m_browser, *this));
     m_layer.SetCurrentLibrary(m_library);
     m_browser->SetItemLibrary(m_library->GetAccessor());
     m_canvas->SetLibrary(m_library);
@@ -170,9 +172,6 @@ bool MainWindow::Open(const QString& in_path)
     Helpers::SetGlobalVireoCompoundTarget(CompoundAccessor(), CompoundAccessor());
     Attach(*library);
     m_layer.RemoveLibrary(old);
-    // Only the sample library has source control; libraries from files have none.
-    m_layer.GetSourceControl().SetEnabled(false);
-    m_layer.GetSourceControl().SetVersionControlActive(false);
     AddRecentLibrary(in_path);
     return true;
 }

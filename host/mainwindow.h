@@ -23,6 +23,7 @@ namespace host
 class ChangeWatcher;
 class GraphCanvas;
 class LibraryBrowser;
+class VersionFollower;
 
 /// Shows one library of a data layer, and can open another one instead. Title and graph follow the compound that is
 /// edited, the status bar names the selected item and the library. Whoever closes the window or opens another library
@@ -77,6 +78,7 @@ private:
     QLabel* m_selectionLabel;
     QLabel* m_libraryLabel;
     std::unique_ptr<ChangeWatcher> m_watcher;
+    std::unique_ptr<VersionFollower> m_versionFollower;
 };
 
 } // namespace host
