@@ -45,6 +45,8 @@ private Q_SLOTS:
         m_folder->Write("sky/sky.mtlx", gSky);
         m_window.reset(new MainWindow(m_layer, m_layer.AddLibrary("Nodes")));
         ShowMainWindow(*m_window);
+        const int allTab = 2; // signatures are on this one only
+        m_window->GetBrowser().SelectTab(allTab);
     }
 
     void cleanup()
