@@ -41,6 +41,7 @@ install(FILES ${PROJECT_BINARY_DIR}/${package}-config.cmake ${PROJECT_BINARY_DIR
     DESTINATION ${cmake_files})
 
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package})
 
 # install_pkgconfig(LIBRARY DESCRIPTION REQUIRES…): a file that carries the library's name. It has no folder of its own
 # written into it, so the installed package can be moved.

@@ -13,7 +13,8 @@
 namespace contract
 {
 
-/// What an item of the contract's library is to be.
+/// What an item of the contract's library is to be. Sources are "Local", "Shared" and "Product", which is read-only.
+/// Without data sources, refuse in CanAdd() all but "Local".
 struct ItemWish
 {
     ItemWish(const char* in_type, const std::string& in_name) : m_type(in_type), m_name(in_name) {}
@@ -21,7 +22,7 @@ struct ItemWish
     const char* m_type;             ///< a type-name constant
     std::string m_name;             ///< 8-bit Latin-1
     std::string m_tags;             ///< under gApplicationTagsKey
-    std::string m_source = "Local"; ///< the data source that it is in, see eDatabase
+    std::string m_source = "Local"; ///< the data source that it is in
     bool m_signature = false;       ///< a compound that is a signature
     bool m_loop = false;            ///< a compound whose graph runs in a loop
     bool m_readOnly = false;        ///< it cannot be changed, whatever its source
@@ -66,7 +67,8 @@ public:
 
     virtual vireo::datamodel::ItemLibraryAccessor GetLibrary() = 0;
 
-    /// Whether the implementation knows such items. What needs others is reported as not checked.
+    /// Whether the implementation knows such items. What needs others is reported as not checked. An item that Add()
+    /// makes is all that its wish says, or promises are reported as broken.
     virtual bool CanAdd(const ItemWish&) const { return true; }
 
     /// Adds an item for good, not as a command. In a closed library it does nothing.

@@ -42,8 +42,9 @@ public:
     /// answer.
     virtual bool ItemIsReadOnly(const ItemID& in_item) const = 0;
 
-    /// Whether the item has changes that are not committed. Asked for each row in sight at each paint. No notification
-    /// goes with it: after a commit the browser shows it at the next paint.
+    /// Whether the item has changes that are not committed. Undo that comes back to what was committed makes it clean,
+    /// and undo of a change that was committed makes it dirty. Asked for each row in sight at each paint. No
+    /// notification goes with it: after a commit the browser shows it at the next paint.
     virtual bool ItemIsDirty(const ItemID& in_item) const = 0;
 
     /// The item's model: a context that offers the interfaces of models.h and compoundmodifier.h which fit the item.

@@ -74,6 +74,8 @@ QString ParseCommandLine(const QStringList& in_arguments, CommandLine* out_comma
     out_commandLine->m_help = parser.isSet(help);
     out_commandLine->m_search = parser.value(search);
     out_commandLine->m_rows = parser.isSet(rows);
+    out_commandLine->m_hasTab = parser.isSet(tab);
+    out_commandLine->m_hasSize = parser.isSet(size);
 
     QString error;
     if (parser.isSet(library))

@@ -14,10 +14,12 @@ struct CommandLine
     bool m_help = false;
     QString m_library; ///< a file or a folder; empty for the embedded sample
     int m_tab = 0;     ///< as the browser numbers its tabs: nodes, types, all
+    bool m_hasTab = false;
     QString m_search;
     bool m_rows = false;
     QString m_screenshot; ///< the file to write; empty for none
     QSize m_size = QSize(1100, 720);
+    bool m_hasSize = false;
 
     /// Whether the host does its work and ends, without anybody looking at a window.
     bool IsUnattended() const { return m_rows || !m_screenshot.isEmpty(); }

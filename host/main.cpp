@@ -4,9 +4,8 @@
 #include "host/commandline.h"
 #include "host/librarybrowser.h"
 #include "host/mainwindow.h"
-#include "host/openlibrary.h"
-#include "host/recentlibraries.h"
 #include "host/samplelibrary.h"
+#include "host/theme.h"
 #include "host/versionfollower.h"
 #include "memorymodel/datalayer.h"
 #include "qtcompat/qtcompat.h"
@@ -115,32 +114,30 @@ int RunUnattended(const CommandLine& in_commandLine, memorymodel::DataLayer& in_
 int RunHost(const CommandLine& in_commandLine)
 {
     memorymodel::DataLayer layer;
-    memorymodel::Library* library = nullptr;
-    if (in_commandLine.m_library.isEmpty())
+    const bool isSample = in_commandLine.m_library.isEmpty();
+    MainWindow window(layer, isSample ? host::AddSampleLibrary(layer) : layer.AddLibrary(std::string()));
+    window.resize(in_commandLine.m_size);
+    if (!in_commandLine.IsUnattended())
     {
-        library = &host::AddSampleLibrary(layer);
+        host::ApplyTheme();
+        window.RestoreLayout();
     }
-    else
-    {
-        QString error;
-        library = host::OpenLibrary(layer, in_commandLine.m_library, &error);
-        if (!library)
-        {
-            PrintError(error + QLatin1Char('\n'));
-            return eExitFailure;
-        }
-    }
-
-    MainWindow window(layer, *library);
-    window.GetBrowser().SelectTab(in_commandLine.m_tab);
+    if (in_commandLine.m_hasSize)
+        window.resize(in_commandLine.m_size);
+    if (in_commandLine.m_hasTab)
+        window.GetBrowser().SelectTab(in_commandLine.m_tab);
     window.GetBrowser().Search(in_commandLine.m_search);
+    if (!in_commandLine.IsUnattended())
+        window.show();
+    QString error;
+    if (!isSample && !window.Open(in_commandLine.m_library, &error) && !error.isEmpty())
+    {
+        PrintError(error + QLatin1Char('\n'));
+        return eExitFailure;
+    }
     if (in_commandLine.IsUnattended())
         return RunUnattended(in_commandLine, layer, window);
-    if (!in_commandLine.m_library.isEmpty())
-        host::AddRecentLibrary(in_commandLine.m_library);
-    window.resize(in_commandLine.m_size);
-    window.show();
-    return QApplication::exec();
+    return window.isVisible() ? QApplication::exec() : eExitSuccess;
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include "host/librarybrowser.h"
 #include "host/mainwindow.h"
 #include "host/samplelibrary.h"
+#include "host/theme.h"
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/dragformat.h"
 #include "nodebrowser/rowlayout.h"
@@ -53,16 +54,6 @@ const Box gGraph[] = {
     {"Pi", QPoint(400, 380)},
 };
 
-/// A palette as dark desktops have it.
-QPalette DarkPalette()
-{
-    QPalette palette(QColor(69, 69, 69), QColor(53, 53, 53));
-    palette.setColor(QPalette::Base, QColor(42, 42, 42));
-    palette.setColor(QPalette::ToolTipBase, QColor(69, 69, 69));
-    palette.setColor(QPalette::Highlight, QColor(48, 140, 198));
-    return palette;
-}
-
 /// The window, and a person who works with it.
 class Photographer
 {
@@ -85,7 +76,7 @@ public:
         TakeMenu();
         TakeDialogs();
 
-        QApplication::setPalette(DarkPalette());
+        QApplication::setPalette(host::DarkPalette());
         SearchNoise();
         Save("dark", m_window.grab());
         return m_good;
@@ -115,9 +106,9 @@ private:
             QMimeData data;
             data.setData(nodebrowser::GetDragFormat(), nodebrowser::EncodeDrag(item));
             QDragEnterEvent enter(box.m_centre, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-            QApplication::sendEvent(canvas, &enter);
+            QApplication::sendEvent(canvas->viewport(), &enter);
             QDropEvent drop(box.m_centre, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-            QApplication::sendEvent(canvas, &drop);
+            QApplication::sendEvent(canvas->viewport(), &drop);
         }
     }
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "host/recentlibraries.h"
 
+#include "host/settings.h"
+
 #include <QAction>
 #include <QDir>
 #include <QFileInfo>
-#include <QSettings>
 
 namespace host
 {
@@ -19,17 +20,6 @@ QString Key()
 {
     return QStringLiteral("recentLibraries");
 }
-
-/// The user's settings, in the folder that QSettings::setPath() sets.
-class Settings : public QSettings
-{
-public:
-    Settings()
-        : QSettings(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("nodebrowser"),
-                    QStringLiteral("nodebrowser"))
-    {
-    }
-};
 
 /// "weather.mtlx \u2013 /home/me/libraries"; the middle of a long folder is left out.
 QString Describe(const QFileInfo& in_path)

@@ -4,6 +4,7 @@
 #include "host/itemlabel.h"
 #include "memorymodel/library.h"
 #include "qtcompat/latin1.h"
+#include "workspace/workspace.h"
 
 #include <QCoreApplication>
 #include <QMessageBox>
@@ -11,7 +12,6 @@
 
 #include <list>
 #include <string>
-#include <vector>
 
 using qtcompat::FromLatin1;
 using vireo::datamodel::ItemID;
@@ -31,26 +31,32 @@ QString Translate(const char* in_text, int in_number = -1)
     return QCoreApplication::translate(gContext, in_text, nullptr, in_number);
 }
 
-std::vector<ItemID> GetUnsavedItems(const memorymodel::Library& in_library)
+QStringList GetUnsavedItems(const memorymodel::Library& in_library)
 {
     const vireo::datamodel::ItemLibraryAccessor accessor = in_library.GetAccessor();
-    std::vector<ItemID> unsaved;
+    QStringList unsaved;
     for (const ItemID& item : in_library.GetItems())
         if (accessor.ItemIsDirty(item))
-            unsaved.push_back(item);
+            unsaved << GetItemName(in_library, item);
+    unsaved.sort(Qt::CaseInsensitive);
     return unsaved;
 }
 
-QString ListNames(const memorymodel::Library& in_library, const std::vector<ItemID>& in_items)
+QString ListNames(QStringList in_names)
 {
-    QStringList names;
-    for (const ItemID& item : in_items)
-        names << GetItemName(in_library, item);
-    names.sort(Qt::CaseInsensitive);
-    const int hidden = static_cast<int>(names.size()) - gNamesShown;
+    const int hidden = static_cast<int>(in_names.size()) - gNamesShown;
     if (hidden > 0)
-        names = names.mid(0, gNamesShown) << Translate("and %n more", hidden);
-    return names.join(QStringLiteral(", "));
+        in_names = in_names.mid(0, gNamesShown) << Translate("and %n more", hidden);
+    return in_names.join(QStringLiteral(", "));
+}
+
+QString Question(int in_count, bool in_areDocuments)
+{
+    if (in_areDocuments)
+        return in_count == 1 ? Translate("A document of the library %1 has changes that are not saved.")
+                             : Translate("%n documents of the library %1 have changes that are not saved.", in_count);
+    return in_count == 1 ? Translate("An item of the library %1 has changes that are not saved.")
+                         : Translate("%n items of the library %1 have changes that are not saved.", in_count);
 }
 
 /// Shows a message in plain text: the names in it may look like markup.
@@ -82,21 +88,20 @@ bool Save(const memorymodel::Library& in_library, QWidget* in_parent)
 
 std::size_t CountUnsavedItems(const memorymodel::Library& in_library)
 {
-    return GetUnsavedItems(in_library).size();
+    return static_cast<std::size_t>(GetUnsavedItems(in_library).size());
 }
 
-bool MayLeaveLibrary(const memorymodel::Library& in_library, QWidget* in_parent)
+bool MayLeaveLibrary(const memorymodel::Library& in_library, const workspace::Workspace* in_workspace,
+                     QWidget* in_parent)
 {
-    const std::vector<ItemID> unsaved = GetUnsavedItems(in_library);
-    if (unsaved.empty())
+    const QStringList unsaved = in_workspace ? in_workspace->GetChangedDocuments() : GetUnsavedItems(in_library);
+    if (unsaved.isEmpty())
         return true;
-    const QString text = unsaved.size() == 1 ? Translate("An item of the library %1 has changes that are not saved.")
-                                             : Translate("%n items of the library %1 have changes that are not saved.",
-                                                         static_cast<int>(unsaved.size()));
+    const QString text = Question(static_cast<int>(unsaved.size()), in_workspace != nullptr);
     QMessageBox box(QMessageBox::Warning, QString(), text.arg(FromLatin1(in_library.GetName())),
                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, in_parent);
     box.setDefaultButton(QMessageBox::Save);
-    switch (Ask(box, Translate("Unsaved changes"), ListNames(in_library, unsaved)))
+    switch (Ask(box, Translate("Unsaved changes"), ListNames(unsaved)))
     {
     case QMessageBox::Save:
         return Save(in_library, in_parent);

@@ -11,6 +11,11 @@ namespace memorymodel
 class Library;
 }
 
+namespace workspace
+{
+class Workspace;
+}
+
 namespace host
 {
 
@@ -19,7 +24,10 @@ std::size_t CountUnsavedItems(const memorymodel::Library& in_library);
 
 /// Asks once what to do with the changes of a library before it is closed: save them, discard them, or keep it open.
 /// Asks nothing when there are none. A library whose changes cannot be saved stays open, and a message says why.
+/// \param in_workspace what the library is kept in: its changed documents are what is asked about. Null for a library
+///     that is kept elsewhere: then its changed items are
 /// \return whether the library may be closed
-bool MayLeaveLibrary(const memorymodel::Library& in_library, QWidget* in_parent);
+bool MayLeaveLibrary(const memorymodel::Library& in_library, const workspace::Workspace* in_workspace,
+                     QWidget* in_parent);
 
 } // namespace host

@@ -65,6 +65,7 @@ VersionFollower::VersionFollower(memorymodel::DataLayer& in_layer, const memorym
     connect(m_versions, &workspace::Versions::HistoryRead, this, &VersionFollower::OnHistoryRead);
     m_library.AddObserver(this, eItemLibraryNotificationKind, m_library.GetContext());
     m_contents.AddObserver(this, eItemTOCNotificationKind, m_contents.GetContext());
+    m_versions->Ask();
 }
 
 VersionFollower::~VersionFollower()

@@ -32,9 +32,9 @@ workspace::Versions* FindVersions(const memorymodel::Library& in_library);
 /// Waits until the states that were asked for are known, for pictures.
 void WaitForStates(const memorymodel::Library& in_library);
 
-/// Shows what cannot be done, and why a repository cannot be read. Completes a tool tip that is open when the last
-/// commit becomes known. Lets the browser ask for the states anew after changes for which it builds its list: what it
-/// builds has none. Does nothing for a library in memory.
+/// Lets git be asked from now on. Shows what cannot be done, and why a repository cannot be read. Completes a tool tip
+/// that is open when the last commit becomes known. Lets the browser ask for the states anew after changes for which it
+/// builds its list: what it builds has none. Does nothing for a library in memory.
 class VersionFollower final : public QObject,
                               private vireo::datamodel::IItemLibraryNotification,
                               private vireo::datamodel::IItemTOCNotification

@@ -104,12 +104,16 @@ pugi::xml_parse_result Parse(std::string& io_text, pugi::xml_document& out_eleme
 
 } // namespace
 
-bool SayTheSame(const Declaration& in_a, const Declaration& in_b)
+bool DeclareTheSame(const Declaration& in_a, const Declaration& in_b)
 {
     return in_a.m_kind == in_b.m_kind && in_a.m_isLoop == in_b.m_isLoop && in_a.m_name == in_b.m_name &&
            in_a.m_node == in_b.m_node && in_a.m_nodeDef == in_b.m_nodeDef && in_a.m_nodeGraph == in_b.m_nodeGraph &&
-           in_a.m_group == in_b.m_group && in_a.m_uiName == in_b.m_uiName && in_a.m_tags == in_b.m_tags &&
-           in_a.m_inner == in_b.m_inner;
+           in_a.m_group == in_b.m_group && in_a.m_inner == in_b.m_inner;
+}
+
+bool SayTheSame(const Declaration& in_a, const Declaration& in_b)
+{
+    return DeclareTheSame(in_a, in_b) && in_a.m_uiName == in_b.m_uiName && in_a.m_tags == in_b.m_tags;
 }
 
 std::optional<Fault> ReadDeclarations(std::string_view in_text, const std::vector<Span>& in_elements,

@@ -56,6 +56,9 @@ struct Declaration
 /// Whether two declarations say the same, wherever they stand.
 bool SayTheSame(const Declaration& in_a, const Declaration& in_b);
 
+/// The same but for how they are shown: "uiname" and "tags".
+bool DeclareTheSame(const Declaration& in_a, const Declaration& in_b);
+
 /// Reads elements that were checked and appends what they declare, one declaration an element, in their order. Memory
 /// for the elements themselves is bounded by the largest one.
 /// \param in_elements elements of the text that follow each other

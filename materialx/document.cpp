@@ -54,8 +54,11 @@ std::optional<Fault> Document::Read(std::string in_bytes, std::size_t* out_line)
     return std::nullopt;
 }
 
-std::optional<Fault> Document::Apply(const Edit& in_edit)
+std::optional<Fault> Document::Apply(const Edit& in_edit, std::optional<Range>* out_touched)
 {
+    std::optional<Range> unused;
+    std::optional<Range>& touched = out_touched ? *out_touched : unused;
+    touched.reset();
     if (!m_canBeEdited)
         return Fault{in_edit.m_offset, "The document is not UTF-8"};
     if (in_edit.m_offset > m_bytes.size() ||
@@ -69,7 +72,7 @@ std::optional<Fault> Document::Apply(const Edit& in_edit)
     const std::size_t editEnd = in_edit.m_offset + in_edit.m_removed.size();
     if (!m_outline.m_isEmpty && in_edit.m_offset >= m_outline.m_contentBegin && editEnd <= m_outline.m_contentEnd &&
         !IsEmpty())
-        return ReadAround(in_edit);
+        return ReadAround(in_edit, touched);
     std::string bytes = m_bytes;
     Replace(bytes, in_edit);
     std::optional<std::string> decoded;
@@ -80,7 +83,7 @@ std::optional<Fault> Document::Apply(const Edit& in_edit)
     return Read(std::move(bytes));
 }
 
-std::optional<Fault> Document::ReadAround(const Edit& in_edit)
+std::optional<Fault> Document::ReadAround(const Edit& in_edit, std::optional<Range>& out_touched)
 {
     const std::size_t editEnd = in_edit.m_offset + in_edit.m_removed.size();
     const auto first =
@@ -109,6 +112,11 @@ std::optional<Fault> Document::ReadAround(const Edit& in_edit)
     for (auto behind = last; behind != m_declarations.end(); ++behind)
         behind->m_span = {behind->m_span.m_begin + growth, behind->m_span.m_end + growth};
     m_outline.m_contentEnd += growth;
+    if (std::equal(first, last, read.begin(), read.end(), DeclareTheSame))
+    {
+        const auto number = static_cast<std::size_t>(std::distance(m_declarations.begin(), first));
+        out_touched = Range{number, number + read.size()};
+    }
     const auto replaced = std::min(std::distance(first, last), static_cast<std::ptrdiff_t>(read.size()));
     const auto rest = std::move(read.begin(), read.begin() + replaced, first);
     if (rest != last)

@@ -16,6 +16,13 @@
 namespace materialx
 {
 
+/// Some declarations of a document, from the first one up to the one before the last.
+struct Range
+{
+    std::size_t m_first;
+    std::size_t m_last;
+};
+
 /// One document. Bytes, outline and declarations always belong together: a call that fails changes none of them.
 ///
 /// A document without bytes is one that is not there yet. It declares nothing, and the edit that undoes its making
@@ -44,10 +51,12 @@ public:
     /// Makes an edit if the bytes it removes are there and the document stays well-formed; on a fault the document is
     /// as before. Reads only the elements that the edit touches. The time beside that is for moving the bytes and the
     /// spans behind them.
-    std::optional<Fault> Apply(const Edit& in_edit);
+    /// \param out_touched the declarations that were read again, in the numbers of now; nothing when an edit changed
+    ///     more of the document than how declarations are shown, that is, their "uiname" and "tags"
+    std::optional<Fault> Apply(const Edit& in_edit, std::optional<Range>* out_touched = nullptr);
 
 private:
-    std::optional<Fault> ReadAround(const Edit& in_edit);
+    std::optional<Fault> ReadAround(const Edit& in_edit, std::optional<Range>& out_touched);
 
     std::string m_bytes;
     Outline m_outline;

@@ -166,6 +166,10 @@ public:
 
     std::vector<Item> Make()
     {
+        std::size_t declarations = 0; // most of them make an item
+        for (const LibraryDocument& document : m_library.m_documents)
+            declarations += document.m_document.GetDeclarations().size();
+        m_items.reserve(declarations);
         for (const Declared& type : Collect(m_library, eDeclaration::eType))
             if (!type.m_declaration->m_name.empty())
                 Add(eKind::eType, type, type.m_declaration->m_name, GroupTag(*type.m_declaration));
@@ -262,6 +266,15 @@ std::string JoinTags(const std::vector<std::string>& in_tags)
 std::vector<Item> MakeItems(const Library& in_library)
 {
     return ItemMaker(in_library).Make();
+}
+
+void ReadHowShown(const Library& in_library, Item& io_item)
+{
+    const Declaration& declaration = DeclarationOf(in_library, io_item.m_declaration);
+    if (!io_item.m_parent.empty() || io_item.m_kind == eKind::eGlobalConstant)
+        return; // inside the declaration
+    io_item.m_shownName = declaration.m_uiName.empty() ? io_item.m_name : declaration.m_uiName;
+    io_item.m_tags = declaration.m_tags ? Split(*declaration.m_tags) : TagsOfTheRules(in_library, io_item);
 }
 
 std::vector<std::string> TagsOfTheRules(const Library& in_library, const Item& in_item)

@@ -63,6 +63,10 @@ MATERIALX_EXPORT std::string JoinTags(const std::vector<std::string>& in_tags);
 /// its implementation may stand in different documents. Linear time.
 MATERIALX_EXPORT std::vector<Item> MakeItems(const Library& in_library);
 
+/// Reads again how the declaration of an item says that it is shown: its shown name and its tags. What else decides
+/// about the item is as it was. Linear in the size of the library for a polymorphic solver without "tags", else fast.
+MATERIALX_EXPORT void ReadHowShown(const Library& in_library, Item& io_item);
+
 /// The tags that an item has, or would have, without "tags" in its declaration. Linear in the size of the library.
 MATERIALX_EXPORT std::vector<std::string> TagsOfTheRules(const Library& in_library, const Item& in_item);
 

@@ -133,6 +133,18 @@ std::size_t FindOrAddDocument(const QString& in_relativePath, Library& io_librar
     return io_library.m_documents.size() - 1;
 }
 
+void AddMissing(const Library& in_found, Library& io_library)
+{
+    if (!io_library.m_isFolder)
+        return;
+    QSet<QString> known;
+    for (const LibraryDocument& document : io_library.m_documents)
+        known.insert(document.m_relativePath);
+    for (const LibraryDocument& document : in_found.m_documents)
+        if (!known.contains(document.m_relativePath))
+            AddDocument(document.m_relativePath, io_library);
+}
+
 std::optional<Error> FindDocuments(const QString& in_path, Library& out_library)
 {
     Library library;
@@ -197,11 +209,13 @@ std::optional<Error> ReadLibrary(const QString& in_path, Library& out_library)
     return std::nullopt;
 }
 
-std::optional<Fault> Apply(const Change& in_change, Library& io_library)
+std::optional<Fault> Apply(const Change& in_change, Library& io_library, std::vector<std::optional<Range>>* out_touched)
 {
+    std::vector<std::optional<Range>> touched;
     for (auto edit = in_change.begin(); edit != in_change.end(); ++edit)
     {
-        std::optional<Fault> fault = io_library.m_documents[edit->m_document].m_document.Apply(edit->m_edit);
+        std::optional<Fault> fault =
+            io_library.m_documents[edit->m_document].m_document.Apply(edit->m_edit, &touched.emplace_back());
         if (!fault)
             continue;
         for (auto made = edit; made != in_change.begin();)
@@ -211,6 +225,8 @@ std::optional<Fault> Apply(const Change& in_change, Library& io_library)
         }
         return fault;
     }
+    if (out_touched)
+        *out_touched = std::move(touched);
     return std::nullopt;
 }
 

@@ -52,6 +52,9 @@ MATERIALX_EXPORT std::vector<std::size_t> InPathOrder(const Library& in_library)
 /// none. In a library that is a file that file is the only document, whatever the path.
 MATERIALX_EXPORT std::size_t FindOrAddDocument(const QString& in_relativePath, Library& io_library);
 
+/// Adds the documents of another list that are not there yet, without bytes. Linear time.
+MATERIALX_EXPORT void AddMissing(const Library& in_found, Library& io_library);
+
 /// Lists one file, whatever its name, or a folder: all files "*.mtlx" below it in the order of their paths. The
 /// documents are still empty.
 ///
@@ -69,6 +72,8 @@ MATERIALX_EXPORT std::optional<Error> ReadDocument(LibraryDocument& io_document)
 MATERIALX_EXPORT std::optional<Error> ReadLibrary(const QString& in_path, Library& out_library);
 
 /// Makes all edits of a change, or none of them and says why.
-MATERIALX_EXPORT std::optional<Fault> Apply(const Change& in_change, Library& io_library);
+/// \param out_touched of each edit what Document::Apply() says
+MATERIALX_EXPORT std::optional<Fault> Apply(const Change& in_change, Library& io_library,
+                                            std::vector<std::optional<Range>>* out_touched = nullptr);
 
 } // namespace materialx

@@ -34,8 +34,8 @@ public:
     CommandManager(const CommandManager&) = delete;
     CommandManager& operator=(const CommandManager&) = delete;
 
-    /// The stack, for actions, signals and texts. It lives as long as this object. Commands are pushed by the writes of
-    /// libraries only.
+    /// The stack, for actions, signals and texts. It lives as long as this object. The writes of libraries push their
+    /// commands; a host may push commands of its own, so that all is undone in the order in which it was done.
     QUndoStack& GetStack();
 
 private:

@@ -18,7 +18,6 @@ struct Saving
 
 CommitAnswer AskStore(const LibraryContents& in_library, const CommitRequest& in_request)
 {
-    // A copy, since the store may close the library.
     if (const std::shared_ptr<Store> store = in_library.GetStore())
         return store->Commit(in_request);
     CommitAnswer answer;

@@ -158,22 +158,18 @@ void Database::Put(int in_cacheIndex, const std::shared_ptr<IDbObject>& in_objec
     const DbObjectId id = in_object->GetDbObjectId();
     if (id == MakeIdentity(in_cacheIndex))
         return;
-    std::vector<int>& indices = m_indices[id];
-    indices.insert(std::lower_bound(indices.begin(), indices.end(), in_cacheIndex), in_cacheIndex);
+    m_indices.emplace(id, in_cacheIndex);
 }
 
 void Database::TakeAway(int in_cacheIndex)
 {
     if (!ObjectAt(in_cacheIndex))
         return;
-    const auto found = m_indices.find(ObjectAt(in_cacheIndex)->GetDbObjectId());
-    if (found != m_indices.end())
-    {
-        std::vector<int>& indices = found->second;
-        indices.erase(std::remove(indices.begin(), indices.end(), in_cacheIndex), indices.end());
-        if (indices.empty())
-            m_indices.erase(found);
-    }
+    const auto [first, last] = m_indices.equal_range(ObjectAt(in_cacheIndex)->GetDbObjectId());
+    const auto found =
+        std::find_if(first, last, [in_cacheIndex](const auto& in_entry) { return in_entry.second == in_cacheIndex; });
+    if (found != last)
+        m_indices.erase(found);
     m_objects[static_cast<std::size_t>(in_cacheIndex)].reset();
 }
 
@@ -253,8 +249,10 @@ int Database::CacheIndexOf(const DbObjectId& in_id) const
     const int made = CacheIndexOfMadeIdentity(in_id);
     if (ObjectAt(made) && ObjectAt(made)->GetDbObjectId() == in_id)
         return made;
-    const auto given = m_indices.find(in_id);
-    return given != m_indices.end() ? given->second.front() : -1;
+    const auto [first, last] = m_indices.equal_range(in_id);
+    const auto given =
+        std::min_element(first, last, [](const auto& in_a, const auto& in_b) { return in_a.second < in_b.second; });
+    return given != last ? given->second : -1;
 }
 
 NEXAHandle<IDbObject> Database::FindObject(const DbObjectId& in_id) const

@@ -97,8 +97,8 @@ private:
     CommandManager* m_commands;
     std::array<std::uint8_t, 8> m_prefix;                     ///< the first half of the identities made here
     std::vector<std::shared_ptr<nexa4::IDbObject>> m_objects; ///< by cache index; null where there is none now
-    /// Cache indices of the objects whose identity was given from outside, ascending for each identity.
-    std::unordered_map<nexa4::DbObjectId, std::vector<int>, Hash> m_indices;
+    /// Cache indices of the objects whose identity was given from outside.
+    std::unordered_multimap<nexa4::DbObjectId, int, Hash> m_indices;
     std::vector<int> m_resources; ///< cache indices, in order of creation
     std::shared_ptr<FactoryObject> m_factories[2];
     int m_factoryIndices[2] = {-1, -1};

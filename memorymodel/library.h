@@ -107,7 +107,7 @@ public:
     /// store, too, or refused; but for Add(), Follow() and Drop(), by which the store says what it has. Items of
     /// read-only sources are never saved.
     void SetStore(std::shared_ptr<Store> in_store);
-    /// Null for memory alone, and after Close().
+    /// Null for memory alone, and for a closed library.
     std::shared_ptr<Store> GetStore() const;
 
     /// Who is asked for source-control states, tool tips and check-outs from now on; null for the record of

@@ -33,8 +33,8 @@ public:
     std::uint64_t GetSpace() const { return m_space; }
     Database& GetDatabase() const { return *m_database; }
     nexa4::NEXAPtr<nexa4::IDataModelMgr> GetManager() const override { return m_database->GetManager(); }
-    /// Null when the library is in memory alone.
-    const std::shared_ptr<Store>& GetStore() const { return m_store; }
+    /// Null when the library is in memory alone. A copy, since a store that is asked may close the library.
+    std::shared_ptr<Store> GetStore() const { return m_store; }
     void SetStore(std::shared_ptr<Store> in_store);
     /// Null when the states of the items are those on record.
     Versioning* GetVersioning() const { return m_versioning; }

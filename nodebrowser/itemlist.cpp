@@ -68,11 +68,12 @@ void ItemList::Build(const ItemTOCAccessor& in_toc, const ItemLibraryAccessor& i
     m_records.reserve(expected);
     m_identities.reserve(expected);
     m_names.Reserve(expected, WithRoom(in_legacy.m_nameBytes));
-    m_tagIndex.Reserve(expected, WithRoom(in_legacy.m_tagBytes));
+    m_tagTexts.Reserve(expected, WithRoom(in_legacy.m_tagBytes));
     for (const char* const type : {VireoType::gPolymorphicSolver, VireoType::gCompound, VireoType::gGlobalConstant,
                                    VireoType::gSolver, LibType::gType})
         Append(type, in_toc, in_library, in_versioningActive, out_handles);
     m_nameBytes = m_names.GetBytes();
+    m_tagBytes = m_tagTexts.GetBytes();
     m_start = CarryOver(in_legacy.m_order, in_legacy.m_identities, m_identities);
 }
 
@@ -86,7 +87,7 @@ ItemList::Legacy ItemList::TakeLegacy()
     else
         legacy.m_identities = std::move(m_identities);
     legacy.m_nameBytes = m_nameBytes;
-    legacy.m_tagBytes = m_tagIndex.GetAddedBytes();
+    legacy.m_tagBytes = m_tagBytes;
     return legacy;
 }
 
@@ -116,7 +117,7 @@ void ItemList::Append(const char* in_type, const ItemTOCAccessor& in_toc, const 
         }
         m_identities.push_back(id);
         m_names.Add(name);
-        m_tagIndex.Add(std::move(tags), TypeName(id));
+        m_tagTexts.Add(std::move(tags), TypeName(id));
         m_records.push_back(std::move(record));
     }
 }
@@ -142,9 +143,16 @@ IdentityIndex& ItemList::GetIdentityIndex()
     return *m_identityIndex;
 }
 
+TagIndex& ItemList::GetTagIndex()
+{
+    if (!m_tagIndex)
+        m_tagIndex.reset(new TagIndex(std::move(m_tagTexts)));
+    return *m_tagIndex;
+}
+
 void ItemList::Find(const SearchWords& in_words, int in_mode, std::vector<std::uint64_t>& out_ranks)
 {
-    GetSearchIndex().Find(in_words, in_mode, m_tagIndex, out_ranks);
+    GetSearchIndex().Find(in_words, in_mode, in_words.empty() ? nullptr : &GetTagIndex(), out_ranks);
 }
 
 void ItemList::FindItemByItem(const SearchWords& in_words, int in_mode, const ItemLibraryAccessor& in_library,
@@ -198,7 +206,7 @@ void ItemList::RefreshTags(const ItemLibraryAccessor& in_library, const ItemID& 
         return;
     const std::string tags = in_library.GetItemTags(in_item, gApplicationTagsKey);
     for (const std::uint32_t index : indexes)
-        m_tagIndex.SetTags(index, tags, TypeName(in_item));
+        GetTagIndex().SetTags(index, tags, TypeName(in_item));
 }
 
 bool ItemList::SetState(const ItemID& in_item, unsigned in_state, bool in_versioningActive)
@@ -220,13 +228,13 @@ void ItemList::ResetStates(bool in_versioningActive)
 std::set<std::string> ItemList::GetTags(const ItemID& in_item)
 {
     const std::vector<std::uint32_t> indexes = GetIdentityIndex().Find(in_item);
-    return indexes.empty() ? std::set<std::string>() : m_tagIndex.GetTags(indexes.front());
+    return indexes.empty() ? std::set<std::string>() : GetTagIndex().GetTags(indexes.front());
 }
 
 std::set<ItemID> ItemList::GetTaggedItems(const std::string& in_tag)
 {
     std::set<ItemID> items;
-    for (const std::uint32_t index : m_tagIndex.GetItems(in_tag))
+    for (const std::uint32_t index : GetTagIndex().GetItems(in_tag))
         items.insert(GetIdentityIndex().GetIdentities()[index]);
     return items;
 }

@@ -24,8 +24,8 @@ namespace nodebrowser
 
 /// The records in library order, with their names, tags, identities and icons. They are built and changed together.
 ///
-/// Invariant: each index has one record, one identity, one name and one tag set. A build only collects. The first
-/// question that needs the search index, the identity index or the tag sets makes them from what the build collected,
+/// Invariant: each index has one record, one identity, one name and one tag string. A build only collects. The first
+/// question that needs the search index, the identity index or the tag index makes it from what the build collected,
 /// and drops that. A list that is replaced before it is asked sorts nothing.
 ///
 /// An index counts the items in library order. A rank counts them in display order.
@@ -110,10 +110,10 @@ private:
                 ObjectHandles* out_handles);
     SearchIndex& GetSearchIndex();
     IdentityIndex& GetIdentityIndex();
+    TagIndex& GetTagIndex();
 
     StateIcons m_icons;
     std::vector<BrowserItem> m_records; // by index
-    TagIndex m_tagIndex;
 
     TextArena m_names;                  // by index, until there is a search index
     std::vector<std::uint32_t> m_start; // indexes whose names are about in order, until there is a search index
@@ -122,6 +122,10 @@ private:
 
     IdentityIndex::Identities m_identities;         // by index, until there is an identity index
     std::unique_ptr<IdentityIndex> m_identityIndex; // null until it is needed
+
+    TagTexts m_tagTexts; // by index, until there is a tag index
+    std::size_t m_tagBytes = 0;
+    std::unique_ptr<TagIndex> m_tagIndex; // null until it is needed
 };
 
 } // namespace nodebrowser

@@ -47,7 +47,7 @@ SearchIndex::SearchIndex(const TextArena& in_names, const std::vector<eItemKind>
 }
 
 /// Scores every item. An item that was not found has in_none.
-void SearchIndex::Score(const SearchWords& in_words, std::uint32_t in_none, TagIndex& io_tags)
+void SearchIndex::Score(const SearchWords& in_words, std::uint32_t in_none, TagIndex* io_tags)
 {
     // The empty word, which is the first one when it is there, starts every name.
     if (in_words.empty() || in_words.begin()->empty())
@@ -63,11 +63,12 @@ void SearchIndex::Score(const SearchWords& in_words, std::uint32_t in_none, TagI
     for (const std::string& word : in_words)
     {
         // The tags go first: what the word does in the name replaces what it did in the tags.
-        io_tags.FindItems(word, [this, in_none](std::uint32_t in_index) {
-            std::uint32_t& score = m_scores[m_ranks[in_index]];
-            if (score == in_none)
-                score = gTagScore;
-        });
+        if (io_tags)
+            io_tags->FindItems(word, [this, in_none](std::uint32_t in_index) {
+                std::uint32_t& score = m_scores[m_ranks[in_index]];
+                if (score == in_none)
+                    score = gTagScore;
+            });
         const std::uint32_t atStart = known(wordIndex) | gSettled;
         const std::uint32_t inside = known(wordCount + wordIndex);
         m_lowerNames.Find(word, [&](std::size_t in_rank, bool in_atStart) {
@@ -78,7 +79,7 @@ void SearchIndex::Score(const SearchWords& in_words, std::uint32_t in_none, TagI
     }
 }
 
-void SearchIndex::Find(const SearchWords& in_words, int in_mode, TagIndex& io_tags,
+void SearchIndex::Find(const SearchWords& in_words, int in_mode, TagIndex* io_tags,
                        std::vector<std::uint64_t>& out_ranks)
 {
     const std::uint32_t none =

@@ -39,12 +39,12 @@ public:
     /// The ranks of the items that pass: the most relevant first, equally relevant ones in display order. Costs, per
     /// word, one search over the names, one over the distinct tags, and one step for each item that has a tag found;
     /// one pass over the scores, and two over what was found.
-    /// \param io_tags of the same items, by index; prepares itself for the search
+    /// \param io_tags of the same items, by index; null to search the names alone
     /// \param out_ranks replaced; keeps its memory
-    void Find(const SearchWords& in_words, int in_mode, TagIndex& io_tags, std::vector<std::uint64_t>& out_ranks);
+    void Find(const SearchWords& in_words, int in_mode, TagIndex* io_tags, std::vector<std::uint64_t>& out_ranks);
 
 private:
-    void Score(const SearchWords& in_words, std::uint32_t in_none, TagIndex& io_tags);
+    void Score(const SearchWords& in_words, std::uint32_t in_none, TagIndex* io_tags);
     void CollectFound(int in_mode, std::uint32_t in_none);
 
     std::vector<std::uint32_t> m_ranks; // by index

@@ -28,44 +28,54 @@ void Join(const std::string& in_joined, const char* in_type, std::string& out_te
     out_text += in_type;
 }
 
-} // namespace
-
-void TagIndex::Reserve(std::size_t in_items, std::size_t in_bytes)
+/// Calls in_function(text) for each tag in a tag string; none for the empty string.
+template <class Function> void ForEachTag(const std::string& in_joined, Function in_function)
 {
-    m_setOfItem.reserve(in_items);
-    m_addedTexts.Reserve(0, in_bytes);
+    if (in_joined.empty())
+        return;
+    std::size_t begin = 0;
+    for (std::size_t end = in_joined.find(';'); end != std::string::npos; end = in_joined.find(';', begin))
+    {
+        in_function(in_joined.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    in_function(in_joined.substr(begin));
 }
 
-void TagIndex::Add(std::string in_joined, const char* in_type)
+} // namespace
+
+void TagTexts::Reserve(std::size_t in_items, std::size_t in_bytes)
+{
+    m_textOfItem.reserve(in_items);
+    m_texts.Reserve(0, in_bytes);
+}
+
+void TagTexts::Add(std::string in_joined, const char* in_type)
 {
     // Neighbours in a library are often of one family and have the same tags.
-    if (m_setOfItem.empty() || in_type != m_lastType || in_joined != m_lastTags)
+    if (m_textOfItem.empty() || in_type != m_lastType || in_joined != m_lastTags)
     {
         m_lastTags = std::move(in_joined);
         m_lastType = in_type;
         Join(m_lastTags, in_type, m_text);
-        m_addedTexts.Add(m_text);
-        m_addedBytes += m_text.size() + 1;
+        m_texts.Add(m_text);
     }
-    m_setOfItem.push_back(static_cast<std::uint32_t>(m_addedTexts.GetSize() - 1));
+    m_textOfItem.push_back(static_cast<std::uint32_t>(m_texts.GetSize() - 1));
 }
 
-void TagIndex::MakeSets()
+TagIndex::TagIndex(TagTexts in_texts) : m_setOfItem(std::move(in_texts.m_textOfItem))
 {
-    if (m_addedTexts.GetSize() == 0)
-        return;
+    const TextArena& texts = in_texts.m_texts;
     Ids setOfText;
-    setOfText.reserve(m_addedTexts.GetSize());
-    for (std::size_t text = 0; text < m_addedTexts.GetSize(); ++text)
-        setOfText.push_back(FindOrAddSet(std::string(m_addedTexts.Begin(text), m_addedTexts.Length(text))));
+    setOfText.reserve(texts.GetSize());
+    for (std::size_t text = 0; text < texts.GetSize(); ++text)
+        setOfText.push_back(FindOrAddSet(std::string(texts.Begin(text), texts.Length(text))));
     for (std::uint32_t& set : m_setOfItem)
         set = setOfText[set];
-    m_addedTexts = TextArena();
 }
 
 void TagIndex::SetTags(std::uint32_t in_item, const std::string& in_joined, const char* in_type)
 {
-    MakeSets();
     Join(in_joined, in_type, m_text);
     m_setOfItem[in_item] = FindOrAddSet(m_text);
     if (m_setTexts.size() > 2 * m_setOfItem.size() + gFewSets)
@@ -80,7 +90,6 @@ void TagIndex::DropUnusedSets()
     const std::vector<const std::string*> textOfSet = std::move(m_setTexts);
     m_setIds.clear();
     m_setTexts.clear();
-    m_tagsOfSet.clear();
     m_tagIds.clear();
     m_tagTexts.clear();
     m_setsOfTag.clear();
@@ -96,37 +105,14 @@ std::uint32_t TagIndex::FindOrAddSet(const std::string& in_text)
         return known->second;
     const std::uint32_t id = static_cast<std::uint32_t>(m_setTexts.size());
     m_setTexts.push_back(&m_setIds.emplace(in_text, id).first->first);
+    ForEachTag(in_text, [this, id](const std::string& in_tag) {
+        if (in_tag.empty())
+            return;
+        Ids& sets = m_setsOfTag[FindOrAddTag(in_tag)];
+        if (sets.empty() || sets.back() != id) // the string can name a tag twice
+            sets.push_back(id);
+    });
     return id;
-}
-
-void TagIndex::SplitSets()
-{
-    MakeSets();
-    for (std::size_t set = m_tagsOfSet.size(); set < m_setTexts.size(); ++set)
-    {
-        m_tagsOfSet.push_back(Split(*m_setTexts[set]));
-        for (const std::uint32_t tag : m_tagsOfSet.back())
-            if (!m_tagTexts[tag]->empty())
-                m_setsOfTag[tag].push_back(static_cast<std::uint32_t>(set));
-    }
-}
-
-/// The ids of the tags in a tag string, ascending and distinct.
-TagIndex::Ids TagIndex::Split(const std::string& in_joined)
-{
-    Ids tags;
-    if (in_joined.empty())
-        return tags;
-    std::size_t begin = 0;
-    for (std::size_t end = in_joined.find(';'); end != std::string::npos; end = in_joined.find(';', begin))
-    {
-        tags.push_back(FindOrAddTag(in_joined.substr(begin, end - begin)));
-        begin = end + 1;
-    }
-    tags.push_back(FindOrAddTag(in_joined.substr(begin)));
-    std::sort(tags.begin(), tags.end());
-    tags.erase(std::unique(tags.begin(), tags.end()), tags.end());
-    return tags;
 }
 
 std::uint32_t TagIndex::FindOrAddTag(const std::string& in_tag)
@@ -140,19 +126,16 @@ std::uint32_t TagIndex::FindOrAddTag(const std::string& in_tag)
     return id;
 }
 
-TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item)
+TagIndex::Tags TagIndex::GetTags(std::uint32_t in_item) const
 {
-    SplitSets();
     Tags tags;
     if (in_item < m_setOfItem.size())
-        for (const std::uint32_t tag : m_tagsOfSet[m_setOfItem[in_item]])
-            tags.insert(*m_tagTexts[tag]);
+        ForEachTag(*m_setTexts[m_setOfItem[in_item]], [&tags](const std::string& in_tag) { tags.insert(in_tag); });
     return tags;
 }
 
-TagIndex::Indexes TagIndex::GetItems(const std::string& in_tag)
+TagIndex::Indexes TagIndex::GetItems(const std::string& in_tag) const
 {
-    SplitSets();
     Indexes items;
     const auto entry = m_tagIds.find(in_tag);
     if (entry == m_tagIds.end())
@@ -180,14 +163,13 @@ void TagIndex::FoldTexts()
 /// \return whether there is one
 bool TagIndex::MarkSets(const std::string& in_word)
 {
-    SplitSets();
     FoldTexts();
     m_marked.assign(m_setTexts.size(), 0);
     bool found = false;
     m_foldedTexts.Find(UpperCase(in_word, m_locale), [&](std::size_t in_tag, bool) {
         for (const std::uint32_t set : m_setsOfTag[in_tag])
             m_marked[set] = 1;
-        found = found || !m_setsOfTag[in_tag].empty();
+        found = true;
     });
     return found;
 }

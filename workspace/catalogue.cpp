@@ -4,6 +4,7 @@
 #include "materialx/identity.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace workspace
 {
@@ -52,14 +53,15 @@ CatalogueNews Catalogue::Update(const materialx::Library& in_documents)
         return news;
     }
     const std::vector<std::string> keys = materialx::IdentityNames(items);
+    const KeyMap& before = Keys();
     std::vector<bool> isTaken(m_items.size(), false);
-    std::unordered_map<std::string, std::size_t> indexOfKey;
+    KeyMap indexOfKey;
     indexOfKey.reserve(keys.size());
     for (std::size_t i = 0; i < items.size(); ++i)
     {
         indexOfKey.emplace(keys[i], i);
-        const auto known = m_indexOfKey.find(keys[i]);
-        if (known != m_indexOfKey.end() && take(known->second, i))
+        const auto known = before.find(keys[i]);
+        if (known != before.end() && take(known->second, i))
             isTaken[known->second] = true;
         else
             news.m_new.push_back(keys[i]);
@@ -70,23 +72,80 @@ CatalogueNews Catalogue::Update(const materialx::Library& in_documents)
     m_items = std::move(items);
     m_ids = std::move(ids);
     m_indexOfKey = std::move(indexOfKey);
-    m_indexOfId.clear();
     for (std::size_t i = 0; i < m_ids.size(); ++i)
         if (m_ids[i].IsValid())
-            m_indexOfId.emplace(m_ids[i].GetNumber(), i);
+            SetIndex(m_ids[i], i);
+    return news;
+}
+
+const Catalogue::KeyMap& Catalogue::Keys() const
+{
+    if (!m_indexOfKey.empty() || m_items.empty())
+        return m_indexOfKey;
+    m_indexOfKey.reserve(m_items.size());
+    std::size_t index = 0;
+    for (std::string& key : materialx::IdentityNames(m_items))
+        m_indexOfKey.emplace(std::move(key), index++);
+    return m_indexOfKey;
+}
+
+void Catalogue::SetIndex(const ItemID& in_id, std::size_t in_index)
+{
+    if (in_id.GetNumber() >= m_indexOfId.size())
+        m_indexOfId.resize(std::max(in_id.GetNumber() + 1, static_cast<std::uint64_t>(m_ids.size())));
+    m_indexOfId[in_id.GetNumber()] = static_cast<std::uint32_t>(in_index);
+}
+
+CatalogueNews Catalogue::UpdateShown(const materialx::Library& in_documents,
+                                     const std::vector<materialx::DeclarationIndex>& in_declarations)
+{
+    CatalogueNews news;
+    ++m_revision;
+    for (std::size_t i = 0; i < m_items.size(); ++i)
+    {
+        const auto isOf = [this, i](const materialx::DeclarationIndex& in_declaration) {
+            return m_items[i].m_declaration.m_document == in_declaration.m_document &&
+                   m_items[i].m_declaration.m_declaration == in_declaration.m_declaration;
+        };
+        if (std::none_of(in_declarations.begin(), in_declarations.end(), isOf))
+            continue;
+        const Item before = m_items[i];
+        ReadHowShown(in_documents, m_items[i]);
+        if (m_ids[i].IsValid() && !AreAlike(before, m_items[i]))
+            news.m_changed.push_back(m_ids[i]);
+    }
     return news;
 }
 
 const Item* Catalogue::Find(const ItemID& in_id) const
 {
-    const auto found = m_indexOfId.find(in_id.GetNumber());
-    return found != m_indexOfId.end() && m_ids[found->second] == in_id ? &m_items[found->second] : nullptr;
+    if (in_id.GetNumber() >= m_indexOfId.size())
+        return nullptr;
+    // One that is gone leaves its index behind.
+    const std::size_t index = m_indexOfId[in_id.GetNumber()];
+    return index < m_ids.size() && m_ids[index] == in_id ? &m_items[index] : nullptr;
+}
+
+std::vector<materialx::DeclarationIndex> Catalogue::GetDeclarations(const Item& in_item) const
+{
+    std::vector<materialx::DeclarationIndex> declarations;
+    // The items of the definitions follow the one that they share.
+    if (in_item.m_kind == materialx::eKind::ePolymorphicSolver && in_item.m_parent.empty())
+        for (const Item* next = &in_item + 1; next != m_items.data() + m_items.size(); ++next)
+        {
+            if (next->m_specializes != in_item.m_name)
+                break;
+            declarations.push_back(next->m_declaration);
+        }
+    if (declarations.empty())
+        declarations.push_back(in_item.m_declaration);
+    return declarations;
 }
 
 const Item* Catalogue::FindNew(const std::string& in_key) const
 {
-    const auto found = m_indexOfKey.find(in_key);
-    return found != m_indexOfKey.end() && !m_ids[found->second].IsValid() ? &m_items[found->second] : nullptr;
+    const auto found = Keys().find(in_key);
+    return found != Keys().end() && !m_ids[found->second].IsValid() ? &m_items[found->second] : nullptr;
 }
 
 std::string Catalogue::KeyOf(const Item& in_item)
@@ -102,7 +161,7 @@ bool Catalogue::HasTwin(const Item& in_item) const
 
 void Catalogue::Pair(const std::string& in_key, const ItemID& in_id)
 {
-    if (const auto found = m_indexOfKey.find(in_key); found != m_indexOfKey.end())
+    if (const auto found = Keys().find(in_key); found != Keys().end())
         Pair(found->second, in_id);
 }
 
@@ -110,7 +169,7 @@ void Catalogue::Pair(std::size_t in_index, const ItemID& in_id)
 {
     ++m_revision;
     m_ids[in_index] = in_id;
-    m_indexOfId[in_id.GetNumber()] = in_index;
+    SetIndex(in_id, in_index);
 }
 
 } // namespace workspace

@@ -31,16 +31,22 @@ public:
 
     /// Makes the items anew after documents have changed. Linear in the size of the library.
     CatalogueNews Update(const materialx::Library& in_documents);
+    /// The same when nothing has changed but how some declarations are shown. Passes the items without reading them.
+    CatalogueNews UpdateShown(const materialx::Library& in_documents,
+                              const std::vector<materialx::DeclarationIndex>& in_declarations);
     const std::vector<materialx::Item>& GetItems() const { return m_items; }
     const std::vector<ItemID>& GetIds() const { return m_ids; }
-    /// Another number after each Update() and Pair().
+    /// Another number after each Update(), UpdateShown() and Pair().
     std::uint64_t GetRevision() const { return m_revision; }
 
     /// Null when no document has the item.
     const materialx::Item* Find(const ItemID& in_id) const;
+    /// The declarations that say what an item of this catalogue is: of a polymorphic solver all of its definitions that
+    /// have a name, of any other item one.
+    std::vector<materialx::DeclarationIndex> GetDeclarations(const materialx::Item& in_item) const;
     /// Null when no document has an item of that key, or the library has it already.
     const materialx::Item* FindNew(const std::string& in_key) const;
-    bool Has(const std::string& in_key) const { return m_indexOfKey.count(in_key) != 0; }
+    bool Has(const std::string& in_key) const { return Keys().count(in_key) != 0; }
     /// The key that the item has now, or would have if it were the only one of its kind and name.
     static std::string KeyOf(const materialx::Item& in_item);
     /// Whether there is another item of the same kind and name, so that after a move nobody could tell which is which.
@@ -50,12 +56,20 @@ public:
     void Pair(const std::string& in_key, const ItemID& in_id);
     void Pair(std::size_t in_index, const ItemID& in_id);
 
+    /// Forgets the keys, which take much memory. The next call that is about keys makes them again, in linear time.
+    void ForgetKeys() { m_indexOfKey = KeyMap(); }
+
 private:
-    std::uint64_t m_revision = 1;
+    using KeyMap = std::unordered_map<std::string, std::size_t>;
+
+    const KeyMap& Keys() const;
+    void SetIndex(const ItemID& in_id, std::size_t in_index);
+
     std::vector<materialx::Item> m_items;
-    std::vector<ItemID> m_ids; ///< of the items; invalid for one that is not in the library yet
-    std::unordered_map<std::string, std::size_t> m_indexOfKey;
-    std::unordered_map<std::uint64_t, std::size_t> m_indexOfId; ///< by number
+    std::vector<ItemID> m_ids;              ///< of the items; invalid for one that is not in the library yet
+    mutable KeyMap m_indexOfKey;            ///< empty when they were forgotten
+    std::vector<std::uint32_t> m_indexOfId; ///< by number, which libraries count from 0
+    std::uint64_t m_revision = 1;
 };
 
 } // namespace workspace

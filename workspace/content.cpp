@@ -55,16 +55,72 @@ bool IsNode(const Item& in_item)
     return in_item.m_kind != eKind::eType && in_item.m_kind != eKind::eGlobalConstant && in_item.m_parent.empty();
 }
 
-} // namespace
-
-Content::Content(Documents in_documents, memorymodel::Library& in_library)
-    : m_documents(std::move(in_documents)), m_library(in_library)
+bool IsFactory(const materialx::Library& in_material, std::size_t in_source)
 {
+    return in_material.m_isFolder && in_material.m_sources[in_source].m_name == QLatin1String("stdlib");
 }
 
-bool Content::IsFactory(std::size_t in_source) const
+/// Whether a source takes no new items: it came with the product, or nothing can be written there.
+bool IsReadOnly(const materialx::Library& in_material, std::size_t in_source)
 {
-    return GetMaterial().m_isFolder && GetMaterial().m_sources[in_source].m_name == QLatin1String("stdlib");
+    const QByteArray location = QFile::encodeName(in_material.m_sources[in_source].m_location);
+    return IsFactory(in_material, in_source) || !MayReplace(in_material.m_isFolder ? location + "/file" : location);
+}
+
+bool MayChange(const Documents& in_documents, std::size_t in_document)
+{
+    const materialx::Library& material = in_documents.GetLibrary();
+    return !IsFactory(material, material.m_documents[in_document].m_source) && in_documents.CanWrite(in_document);
+}
+
+/// Whether each item cannot be changed, whatever its source says. Linear in the size of the library.
+std::vector<bool> AreReadOnly(const Documents& in_documents, const std::vector<Item>& in_items)
+{
+    const materialx::Library& material = in_documents.GetLibrary();
+    const std::vector<std::vector<std::size_t>> documents = DocumentsOf(material, in_items);
+    std::vector<bool> isSourceReadOnly;
+    for (std::size_t i = 0; i < material.m_sources.size(); ++i)
+        isSourceReadOnly.push_back(IsReadOnly(material, i));
+    std::vector<std::optional<bool>> mayChange(material.m_documents.size());
+    std::vector<bool> answers;
+    answers.reserve(in_items.size());
+    for (std::size_t i = 0; i < in_items.size(); ++i)
+    {
+        bool isReadOnly = !IsNode(in_items[i]);
+        for (const std::size_t document : documents[i])
+        {
+            // Of its own source that is for the source to say.
+            if (isSourceReadOnly[in_items[i].m_source] &&
+                material.m_documents[document].m_source == in_items[i].m_source)
+                continue;
+            if (!mayChange[document])
+                mayChange[document] = MayChange(in_documents, document);
+            isReadOnly = isReadOnly || !*mayChange[document];
+        }
+        answers.push_back(isReadOnly);
+    }
+    return answers;
+}
+
+} // namespace
+
+std::optional<materialx::Error> OpenedDocuments::Open(const QString& in_path, Progress* io_progress)
+{
+    if (std::optional<materialx::Error> error = m_documents.Open(in_path, io_progress))
+        return error;
+    m_catalogue.Update(m_documents.GetLibrary());
+    m_identities = materialx::MakeIdentities(m_catalogue.GetItems());
+    m_areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems());
+    return std::nullopt;
+}
+
+Content::Content(OpenedDocuments in_opened, memorymodel::Library& in_library)
+    : m_documents(std::move(in_opened.m_documents)),
+      m_catalogue(std::move(in_opened.m_catalogue)),
+      m_library(in_library),
+      m_areReadOnly(std::move(in_opened.m_areReadOnly)),
+      m_identities(std::move(in_opened.m_identities))
+{
 }
 
 memorymodel::DataSource& Content::SourceFor(std::size_t in_source)
@@ -73,11 +129,9 @@ memorymodel::DataSource& Content::SourceFor(std::size_t in_source)
     if (shown)
         return *shown;
     const materialx::Source& source = GetMaterial().m_sources[in_source];
-    const QByteArray location = QFile::encodeName(source.m_location);
-    const QByteArray file = GetMaterial().m_isFolder ? location + "/file" : location;
-    unsigned flags = MayReplace(file) ? memorymodel::ePlainSource : memorymodel::eReadOnlySource;
-    if (IsFactory(in_source))
-        flags = memorymodel::eReadOnlySource | memorymodel::eFactorySource;
+    unsigned flags = IsReadOnly(GetMaterial(), in_source) ? memorymodel::eReadOnlySource : memorymodel::ePlainSource;
+    if (IsFactory(GetMaterial(), in_source))
+        flags |= memorymodel::eFactorySource;
     const bool isLocal = GetMaterial().m_isFolder && source.m_folder == QLatin1String(gLocalFolder);
     shown = &m_library.AddDataSource(isLocal ? "Local" : Narrow(source.m_name), flags, Narrow(source.m_location));
     return *shown;
@@ -93,33 +147,7 @@ std::optional<std::size_t> Content::FindSource(const memorymodel::DataSource& in
 
 bool Content::MayChange(std::size_t in_document) const
 {
-    return !IsFactory(GetMaterial().m_documents[in_document].m_source) && m_documents.CanWrite(in_document);
-}
-
-std::vector<bool> Content::AreReadOnly()
-{
-    const std::vector<Item>& items = m_catalogue.GetItems();
-    const std::vector<std::vector<std::size_t>> documents = DocumentsOf(GetMaterial(), items);
-    std::map<std::size_t, bool> mayChange;
-    std::vector<bool> answers;
-    answers.reserve(items.size());
-    for (std::size_t i = 0; i < items.size(); ++i)
-    {
-        bool isReadOnly = !IsNode(items[i]);
-        const bool isSourceReadOnly = SourceFor(items[i].m_source).IsReadOnly();
-        for (const std::size_t document : documents[i])
-        {
-            // Of its own source that is for the source to say.
-            if (isSourceReadOnly && GetMaterial().m_documents[document].m_source == items[i].m_source)
-                continue;
-            const auto [known, isNew] = mayChange.emplace(document, false);
-            if (isNew)
-                known->second = MayChange(document);
-            isReadOnly = isReadOnly || !known->second;
-        }
-        answers.push_back(isReadOnly);
-    }
-    return answers;
+    return workspace::MayChange(m_documents, in_document);
 }
 
 NewItem Content::Describe(const Item& in_item, bool in_isReadOnly)
@@ -134,35 +162,41 @@ NewItem Content::Describe(const Item& in_item, bool in_isReadOnly)
     return item;
 }
 
-void Content::Fill()
+void Content::AddSources()
 {
-    // First the one that new items go to.
     const std::vector<materialx::Source>& sources = GetMaterial().m_sources;
     for (std::size_t i = 0; i < sources.size(); ++i)
         if (GetMaterial().m_isFolder && sources[i].m_folder == QLatin1String(gLocalFolder))
             SourceFor(i);
-    AddSources();
-    m_catalogue.Update(GetMaterial());
-    const std::vector<Item>& items = m_catalogue.GetItems();
-    const std::vector<QUuid> identities = materialx::MakeIdentities(items);
-    const std::vector<bool> areReadOnly = AreReadOnly();
-    for (std::size_t i = 0; i < items.size(); ++i)
-        m_catalogue.Pair(
-            i, m_library.Add(
-                   Describe(items[i], areReadOnly[i]).UID(identities[i].toString(QUuid::WithoutBraces).toStdString())));
+    for (std::size_t i = 0; i < sources.size(); ++i)
+        SourceFor(i);
 }
 
-void Content::AddSources()
+bool Content::Fill(std::size_t in_count)
 {
-    for (std::size_t i = 0; i < GetMaterial().m_sources.size(); ++i)
-        SourceFor(i);
+    const std::vector<Item>& items = m_catalogue.GetItems();
+    const std::size_t end = m_filled + std::min(in_count, items.size() - m_filled);
+    for (; m_filled < end; ++m_filled)
+    {
+        const std::string uid = m_identities[m_filled].toString(QUuid::WithoutBraces).toStdString();
+        m_catalogue.Pair(m_filled, m_library.Add(Describe(items[m_filled], m_areReadOnly[m_filled]).UID(uid)));
+    }
+    if (end < items.size())
+        return true;
+    m_identities = std::vector<QUuid>();
+    m_catalogue.ForgetKeys();
+    m_documents.TakeTouched();
+    return false;
 }
 
 void Content::Update(eFollowing in_following)
 {
     AddSources();
-    const CatalogueNews news = m_catalogue.Update(GetMaterial());
-    m_areReadOnly.clear();
+    const std::optional<std::vector<materialx::DeclarationIndex>> touched = m_documents.TakeTouched();
+    const CatalogueNews news =
+        touched ? m_catalogue.UpdateShown(GetMaterial(), *touched) : m_catalogue.Update(GetMaterial());
+    if (!touched)
+        m_areReadOnly.clear();
     for (const ItemID& id : news.m_gone)
         m_news.push_back({in_following, true, id, std::string()});
     for (const std::string& key : news.m_new)
@@ -171,19 +205,33 @@ void Content::Update(eFollowing in_following)
         m_news.push_back({in_following, false, id, std::string()});
 }
 
-void Content::UpdateAccess()
+void Content::UpdateReadOnly(const Runner& in_run)
 {
+    std::vector<bool> areReadOnly;
+    std::map<std::size_t, bool> areSourcesReadOnly;
+    m_documents.RunBusy(in_run, [&] {
+        areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems());
+        for (const auto& [index, source] : m_sources)
+            areSourcesReadOnly[index] = IsReadOnly(GetMaterial(), index);
+    });
     if (!m_isOpen)
         return;
-    m_areReadOnly = AreReadOnly();
-    const std::vector<ItemID>& ids = m_catalogue.GetIds();
-    for (std::size_t i = 0; i < ids.size(); ++i)
+    for (const auto& [index, isReadOnly] : areSourcesReadOnly)
     {
-        const bool isReadOnly = m_areReadOnly[i] || SourceFor(m_catalogue.GetItems()[i].m_source).IsReadOnly();
-        if (ids[i].IsValid() && m_library.GetAccessor().ItemIsReadOnly(ids[i]) != isReadOnly)
-            m_news.push_back({eFollowing::eNews, false, ids[i], std::string()});
+        m_isInvalidated = m_isInvalidated || isReadOnly != m_sources[index]->IsReadOnly();
+        m_sources[index]->SetReadOnly(isReadOnly);
     }
-    Settle();
+    m_areReadOnly = std::move(areReadOnly);
+    const vireo::datamodel::ItemLibraryAccessor library = m_library.GetAccessor();
+    for (std::size_t i = 0; i < m_areReadOnly.size(); ++i)
+    {
+        const ItemID& id = m_catalogue.GetIds()[i];
+        if (!id.IsValid() || SourceFor(m_catalogue.GetItems()[i].m_source).IsReadOnly() ||
+            library.ItemIsReadOnly(id) == m_areReadOnly[i])
+            continue;
+        m_news.push_back({eFollowing::eNews, false, id, std::string()});
+        m_isInvalidated = true;
+    }
 }
 
 void Content::Settle()
@@ -194,6 +242,10 @@ void Content::Settle()
         m_news.pop_front();
         Tell(news);
     }
+    if (m_news.empty())
+        m_catalogue.ForgetKeys();
+    if (std::exchange(m_isInvalidated, false) && m_isOpen)
+        m_library.Invalidate();
 }
 
 void Content::Tell(const News& in_news)
@@ -210,7 +262,7 @@ void Content::Tell(const News& in_news)
         return;
     const Item item = *found;
     if (m_areReadOnly.empty())
-        m_areReadOnly = AreReadOnly();
+        m_areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems());
     const bool isReadOnly = m_areReadOnly[static_cast<std::size_t>(found - m_catalogue.GetItems().data())];
     if (in_news.m_id.IsValid())
     {

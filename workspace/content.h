@@ -7,6 +7,8 @@
 #include "workspace/catalogue.h"
 #include "workspace/documents.h"
 
+#include <QUuid>
+
 #include <cstddef>
 #include <deque>
 #include <map>
@@ -17,6 +19,19 @@
 namespace workspace
 {
 
+/// What opening reads, before any library has it.
+struct OpenedDocuments
+{
+    Documents m_documents;
+    Catalogue m_catalogue;
+    std::vector<QUuid> m_identities; ///< of the items of the catalogue
+    std::vector<bool> m_areReadOnly; ///< of the same
+
+    /// Reads all documents of a folder, or one, and makes the items. On any thread.
+    /// \return why they cannot be opened, or that it was cancelled
+    std::optional<materialx::Error> Open(const QString& in_path, Progress* io_progress = nullptr);
+};
+
 /// Makes the library follow the documents. Documents change first; what became of the items is told to the library in a
 /// second step, since observers are notified then, who may change documents themselves.
 class Content
@@ -24,12 +39,14 @@ class Content
 public:
     using ItemID = vireo::datamodel::ItemID;
 
-    /// \param in_documents are opened
     /// \param in_library is empty, and stays longer than this object is used
-    Content(Documents in_documents, memorymodel::Library& in_library);
+    Content(OpenedDocuments in_opened, memorymodel::Library& in_library);
 
-    /// Adds the sources and the items. The first source takes new items: "Local" of a folder, or the opened file.
-    void Fill();
+    /// Adds the sources. The first one takes new items: "Local" of a folder, or the opened file.
+    void AddSources();
+    /// Adds so many of the items that are missing yet. Nothing else is to be done before there are none.
+    /// \return whether there are more
+    bool Fill(std::size_t in_count);
 
     /// From here on the library is left alone.
     void Close() { m_isOpen = false; }
@@ -46,13 +63,12 @@ public:
     bool MayChange(std::size_t in_document) const;
 
     /// Makes the items anew after documents have changed, adds sources that are new, and keeps in mind what Settle() is
-    /// to tell.
+    /// to tell. Linear in the size of the library, but fast when only names and tags have changed.
     void Update(memorymodel::eFollowing in_following);
+    /// Asks anew what may be written, and keeps in mind what Settle() is to tell. Linear in the size of the library.
+    void UpdateReadOnly(const Runner& in_run);
     /// Tells the library.
     void Settle();
-
-    /// Looks anew at which items can be changed, after the permissions of files have changed, and tells the library.
-    void UpdateAccess();
 
 private:
     struct News
@@ -64,10 +80,6 @@ private:
     };
 
     memorymodel::DataSource& SourceFor(std::size_t in_source);
-    void AddSources();
-    bool IsFactory(std::size_t in_source) const;
-    /// Whether each item cannot be changed, whatever its source says. Linear in the size of the library.
-    std::vector<bool> AreReadOnly();
     memorymodel::NewItem Describe(const materialx::Item& in_item, bool in_isReadOnly);
     void Tell(const News& in_news);
 
@@ -77,7 +89,10 @@ private:
     memorymodel::Library& m_library;
     std::map<std::size_t, memorymodel::DataSource*> m_sources; ///< by sources of documents
     std::deque<News> m_news;
+    bool m_isInvalidated = false;    ///< Settle() is to say that rows look otherwise
     std::vector<bool> m_areReadOnly; ///< of the items of the catalogue; empty until it is asked for
+    std::vector<QUuid> m_identities; ///< of the same; only until the library is filled
+    std::size_t m_filled = 0;
 };
 
 } // namespace workspace

@@ -12,8 +12,10 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <ctime>
 #include <numeric>
 #include <set>
+#include <sys/stat.h>
 #include <utility>
 
 namespace workspace
@@ -22,6 +24,11 @@ namespace
 {
 
 using materialx::Error;
+
+QString WhyBusy()
+{
+    return QStringLiteral("The library is being saved or read");
+}
 
 QByteArray PathOf(const materialx::LibraryDocument& in_document)
 {
@@ -39,6 +46,25 @@ std::optional<Error> RecoverIn(const QString& in_folder)
     if (error.isEmpty())
         return std::nullopt;
     return Error{in_folder, 1, QStringLiteral("A save was interrupted here and cannot be completed: %1").arg(error)};
+}
+
+/// Nothing for a file that was changed just now: it could change again, and the system would tell the same of it.
+FileStamp StampOf(const QByteArray& in_path)
+{
+    FileStamp stamp;
+    struct stat status = {};
+    struct timespec now = {};
+    if (stat(in_path.constData(), &status) != 0 || clock_gettime(CLOCK_REALTIME, &now) != 0)
+        return stamp;
+    const std::int64_t second = 1000000000;
+    const std::int64_t changed = status.st_ctim.tv_sec * second + status.st_ctim.tv_nsec;
+    if (now.tv_sec * second + now.tv_nsec - changed < second)
+        return stamp;
+    stamp.m_device = status.st_dev;
+    stamp.m_number = status.st_ino;
+    stamp.m_size = status.st_size;
+    stamp.m_changed = changed;
+    return stamp;
 }
 
 /// Completes or takes back what was interrupted in a folder and below it.
@@ -65,7 +91,7 @@ QString Documents::GetFolder() const
     return QFileInfo(path).path();
 }
 
-std::optional<Error> Documents::Open(const QString& in_path)
+std::optional<Error> Documents::Open(const QString& in_path, Progress* io_progress)
 {
     if (QFileInfo(in_path).isDir())
     {
@@ -78,13 +104,25 @@ std::optional<Error> Documents::Open(const QString& in_path)
     materialx::Library library;
     if (std::optional<Error> error = materialx::FindDocuments(in_path, library))
         return error;
-    for (materialx::LibraryDocument& document : library.m_documents)
+    if (io_progress)
+        io_progress->m_documents = static_cast<int>(library.m_documents.size());
+    std::vector<Record> records(library.m_documents.size());
+    for (std::size_t i = 0; i < library.m_documents.size(); ++i)
+    {
+        materialx::LibraryDocument& document = library.m_documents[i];
+        records[i].m_stamp = StampOf(PathOf(document));
         if (std::optional<Error> error = materialx::ReadDocument(document))
             return error;
+        records[i].m_size = document.m_document.GetBytes().size();
+        records[i].m_hash = HashOf(document.m_document.GetBytes());
+        if (!io_progress)
+            continue;
+        ++io_progress->m_read;
+        if (io_progress->m_isCancelled)
+            return Error{in_path, 1, QStringLiteral("Cancelled")};
+    }
     m_library = std::move(library);
-    m_records.clear();
-    for (std::size_t i = 0; i < m_library.m_documents.size(); ++i)
-        Of(i).m_hash = HashOf(m_library.m_documents[i].m_document.GetBytes());
+    m_records = std::move(records);
     if (m_library.m_isFolder)
         materialx::FindOrAddDocument(QStringLiteral("%1/%1.mtlx").arg(QLatin1String(gLocalFolder)), m_library);
     return std::nullopt;
@@ -115,8 +153,15 @@ bool Documents::Apply(const materialx::Change& in_change)
 
 bool Documents::Apply(const materialx::Change& in_change, const std::map<std::size_t, State>& in_states)
 {
-    if (materialx::Apply(in_change, m_library))
+    std::vector<std::optional<materialx::Range>> touched;
+    if (m_isBusy || materialx::Apply(in_change, m_library, &touched))
         return false;
+    for (std::size_t edit = 0; edit < touched.size() && m_touched; ++edit)
+        if (!touched[edit])
+            m_touched.reset();
+        else
+            for (std::size_t i = touched[edit]->m_first; i < touched[edit]->m_last; ++i)
+                m_touched->push_back({in_change[edit].m_document, i});
     std::vector<std::size_t> documents;
     for (const auto& [document, state] : in_states)
     {
@@ -128,10 +173,19 @@ bool Documents::Apply(const materialx::Change& in_change, const std::map<std::si
     return true;
 }
 
+std::optional<std::vector<materialx::DeclarationIndex>> Documents::TakeTouched()
+{
+    std::optional<std::vector<materialx::DeclarationIndex>> touched = std::move(m_touched);
+    m_touched.emplace();
+    return touched;
+}
+
 bool Documents::IsChanged(std::size_t in_document) const
 {
     const Record& record = Of(in_document);
-    return record.m_state != record.m_saved && HashOfBytes(in_document) != record.m_hash;
+    return record.m_state != record.m_saved &&
+           (m_library.m_documents[in_document].m_document.GetBytes().size() != record.m_size ||
+            HashOfBytes(in_document) != record.m_hash);
 }
 
 const QByteArray& Documents::HashOfBytes(std::size_t in_document) const
@@ -154,81 +208,158 @@ bool Documents::CanWrite(std::size_t in_document) const
     return real.isEmpty() ? MayReplace(path) : MayWrite(real) && MayReplace(real);
 }
 
-QString Documents::Read(std::size_t in_document)
+/// A look at one file: what is known of it before, and what was found.
+struct Documents::Look
 {
-    materialx::LibraryDocument& document = m_library.m_documents[in_document];
+    std::size_t m_document;
+    bool m_isForced = false; ///< read also what is as it was
+
+    bool m_isSame = false;      ///< as it was last seen
+    bool m_isOurs = false;      ///< as the document is
+    bool m_isThere = false;     ///< there is such a file
+    FileStamp m_stamp;          ///< taken before it was read
+    QByteArray m_hash;          ///< empty for no file
+    materialx::Document m_read; ///< without bytes when there is a problem
+    QString m_problem;          ///< why it cannot be read
+};
+
+void Documents::Read(Look& io_look) const
+{
+    const materialx::LibraryDocument& document = m_library.m_documents[io_look.m_document];
+    const QByteArray path = PathOf(document);
+    const Record& record = m_records[io_look.m_document];
+    io_look.m_stamp = StampOf(path);
+    io_look.m_isSame = !io_look.m_isForced && io_look.m_stamp.m_size >= 0 && io_look.m_stamp == record.m_stamp;
+    if (io_look.m_isSame)
+        return;
     QString error;
-    std::optional<std::string> bytes = ReadBytes(PathOf(document), error);
+    std::optional<std::string> bytes = ReadBytes(path, error);
     if (!error.isEmpty())
-        return error;
-    const QByteArray hash = bytes ? HashOf(*bytes) : QByteArray();
-    materialx::Document read;
+    {
+        io_look.m_problem = QStringLiteral("%1:1: %2").arg(document.m_file, error);
+        return;
+    }
+    io_look.m_isThere = bytes.has_value();
+    io_look.m_hash = bytes ? HashOf(*bytes) : QByteArray();
+    io_look.m_isSame = !io_look.m_isForced && io_look.m_hash == record.m_hash;
+    const std::string& ours = document.m_document.GetBytes();
+    io_look.m_isOurs = bytes ? *bytes == ours : ours.empty();
+    if (!bytes || io_look.m_isSame || (io_look.m_isOurs && !io_look.m_isForced))
+        return;
     std::size_t line = 1;
-    if (bytes)
-        if (const std::optional<materialx::Fault> fault = read.Read(std::move(*bytes), &line))
-            return QStringLiteral("Line %1: %2").arg(line).arg(QString::fromStdString(fault->m_reason));
-    document.m_document = std::move(read);
-    Record& record = Of(in_document);
+    if (const std::optional<materialx::Fault> fault = io_look.m_read.Read(std::move(*bytes), &line))
+        io_look.m_problem =
+            QStringLiteral("%1:%2: %3").arg(document.m_file).arg(line).arg(QString::fromStdString(fault->m_reason));
+}
+
+void Documents::Take(Look& io_look)
+{
+    materialx::LibraryDocument& document = m_library.m_documents[io_look.m_document];
+    document.m_document = std::move(io_look.m_read);
+    Record& record = Of(io_look.m_document);
     record = Record();
     record.m_state = ++m_states;
     record.m_saved = record.m_state;
-    record.m_hash = hash;
-    return QString();
+    MarkInStep(record, io_look.m_hash, document.m_document.GetBytes().size(), io_look.m_stamp);
+    m_touched.reset();
 }
 
-bool Documents::Refresh(std::size_t in_document)
+void Documents::MarkInStep(Record& io_record, const QByteArray& in_hash, std::size_t in_size, const FileStamp& in_stamp)
 {
-    QString error;
-    const std::optional<std::string> bytes = ReadBytes(PathOf(m_library.m_documents[in_document]), error);
-    Record& record = Of(in_document);
-    if (error.isEmpty())
+    io_record.m_hash = in_hash;
+    io_record.m_size = in_size;
+    io_record.m_stamp = in_stamp;
+    io_record.m_documentState = eDocumentState::eInStep;
+    io_record.m_problem.clear();
+}
+
+void Documents::RunBusy(const Runner& in_run, const std::function<void()>& in_function)
+{
+    if (!m_library.m_documents.empty())
+        Of(m_library.m_documents.size() - 1); // so that nothing grows while another thread reads
+    m_isBusy = true;
+    in_run(in_function);
+    m_isBusy = false;
+}
+
+void Documents::FindNew(const Runner& in_run)
+{
+    materialx::Library found;
+    bool isFound = false;
+    RunBusy(in_run, [&] { isFound = !materialx::FindDocuments(m_library.m_path, found); });
+    if (isFound)
+        AddMissing(found, m_library);
+}
+
+bool Documents::Refresh(const std::vector<std::size_t>& in_documents, const Runner& in_run)
+{
+    std::vector<Look> looks(in_documents.size());
+    for (std::size_t i = 0; i < looks.size(); ++i)
+        looks[i].m_document = in_documents[i];
+    RunBusy(in_run, [&] {
+        for (Look& look : looks)
+            Read(look);
+    });
+    bool isReplaced = false;
+    for (Look& look : looks)
     {
-        const QByteArray hash = bytes ? HashOf(*bytes) : QByteArray();
-        const std::string& ours = m_library.m_documents[in_document].m_document.GetBytes();
-        if (hash == record.m_hash || (bytes ? *bytes == ours : ours.empty()))
+        Record& record = Of(look.m_document);
+        const std::size_t size = m_library.m_documents[look.m_document].m_document.GetBytes().size();
+        if (look.m_problem.isEmpty() && look.m_isSame)
         {
-            // As it was, or as it is to be.
-            if (hash != record.m_hash)
-                record.m_saved = record.m_state;
-            record.m_hash = hash;
-            record.m_documentState = eDocumentState::eInStep;
-            record.m_problem.clear();
-            return false;
+            // A document that was in conflict is none any more: the file is as it was again.
+            MarkInStep(record, record.m_hash, record.m_size, look.m_stamp);
+        }
+        else if (look.m_problem.isEmpty() && look.m_isOurs)
+        {
+            record.m_saved = record.m_state;
+            MarkInStep(record, look.m_hash, size, look.m_stamp);
+        }
+        else if (IsChanged(look.m_document))
+            record.m_documentState = eDocumentState::eConflict;
+        else if (look.m_problem.isEmpty())
+        {
+            Take(look);
+            isReplaced = true;
+        }
+        else
+        {
+            record.m_documentState = eDocumentState::eUnreadable;
+            record.m_problem = look.m_problem;
         }
     }
-    if (IsChanged(in_document))
-    {
-        record.m_documentState = eDocumentState::eConflict;
-        return false;
-    }
-    if (error.isEmpty())
-        error = Read(in_document);
-    if (error.isEmpty())
-        return true;
-    record.m_documentState = eDocumentState::eUnreadable;
-    record.m_problem = error;
-    return false;
+    return isReplaced;
 }
 
 QString Documents::TakeTheirs(std::size_t in_document)
 {
-    const QString error = Read(in_document);
-    if (error.isEmpty())
-        Forget({in_document});
-    return error;
+    if (m_isBusy)
+        return WhyBusy();
+    Look look;
+    look.m_document = in_document;
+    look.m_isForced = true;
+    Of(in_document);
+    Read(look);
+    if (!look.m_problem.isEmpty())
+        return look.m_problem;
+    Take(look);
+    Forget({in_document});
+    return QString();
 }
 
 QString Documents::KeepOurs(std::size_t in_document)
 {
+    if (m_isBusy)
+        return WhyBusy();
     QString error;
-    const std::optional<std::string> bytes = ReadBytes(PathOf(m_library.m_documents[in_document]), error);
+    const QByteArray path = PathOf(m_library.m_documents[in_document]);
+    const FileStamp stamp = StampOf(path);
+    const std::optional<std::string> bytes = ReadBytes(path, error);
     if (!error.isEmpty())
         return error;
     Record& record = Of(in_document);
-    record.m_hash = bytes ? HashOf(*bytes) : QByteArray();
     record.m_saved = ~State(0); // a state that no document has
-    record.m_documentState = eDocumentState::eInStep;
-    record.m_problem.clear();
+    MarkInStep(record, bytes ? HashOf(*bytes) : QByteArray(), bytes ? bytes->size() : 0, stamp);
     return QString();
 }
 
@@ -258,11 +389,10 @@ void Documents::Forget(const std::vector<std::size_t>& in_documents)
     m_ties.remove_if([](const std::vector<std::size_t>& in_tie) { return in_tie.size() < 2; });
 }
 
-std::vector<QString> Documents::Save(const std::vector<std::size_t>& in_documents, bool& out_isWritten)
+std::vector<QString> Documents::Save(const std::vector<std::size_t>& in_documents, const Runner& in_run,
+                                     std::vector<std::size_t>& out_saved)
 {
-    out_isWritten = false;
-    std::vector<QString> messages;
-    std::vector<std::size_t> documents;
+    out_saved.clear();
     std::vector<std::size_t> group(m_library.m_documents.size());
     std::iota(group.begin(), group.end(), std::size_t(0));
     for (const std::vector<std::size_t>& tie : m_ties)
@@ -275,40 +405,38 @@ std::vector<QString> Documents::Save(const std::vector<std::size_t>& in_document
         FileSave file;
         file.m_path = QFileInfo(m_library.m_documents[i].m_file).absoluteFilePath();
         file.m_bytes = m_library.m_documents[i].m_document.GetBytes();
-        file.m_hash = HashOfBytes(i);
         file.m_known = {record.m_hash};
         if (!record.m_tried.isEmpty())
             file.m_known.push_back(record.m_tried);
         file.m_group = group[i];
-        documents.push_back(i);
         files.push_back(std::move(file));
     }
+    std::vector<QString> messages;
     if (files.empty())
         return messages;
-    SaveFiles(GetFolder(), files, [&](std::size_t in_file, const std::string& in_bytes) {
-        return FindDifference(m_library.m_documents[documents[in_file]].m_document, in_bytes);
+    RunBusy(in_run, [&] {
+        for (std::size_t i = 0; i < files.size(); ++i)
+            files[i].m_hash = files[i].m_bytes.empty() ? QByteArray() : HashOf(files[i].m_bytes);
+        SaveFiles(GetFolder(), files, [&](std::size_t in_file, const std::string& in_bytes) {
+            return FindDifference(m_library.m_documents[in_documents[in_file]].m_document, in_bytes);
+        });
     });
-    std::vector<std::size_t> saved;
     for (std::size_t i = 0; i < files.size(); ++i)
     {
-        Record& record = Of(documents[i]);
-        const QByteArray& hash = files[i].m_hash;
+        Record& record = Of(in_documents[i]);
         if (!files[i].m_problem.isEmpty())
         {
-            record.m_tried = hash;
-            messages.push_back(m_library.m_documents[documents[i]].m_relativePath + QStringLiteral(": ") +
+            record.m_tried = files[i].m_hash;
+            messages.push_back(m_library.m_documents[in_documents[i]].m_relativePath + QStringLiteral(": ") +
                                files[i].m_problem);
             continue;
         }
-        record.m_hash = hash;
         record.m_tried.clear();
         record.m_saved = record.m_state;
-        record.m_documentState = eDocumentState::eInStep;
-        record.m_problem.clear();
-        saved.push_back(documents[i]);
+        MarkInStep(record, files[i].m_hash, files[i].m_bytes.size(), FileStamp());
+        out_saved.push_back(in_documents[i]);
     }
-    Forget(saved);
-    out_isWritten = !saved.empty();
+    Forget(out_saved);
     return messages;
 }
 

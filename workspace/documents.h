@@ -3,13 +3,15 @@
 #pragma once
 
 #include "materialx/edit.h"
-#include "materialx/library.h"
+#include "materialx/items.h"
 
 #include <QByteArray>
 #include <QString>
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <map>
 #include <optional>
@@ -30,16 +32,44 @@ enum class eDocumentState
     eUnreadable, ///< the file was changed by somebody else, and cannot be read: these are the last good items
 };
 
+/// How far opening has come, for other threads.
+struct Progress
+{
+    std::atomic<int> m_documents{0}; ///< how many there are; 0 until that is known
+    std::atomic<int> m_read{0};
+    std::atomic<bool> m_isCancelled{false}; ///< set from outside: nothing more is read
+};
+
+/// Calls a function that reads and writes files, and comes back when it is done. It may call it on another thread.
+using Runner = std::function<void(const std::function<void()>&)>;
+
+/// What the system tells of a file without reading it. One that it tells the same of has the same bytes.
+struct FileStamp
+{
+    std::uint64_t m_device = 0;
+    std::uint64_t m_number = 0;
+    std::int64_t m_size = -1;   ///< -1: nothing is known of the file
+    std::int64_t m_changed = 0; ///< nanoseconds
+
+    bool operator==(const FileStamp& in_other) const
+    {
+        return m_device == in_other.m_device && m_number == in_other.m_number && m_size == in_other.m_size &&
+               m_changed == in_other.m_changed;
+    }
+};
+
 /// Each document has a number that says which of its states it is in. A change leads from one state to another, and its
 /// inverse back to the first: only in exactly that state the positions of its bytes are good.
+///
+/// While a Runner runs, the documents are read on its thread: they are busy then, and refuse all that changes them.
 class Documents
 {
 public:
     using State = std::uint64_t;
 
     /// Lists and reads all documents of a folder, or one. Completes or takes back saves that were interrupted.
-    /// \return why they cannot be opened
-    std::optional<materialx::Error> Open(const QString& in_path);
+    /// \return why they cannot be opened, or that it was cancelled
+    std::optional<materialx::Error> Open(const QString& in_path, Progress* io_progress = nullptr);
 
     const materialx::Library& GetLibrary() const { return m_library; }
     /// For what adds documents without bytes. Bytes are changed here alone.
@@ -55,7 +85,15 @@ public:
     /// The same, for a change that leads to states that the documents had before.
     bool Apply(const materialx::Change& in_change, const std::map<std::size_t, State>& in_states);
 
-    /// Whether the bytes are not those that were read or saved. Compares bytes only if an edit was made since.
+    /// The declarations that are shown otherwise since the last call; nothing when more has changed than that.
+    std::optional<std::vector<materialx::DeclarationIndex>> TakeTouched();
+
+    bool IsBusy() const { return m_isBusy; }
+    /// Runs what reads the documents.
+    void RunBusy(const Runner& in_run, const std::function<void()>& in_function);
+
+    /// Whether the bytes are not those that were read or saved. Compares bytes only if an edit was made since that left
+    /// their count as it was.
     bool IsChanged(std::size_t in_document) const;
     /// Whether the file, or one where there is none yet, can be written, and the document can be edited. That one came
     /// with the product is not asked here.
@@ -65,9 +103,11 @@ public:
     /// Why it is unreadable; else empty.
     const QString& GetProblem(std::size_t in_document) const { return Of(in_document).m_problem; }
 
-    /// Reads the file again if it is not as it was last seen. A document with edits is left as it is, and in conflict.
-    /// \return whether the document was replaced
-    bool Refresh(std::size_t in_document);
+    /// Looks for new files, if the opened path is there.
+    void FindNew(const Runner& in_run);
+    /// Reads files again that are not as they were last seen. A document with edits is left as it is, and in conflict.
+    /// \return whether a document was replaced
+    bool Refresh(const std::vector<std::size_t>& in_documents, const Runner& in_run);
     /// Reads the file again, whatever edits there are.
     /// \return why it cannot be read; empty on success
     QString TakeTheirs(std::size_t in_document);
@@ -76,7 +116,8 @@ public:
 
     /// Saves the documents, and those that one change ties to them.
     /// \return why documents were not saved, a sentence each
-    std::vector<QString> Save(const std::vector<std::size_t>& in_documents, bool& out_isWritten);
+    std::vector<QString> Save(const std::vector<std::size_t>& in_documents, const Runner& in_run,
+                              std::vector<std::size_t>& out_saved);
     /// The changed documents among some, and those that a change across documents ties to them.
     std::vector<std::size_t> WithTies(std::vector<std::size_t> in_documents) const;
 
@@ -84,9 +125,11 @@ private:
     struct Record
     {
         State m_state = 0;
-        State m_saved = 0;  ///< the state that the disk has
-        QByteArray m_hash;  ///< of the file as it was read or saved; empty for none
-        State m_hashed = 0; ///< the state that the next one is of
+        State m_saved = 0;      ///< the state that the disk has
+        QByteArray m_hash;      ///< of the file as it was read or saved; empty for none
+        std::size_t m_size = 0; ///< of the same
+        FileStamp m_stamp;      ///< of the same, if it is known
+        State m_hashed = 0;     ///< the state that the next one is of
         QByteArray m_hashOfState;
         QByteArray m_tried; ///< of what a save could not put in place yet, but may have since
         eDocumentState m_documentState = eDocumentState::eInStep;
@@ -96,12 +139,19 @@ private:
     /// A fingerprint of the bytes; empty for none. Made once for each state.
     const QByteArray& HashOfBytes(std::size_t in_document) const;
     Record& Of(std::size_t in_document) const;
-    QString Read(std::size_t in_document);
+    struct Look;
+    /// Reads a file if it is not as it was last seen. On any thread.
+    void Read(Look& io_look) const;
+    /// Puts what was read in place of a document.
+    void Take(Look& io_look);
+    void MarkInStep(Record& io_record, const QByteArray& in_hash, std::size_t in_size, const FileStamp& in_stamp);
     void Forget(const std::vector<std::size_t>& in_documents);
 
     materialx::Library m_library;
-    mutable std::vector<Record> m_records;      ///< of the documents of the library, as far as they were asked for
-    State m_states = 0;                         ///< the last one that was given out
+    mutable std::vector<Record> m_records; ///< of the documents of the library, as far as they were asked for
+    State m_states = 0;                    ///< the last one that was given out
+    bool m_isBusy = false;
+    std::optional<std::vector<materialx::DeclarationIndex>> m_touched; ///< see TakeTouched()
     std::list<std::vector<std::size_t>> m_ties; ///< documents that one change has changed together
 };
 

@@ -45,7 +45,7 @@ public:
     bool Run(bool in_forward) override
     {
         const ContentPtr content = m_content.lock();
-        if (!content || !MayRun(*content, in_forward) ||
+        if (!content || content->GetDocuments().IsBusy() || !MayRun(*content, in_forward) ||
             !(RunExactly(*content, in_forward) || Replan(*content, in_forward)))
             return false;
         content->Update(memorymodel::eFollowing::eChange);

@@ -271,11 +271,8 @@ void Versions::ChangeFiles(const ItemID& in_item, QString (*in_change)(const std
                 if (!m_control)
                     return;
                 const QPointer<Versions> self(this);
-                m_content->UpdateAccess();
-                if (!self)
-                    return;
-                Ask();
-                if (in_interactive && !problem.isEmpty())
+                Q_EMIT PermissionsChanged();
+                if (self && in_interactive && !problem.isEmpty())
                     Q_EMIT Refused(problem);
             };
         },

@@ -92,6 +92,8 @@ Q_SIGNALS:
     /// The states of all documents were read, or could not be.
     void StatesRead();
     void HistoryRead(const QString& in_path);
+    /// Files were made writable: what may be changed, and the states, are to be asked anew.
+    void PermissionsChanged();
     /// Nothing, or not all, of what a person wanted was done.
     void Refused(const QString& in_reason);
 

@@ -12,8 +12,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTimer>
 
 #include <algorithm>
+#include <limits>
+#include <numeric>
 #include <set>
 #include <utility>
 
@@ -21,6 +24,8 @@ namespace workspace
 {
 namespace
 {
+
+const int gBusyPause = 50; // milliseconds
 
 std::string Narrow(const QString& in_text)
 {
@@ -35,29 +40,66 @@ QString NameOf(const QString& in_path)
 
 } // namespace
 
+Reading::Reading(const QString& in_path) : m_path(in_path), m_opened(new OpenedDocuments) {}
+
+Reading::~Reading() = default;
+
+bool Reading::Run()
+{
+    if (const std::optional<materialx::Error> error = m_opened->Open(m_path, &m_progress))
+        m_error = error->GetText();
+    return m_error.isEmpty();
+}
+
 std::shared_ptr<Workspace> Workspace::Open(memorymodel::DataLayer& io_layer, const QString& in_path, QString* out_error)
 {
-    Documents documents;
-    if (const std::optional<materialx::Error> error = documents.Open(in_path))
+    Reading reading(in_path);
+    if (!reading.Run())
     {
-        *out_error = error->GetText();
+        *out_error = reading.GetError();
         return nullptr;
     }
-    memorymodel::Library& library = io_layer.AddLibrary(Narrow(NameOf(in_path)));
-    const auto content = std::make_shared<Content>(std::move(documents), library);
-    content->Fill();
-    const std::shared_ptr<Workspace> workspace(new Workspace(content, io_layer.GetSourceControl()));
-    library.SetStore(workspace);
+    std::shared_ptr<Workspace> workspace = Open(io_layer, reading);
+    workspace->Fill(std::numeric_limits<std::size_t>::max());
     workspace->m_versions->Ask();
     return workspace;
 }
 
-Workspace::Workspace(std::shared_ptr<Content> in_content, memorymodel::SourceControl& in_control)
-    : m_content(in_content), m_versions(new Versions(std::move(in_content), in_control))
+std::shared_ptr<Workspace> Workspace::Open(memorymodel::DataLayer& io_layer, Reading& io_reading)
 {
+    memorymodel::Library& library = io_layer.AddLibrary(Narrow(NameOf(io_reading.m_path)));
+    const auto content = std::make_shared<Content>(std::move(*io_reading.m_opened), library);
+    content->AddSources();
+    const std::shared_ptr<Workspace> workspace(new Workspace(content, io_layer.GetSourceControl()));
+    library.SetStore(workspace);
+    return workspace;
+}
+
+bool Workspace::Fill(std::size_t in_count)
+{
+    return m_content->IsOpen() && m_content->Fill(in_count);
+}
+
+Workspace::Workspace(std::shared_ptr<Content> in_content, memorymodel::SourceControl& in_control)
+    : m_content(std::move(in_content)),
+      m_versions(new Versions(m_content, in_control)),
+      m_runner([](const std::function<void()>& in_function) { in_function(); })
+{
+    QObject::connect(m_versions.get(), &Versions::PermissionsChanged, m_versions.get(),
+                     [this] { OnPermissionsChanged(); });
 }
 
 Workspace::~Workspace() = default;
+
+const QString& Workspace::GetPath() const
+{
+    return m_content->GetMaterial().m_path;
+}
+
+bool Workspace::IsBusy() const
+{
+    return m_content->GetDocuments().IsBusy();
+}
 
 memorymodel::Library& Workspace::GetLibrary() const
 {
@@ -71,6 +113,15 @@ std::optional<std::size_t> Workspace::Find(const QString& in_document) const
         if (documents[i].m_relativePath == in_document)
             return i;
     return std::nullopt;
+}
+
+std::optional<materialx::Description> Workspace::Describe(const ItemID& in_item) const
+{
+    const Catalogue& catalogue = m_content->GetCatalogue();
+    const materialx::Item* const item = catalogue.Find(in_item);
+    if (!item || !m_content->IsOpen())
+        return std::nullopt;
+    return materialx::Describe(m_content->GetMaterial(), *item, catalogue.GetDeclarations(*item));
 }
 
 QStringList Workspace::GetChangedDocuments() const
@@ -90,31 +141,73 @@ void Workspace::TakeNews()
 
 void Workspace::Refresh()
 {
-    if (!m_content->IsOpen())
+    if (!m_content->IsOpen() || IsBusy() || !IsThere())
         return;
-    materialx::Library found;
-    if (!materialx::FindDocuments(m_content->GetMaterial().m_path, found))
-        for (const materialx::LibraryDocument& document : found.m_documents)
-            FindOrAddDocument(document.m_relativePath, m_content->GetDocuments().GetLibrary());
-    bool isNews = false;
-    for (std::size_t i = 0; i < m_content->GetMaterial().m_documents.size(); ++i)
-        isNews = m_content->GetDocuments().Refresh(i) || isNews;
-    if (isNews)
-        TakeNews();
-    m_versions->Ask();
+    const std::shared_ptr<Workspace> alive = shared_from_this();
+    m_content->GetDocuments().FindNew(m_runner);
+    std::vector<std::size_t> all(m_content->GetMaterial().m_documents.size());
+    std::iota(all.begin(), all.end(), std::size_t(0));
+    Look(all);
 }
 
 void Workspace::Refresh(const QString& in_document)
 {
-    if (!m_content->IsOpen())
+    const QString& folder = GetPath();
+    if (!m_content->IsOpen() || IsBusy() ||
+        (!Find(in_document) && !QFileInfo::exists(folder + QLatin1Char('/') + in_document)))
         return;
-    const QString& folder = m_content->GetMaterial().m_path;
-    if (!Find(in_document) && !QFileInfo::exists(folder + QLatin1Char('/') + in_document))
-        return;
-    const std::size_t document = FindOrAddDocument(in_document, m_content->GetDocuments().GetLibrary());
-    if (m_content->GetDocuments().Refresh(document))
-        TakeNews();
+    const std::shared_ptr<Workspace> alive = shared_from_this();
+    Look({FindOrAddDocument(in_document, m_content->GetDocuments().GetLibrary())});
+}
+
+void Workspace::Look(const std::vector<std::size_t>& in_documents)
+{
+    const bool isReplaced = m_content->GetDocuments().Refresh(in_documents, m_runner);
+    if (isReplaced && m_content->IsOpen())
+        m_content->Update(memorymodel::eFollowing::eNews);
+    LookAtPermissions();
+}
+
+void Workspace::LookAtPermissions()
+{
+    m_content->UpdateReadOnly(m_runner);
+    m_content->Settle();
     m_versions->Ask();
+}
+
+void Workspace::OnPermissionsChanged()
+{
+    if (IsBusy())
+    {
+        QTimer::singleShot(gBusyPause, m_versions.get(), [this] { OnPermissionsChanged(); });
+        return;
+    }
+    const std::shared_ptr<Workspace> alive = shared_from_this();
+    if (m_content->IsOpen())
+        LookAtPermissions();
+}
+
+QStringList Workspace::GetTroubledDocuments() const
+{
+    QStringList paths;
+    for (const std::size_t i : InPathOrder(m_content->GetMaterial()))
+        if (m_content->GetDocuments().GetDocumentState(i) != eDocumentState::eInStep)
+            paths.append(m_content->GetMaterial().m_documents[i].m_relativePath);
+    return paths;
+}
+
+bool Workspace::IsThere() const
+{
+    return QFileInfo::exists(GetPath());
+}
+
+QStringList Workspace::GetFiles() const
+{
+    QStringList paths;
+    for (const materialx::LibraryDocument& document : m_content->GetMaterial().m_documents)
+        if (!document.m_document.IsEmpty())
+            paths.append(document.m_file);
+    return paths;
 }
 
 eDocumentState Workspace::GetDocumentState(const QString& in_document) const
@@ -152,6 +245,8 @@ QString Workspace::SaveOursBeside(const QString& in_document, QString* out_file)
     if (!document)
         return QStringLiteral("There is no such document");
     const materialx::LibraryDocument& ours = m_content->GetMaterial().m_documents[*document];
+    if (IsBusy())
+        return QStringLiteral("The library is being saved or read");
     *out_file = ours.m_file + QStringLiteral(".ours");
     for (int number = 2; QFileInfo::exists(*out_file); ++number)
         *out_file = ours.m_file + QStringLiteral(".ours%1").arg(number);
@@ -168,29 +263,31 @@ QString Workspace::SaveOursBeside(const QString& in_document, QString* out_file)
 
 std::unique_ptr<memorymodel::Step> Workspace::Rename(const ItemID& in_item, const std::string& in_name)
 {
-    return MakeRename(m_content, in_item, in_name);
+    return IsBusy() ? nullptr : MakeRename(m_content, in_item, in_name);
 }
 
 std::unique_ptr<memorymodel::Step> Workspace::SetTags(const ItemID& in_item, const std::string& in_key,
                                                       const std::string& in_tags)
 {
+    if (IsBusy())
+        return nullptr;
     return in_key == vireo::datamodel::gApplicationTagsKey ? MakeTagging(m_content, in_item, in_tags)
                                                            : std::make_unique<memorymodel::Step>();
 }
 
 std::unique_ptr<memorymodel::Step> Workspace::Move(const ItemID& in_item, const memorymodel::DataSource& in_target)
 {
-    return MakeMove(m_content, in_item, in_target);
+    return IsBusy() ? nullptr : MakeMove(m_content, in_item, in_target);
 }
 
 std::unique_ptr<memorymodel::Step> Workspace::Create(memorymodel::Creation& io_creation)
 {
-    return MakeCreation(m_content, io_creation);
+    return IsBusy() ? nullptr : MakeCreation(m_content, io_creation);
 }
 
 std::unique_ptr<memorymodel::Step> Workspace::Remove(const ItemID& in_item)
 {
-    return MakeRemoval(m_content, in_item);
+    return IsBusy() ? nullptr : MakeRemoval(m_content, in_item);
 }
 
 std::vector<std::size_t> Workspace::DocumentsToSave(const memorymodel::CommitRequest& in_request) const
@@ -224,8 +321,19 @@ memorymodel::CommitAnswer Workspace::Commit(const memorymodel::CommitRequest& in
 {
     memorymodel::CommitAnswer answer;
     Documents& documents = m_content->GetDocuments();
-    for (const QString& message : documents.Save(DocumentsToSave(in_request), answer.m_isWritten))
+    m_savedDocuments.clear();
+    if (documents.IsBusy())
+    {
+        answer.m_messages.emplace_back("The library is being saved or read");
+        return answer;
+    }
+    std::vector<std::size_t> saved;
+    for (const QString& message : documents.Save(DocumentsToSave(in_request), m_runner, saved))
         answer.m_messages.push_back(Narrow(message));
+    answer.m_isWritten = !saved.empty();
+    for (const std::size_t document : InPathOrder(m_content->GetMaterial()))
+        if (std::find(saved.begin(), saved.end(), document) != saved.end())
+            m_savedDocuments.append(m_content->GetMaterial().m_documents[document].m_relativePath);
     std::vector<materialx::Item> items;
     std::vector<ItemID> ids;
     for (const ItemID& id : in_request.m_items)

@@ -16,7 +16,7 @@ plot_packages=(gnuplot-nox fonts-dejavu-core)
 abi_packages=(abigail-tools universal-ctags pkgconf git)
 docs_packages=(doxygen graphviz)
 picture_packages=(optipng)
-package_packages=(dpkg-dev debhelper fakeroot lintian git)
+package_packages=(build-essential libgtest-dev dpkg-dev debhelper fakeroot lintian git)
 fresh_packages=(debootstrap git)
 
 # say TEXT: a line about what the script is doing, or why it cannot.

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "datamodel/helpers.h"
+#include "host/breadcrumb.h"
 #include "host/fileswindow.h"
 #include "host/graphbox.h"
 #include "host/graphcanvas.h"
 #include "host/librarybrowser.h"
 #include "host/mainwindow.h"
+#include "host/quickadd.h"
 #include "host/samplelibrary.h"
 #include "memorymodel/datalayer.h"
 #include "qtcompat/latin1.h"
@@ -34,6 +36,7 @@ namespace
 {
 
 const QPoint gWhereDropped(250, 200); // in the canvas
+const std::size_t gStateWithBox = 2;  // from the second change on Blend has a box in its graph
 
 QString Same(const QString& in_actual, const QString& in_wanted)
 {
@@ -145,6 +148,7 @@ private Q_SLOTS:
 private:
     void AddSearch();
     void AddDrag();
+    void AddQuickAdd();
     void AddRename();
     void AddTags();
     void AddMove();
@@ -177,10 +181,10 @@ private:
         const int count = m_facts.m_undoCount;
         m_facts = m_states[in_state];
         m_facts.m_undoCount = count;
-        const QString box = m_facts.m_blend;
+        const QString box = in_state < gStateWithBox ? QString() : m_facts.m_blend;
         Step(
             in_name, [in_key] { return PressKeys({QLatin1String(in_key)}); },
-            [this, box] { return Same(Canvas()->findChild<GraphBox*>()->GetName(), box); });
+            [this, box] { return Same(FirstBox(), box); });
     }
 
     /// Clicks the first row with the right button and chooses an entry of its menu.
@@ -264,6 +268,13 @@ private:
 
     QLineEdit* SearchField() const { return m_window->GetBrowser().findChild<QLineEdit*>(); }
     GraphCanvas* Canvas() const { return m_window->findChild<GraphCanvas*>(); }
+    QString Way() const { return m_window->findChild<host::Breadcrumb*>()->GetNames().join(QLatin1Char('/')); }
+    /// The name on the first box; empty without one.
+    QString FirstBox() const
+    {
+        const QList<GraphBox*> boxes = Canvas()->GetBoxes();
+        return boxes.isEmpty() ? QString() : boxes.first()->GetName();
+    }
     QString StatusText() const { return m_window->statusBar()->findChildren<QLabel*>().first()->text(); }
 
     QStringList Rows() const
@@ -349,9 +360,16 @@ void TestJourney::AddSearch()
     SearchFor(QStringLiteral("blend"),
               {QStringLiteral("Blend"), QStringLiteral("Multiply Blend"), QStringLiteral("Overlay Blend"),
                QStringLiteral("Screen Blend"), QStringLiteral("Smooth Union")});
+    BeginChange();
     Step(
-        QStringLiteral("Enter selects the first row"), [] { return PressKeys({QStringLiteral("Return")}); },
-        [this] { return Same(StatusText(), QStringLiteral("Blend \u2013 compound, Studio")); });
+        QStringLiteral("Enter adds the first row"), [] { return PressKeys({QStringLiteral("Return")}); },
+        [this] {
+            return Both(Same(StatusText(), QStringLiteral("Blend \u2013 compound, Studio")),
+                        Same(FirstBox(), QStringLiteral("Blend")));
+        });
+    Step(
+        QStringLiteral("Down goes to the next row"), [] { return PressKeys({QStringLiteral("Down")}); },
+        [this] { return Same(StatusText(), QStringLiteral("Multiply Blend \u2013 compound, Factory")); });
     Step(
         QStringLiteral("a click selects a row"), [this] { return ClickAt(Row(1)); },
         [this] {
@@ -359,12 +377,13 @@ void TestJourney::AddSearch()
                         Same(StatusText(), QStringLiteral("Multiply Blend \u2013 compound, Factory")));
         });
     m_facts.m_target = QStringLiteral("Blend");
+    m_states.front().m_target = m_facts.m_target; // no undo leads back out of the compound
     Step(
         QStringLiteral("a double click edits a compound"),
         [this] { return ClickAt(Row(0)) << QStringLiteral("click") << QStringLiteral("1"); },
         [this] {
             return Both(Same(m_window->windowTitle(), QStringLiteral("Blend \u2013 nodebrowser")),
-                        Same(Canvas()->GetCaption(), QStringLiteral("Editing Blend")));
+                        Same(Way(), QStringLiteral("Main graph/Blend")));
         });
 }
 
@@ -381,20 +400,62 @@ void TestJourney::AddDrag()
     Step(
         QStringLiteral("over the canvas"),
         [this] {
-            const QPoint target = Canvas()->mapToGlobal(gWhereDropped);
+            const QPoint target = Canvas()->viewport()->mapToGlobal(gWhereDropped);
             return MoveTo(target - QPoint(40, 40)) + MoveTo(target - QPoint(20, 20)) + MoveTo(target);
         },
         [this] { return Needs(m_dragWatcher.m_entered, "the drag over the canvas"); });
+    BeginChange();
     Step(
         QStringLiteral("drop on the canvas"),
         [] { return QStringList{QStringLiteral("mouseup"), QStringLiteral("1")}; },
         [this] {
-            const QList<GraphBox*> boxes = Canvas()->findChildren<GraphBox*>();
+            const QList<GraphBox*> boxes = Canvas()->GetBoxes();
             if (boxes.size() != 1)
                 return Needs(false, "one box in the graph");
             return Both(Needs(boxes.first()->GetItem() == m_blend && boxes.first()->isVisible(), "a box for Blend"),
                         Both(Same(boxes.first()->GetName(), QStringLiteral("Blend")),
-                             Needs(boxes.first()->geometry().contains(gWhereDropped), "the box where it was dropped")));
+                             Needs(Canvas()->mapFromScene(boxes.first()->pos()) == gWhereDropped,
+                                   "the box where it was dropped")));
+        });
+}
+
+void TestJourney::AddQuickAdd()
+{
+    const QPoint place(420, 60); // in the canvas
+    Step(
+        QStringLiteral("go to the canvas"), [this, place] { return ClickAt(Canvas()->viewport()->mapToGlobal(place)); },
+        [this] { return Needs(Canvas()->hasFocus(), "the focus in the canvas"); });
+    Step(
+        QStringLiteral("Tab opens quick add"), [] { return PressKeys({QStringLiteral("Tab")}); },
+        [this, place] {
+            const QWidget* const open = qobject_cast<host::QuickAdd*>(QApplication::activePopupWidget());
+            return open ? Needs(open->pos() == Canvas()->viewport()->mapToGlobal(place), "quick add at the pointer")
+                        : Needs(false, "quick add");
+        });
+    Step(
+        QStringLiteral("Escape closes quick add"), [] { return PressKeys({QStringLiteral("Escape")}); },
+        [this] {
+            return Needs(!QApplication::activePopupWidget() && Canvas()->hasFocus(), "the focus back in the canvas");
+        });
+    Step(
+        QStringLiteral("Space opens quick add"), [] { return PressKeys({QStringLiteral("space")}); },
+        [] { return Needs(QApplication::activePopupWidget(), "quick add"); });
+    Step(
+        QStringLiteral("type into quick add"), [] { return TypeText(QStringLiteral("square")); },
+        [] {
+            const QWidget* const open = QApplication::activePopupWidget();
+            return open ? Same(open->findChild<QLineEdit*>()->text(), QStringLiteral("square"))
+                        : Needs(false, "quick add");
+        });
+    BeginChange();
+    Step(
+        QStringLiteral("Enter adds a node"), [] { return PressKeys({QStringLiteral("Return")}); },
+        [this, place] {
+            const QList<GraphBox*> boxes = Canvas()->GetBoxes();
+            if (boxes.size() != 2 || QApplication::activePopupWidget())
+                return Needs(false, "a second box, and no pop-up");
+            return Both(Same(boxes.last()->GetName(), QStringLiteral("Square Root")),
+                        Needs(Canvas()->mapFromScene(boxes.last()->pos()) == place, "the box at the pointer"));
         });
 }
 
@@ -430,7 +491,7 @@ void TestJourney::AddRename()
         [this] {
             return Both(Needs(!QApplication::activeModalWidget(), "the end of the dialog"),
                         Both(Same(m_window->windowTitle(), QStringLiteral("Varnish Coat \u2013 nodebrowser")),
-                             Same(Canvas()->findChild<GraphBox*>()->GetName(), QStringLiteral("Varnish Coat"))));
+                             Same(FirstBox(), QStringLiteral("Varnish Coat"))));
         });
 }
 
@@ -513,7 +574,7 @@ void TestJourney::AddCreation()
     Step(
         QStringLiteral("edit the first compound again"),
         [this] { return ClickAt(Row(0)) << QStringLiteral("click") << QStringLiteral("1"); },
-        [this] { return Needs(Canvas()->findChild<GraphBox*>()->isVisible(), "the first graph"); });
+        [this] { return Needs(Canvas()->GetBoxes().size() == 2, "the first graph"); });
 }
 
 void TestJourney::AddUndoAndRedo()
@@ -521,8 +582,8 @@ void TestJourney::AddUndoAndRedo()
     // In the search field the keys would take back what was typed there.
     Step(
         QStringLiteral("leave the search field"),
-        [this] { return ClickAt(CentreOf(*Canvas()->findChild<GraphBox*>())); },
-        [this] { return Needs(Canvas()->findChild<GraphBox*>()->hasFocus(), "the focus in the box"); });
+        [this] { return ClickAt(Canvas()->viewport()->mapToGlobal(gWhereDropped)); },
+        [this] { return Needs(Canvas()->hasFocus(), "the focus in the canvas"); });
     m_states.push_back(m_facts);
     const std::size_t last = m_states.size() - 1;
     for (std::size_t state = last; state > 0; --state)
@@ -536,7 +597,7 @@ void TestJourney::AddSave()
     m_facts.m_unsaved.clear();
     Step(
         QStringLiteral("save"), [] { return PressKeys({QStringLiteral("ctrl+s")}); },
-        [this] { return Same(m_window->statusBar()->currentMessage(), QStringLiteral("Sample is saved")); });
+        [this] { return Same(m_window->statusBar()->currentMessage(), QStringLiteral("Sample is in memory only")); });
 }
 
 void TestJourney::AddFiles()
@@ -593,12 +654,13 @@ void TestJourney::aPersonsDay()
     m_window.reset(new MainWindow(m_layer, *m_library));
     m_window->resize(900, 600);
     m_window->move(60, 60);
-    Canvas()->installEventFilter(&m_dragWatcher);
+    Canvas()->viewport()->installEventFilter(&m_dragWatcher);
     m_window->show();
     qApp->installEventFilter(&m_questions);
 
     AddSearch();
     AddDrag();
+    AddQuickAdd();
     AddRename();
     AddTags();
     AddMove();

@@ -5,6 +5,7 @@
 #include "memorymodel/datalayer.h"
 #include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
+#include "tests/support/waiting.h"
 
 #include <QDir>
 #include <QFile>
@@ -87,7 +88,7 @@ private Q_SLOTS:
         QVERIFY2(found->text().startsWith(QStringLiteral("&3  here && now.mtlx \u2013 ")), qPrintable(found->text()));
         QVERIFY(!found->text().contains(QStringLiteral("missing")));
         QTest::keyClick(recent, Qt::Key_3);
-        QCOMPARE(window.GetLibrary().GetName(), std::string("here & now.mtlx"));
+        QVERIFY(WaitFor([&window] { return window.GetLibrary().GetName() == "here & now.mtlx"; }));
         QCOMPARE(GetRecentLibraries().first(), path);
     }
 

@@ -29,7 +29,7 @@ struct Entry
 Indexes Rows(SearchIndex& io_index, const SearchWords& in_words, int in_mode, TagIndex& io_tags)
 {
     Indexes rows(3, 99); // of the search before
-    io_index.Find(in_words, in_mode, io_tags, rows);
+    io_index.Find(in_words, in_mode, &io_tags, rows);
     for (std::uint64_t& row : rows)
         row = io_index.GetIndex(static_cast<std::size_t>(row));
     return rows;
@@ -43,16 +43,18 @@ public:
     {
         TextArena names;
         std::vector<eItemKind> kinds;
+        TagTexts tags;
         for (const Entry& entry : m_entries)
         {
             names.Add(entry.m_name);
             kinds.push_back(entry.m_kind);
-            m_tags.Add(entry.m_tags, "");
+            tags.Add(entry.m_tags, "");
         }
         m_index.reset(new SearchIndex(names, kinds, {}));
+        m_tags.reset(new TagIndex(std::move(tags)));
     }
 
-    Indexes Find(const SearchWords& in_words, int in_mode) { return Rows(*m_index, in_words, in_mode, m_tags); }
+    Indexes Find(const SearchWords& in_words, int in_mode) { return Rows(*m_index, in_words, in_mode, *m_tags); }
 
     Indexes FindItemByItem(const SearchWords& in_words, int in_mode)
     {
@@ -62,7 +64,7 @@ public:
             const Entry& entry = m_entries[m_index->GetIndex(rank)];
             std::size_t score = 0;
             if (PassesFilterMode(in_mode, entry.m_kind) &&
-                ScoreItem(in_words, LowerName(entry.m_name), m_tags.GetTags(m_index->GetIndex(rank)), &score))
+                ScoreItem(in_words, LowerName(entry.m_name), m_tags->GetTags(m_index->GetIndex(rank)), &score))
                 found.emplace_back(score, rank);
         }
         std::sort(found.begin(), found.end());
@@ -76,7 +78,7 @@ public:
 private:
     const std::vector<Entry> m_entries;
     std::unique_ptr<SearchIndex> m_index;
-    TagIndex m_tags;
+    std::unique_ptr<TagIndex> m_tags;
 };
 
 /// The word of a number, with as many digits for each, so that the words are in the order of the numbers.

@@ -17,6 +17,16 @@ using namespace nodebrowser;
 namespace
 {
 
+using Added = std::pair<std::string, const char*>; // the tags and the type of an item
+
+TagTexts Collect(const std::vector<Added>& in_items)
+{
+    TagTexts texts;
+    for (const auto& [joined, type] : in_items)
+        texts.Add(joined, type);
+    return texts;
+}
+
 std::set<std::uint32_t> FindSet(TagIndex& io_index, const std::string& in_word)
 {
     std::set<std::uint32_t> found;
@@ -48,10 +58,7 @@ protected:
 
 TEST(TagIndex, theTypeIsOneMoreTag)
 {
-    TagIndex index;
-    index.Add("mix;colour", "Compound");
-    index.Add("", "Compound");
-    index.Add("", "");
+    TagIndex index(Collect({{"mix;colour", "Compound"}, {"", "Compound"}, {"", ""}}));
     EXPECT_EQ(index.GetTags(0), (Tags{"Compound", "colour", "mix"}));
     EXPECT_EQ(index.GetTags(1), (Tags{"Compound"}));
     EXPECT_EQ(index.GetTags(2), Tags());
@@ -71,10 +78,7 @@ TEST(TagIndex, tagsAreSplitAtSemicolonsIntoASet)
     };
     for (const auto& [joined, set] : cases)
     {
-        TagIndex index;
-        index.Add("other", "");
-        index.Add(joined, "");
-        index.Add("", "");
+        TagIndex index(Collect({{"other", ""}, {joined, ""}, {"", ""}}));
         EXPECT_EQ(index.GetTags(1), set) << joined;
         // The same for tags that come later.
         index.SetTags(2, joined, "");
@@ -85,18 +89,14 @@ TEST(TagIndex, tagsAreSplitAtSemicolonsIntoASet)
 
 TEST(TagIndex, emptyTagsBetweenSeparatorsReachNoItem)
 {
-    TagIndex index;
-    index.Add("a;;b", "");
+    TagIndex index(Collect({{"a;;b", ""}}));
     EXPECT_EQ(index.GetTags(0), (Tags{"", "a", "b"}));
     EXPECT_TRUE(index.GetItems("").empty());
 }
 
 TEST(TagIndex, tagsLeadBackToTheirItems)
 {
-    TagIndex index;
-    index.Add("mix;colour", "");
-    index.Add("mix", "");
-    index.Add("", "");
+    TagIndex index(Collect({{"mix;colour", ""}, {"mix", ""}, {"", ""}}));
     EXPECT_EQ(index.GetItems("mix"), (Indexes{0, 1}));
     EXPECT_EQ(index.GetItems("colour"), (Indexes{0}));
     EXPECT_TRUE(index.GetItems("noise").empty());
@@ -108,8 +108,7 @@ TEST(TagIndex, tagsLeadBackToTheirItems)
 
 TEST(TagIndex, aTagThatIsThereTwiceIsAddedOnce)
 {
-    TagIndex index;
-    index.Add("Solver;Solver", "");
+    TagIndex index(Collect({{"Solver;Solver", ""}}));
     EXPECT_EQ(index.GetItems("Solver"), (Indexes{0}));
     index.SetTags(0, "", "");
     EXPECT_TRUE(index.GetItems("Solver").empty());
@@ -117,9 +116,7 @@ TEST(TagIndex, aTagThatIsThereTwiceIsAddedOnce)
 
 TEST(TagIndex, noTagsForgetTheItem)
 {
-    TagIndex index;
-    index.Add("mix;;colour", "");
-    index.Add("mix", "");
+    TagIndex index(Collect({{"mix;;colour", ""}, {"mix", ""}}));
     index.SetTags(0, "", "");
     EXPECT_TRUE(index.GetTags(0).empty());
     EXPECT_TRUE(index.GetItems("colour").empty());
@@ -128,27 +125,20 @@ TEST(TagIndex, noTagsForgetTheItem)
 
 TEST(TagIndex, anIndexThatWasNotAddedHasNoTags)
 {
-    TagIndex index;
-    EXPECT_TRUE(index.GetTags(0).empty());
-    index.Add("mix", "");
-    EXPECT_TRUE(index.GetTags(1).empty());
+    EXPECT_TRUE(TagIndex(Collect({})).GetTags(0).empty());
+    EXPECT_TRUE(TagIndex(Collect({{"mix", ""}})).GetTags(1).empty());
 }
 
 TEST(TagIndex, aWordIsFoundInEachTagWhateverTheCase)
 {
-    TagIndex index;
-    index.Add("Mixing;remix", "");
-    index.Add("MIX", "");
-    index.Add("colour", "");
+    TagIndex index(Collect({{"Mixing;remix", ""}, {"MIX", ""}, {"colour", ""}}));
     EXPECT_EQ(FindSet(index, "mIx"), (Items{0, 1}));
     EXPECT_EQ(FindSet(index, "colours"), Items());
 }
 
 TEST(TagIndex, newTagsAreFoundAfterASearch)
 {
-    TagIndex index;
-    index.Add("mix", "");
-    index.Add("mix", "");
+    TagIndex index(Collect({{"mix", ""}, {"mix", ""}}));
     EXPECT_TRUE(FindSet(index, "noise").empty());
     index.SetTags(1, "noise", "");
     EXPECT_EQ(FindSet(index, "noise"), (Items{1}));
@@ -156,8 +146,7 @@ TEST(TagIndex, newTagsAreFoundAfterASearch)
 
 TEST(TagIndex, theCaseIsThatOfTheProgramsLocale)
 {
-    TagIndex index;
-    index.Add("box", "");
+    TagIndex index(Collect({{"box", ""}}));
     EXPECT_TRUE(FindSet(index, "boq").empty());
     const std::locale before = std::locale::global(std::locale(std::locale(), new StrangeCase));
     const Items found = FindSet(index, "boq");
@@ -169,9 +158,7 @@ TEST(TagIndex, theCaseIsThatOfTheProgramsLocale)
 /// Each change brings a tag string that nobody had before; what no item has any more is dropped on the way.
 TEST(TagIndex, tagsThatChangeAgainAndAgainStayFound)
 {
-    TagIndex index;
-    index.Add("first", "");
-    index.Add("kept;Compound", "");
+    TagIndex index(Collect({{"first", ""}, {"kept;Compound", ""}}));
     for (int change = 0; change < 5000; ++change)
         index.SetTags(0, "tag" + std::to_string(change) + ";Compound", "");
     EXPECT_EQ(index.GetTags(0), (Tags{"Compound", "tag4999"}));
@@ -184,12 +171,10 @@ TEST(TagIndex, tagsThatChangeAgainAndAgainStayFound)
 
 TEST(TagIndex, agreesWithASearchTagByTag)
 {
-    TagIndex index;
     Random random(TestSeed(5));
     const char letters[] = "abABx\xE4\xC4\xB5";
     std::vector<std::set<std::string>> tags(20);
-    for (std::size_t i = 0; i < tags.size(); ++i)
-        index.Add("", "");
+    TagIndex index(Collect(std::vector<Added>(tags.size(), {"", ""})));
     for (int change = 0; change < 3000; ++change)
     {
         const std::uint32_t item = static_cast<std::uint32_t>(random.Below(static_cast<int>(tags.size())));

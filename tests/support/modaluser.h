@@ -10,8 +10,8 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QStringList>
+#include <QTest>
 #include <QTimerEvent>
-#include <QtTest>
 
 #include <algorithm>
 #include <deque>

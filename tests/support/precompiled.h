@@ -16,8 +16,8 @@
 #include <QScrollBar>
 #include <QStringList>
 #include <QTabBar>
+#include <QTest>
 #include <QWidget>
-#include <QtTest>
 
 #include <algorithm>
 #include <functional>

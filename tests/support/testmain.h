@@ -5,8 +5,8 @@
 #include "tests/support/platformremarks.h"
 
 #include <QApplication>
+#include <QTest>
 #include <QWidget>
-#include <QtTest>
 
 #include <cstdio>
 

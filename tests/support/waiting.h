@@ -3,8 +3,8 @@
 #pragma once
 
 #include <QEventLoop>
+#include <QTest>
 #include <QTimerEvent>
-#include <QtTest>
 
 /// Waits until a condition holds, for two seconds at most unless told otherwise.
 /// \return whether it holds

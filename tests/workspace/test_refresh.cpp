@@ -206,7 +206,7 @@ private Q_SLOTS:
         QCOMPARE(Taken(spy), QByteArray());
         QCOMPARE(State(), int(eDocumentState::eUnreadable));
         const QString problem = m_opened->GetWorkspace().GetProblem(QString::fromLatin1(gFile));
-        QVERIFY2(problem.startsWith(QLatin1String("Line 2: ")), qPrintable(problem));
+        QVERIFY2(problem.startsWith(Path() + QStringLiteral(":2: ")), qPrintable(problem));
         QVERIFY(m_opened->Find("sun").IsValid());
         // It can be edited, but not saved over what it has become.
         m_opened->GetLibrary().SetTags(m_opened->Find("sun"), "a");

@@ -34,9 +34,9 @@ public:
         using vireo::datamodel::LibType;
         using vireo::datamodel::VireoType;
         const bool isDefined = in_wish.m_type != LibType::gType && in_wish.m_type != VireoType::gGlobalConstant;
+        const bool isSpecialPolymorphic = in_wish.m_specializes && in_wish.m_type == VireoType::gPolymorphicSolver;
         return in_wish.m_withUID && in_wish.m_forGraphs && !in_wish.m_name.empty() &&
-               (isDefined || !(in_wish.m_parent || in_wish.m_specializes)) &&
-               !(in_wish.m_specializes && in_wish.m_type == VireoType::gPolymorphicSolver);
+               (isDefined || !(in_wish.m_parent || in_wish.m_specializes)) && !isSpecialPolymorphic;
     }
 
     ItemID Add(const contract::ItemWish& in_wish) override

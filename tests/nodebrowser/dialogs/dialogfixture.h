@@ -14,8 +14,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QString>
+#include <QTest>
 #include <QWidget>
-#include <QtTest>
 
 #include <functional>
 

@@ -14,8 +14,8 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QTest>
 #include <QTimerEvent>
-#include <QtTest>
 
 #include <functional>
 

@@ -2,7 +2,7 @@
 #include "nodebrowser/dragformat.h"
 #include "tests/support/testmain.h"
 
-#include <QtTest>
+#include <QTest>
 
 using namespace nodebrowser;
 using vireo::datamodel::ItemID;

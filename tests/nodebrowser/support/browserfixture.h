@@ -15,7 +15,7 @@
 #include <QScrollBar>
 #include <QStringList>
 #include <QTabBar>
-#include <QtTest>
+#include <QTest>
 
 #include <vector>
 

@@ -1,0 +1,407 @@
+// SPDX-License-Identifier: MIT
+// Libraries on disk in the window: opening, what others change, saving, and what is remembered.
+
+#include "datamodel/compoundmodifier.h"
+#include "datamodel/itemlibrarymodifier.h"
+#include "host/aside.h"
+#include "host/mainwindow.h"
+#include "host/newlibrary.h"
+#include "host/openingbar.h"
+#include "host/samplelibrary.h"
+#include "host/theme.h"
+#include "host/troublebar.h"
+#include "memorymodel/datalayer.h"
+#include "tests/host/windowfixture.h"
+#include "tests/support/testmain.h"
+#include "tests/support/waiting.h"
+#include "workspace/workspace.h"
+
+#include <QDockWidget>
+#include <QFile>
+#include <QLabel>
+#include <QMessageBox>
+#include <QProcess>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QThread>
+#include <QTimer>
+
+#include <atomic>
+
+using host::MainWindow;
+
+namespace
+{
+
+const int gPatience = 20000; // milliseconds
+
+QByteArray Document(const QByteArray& in_lines)
+{
+    return "<materialx version=\"1.39\">\n" + in_lines + "</materialx>\n";
+}
+
+} // namespace
+
+class TestOpeningLibraries : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder.reset(new QTemporaryDir);
+        QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("sky")));
+        Write(QStringLiteral("sky/sky.mtlx"), Document("  <nodedef name=\"ND_sun\" node=\"sun\"/>\n"));
+        Write(QStringLiteral("sky/air.mtlx"), Document("  <nodedef name=\"ND_wind\" node=\"wind\"/>\n"));
+        m_window.reset(new MainWindow(m_layer, host::AddSampleLibrary(m_layer)));
+        ShowMainWindow(*m_window);
+    }
+
+    void cleanup() { RemoveMainWindow(m_window, m_layer); }
+
+    void theWindowAnswersUntilALibraryIsOpened()
+    {
+        QSignalSpy ended(m_window.get(), SIGNAL(OpeningEnded(bool, QString)));
+        m_window->StartOpening(m_folder->path());
+        // Still the sample, which can be worked on.
+        QVERIFY(m_window->GetLibrary().FindByName("Blend").IsValid());
+        QVERIFY(Bar().isVisible());
+        QVERIFY(WaitFor([&] { return !ended.isEmpty(); }, gPatience));
+        QCOMPARE(ended.first().first().toBool(), true);
+        QVERIFY(!Bar().isVisible());
+        QVERIFY(m_window->GetLibrary().FindByName("sun").IsValid());
+        QCOMPARE(Bar().findChild<QProgressBar*>()->value(), 2);
+        QCOMPARE(Bar().findChild<QProgressBar*>()->maximum(), 2);
+    }
+
+    void cancellingKeepsThePresentLibrary()
+    {
+        QSignalSpy ended(m_window.get(), SIGNAL(OpeningEnded(bool, QString)));
+        m_window->StartOpening(m_folder->path());
+        QTest::mouseClick(Bar().findChild<QPushButton*>(), Qt::LeftButton);
+        QCOMPARE(ended.count(), 1);
+        QCOMPARE(ended.first().first().toBool(), false);
+        QVERIFY(!Bar().isVisible());
+        // Nothing comes later, either.
+        QVERIFY(m_window->Open(m_folder->filePath(QStringLiteral("sky/air.mtlx"))));
+        QVERIFY(m_window->GetLibrary().FindByName("wind").IsValid());
+        QVERIFY(!m_window->GetLibrary().FindByName("sun").IsValid());
+        QCOMPARE(ended.count(), 2);
+    }
+
+    void whoOpensAnotherOneMeanwhileGetsThatOne()
+    {
+        QSignalSpy ended(m_window.get(), SIGNAL(OpeningEnded(bool, QString)));
+        m_window->StartOpening(m_folder->path());
+        m_window->StartOpening(m_folder->filePath(QStringLiteral("sky/air.mtlx")));
+        QVERIFY(WaitFor([&] { return ended.count() == 2; }, gPatience));
+        QVERIFY(!m_window->GetLibrary().FindByName("sun").IsValid());
+        QVERIFY(m_window->GetLibrary().FindByName("wind").IsValid());
+    }
+
+    void closingTheWindowEndsOpening()
+    {
+        QSignalSpy ended(m_window.get(), SIGNAL(OpeningEnded(bool, QString)));
+        m_window->StartOpening(m_folder->path());
+        QVERIFY(m_window->close());
+        QCOMPARE(ended.count(), 1);
+    }
+
+    void whatCannotBeReadIsSaid()
+    {
+        Write(QStringLiteral("sky/torn.mtlx"), "<materialx>\n<nodedef");
+        QString error;
+        QVERIFY(!m_window->Open(m_folder->path(), &error));
+        QVERIFY2(error.startsWith(m_folder->filePath(QStringLiteral("sky/torn.mtlx")) + QStringLiteral(":2: ")),
+                 qPrintable(error));
+        QVERIFY(m_window->GetLibrary().FindByName("Blend").IsValid());
+        ModalUser person;
+        QString text;
+        person.WhenWindowOpens([&](QWidget& in_box) {
+            text = static_cast<QMessageBox&>(in_box).text();
+            Press(in_box, Qt::Key_Return);
+        });
+        QVERIFY(!m_window->Open(m_folder->path()));
+        QVERIFY(person.IsDone());
+        QVERIFY2(text.contains(error), qPrintable(text));
+    }
+
+    void theStatusBarSaysWhatWasSaved()
+    {
+        Save();
+        QCOMPARE(Message(), QStringLiteral("Sample is in memory only"));
+        QVERIFY(m_window->Open(m_folder->path()));
+        Save();
+        QCOMPARE(Message(), QStringLiteral("Nothing to save"));
+        Rename("sun", "Sun");
+        Save();
+        QCOMPARE(Message(), QStringLiteral("Saved 1 document: sky/sky.mtlx"));
+        Rename("Sun", "Star");
+        Rename("wind", "Storm");
+        Save();
+        QCOMPARE(Message(), QStringLiteral("Saved 2 documents: sky/air.mtlx, sky/sky.mtlx"));
+    }
+
+    void theStatusBarCountsTheRowsThatAreListed()
+    {
+        QVERIFY(m_window->Open(m_folder->path()));
+        m_window->GetBrowser().SelectTab(2);
+        QVERIFY(WaitFor([this] { return HasLabel(QStringLiteral("2 listed")); }));
+        m_window->GetBrowser().Search(QStringLiteral("sun"));
+        QVERIFY(WaitFor([this] { return HasLabel(QStringLiteral("1 listed")); }));
+        m_window->grab();
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(0));
+        QVERIFY(HasLabelThatStarts(QStringLiteral("sun \u2013 ")));
+        // A row that is gone is not selected.
+        QVERIFY(m_window->GetLibrary().Remove(m_window->GetLibrary().FindByName("sun")));
+        QVERIFY(WaitFor([this] { return HasLabel(QStringLiteral("0 listed")); }));
+        QVERIFY(!HasLabelThatStarts(QStringLiteral("sun \u2013 ")));
+    }
+
+    void changesByOthersReachTheBrowser()
+    {
+        QVERIFY(m_window->Open(m_folder->path()));
+        Do("sed 's/sun/moon/g' sky/sky.mtlx > sky/moon.mtlx");
+        QVERIFY(WaitFor([this] { return m_window->GetLibrary().FindByName("moon").IsValid(); }, gPatience));
+        QVERIFY(!Trouble().isVisible());
+    }
+
+    void aConflictIsShownAndDecided_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QByteArray>("inTheFile");
+        QTest::addColumn<bool>("isBeside");
+        QTest::newRow("theirs") << QStringLiteral("Take theirs") << QByteArray("tags=\"theirs\"") << false;
+        QTest::newRow("mine") << QStringLiteral("Keep mine") << QByteArray("uiname=\"Sun\"") << false;
+        QTest::newRow("beside") << QStringLiteral("Save mine beside it") << QByteArray("tags=\"theirs\"") << true;
+    }
+
+    void aConflictIsShownAndDecided()
+    {
+        QFETCH(QString, button);
+        QFETCH(QByteArray, inTheFile);
+        QFETCH(bool, isBeside);
+        QVERIFY(m_window->Open(m_folder->path()));
+        Rename("sun", "Sun");
+        Do("sed -i 's/node=\"sun\"/node=\"sun\" tags=\"theirs\"/' sky/sky.mtlx");
+        QVERIFY(WaitFor([this] { return Trouble().isVisible(); }, gPatience));
+        QVERIFY2(TroubleText().startsWith(QStringLiteral("sky/sky.mtlx has changes of yours")),
+                 qPrintable(TroubleText()));
+        // Saving does not overwrite it.
+        Save();
+        QCOMPARE(Message(), QStringLiteral("1 document could not be saved"));
+        QVERIFY(Read(QStringLiteral("sky/sky.mtlx")).contains("tags=\"theirs\""));
+        for (QPushButton* const one : Trouble().findChildren<QPushButton*>())
+            if (one->text() == button)
+                QTest::mouseClick(one, Qt::LeftButton);
+        QVERIFY(!Trouble().isVisible());
+        Save();
+        QVERIFY2(Read(QStringLiteral("sky/sky.mtlx")).contains(inTheFile),
+                 Read(QStringLiteral("sky/sky.mtlx")).constData());
+        QCOMPARE(QFile::exists(m_folder->filePath(QStringLiteral("sky/sky.mtlx.ours"))), isBeside);
+    }
+
+    void aDocumentThatCannotBeReadIsShownWithItsLine()
+    {
+        QVERIFY(m_window->Open(m_folder->path()));
+        Do("printf '<materialx>\\n<<<<<<< ours\\n' > sky/sky.mtlx");
+        QVERIFY(WaitFor([this] { return Trouble().isVisible(); }, gPatience));
+        QVERIFY2(TroubleText().startsWith(m_folder->filePath(QStringLiteral("sky/sky.mtlx")) + QStringLiteral(":2: ")),
+                 qPrintable(TroubleText()));
+        for (const QPushButton* const button : Trouble().findChildren<QPushButton*>())
+            QVERIFY(!button->isVisible());
+        QVERIFY(m_window->GetLibrary().FindByName("sun").IsValid());
+        Write(QStringLiteral("sky/sky.mtlx"), Document("  <nodedef name=\"ND_moon\" node=\"moon\"/>\n"));
+        QVERIFY(WaitFor([this] { return !Trouble().isVisible(); }, gPatience));
+        QVERIFY(m_window->GetLibrary().FindByName("moon").IsValid());
+    }
+
+    void leavingAsksByDocuments()
+    {
+        QVERIFY(m_window->Open(m_folder->path()));
+        // An item that was made, saved, and taken back leaves no dirty item, but a changed document.
+        vireo::datamodel::CompoundModifierAccessor compound;
+        compound.CreateAndSetFromNewCompound(m_window->GetLibrary().GetAccessor(), "Made", true, nullptr, nullptr,
+                                             &m_layer.GetCommandManager());
+        Save();
+        m_layer.GetCommandManager().GetStack().undo();
+        ModalUser person;
+        QStringList said;
+        person.WhenWindowOpens([&](QWidget& in_box) {
+            said << static_cast<QMessageBox&>(in_box).text() << static_cast<QMessageBox&>(in_box).informativeText();
+            Press(in_box, Qt::Key_Escape);
+        });
+        QVERIFY(!m_window->close());
+        QVERIFY(person.IsDone());
+        QCOMPARE(said.value(1), QStringLiteral("local/local.mtlx"));
+        QVERIFY2(said.value(0).startsWith(QStringLiteral("A document of the library ")), qPrintable(said.value(0)));
+        Save();
+        QVERIFY(m_window->close());
+    }
+
+    void noEditIsMadeWhileALibraryIsSaved()
+    {
+        QVERIFY(m_window->Open(m_folder->path()));
+        Rename("sun", "Sun");
+        const std::shared_ptr<workspace::Workspace> workspace = m_window->GetWorkspace();
+        int beats = 0;
+        bool isRefused = false;
+        workspace->SetRunner([&](const std::function<void()>& in_function) {
+            std::atomic<bool> mayGoOn{false};
+            QTimer heart;
+            connect(&heart, &QTimer::timeout, &heart, [&] {
+                isRefused = !m_window->GetLibrary().Rename(m_window->GetLibrary().FindByName("wind"), "Storm");
+                mayGoOn = ++beats >= 3;
+            });
+            heart.start(0);
+            host::RunAside([&] {
+                while (!mayGoOn)
+                    QThread::yieldCurrentThread();
+                in_function();
+            });
+        });
+        Save();
+        QCOMPARE(Message(), QStringLiteral("Saved 1 document: sky/sky.mtlx"));
+        QVERIFY(beats >= 3);
+        QVERIFY(isRefused);
+        QVERIFY(m_window->GetLibrary().FindByName("wind").IsValid());
+        workspace->SetRunner(host::RunAside);
+    }
+
+    void aNewLibraryTakesItems()
+    {
+        const QString folder = m_folder->filePath(QStringLiteral("mine"));
+        QVERIFY(QDir().mkdir(folder));
+        QCOMPARE(host::MakeLibrary(folder), QString());
+        QVERIFY(m_window->Open(folder));
+        QCOMPARE(m_window->GetLibrary().GetItemCount(), std::size_t(0));
+        vireo::datamodel::CompoundModifierAccessor compound;
+        compound.CreateAndSetFromNewCompound(m_window->GetLibrary().GetAccessor(), "Mine", true, nullptr, nullptr,
+                                             &m_layer.GetCommandManager());
+        Save();
+        QCOMPARE(Message(), QStringLiteral("Saved 1 document: local/local.mtlx"));
+        const QByteArray before = Read(QStringLiteral("mine/local/local.mtlx"));
+        QVERIFY(before.contains("Mine"));
+        QVERIFY(!host::MakeLibrary(folder).isEmpty());
+        QCOMPARE(Read(QStringLiteral("mine/local/local.mtlx")), before);
+    }
+
+    void theSampleComesBack()
+    {
+        QVERIFY(m_window->Open(m_folder->path()));
+        QVERIFY(Choose(QStringLiteral("&Sample")));
+        QVERIFY(m_window->GetLibrary().FindByName("Blend").IsValid());
+        QVERIFY(!m_window->GetWorkspace());
+    }
+
+    void layoutAndTabAreRemembered()
+    {
+        m_window->resize(777, 555);
+        m_window->addDockWidget(Qt::RightDockWidgetArea, m_window->findChild<QDockWidget*>());
+        m_window->GetBrowser().SelectTab(1);
+        QVERIFY(m_window->close());
+        RemoveMainWindow(m_window, m_layer);
+        m_window.reset(new MainWindow(m_layer, host::AddSampleLibrary(m_layer)));
+        QDockWidget* const dock = m_window->findChild<QDockWidget*>();
+        QCOMPARE(m_window->dockWidgetArea(dock), Qt::LeftDockWidgetArea);
+        m_window->RestoreLayout();
+        m_window->show();
+        QCOMPARE(m_window->dockWidgetArea(dock), Qt::RightDockWidgetArea);
+        QCOMPARE(m_window->findChild<QTabBar*>()->currentIndex(), 1);
+        QCOMPARE(m_window->size(), QSize(777, 555));
+        QVERIFY(Choose(QStringLiteral("&Reset layout")));
+        QCOMPARE(m_window->dockWidgetArea(dock), Qt::LeftDockWidgetArea);
+    }
+
+    void theThemeIsRemembered()
+    {
+        QCOMPARE(host::GetTheme(), host::eTheme::eSystem);
+        QVERIFY(Choose(QStringLiteral("&Dark")));
+        QCOMPARE(host::GetTheme(), host::eTheme::eDark);
+        QCOMPARE(QApplication::palette().color(QPalette::Base), host::DarkPalette().color(QPalette::Base));
+        QVERIFY(Choose(QStringLiteral("&System")));
+        QCOMPARE(host::GetTheme(), host::eTheme::eSystem);
+    }
+
+private:
+    host::OpeningBar& Bar() { return *m_window->findChild<host::OpeningBar*>(); }
+    host::TroubleBar& Trouble() { return *m_window->findChild<host::TroubleBar*>(); }
+    QString TroubleText() { return Trouble().findChild<QLabel*>()->text(); }
+    QString Message() { return m_window->statusBar()->currentMessage(); }
+
+    void Write(const QString& in_path, const QByteArray& in_content)
+    {
+        QFile file(m_folder->filePath(in_path));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(in_content), in_content.size());
+    }
+
+    QByteArray Read(const QString& in_path)
+    {
+        QFile file(m_folder->filePath(in_path));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /// Lets a shell do something in the folder.
+    void Do(const QByteArray& in_commands)
+    {
+        QProcess shell;
+        shell.setWorkingDirectory(m_folder->path());
+        shell.start(QStringLiteral("sh"), {QStringLiteral("-ec"), QString::fromLatin1(in_commands)});
+        QVERIFY(shell.waitForFinished(gPatience));
+        QVERIFY2(shell.exitCode() == 0, shell.readAllStandardError().constData());
+    }
+
+    void Rename(const char* in_from, const char* in_to)
+    {
+        memorymodel::Library& library = m_window->GetLibrary();
+        QVERIFY(library.Rename(library.FindByName(in_from), in_to, &m_layer.GetCommandManager()));
+    }
+
+    void Save()
+    {
+        bool isWritten = false;
+        vireo::datamodel::ItemLibraryModifierAccessor(m_window->GetLibrary().GetAccessor())
+            .CommitToDisk(isWritten, nullptr, false, nexa4::UID_Null());
+    }
+
+    /// Triggers an entry of any menu.
+    bool Choose(const QString& in_text)
+    {
+        for (QAction* const action : m_window->findChildren<QAction*>())
+            if (action->text() == in_text)
+            {
+                action->trigger();
+                return true;
+            }
+        return false;
+    }
+
+    bool HasLabel(const QString& in_text)
+    {
+        m_window->grab();
+        for (const QLabel* const label : m_window->statusBar()->findChildren<QLabel*>())
+            if (label->text() == in_text)
+                return true;
+        return false;
+    }
+
+    bool HasLabelThatStarts(const QString& in_text)
+    {
+        for (const QLabel* const label : m_window->statusBar()->findChildren<QLabel*>())
+            if (label->text().startsWith(in_text))
+                return true;
+        return false;
+    }
+
+    OwnSettings m_settings;
+    memorymodel::DataLayer m_layer;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+NODEBROWSER_TEST_MAIN(TestOpeningLibraries)
+#include "test_openinglibraries.moc"
