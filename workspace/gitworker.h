@@ -13,8 +13,8 @@
 namespace workspace
 {
 
-/// Does jobs one after the other on a thread of its own. What a job returns is called on the thread of this object, from
-/// the event loop.
+/// Does jobs one after the other on a thread of its own. What a job returns is called on the thread of this object,
+/// from the event loop.
 class GitWorker : public QObject
 {
 public:
