@@ -4,11 +4,13 @@
 #include "contract/support.h"
 #include "datamodel/helpers.h"
 #include "datamodel/revisioncontrol.h"
+#include "datamodel/sourcecontrol.h"
 #include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
 #include "tests/support/waiting.h"
 #include "tests/workspace/gitfolder.h"
 
+#include <QAction>
 #include <QMessageBox>
 #include <QSet>
 #include <QStatusBar>
@@ -104,6 +106,33 @@ private Q_SLOTS:
         Helper().CheckOut(Helper().FindObject(nexa4::DbObjectId(uid)), nullptr, true);
         QVERIFY(WaitFor([&] { return person.IsDone(); }, 20000));
         QVERIFY2(text.contains(QStringLiteral("sky.mtlx is not as git has it")), qPrintable(text));
+    }
+
+    void theShownLibrarySaysWhetherThereIsVersionControl()
+    {
+        m_folder->Commit();
+        const GitFolder second;
+        second.Write("sea/sea.mtlx", "<materialx version=\"1.39\"/>\n");
+        second.Commit();
+        const DocumentFolder third;
+        third.Write(QStringLiteral("air/air.mtlx"), "<materialx version=\"1.39\"/>\n");
+        QVERIFY(m_window->Open(m_folder->GetPath()));
+        host::WaitForStates(m_window->GetLibrary());
+        QVERIFY(ScsUtils::IsFileVersionControlActive());
+        QVERIFY(m_window->Open(second.GetPath()));
+        host::WaitForStates(m_window->GetLibrary());
+        QVERIFY(ScsUtils::IsFileVersionControlActive());
+        QVERIFY(m_window->Open(third.GetPath()));
+        host::WaitForStates(m_window->GetLibrary());
+        QVERIFY(!ScsUtils::IsFileVersionControlActive());
+        QVERIFY(m_window->Open(m_folder->GetPath()));
+        host::WaitForStates(m_window->GetLibrary());
+        QVERIFY(ScsUtils::IsFileVersionControlActive());
+        for (QAction* const action : m_window->findChildren<QAction*>())
+            if (action->text() == QStringLiteral("&Sample"))
+                action->trigger();
+        QCOMPARE(m_window->GetWorkspace(), nullptr);
+        QVERIFY(!ScsUtils::IsFileVersionControlActive());
     }
 
     void whyARepositoryCannotBeReadIsSaid()

@@ -473,6 +473,64 @@ private Q_SLOTS:
         QCOMPARE(refused.count(), 2);
     }
 
+    void whatIsMadeWritableWhileFilesAreLookedAtIsAskedAfterwards()
+    {
+        m_folder->Commit();
+        chmod(PathOf("sky/sky.mtlx").constData(), 0444);
+        Open();
+        const ItemID sun = m_opened->Find("sun");
+        workspace::Workspace& workspace = m_opened->GetWorkspace();
+        int calls = 0;
+        bool isBusy = false;
+        workspace.SetRunner([&](const std::function<void()>& in_function) {
+            in_function();
+            const int last = 3; // for new files, for changed ones, and for what may be written
+            if (++calls != last)
+                return;
+            Helper().CheckOut(ObjectOf(sun), nullptr, true);
+            GetVersions().Finish();
+            isBusy = workspace.IsBusy();
+        });
+        workspace.Refresh();
+        workspace.SetRunner([](const std::function<void()>& in_function) { in_function(); });
+        QCOMPARE(calls, 3);
+        QVERIFY(isBusy);
+        QCOMPARE(PermissionsOf("sky/sky.mtlx"), mode_t(0644));
+        QVERIFY(m_opened->Get().ItemIsReadOnly(sun));
+        QVERIFY(WaitFor([&] { return !m_opened->Get().ItemIsReadOnly(sun); }, gPatience));
+        QCOMPARE(StateOf("sun"), unsigned(memorymodel::eCheckedIn));
+    }
+
+    void aLookAtFilesAsksForTheStates()
+    {
+        m_folder->Commit();
+        Open();
+        QCOMPARE(StateOf("sun"), unsigned(memorymodel::eCheckedIn));
+        m_folder->Write("sky/sky.mtlx", Document("sun moon") + "<!-- more -->\n");
+        m_opened->GetWorkspace().Refresh();
+        GetVersions().Finish();
+        QCOMPARE(m_opened->GetLayer().GetSourceControl().GetState(m_opened->Find("sun")),
+                 unsigned(memorymodel::eCheckedOut));
+    }
+
+    void nothingIsAskedBeforeALibraryIsShown()
+    {
+        m_folder->Commit();
+        memorymodel::DataLayer layer;
+        workspace::Reading reading(m_folder->GetPath());
+        QVERIFY(reading.Run());
+        const std::shared_ptr<workspace::Workspace> workspace = workspace::Workspace::Open(layer, reading);
+        while (workspace->Fill(1))
+        {
+        }
+        workspace->GetVersions().Finish();
+        QCOMPARE(workspace->GetVersions().GetAskedCount(), std::size_t(0));
+        QVERIFY(!ScsUtils::IsFileVersionControlActive());
+        workspace->GetVersions().Ask();
+        workspace->GetVersions().Finish();
+        QVERIFY(ScsUtils::IsFileVersionControlActive());
+    }
+
     void theLastCommitsOfADocument()
     {
         for (int i = 1; i <= 7; ++i)
