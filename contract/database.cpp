@@ -67,11 +67,11 @@ void UIDLeadsToTheObjectAndItsSource(Trial& io_trial)
     Expect("IsLoaded() of a compound's object", true, asset.IsLoaded());
     Expect("IsBuiltIn() of a compound's object", false, asset->IsBuiltIn());
     Expect("a compound's object as an IValueAsset", false, ViewAs<IValueAsset>(object).IsValid());
-    const NEXAHandle<IDbObject> product =
-        ObjectOf(io_trial.Add(WishInSource(VireoType::gSolver, "Product", "Product")));
+    const ItemWish wish = WishInSource(VireoType::gSolver, "Product", "Product");
+    const NEXAHandle<IDbObject> product = ObjectOf(io_trial.Add(wish));
     Expect("GetState() of \"Local\" is eDataSourceReadOnly", false,
            object.GetDataSource()->GetState() == eDataSourceReadOnly);
-    Expect("GetState() of \"Product\" is eDataSourceReadOnly", true,
+    Expect("GetState() of \"Product\" is eDataSourceReadOnly" + AsAgreed(wish), true,
            product.GetDataSource()->GetState() == eDataSourceReadOnly);
     Expect("the source of an item in \"Local\" is that of one in \"Product\"", false,
            object.GetDataSource() == product.GetDataSource());
@@ -94,8 +94,8 @@ void ItemWithoutAUIDHasNoObject(Trial& io_trial)
     if (!io_trial.CanAdd(wish))
         return;
     const std::string uid = UIDOf(io_trial.Add(wish));
-    ExpectThat("GetItemIDUID() of an item without an object", "no identity text", !DbObjectId::IsUID(uid.c_str()),
-               Show(uid));
+    ExpectThat("GetItemIDUID() of an item without an object" + AsAgreed(wish), "no identity text",
+               !DbObjectId::IsUID(uid.c_str()), Show(uid));
 }
 
 void HandleFollowsItsItem(Trial& io_trial)

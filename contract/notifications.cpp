@@ -90,7 +90,8 @@ void TagsNotifyOnceAndOnlyWhenTheyChange(Trial& io_trial)
     Expect("SetItemTags() of the tags that the item has", true, SetTags(library, id, "a;b", nullptr));
     Expect("SetItemTags() of the tags that the item has, its notifications", "", spy.Take());
     if (closedItem.IsValid())
-        Expect("SetItemTags() of a read-only item", false, SetTags(library, closedItem, "a", nullptr));
+        Expect("SetItemTags() of a read-only item" + AsAgreed(closed), false,
+               SetTags(library, closedItem, "a", nullptr));
     Expect("SetItemTags() of the invalid identity", false, SetTags(library, ItemID(), "a", nullptr));
     Expect("SetItemTags() under the key null", false, SetTags(library, id, "a", nullptr, nullptr));
     Expect("SetItemTags() that is refused, its notifications", "", spy.Take());

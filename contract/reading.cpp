@@ -233,7 +233,7 @@ void PartsOfOtherItemsHaveValues(Trial& io_trial)
     if (io_trial.CanAdd(nested))
     {
         const ItemAccessor item = ItemOf(library, io_trial.Add(nested));
-        Expect("GetValue(\"Parent\") of an item inside another", true, HasValue(item, "Parent"));
+        Expect("GetValue(\"Parent\") of an item inside another" + AsAgreed(nested), true, HasValue(item, "Parent"));
         Expect("GetValue(\"Specializes\") of an item inside another", false, HasValue(item, "Specializes"));
         Expect("GetValue() of an item inside another under an unknown key", false, HasValue(item, "Other"));
         Expect("GetValue() of an item inside another under the key null", false, HasValue(item, nullptr));
@@ -244,7 +244,8 @@ void PartsOfOtherItemsHaveValues(Trial& io_trial)
     {
         const ItemAccessor item = ItemOf(library, io_trial.Add(special));
         Expect("GetValue(\"Parent\") of a variant of an item", false, HasValue(item, "Parent"));
-        Expect("GetValue(\"Specializes\") of a variant of an item", true, HasValue(item, "Specializes"));
+        Expect("GetValue(\"Specializes\") of a variant of an item" + AsAgreed(special), true,
+               HasValue(item, "Specializes"));
     }
 }
 
@@ -255,10 +256,12 @@ void ReadOnlyComesFromItemOrSource(Trial& io_trial)
     Expect("ItemIsReadOnly() of an item that takes changes", false, IsReadOnly(library, open));
     const ItemWish closed = ReadOnlyWish(VireoType::gSolver, "closed");
     if (io_trial.CanAdd(closed))
-        Expect("ItemIsReadOnly() of an item that is read-only", true, IsReadOnly(library, io_trial.Add(closed)));
+        Expect("ItemIsReadOnly() of an item that is read-only" + AsAgreed(closed), true,
+               IsReadOnly(library, io_trial.Add(closed)));
     const ItemWish product = WishInSource(VireoType::gSolver, "product", "Product");
     if (io_trial.CanAdd(product))
-        Expect("ItemIsReadOnly() in a read-only source", true, IsReadOnly(library, io_trial.Add(product)));
+        Expect("ItemIsReadOnly() in a read-only source" + AsAgreed(product), true,
+               IsReadOnly(library, io_trial.Add(product)));
 }
 
 void ModelsOfferWhatTheirKindOffers(Trial& io_trial)
@@ -310,9 +313,10 @@ void HelpersTellSignatures(Trial& io_trial)
     const ItemLibraryAccessor library = io_trial.GetLibrary();
     const ItemAccessor plain = ItemOf(library, io_trial.Add(ItemWish(VireoType::gCompound, "Plain")));
     Expect("IsAbstractFunction() of a compound with a graph", false, IsSignature(plain));
-    const ItemID id = io_trial.Add(WishOfKind(eSignatureKind, "Signature"));
+    const ItemWish wish = WishOfKind(eSignatureKind, "Signature");
+    const ItemID id = io_trial.Add(wish);
     const ItemAccessor signature = ItemOf(library, id);
-    Expect("IsAbstractFunction() of a signature", true, IsSignature(signature));
+    Expect("IsAbstractFunction() of a signature" + AsAgreed(wish), true, IsSignature(signature));
     if (!io_trial.Has(eRemoving))
         return;
     io_trial.Remove(id, nullptr);
@@ -329,7 +333,7 @@ void HelpersTellGraphItems(Trial& io_trial)
     ItemWish outside(VireoType::gCompound, "Outside");
     outside.m_forGraphs = false;
     if (io_trial.CanAdd(outside))
-        Expect("IsValidGraphItemType() of an item that no graph takes", false,
+        Expect("IsValidGraphItemType() of an item that no graph takes" + AsAgreed(outside), false,
                IsForGraphs(VireoType::gCompound, ItemOf(library, io_trial.Add(outside))));
     if (!io_trial.Has(eRemoving))
         return;

@@ -112,6 +112,11 @@ void Trial::Remove(const ItemID& in_item, hmx::fwk::ICommandManager* in_commands
     Call("BoundaryFixture::Remove()", [&] { m_fixture->Remove(in_item, in_commands); });
 }
 
+std::string AsAgreed(const ItemWish& in_wish)
+{
+    return ", after CanAdd() agreed to " + Describe(in_wish);
+}
+
 void BoundaryFixture::Missing(const char* in_function)
 {
     ExpectThat(std::string("BoundaryFixture::") + in_function, "an implementation, because of GetFeatures()", false,

@@ -104,6 +104,9 @@ inline eValidity ValidityOf(const vireo::datamodel::BaseAccessor& in_accessor)
     return in_accessor.IsValid() ? eValid : eInvalid;
 }
 
+/// To be put behind an operation that shows whether Add() made what was wished: the wish, and that CanAdd() has agreed.
+std::string AsAgreed(const ItemWish& in_wish);
+
 // Values as messages show them.
 std::string Show(bool in_value);
 std::string Show(int in_value);

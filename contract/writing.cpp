@@ -188,10 +188,10 @@ void CompoundTakesChangesByItemAndSource(Trial& io_trial)
     expectBoth(ItemWish(VireoType::gCompound, "open"), " of a compound that takes changes", true, true);
     const ItemWish closed = ReadOnlyWish(VireoType::gCompound, "closed");
     if (io_trial.CanAdd(closed))
-        expectBoth(closed, " of a read-only item", false, false);
+        expectBoth(closed, " of a read-only item" + AsAgreed(closed), false, false);
     const ItemWish product = WishInSource(VireoType::gCompound, "product", "Product");
     if (io_trial.CanAdd(product))
-        expectBoth(product, " in a read-only source", false, true);
+        expectBoth(product, " in a read-only source" + AsAgreed(product), false, true);
 }
 
 void DirtinessFollowsTheCommittedState(Trial& io_trial)

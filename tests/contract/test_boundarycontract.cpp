@@ -57,7 +57,8 @@ const Case gCases[] = {
      " The browser asks about items that may be gone: in rows until the next rebuild, and after a menu or "
      "a dialog. What is thrown then reaches the host's event loop."},
     {eReadOnlyIsForgotten, "readOnlyComesFromItemOrSource",
-     "ItemIsReadOnly() of an item that is read-only: expected true; got false."
+     "ItemIsReadOnly() of an item that is read-only, after CanAdd() agreed to items of type Solver that are read-only: "
+     "expected true; got false."
      " The browser offers to edit the tags of an item that takes changes only."},
     {eSolverOffersACompound, "modelsOfferWhatTheirKindOffers",
      "GetModel(), the interfaces of a solver: expected \"IContext IFunction\"; got \"IContext ICompound "
@@ -68,7 +69,8 @@ const Case gCases[] = {
      "IsNameInNodeLibraryHierarchy() of \"blend\": expected false; got true."
      " The browser's dialogs refuse names that are in use."},
     {eSignaturesAreNotTold, "helpersTellSignatures",
-     "IsAbstractFunction() of a signature: expected true; got false."
+     "IsAbstractFunction() of a signature, after CanAdd() agreed to items of type Compound that are signatures: "
+     "expected true; got false."
      " The browser shows signatures with an icon and in a tab of their own."},
     {eReadRunsTheEventLoop, "readsNeitherNotifyNorRunTheEventLoop",
      "GetItemTags(): expected an answer at once; got a run of the event loop."
@@ -105,7 +107,8 @@ const Case gCases[] = {
      "GetItemTags() after SetItemTags(): expected \" odd;; text \\xE4;a;a\"; got \"odd;; text \\xE4;a;a\"."
      " The browser shows in its dialog what it gets, and writes that back with what people changed."},
     {eRefusedTagsAreReportedAsSet, "tagsNotifyOnceAndOnlyWhenTheyChange",
-     "SetItemTags() of a read-only item: expected false; got true."
+     "SetItemTags() of a read-only item, after CanAdd() agreed to items of type Solver that are read-only: "
+     "expected false; got true."
      " The browser searches the tags that it read last: when the library was built and inside "
      "ItemTagsChanged()."},
     {eRenamingIsSilent, "renamingNotifiesOnceAndOnlyWhenItHappens",
@@ -199,6 +202,18 @@ private:
     memorymodel::MemoryFixture m_memory;
 };
 
+/// A fixture that puts every item into "Local", whatever the wish says, and refuses none.
+class CarelessFixture : public memorymodel::MemoryFixture
+{
+public:
+    vireo::datamodel::ItemID Add(const contract::ItemWish& in_wish) override
+    {
+        contract::ItemWish wish = in_wish;
+        wish.m_source = "Local";
+        return memorymodel::MemoryFixture::Add(wish);
+    }
+};
+
 int Run(const contract::FixtureMaker& in_maker, const char* in_promise)
 {
     const char* const arguments[] = {"program", in_promise};
@@ -289,6 +304,17 @@ private Q_SLOTS:
         const contract::Result result = contract::CheckPromise(promise.constData(), SmallMaker(0, true));
         QCOMPARE(QByteArray(result.m_message.c_str()), message);
         QCOMPARE(int(result.m_outcome), outcome);
+    }
+
+    void itemOtherThanWishedIsReportedWithItsWish()
+    {
+        const contract::Result result =
+            contract::CheckPromise("readOnlyComesFromItemOrSource", [] { return std::make_unique<CarelessFixture>(); });
+        QCOMPARE(int(result.m_outcome), int(contract::eBroken));
+        QCOMPARE(QByteArray(result.m_message.c_str()),
+                 QByteArray("ItemIsReadOnly() in a read-only source, after CanAdd() agreed to items of type Solver in "
+                            "the source Product: expected true; got false."
+                            " The browser offers to edit the tags of an item that takes changes only."));
     }
 
     void promiseWithoutAnyItemIsNotChecked()
