@@ -36,7 +36,7 @@ Figures Largest(const std::vector<Figures>& in_rows)
 
 void PrintHeader()
 {
-    std::printf("metric\titems\tnodebrowser\tlistview\ttreewidget\tlowerbound\tonebuild\n");
+    std::printf("metric\titems\tnodebrowser\tlistview\ttreewidget\tlowerbound\tonebuild\tgit\n");
 }
 
 void PrintRow(const char* in_metric, std::size_t in_items, const Figures& in_figures)

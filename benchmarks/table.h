@@ -14,6 +14,7 @@ enum eColumn : std::size_t
     eColumnTreeWidget,
     eColumnLowerBound,
     eColumnOneBuild, ///< the lower bound of a step that builds the list once
+    eColumnGit,      ///< the git program
     eColumnCount,
 };
 

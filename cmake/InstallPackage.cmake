@@ -16,7 +16,7 @@ install(FILES ${PROJECT_BINARY_DIR}/include/nodebrowser/version.h DESTINATION ${
     COMPONENT headers)
 file(GLOB datamodel_headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/datamodel/*.h)
 install(FILES ${datamodel_headers} DESTINATION ${headers}/datamodel COMPONENT headers)
-foreach(header accessstate commandmanager datalayer datasource export library newitem sourcecontrol store)
+foreach(header accessstate commandmanager datalayer datasource export library newitem sourcecontrol store versioning)
     install(FILES ${PROJECT_SOURCE_DIR}/memorymodel/${header}.h DESTINATION ${headers}/memorymodel COMPONENT headers)
 endforeach()
 foreach(header dragformat export nodebrowser typeselector vireodialog)

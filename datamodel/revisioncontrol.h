@@ -19,7 +19,7 @@ class DATAMODEL_EXPORT IRevisionControlUIHelper : public hmx::IBase
 public:
     /// Checks an object out. Its new state arrives as ItemAccessStateChanged(). Invalid objects, and objects in
     /// read-only sources, are refused. Nobody is notified of that, nor of a state that stays.
-    /// \param out_result whether it worked; may be null
+    /// \param out_result whether it worked, or has begun where that takes time; may be null
     /// \param in_interactive whether it may ask the user
     virtual void CheckOut(const NEXAHandle<IDbObject>& in_object, bool* out_result, bool in_interactive) = 0;
 

@@ -7,7 +7,8 @@
 #include <QDialog>
 
 class QLabel;
-class QListWidget;
+class QPushButton;
+class QTreeWidget;
 
 namespace memorymodel
 {
@@ -17,8 +18,8 @@ class Library;
 namespace host
 {
 
-/// Lists where an item is stored: the location of its data source, and the item's own path in it. A location that is a
-/// file or a folder on disk is listed alone: it contains many items.
+/// Lists the documents of an item, each with its state and its last commits, and opens their folder. An item that is in
+/// memory only has none.
 ///
 /// Not modal; Escape closes it, and it destroys itself when it is closed.
 class FilesWindow : public QDialog
@@ -32,16 +33,21 @@ public:
     static void Open(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item,
                      QWidget& in_parent);
 
-    /// Call it after a change of the library: shows the present location. Closes the window when the item is gone.
+    /// Call it after a change of the library: shows the present documents. Closes the window when the item is gone. It
+    /// follows what git has of them by itself.
     void Refresh();
+
+private Q_SLOTS:
+    void OnOpenFolder();
 
 private:
     FilesWindow(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item, QWidget& in_parent);
 
     const memorymodel::Library& m_library;
     const vireo::datamodel::ItemID m_item;
-    QLabel* m_sourceLabel;
-    QListWidget* m_list;
+    QLabel* m_label;
+    QTreeWidget* m_list;
+    QPushButton* m_openFolder;
 };
 
 } // namespace host

@@ -6,6 +6,7 @@
 #include "host/mainwindow.h"
 #include "host/samplelibrary.h"
 #include "host/theme.h"
+#include "host/versionfollower.h"
 #include "memorymodel/datalayer.h"
 #include "qtcompat/qtcompat.h"
 
@@ -96,12 +97,17 @@ int RunUnattended(const CommandLine& in_commandLine, memorymodel::DataLayer& in_
     in_window.resize(in_commandLine.m_size);
     in_window.setAttribute(Qt::WA_DontShowOnScreen);
     in_window.show();
+    const bool isPictured = !in_commandLine.m_screenshot.isEmpty();
+    if (isPictured)
+        host::WaitForStates(in_window.GetLibrary());
     PaintWindow(in_window);
     // The first paint asked for the source-control states and counted the rows; the second one shows both.
     in_layer.GetSourceControl().DeliverRequestedStates();
     QCoreApplication::processEvents();
+    if (isPictured)
+        host::WaitForStates(in_window.GetLibrary());
     const QImage image = PaintWindow(in_window);
-    if (!in_commandLine.m_screenshot.isEmpty() && !WriteScreenshot(image, in_commandLine.m_screenshot))
+    if (isPictured && !WriteScreenshot(image, in_commandLine.m_screenshot))
         return eExitFailure;
     return !in_commandLine.m_rows || PrintRows(in_window) ? eExitSuccess : eExitFailure;
 }

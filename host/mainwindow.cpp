@@ -24,6 +24,7 @@
 #include "host/troublebar.h"
 #include "host/undokeys.h"
 #include "host/unsavedchanges.h"
+#include "host/versionfollower.h"
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/typeselector.h"
 #include "qtcompat/latin1.h"
@@ -246,6 +247,7 @@ void MainWindow::Attach(memorymodel::Library& in_library, const std::shared_ptr<
     }
     m_reload->setEnabled(m_workspace != nullptr);
     m_troubleBar->SetWorkspace(m_workspace);
+    m_versionFollower.reset(new VersionFollower(m_layer, *m_library, *m_browser, *this));
     m_layer.SetCurrentLibrary(m_library);
     m_browser->SetItemLibrary(m_library->GetAccessor());
     m_graph->SetLibrary(m_library);
@@ -305,9 +307,6 @@ void MainWindow::OnOpened()
     }
     const std::shared_ptr<workspace::Workspace> workspace = opening->TakeWorkspace();
     Exchange(workspace->GetLibrary(), workspace);
-    // Only the sample library has source control; libraries from files have none.
-    m_layer.GetSourceControl().SetEnabled(false);
-    m_layer.GetSourceControl().SetVersionControlActive(false);
     if (isVisible()) // else nobody has opened it
         AddRecentLibrary(opening->GetPath());
     EndOpening(true, QString());

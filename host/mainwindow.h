@@ -35,6 +35,7 @@ class LibraryBrowser;
 class Opening;
 class OpeningBar;
 class TroubleBar;
+class VersionFollower;
 
 /// Shows one library of a data layer, and can open another one instead. Title and graph follow the compound that is
 /// edited, the status bar names the selected item and the library, and a pane tells what is known about the item or
@@ -134,6 +135,7 @@ private:
     std::unique_ptr<Opening> m_opening;        ///< while one is opened
     bool m_isOpeningQuiet = false;             ///< no message when it fails
     std::unique_ptr<ChangeWatcher> m_watcher;
+    std::unique_ptr<VersionFollower> m_versionFollower;
 };
 
 } // namespace host

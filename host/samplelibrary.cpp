@@ -61,34 +61,12 @@ void AddItems(Library& io_library)
     }
 }
 
-void SetSourceControlStates(DataLayer& io_layer, const Library& in_library)
-{
-    struct NamedState
-    {
-        const char* m_name;
-        memorymodel::eAccessState m_state;
-    };
-    const NamedState states[] = {
-        {"Blend", memorymodel::eCheckedOut},        {"Bricks", memorymodel::eCheckedOut},
-        {"Bloom", memorymodel::eCheckedOutByOther}, {"Flicker", memorymodel::eCheckedOutByOther},
-        {"Clouds", memorymodel::eOutOfDate},        {"Ease In Out", memorymodel::eOutOfDate},
-        {"Halftone", memorymodel::eWritable},       {"Heartbeat", memorymodel::eAdded},
-        {"Truchet Maze", memorymodel::eAdded},
-    };
-    memorymodel::SourceControl& control = io_layer.GetSourceControl();
-    for (const NamedState& state : states)
-        control.SetState(in_library.FindByName(state.m_name), state.m_state);
-    control.SetVersionControlActive(true);
-    control.SetEnabled(true);
-}
-
 } // namespace
 
 Library& AddSampleLibrary(DataLayer& io_layer)
 {
     Library& library = io_layer.AddLibrary("Sample");
     AddItems(library);
-    SetSourceControlStates(io_layer, library);
     return library;
 }
 

@@ -11,7 +11,7 @@ class Library;
 namespace host
 {
 
-/// Adds the sample library to a data layer, switches source control on, and gives some compounds a state.
+/// Adds the sample library to a data layer. It is in memory only, and not under version control.
 ///
 /// Its data sources: "Local" (takes new items), "Factory" (the factory source), "Studio" (writable) and
 /// "Archive" (read-only).

@@ -84,8 +84,8 @@ public:
     std::uint64_t m_committed = 0;        ///< the revision last committed
     std::uint64_t m_commitsAtLeaving = 0; ///< how many commits there had been when the item left the library
     nexa4::DbObjectId m_uid;
-    int m_cacheIndex = -1;         ///< of its object in the database; -1 without an object
-    unsigned m_state = eCheckedIn; ///< the source-control state
+    int m_cacheIndex = -1; ///< of its object in the database; -1 without an object
+    unsigned m_state = 0;  ///< the source-control state; eAccessStateUnknown until one is set
     bool m_hasUID = false;
     bool m_signature = false;
     bool m_loop = false;

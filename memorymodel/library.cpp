@@ -152,6 +152,12 @@ std::shared_ptr<Store> Library::GetStore() const
     return m_private->GetStore();
 }
 
+void Library::SetVersioning(Versioning* in_versioning)
+{
+    if (m_private->IsOpen())
+        m_private->SetVersioning(in_versioning);
+}
+
 void Library::Follow(const ItemID& in_item, const StoredItem& in_stored, eFollowing in_following)
 {
     m_private->Follow(in_item, in_stored, in_following);

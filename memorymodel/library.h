@@ -19,6 +19,7 @@ namespace memorymodel
 class DataLayer;
 class LibraryContext;
 class Store;
+class Versioning;
 enum class eFollowing;
 struct StoredItem;
 
@@ -108,6 +109,10 @@ public:
     void SetStore(std::shared_ptr<Store> in_store);
     /// Null for memory alone, and for a closed library.
     std::shared_ptr<Store> GetStore() const;
+
+    /// Who is asked for source-control states, tool tips and check-outs from now on; null for the record of
+    /// SourceControl, as at first. It must be there until the library is closed or gets another one.
+    void SetVersioning(Versioning* in_versioning);
 
     /// Makes an item what its store has, and sends a notification for what differs; LibraryInvalidated() if that is the
     /// source. Cannot be undone.

@@ -252,6 +252,7 @@ void LibraryContents::Close()
         list.Clear();
     for (const int resource : m_resources)
         m_database->RemoveResource(resource);
+    m_versioning = nullptr;
     SetStore(nullptr);
     NotifyClosing();
 }

@@ -20,6 +20,8 @@
 namespace memorymodel
 {
 
+class Versioning;
+
 /// The content of a library, and the steps that changes are made of. The boundary's side of it is LibraryContext.
 ///
 /// It owns the items that are in the library. A change that took an item out owns it for as long as the change can be
@@ -34,6 +36,9 @@ public:
     /// Null when the library is in memory alone. A copy, since a store that is asked may close the library.
     std::shared_ptr<Store> GetStore() const { return m_store; }
     void SetStore(std::shared_ptr<Store> in_store);
+    /// Null when the states of the items are those on record.
+    Versioning* GetVersioning() const { return m_versioning; }
+    void SetVersioning(Versioning* in_versioning) { m_versioning = in_versioning; }
 
     DataSource& AddDataSource(std::string in_name, unsigned in_flags, std::string in_location);
     const std::vector<std::shared_ptr<DataSource>>& GetDataSources() const { return m_sources; }
@@ -89,6 +94,7 @@ private:
     std::size_t m_itemCount = 0;
     mutable std::array<TypeList, 5> m_lists; ///< in the order of TypeIndex()
     std::shared_ptr<Store> m_store;
+    Versioning* m_versioning = nullptr;
 };
 
 } // namespace memorymodel

@@ -10,6 +10,8 @@ using namespace vireo::datamodel;
 namespace memorymodel
 {
 
+Versioning::~Versioning() = default;
+
 SourceControl::SourceControl(LayerContents& in_contents) : m_private(new SourceControlServices(in_contents)) {}
 
 SourceControl::~SourceControl() = default;
@@ -41,7 +43,12 @@ void SourceControl::SetState(const ItemID& in_item, unsigned in_state)
 unsigned SourceControl::GetState(const ItemID& in_item) const
 {
     const std::shared_ptr<Item> item = m_private->m_contents.FindItem(in_item);
-    return item && item->m_cacheIndex >= 0 ? item->m_state : unsigned(eAccessStateUnknown);
+    return item && item->m_cacheIndex >= 0 ? m_private->GetState(*item) : unsigned(eAccessStateUnknown);
+}
+
+void SourceControl::SetStates(const std::vector<ItemState>& in_states)
+{
+    m_private->SetStates(in_states);
 }
 
 void SourceControl::DeliverRequestedStates()

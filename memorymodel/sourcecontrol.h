@@ -5,6 +5,7 @@
 #include "datamodel/itemid.h"
 #include "memorymodel/accessstate.h"
 #include "memorymodel/export.h"
+#include "memorymodel/versioning.h"
 
 #include <cstddef>
 #include <functional>
@@ -23,7 +24,9 @@ class SourceControlServices;
 ///
 /// Requested states are answered from the event loop, whether version control is active or not. Checking an item out
 /// sets eCheckedOut unless its data source is read-only, making it writable sets eWritable; neither asks anybody. Tool
-/// tips are plain text in three lines: name, state in words, data source with its location.
+/// tips are plain text in three lines: name, state in words, data source with its location. Where there is no state,
+/// they say that the item is in memory only, or not under version control. All this is different for a library that
+/// has a Versioning (memorymodel/versioning.h): then that is asked.
 class MEMORYMODEL_EXPORT SourceControl
 {
 public:
@@ -41,7 +44,8 @@ public:
     void SetHasProperties(bool in_has);
 
     /// Puts the state of an item's object on record and notifies the observers of its library, whether anybody asked or
-    /// not. Silent when the state is the one on record or the item has no object. Objects start as eCheckedIn.
+    /// not. Silent when the state is the one on record or the item has no object. An object without a state counts as
+    /// eCheckedIn while version control is active, and has none otherwise.
     ///
     /// Browsers leave room for badges beside compounds whose sources take changes. Beside any other item, a state moves
     /// the icon to the right.
@@ -49,7 +53,13 @@ public:
     /// The state on record; 0 for an item without an object.
     unsigned GetState(const vireo::datamodel::ItemID& in_item) const;
 
-    /// Answers all outstanding requests now instead of from the event loop. Does nothing when there are none.
+    /// Answers a Versioning's requests, or tells its news: puts the states of items of one library on record. Its
+    /// observers are notified in one go: of each outstanding request about one of the items, in the order of the
+    /// requests, and then of each other item with a new state.
+    void SetStates(const std::vector<ItemState>& in_states);
+
+    /// Answers all outstanding requests now instead of from the event loop, but for those that a Versioning has to
+    /// answer. Does nothing when there are none.
     void DeliverRequestedStates();
 
     /// How often states were requested.

@@ -7,7 +7,11 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <cstdint>
+#include <map>
 #include <string>
+#include <unordered_set>
+#include <utility>
 
 using namespace vireo::datamodel;
 
@@ -23,10 +27,26 @@ void SourceControlServices::SetState(Item& io_item, unsigned in_state)
 {
     const ItemID id = io_item.GetItemID();
     const std::shared_ptr<LibraryContext> library = io_item.m_library ? m_contents.FindLibrary(id) : nullptr;
-    if (!library || io_item.m_cacheIndex < 0 || io_item.m_state == in_state)
+    if (!library || io_item.m_cacheIndex < 0)
         return;
+    const unsigned before = GetState(io_item);
     io_item.m_state = in_state;
+    if (before == in_state)
+        return;
     library->InBracket([&] { library->NotifyAccessState(id, in_state); });
+}
+
+unsigned SourceControlServices::GetState(const Item& in_item) const
+{
+    return in_item.m_state == eAccessStateUnknown && m_active && !FindVersioning(in_item.GetItemID())
+               ? unsigned(eCheckedIn)
+               : in_item.m_state;
+}
+
+Versioning* SourceControlServices::FindVersioning(const ItemID& in_item) const
+{
+    const std::shared_ptr<LibraryContext> library = m_contents.FindLibrary(in_item);
+    return library ? library->GetVersioning() : nullptr;
 }
 
 void SourceControlServices::RequestObjectStates(const ScsTask& in_task, const std::list<Handle>& in_objects)
@@ -37,9 +57,11 @@ void SourceControlServices::RequestObjectStates(const ScsTask& in_task, const st
     for (const Handle& object : in_objects)
         if (const std::shared_ptr<Item> item = FindItem(object))
         {
-            m_lastRequest.push_back(item->GetItemID());
-            m_waiting.push_back(Waiting{&in_task, item->GetItemID(), m_round});
+            const ItemID id = item->GetItemID();
+            m_lastRequest.push_back(id);
+            (FindVersioning(id) ? m_asked : m_waiting).push_back(Waiting{&in_task, id, m_round});
         }
+    AskVersionings(m_lastRequest);
     if (m_waiting.size() > before && !m_scheduled)
     {
         m_scheduled = true;
@@ -47,11 +69,68 @@ void SourceControlServices::RequestObjectStates(const ScsTask& in_task, const st
     }
 }
 
+void SourceControlServices::AskVersionings(const std::vector<ItemID>& in_items)
+{
+    std::map<Versioning*, std::vector<ItemID>> items;
+    for (const ItemID& item : in_items)
+        if (Versioning* const versioning = FindVersioning(item))
+            items[versioning].push_back(item);
+    for (const auto& entry : items)
+        entry.first->RequestStates(entry.second);
+}
+
+void SourceControlServices::SetStates(const std::vector<ItemState>& in_states)
+{
+    const std::shared_ptr<LibraryContext> library =
+        in_states.empty() ? nullptr : m_contents.FindLibrary(in_states.front().m_item);
+    if (!library)
+        return;
+    std::unordered_set<std::uint64_t> answered; // by their numbers in the library
+    std::vector<ItemID> changed;
+    for (const ItemState& state : in_states)
+    {
+        const std::shared_ptr<Item> item = library->FindItem(state.m_item);
+        if (!item || item->m_cacheIndex < 0)
+            continue;
+        answered.insert(state.m_item.GetNumber());
+        if (std::exchange(item->m_state, state.m_state) != state.m_state)
+            changed.push_back(state.m_item);
+    }
+    // Requests that observers make meanwhile wait for the next answer.
+    const std::uint64_t round = m_round++;
+    const auto isNow = [&](const Waiting& in_waiting) {
+        return in_waiting.m_round <= round && in_waiting.m_item.GetSpace() == library->GetSpace() &&
+               answered.count(in_waiting.m_item.GetNumber()) != 0;
+    };
+    std::unordered_set<std::uint64_t> notified;
+    if (changed.empty() && std::none_of(m_asked.begin(), m_asked.end(), isNow))
+        return;
+    library->InBracket([&] {
+        const auto notify = [&](const ItemID& in_item) {
+            if (const std::shared_ptr<Item> item = library->FindItem(in_item))
+                library->NotifyAccessState(in_item, item->m_state);
+            notified.insert(in_item.GetNumber());
+        };
+        // Observers may end tasks, so the list is looked at anew after each.
+        for (auto next = std::find_if(m_asked.begin(), m_asked.end(), isNow); next != m_asked.end();
+             next = std::find_if(m_asked.begin(), m_asked.end(), isNow))
+        {
+            const ItemID item = next->m_item;
+            m_asked.erase(next);
+            notify(item);
+        }
+        for (const ItemID& item : changed)
+            if (notified.count(item.GetNumber()) == 0)
+                notify(item);
+    });
+}
+
 void SourceControlServices::TaskEnded(const ScsTask& in_task)
 {
-    m_waiting.erase(std::remove_if(m_waiting.begin(), m_waiting.end(),
-                                   [&](const Waiting& in_waiting) { return in_waiting.m_task == &in_task; }),
-                    m_waiting.end());
+    for (std::deque<Waiting>* const requests : {&m_waiting, &m_asked})
+        requests->erase(std::remove_if(requests->begin(), requests->end(),
+                                       [&](const Waiting& in_waiting) { return in_waiting.m_task == &in_task; }),
+                        requests->end());
 }
 
 void SourceControlServices::customEvent(QEvent* /*in_event*/)
@@ -85,7 +164,7 @@ void SourceControlServices::DeliverIn(LibraryContext& io_library, std::uint64_t 
         if (!item)
             return;
         m_waiting.pop_front();
-        io_library.NotifyAccessState(id, item->m_state);
+        io_library.NotifyAccessState(id, GetState(*item));
     }
 }
 
@@ -105,24 +184,38 @@ QString SourceControlServices::GetToolTip(const Handle& in_object, const QString
     const std::shared_ptr<Item> item = FindItem(in_object);
     if (!item)
         return QString();
-    const std::string text = item->m_name + '\n' + GetStateText(item->m_state) + '\n' + item->m_source->GetName() +
-                             " (" + item->m_source->GetLocation() + ')';
+    if (Versioning* const versioning = FindVersioning(item->GetItemID()))
+        return versioning->GetToolTip(item->GetItemID());
+    const unsigned state = GetState(*item);
+    const std::shared_ptr<LibraryContext> library = m_contents.FindLibrary(item->GetItemID());
+    const bool isInMemory = library && !library->GetStore();
+    const char* const noState = isInMemory ? "In memory only" : "Not under version control";
+    const std::string text = item->m_name + '\n' + (state == eAccessStateUnknown ? noState : GetStateText(state)) +
+                             '\n' + item->m_source->GetName() + " (" + item->m_source->GetLocation() + ')';
     return qtcompat::FromLatin1(text);
 }
 
-void SourceControlServices::CheckOut(const Handle& in_object, bool* out_result, bool /*in_interactive*/)
+void SourceControlServices::CheckOut(const Handle& in_object, bool* out_result, bool in_interactive)
 {
     const std::shared_ptr<Item> item = FindItem(in_object);
-    const bool done = item && !item->m_source->IsReadOnly();
+    bool done = item && !item->m_source->IsReadOnly();
+    Versioning* const versioning = done ? FindVersioning(item->GetItemID()) : nullptr;
+    if (versioning)
+        done = versioning->CheckOut(item->GetItemID(), in_interactive);
     if (out_result)
         *out_result = done;
-    if (done)
+    if (done && !versioning)
         SetState(*item, eCheckedOut);
 }
 
-void SourceControlServices::MakeWritable(const Handle& in_object, bool /*in_interactive*/)
+void SourceControlServices::MakeWritable(const Handle& in_object, bool in_interactive)
 {
-    if (const std::shared_ptr<Item> item = FindItem(in_object))
+    const std::shared_ptr<Item> item = FindItem(in_object);
+    if (!item)
+        return;
+    if (Versioning* const versioning = FindVersioning(item->GetItemID()))
+        versioning->MakeWritable(item->GetItemID(), in_interactive);
+    else
         SetState(*item, eWritable);
 }
 

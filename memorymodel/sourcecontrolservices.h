@@ -8,6 +8,7 @@
 #include "memorymodel/layercontents.h"
 #include "memorymodel/propertiesmanager.h"
 #include "memorymodel/statebadge.h"
+#include "memorymodel/versioning.h"
 
 #include <QEvent>
 #include <QObject>
@@ -34,6 +35,8 @@ public:
     explicit SourceControlServices(LayerContents& in_contents);
 
     void SetState(Item& io_item, unsigned in_state);
+    unsigned GetState(const Item& in_item) const;
+    void SetStates(const std::vector<ItemState>& in_states);
     /// Answers the requests that wait now. Those that come meanwhile wait for the next time.
     void Deliver();
 
@@ -71,9 +74,14 @@ private:
 
     /// Answers the requests at the front of the queue, up to the first that is not about an item of the library.
     void DeliverIn(LibraryContext& io_library, std::uint64_t in_round);
+    /// Asks those that know the states of their libraries.
+    void AskVersionings(const std::vector<ItemID>& in_items);
+    /// Null when the item's states are those on record.
+    Versioning* FindVersioning(const ItemID& in_item) const;
     std::shared_ptr<Item> FindItem(const Handle& in_object) const;
 
     std::deque<Waiting> m_waiting;
+    std::deque<Waiting> m_asked; ///< until SetStates()
     std::uint64_t m_round = 0;
     bool m_scheduled = false;
     StateBadges m_badges;

@@ -30,6 +30,7 @@ bool CanFollow(const Item& in_before, const Item& in_after)
 CatalogueNews Catalogue::Update(const materialx::Library& in_documents)
 {
     CatalogueNews news;
+    ++m_revision;
     std::vector<Item> items = materialx::MakeItems(in_documents);
     std::vector<ItemID> ids(items.size());
     const auto take = [&](std::size_t in_from, std::size_t in_to) {
@@ -99,6 +100,7 @@ CatalogueNews Catalogue::UpdateShown(const materialx::Library& in_documents,
                                      const std::vector<materialx::DeclarationIndex>& in_declarations)
 {
     CatalogueNews news;
+    ++m_revision;
     for (std::size_t i = 0; i < m_items.size(); ++i)
     {
         const auto isOf = [this, i](const materialx::DeclarationIndex& in_declaration) {
@@ -165,6 +167,7 @@ void Catalogue::Pair(const std::string& in_key, const ItemID& in_id)
 
 void Catalogue::Pair(std::size_t in_index, const ItemID& in_id)
 {
+    ++m_revision;
     m_ids[in_index] = in_id;
     SetIndex(in_id, in_index);
 }

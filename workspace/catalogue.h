@@ -36,6 +36,8 @@ public:
                               const std::vector<materialx::DeclarationIndex>& in_declarations);
     const std::vector<materialx::Item>& GetItems() const { return m_items; }
     const std::vector<ItemID>& GetIds() const { return m_ids; }
+    /// Another number after each Update(), UpdateShown() and Pair().
+    std::uint64_t GetRevision() const { return m_revision; }
 
     /// Null when no document has the item.
     const materialx::Item* Find(const ItemID& in_id) const;
@@ -67,6 +69,7 @@ private:
     std::vector<ItemID> m_ids;              ///< of the items; invalid for one that is not in the library yet
     mutable KeyMap m_indexOfKey;            ///< empty when they were forgotten
     std::vector<std::uint32_t> m_indexOfId; ///< by number, which libraries count from 0
+    std::uint64_t m_revision = 1;
 };
 
 } // namespace workspace

@@ -7,10 +7,12 @@
 #include "workspace/content.h"
 #include "workspace/files.h"
 #include "workspace/steps.h"
+#include "workspace/versions.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTimer>
 
 #include <algorithm>
 #include <limits>
@@ -22,6 +24,8 @@ namespace workspace
 {
 namespace
 {
+
+const int gBusyPause = 50; // milliseconds
 
 std::string Narrow(const QString& in_text)
 {
@@ -57,6 +61,7 @@ std::shared_ptr<Workspace> Workspace::Open(memorymodel::DataLayer& io_layer, con
     }
     std::shared_ptr<Workspace> workspace = Open(io_layer, reading);
     workspace->Fill(std::numeric_limits<std::size_t>::max());
+    workspace->m_versions->Ask();
     return workspace;
 }
 
@@ -65,7 +70,7 @@ std::shared_ptr<Workspace> Workspace::Open(memorymodel::DataLayer& io_layer, Rea
     memorymodel::Library& library = io_layer.AddLibrary(Narrow(NameOf(io_reading.m_path)));
     const auto content = std::make_shared<Content>(std::move(*io_reading.m_opened), library);
     content->AddSources();
-    const std::shared_ptr<Workspace> workspace(new Workspace(content));
+    const std::shared_ptr<Workspace> workspace(new Workspace(content, io_layer.GetSourceControl()));
     library.SetStore(workspace);
     return workspace;
 }
@@ -75,9 +80,13 @@ bool Workspace::Fill(std::size_t in_count)
     return m_content->IsOpen() && m_content->Fill(in_count);
 }
 
-Workspace::Workspace(std::shared_ptr<Content> in_content)
-    : m_content(std::move(in_content)), m_runner([](const std::function<void()>& in_function) { in_function(); })
+Workspace::Workspace(std::shared_ptr<Content> in_content, memorymodel::SourceControl& in_control)
+    : m_content(std::move(in_content)),
+      m_versions(new Versions(m_content, in_control)),
+      m_runner([](const std::function<void()>& in_function) { in_function(); })
 {
+    QObject::connect(m_versions.get(), &Versions::PermissionsChanged, m_versions.get(),
+                     [this] { OnPermissionsChanged(); });
 }
 
 Workspace::~Workspace() = default;
@@ -156,8 +165,26 @@ void Workspace::Look(const std::vector<std::size_t>& in_documents)
     const bool isReplaced = m_content->GetDocuments().Refresh(in_documents, m_runner);
     if (isReplaced && m_content->IsOpen())
         m_content->Update(memorymodel::eFollowing::eNews);
+    LookAtPermissions();
+}
+
+void Workspace::LookAtPermissions()
+{
     m_content->UpdateReadOnly(m_runner);
     m_content->Settle();
+    m_versions->Ask();
+}
+
+void Workspace::OnPermissionsChanged()
+{
+    if (IsBusy())
+    {
+        QTimer::singleShot(gBusyPause, m_versions.get(), [this] { OnPermissionsChanged(); });
+        return;
+    }
+    const std::shared_ptr<Workspace> alive = shared_from_this();
+    if (m_content->IsOpen())
+        LookAtPermissions();
 }
 
 QStringList Workspace::GetTroubledDocuments() const
@@ -286,6 +313,7 @@ std::vector<std::size_t> Workspace::DocumentsToSave(const memorymodel::CommitReq
 
 void Workspace::Close()
 {
+    m_versions->Close();
     m_content->Close();
 }
 
@@ -323,6 +351,7 @@ memorymodel::CommitAnswer Workspace::Commit(const memorymodel::CommitRequest& in
         if (std::none_of(documentsOf[i].begin(), documentsOf[i].end(),
                          [&](std::size_t in_document) { return changed.count(in_document) != 0; }))
             answer.m_saved.push_back(ids[i]);
+    m_versions->Ask();
     return answer;
 }
 

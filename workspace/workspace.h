@@ -19,12 +19,14 @@
 namespace memorymodel
 {
 class DataLayer;
-}
+class SourceControl;
+} // namespace memorymodel
 
 namespace workspace
 {
 
 class Content;
+class Versions;
 struct OpenedDocuments;
 
 /// What is read of a folder or a file before a library shows it.
@@ -105,6 +107,10 @@ public:
     void SetRunner(Runner in_runner) { m_runner = std::move(in_runner); }
     bool IsBusy() const;
 
+    /// What git has of the documents. It is there as long as this object. Whoever makes a library of what was read
+    /// lets it ask when the library is shown; from then on looks at files and commits do.
+    Versions& GetVersions() const { return *m_versions; }
+
     /// \name Files that others change
     /// A document is named by its path from the opened folder, an opened file by its name. What became of its items is
     /// told to the library item by item. That cannot be undone, and leaves no item dirty.
@@ -148,7 +154,7 @@ public:
     void Close() override;
 
 private:
-    explicit Workspace(std::shared_ptr<Content> in_content);
+    Workspace(std::shared_ptr<Content> in_content, memorymodel::SourceControl& in_control);
 
     /// Nothing when there is no such document.
     std::optional<std::size_t> Find(const QString& in_document) const;
@@ -156,9 +162,13 @@ private:
     void TakeNews();
     /// Looks at files, and tells the library.
     void Look(const std::vector<std::size_t>& in_documents);
+    void LookAtPermissions();
+    /// Waits until nobody reads the documents.
+    void OnPermissionsChanged();
     std::vector<std::size_t> DocumentsToSave(const memorymodel::CommitRequest& in_request) const;
 
     const std::shared_ptr<Content> m_content;
+    const std::unique_ptr<Versions> m_versions;
     Runner m_runner;
     QStringList m_savedDocuments;
 };

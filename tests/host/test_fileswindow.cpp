@@ -3,14 +3,18 @@
 
 #include "host/librarybrowser.h"
 #include "host/mainwindow.h"
+#include "host/versionfollower.h"
 #include "memorymodel/datalayer.h"
 #include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
+#include "tests/support/waiting.h"
+#include "tests/workspace/gitfolder.h"
 
 #include <QDir>
 #include <QFile>
 #include <QLabel>
-#include <QListWidget>
+#include <QPushButton>
+#include <QTreeWidget>
 
 using host::FilesWindow;
 using host::MainWindow;
@@ -21,13 +25,27 @@ using vireo::datamodel::ItemID;
 namespace
 {
 
-QStringList FilesIn(const FilesWindow& in_window)
+const char* const gRain = "<?xml version=\"1.0\"?>\n"
+                          "<materialx version=\"1.38\"><nodedef name=\"ND_rain\" node=\"rain\"/></materialx>\n";
+
+/// The documents, each with its state and what stands below it.
+QStringList DocumentsIn(const FilesWindow& in_window)
 {
-    const QListWidget* const list = in_window.findChild<QListWidget*>();
-    QStringList files;
-    for (int i = 0; i < list->count(); ++i)
-        files << QDir::fromNativeSeparators(list->item(i)->text());
-    return files;
+    const QTreeWidget* const list = in_window.findChild<QTreeWidget*>();
+    QStringList documents;
+    for (int i = 0; i < list->topLevelItemCount(); ++i)
+    {
+        const QTreeWidgetItem* const document = list->topLevelItem(i);
+        documents << QDir::fromNativeSeparators(document->text(0)) + QStringLiteral(": ") + document->text(1);
+        for (int j = 0; j < document->childCount(); ++j)
+            documents << document->child(j)->text(0).section(QStringLiteral("Ann"), 1);
+    }
+    return documents;
+}
+
+QString LabelOf(const FilesWindow& in_window)
+{
+    return in_window.findChild<QLabel*>()->text();
 }
 
 } // namespace
@@ -49,7 +67,7 @@ private Q_SLOTS:
 
     void cleanup() { RemoveMainWindow(m_window, m_layer); }
 
-    void theFilesOfAnItemAreListed()
+    void anItemInMemoryHasNoFiles()
     {
         ShowFilesOf("Blend");
         QCOMPARE(Windows().size(), 1);
@@ -57,9 +75,10 @@ private Q_SLOTS:
         QVERIFY(window.isVisible());
         QVERIFY(!window.isModal());
         QCOMPARE(window.windowTitle(), QStringLiteral("Files of Blend"));
-        QCOMPARE(window.findChild<QLabel*>()->text(), QStringLiteral("Blend is stored in the data source Studio:"));
-        QCOMPARE(FilesIn(window), QStringList()
-                                      << QStringLiteral("Nodes/Studio") << QStringLiteral("Nodes/Studio/Blend"));
+        QCOMPARE(LabelOf(window), QStringLiteral("Blend is in the data source Studio, in memory only."));
+        QVERIFY(!window.findChild<QTreeWidget*>()->isVisible());
+        for (const QPushButton* const button : window.findChildren<QPushButton*>())
+            QCOMPARE(button->isVisible(), !button->text().contains(QStringLiteral("folder")));
     }
 
     void anItemHasOneWindow()
@@ -92,7 +111,8 @@ private Q_SLOTS:
         QCOMPARE(Windows().size(), 1);
         m_window->GetLibrary().Rename(m_blend, "Blend Layers");
         QCOMPARE(Windows().first()->windowTitle(), QStringLiteral("Files of Blend Layers"));
-        QCOMPARE(FilesIn(*Windows().first()).last(), QStringLiteral("Nodes/Studio/Blend Layers"));
+        QCOMPARE(LabelOf(*Windows().first()),
+                 QStringLiteral("Blend Layers is in the data source Studio, in memory only."));
     }
 
     void itClosesWithItsItem()
@@ -107,26 +127,49 @@ private Q_SLOTS:
         QCOMPARE(Windows().size(), 1);
     }
 
-    void aSourceThatIsAFileIsListedAlone()
+    void aDocumentOutsideARepositoryHasNoState()
     {
         const QString path = m_settings.GetFolder().filePath(QStringLiteral("weather.mtlx"));
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        QVERIFY(file.write("<?xml version=\"1.0\"?>\n"
-                           "<materialx version=\"1.38\"><nodedef name=\"ND_rain\" node=\"rain\"/></materialx>\n") > 0);
+        QVERIFY(file.write(gRain) > 0);
         file.close();
         ShowFilesOf("Blend");
         QVERIFY(m_window->Open(path));
         QVERIFY(Windows().isEmpty());
-        const ItemID item = m_window->GetLibrary().FindByName("rain");
-        QVERIFY(item.IsValid());
-        FilesWindow::Open(m_window->GetLibrary(), item, *m_window);
+        host::WaitForStates(m_window->GetLibrary());
+        Show("rain");
         QCOMPARE(Windows().size(), 1);
-        QCOMPARE(FilesIn(*Windows().first()).size(), 1);
-        QVERIFY2(path.startsWith(FilesIn(*Windows().first()).first()), qPrintable(FilesIn(*Windows().first()).first()));
+        QVERIFY(LabelOf(*Windows().first()).contains(QStringLiteral("not under version control")));
+        QCOMPARE(DocumentsIn(*Windows().first()), QStringList() << QStringLiteral("weather.mtlx: "));
+    }
+
+    void aDocumentInARepositoryHasItsStateAndItsCommits()
+    {
+        const GitFolder folder;
+        folder.Write("sky/weather.mtlx", gRain);
+        folder.Commit("Rain");
+        folder.Write("sky/weather.mtlx", QByteArray(gRain) + "<!-- more -->\n");
+        folder.Commit("More");
+        QVERIFY(m_window->Open(folder.GetPath()));
+        Show("rain");
+        // What is not known yet is filled in.
+        host::WaitForStates(m_window->GetLibrary());
+        host::WaitForStates(m_window->GetLibrary());
+        QCOMPARE(DocumentsIn(*Windows().first()), QStringList() << QStringLiteral("sky/weather.mtlx: Unchanged")
+                                                                << QStringLiteral(" Author: More")
+                                                                << QStringLiteral(" Author: Rain"));
+        folder.Write("sky/weather.mtlx", QByteArray(gRain) + "<!-- and more -->\n");
+        folder.Git("add --all");
+        QVERIFY(WaitFor([&] { return DocumentsIn(*Windows().first())[0].endsWith(QStringLiteral("Staged")); }, 20000));
     }
 
 private:
+    void Show(const char* in_name)
+    {
+        FilesWindow::Open(m_window->GetLibrary(), m_window->GetLibrary().FindByName(in_name), *m_window);
+    }
+
     QList<FilesWindow*> Windows() { return m_window->findChildren<FilesWindow*>(); }
 
     /// Chooses the entry from the context menu of the item's row.

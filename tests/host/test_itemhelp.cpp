@@ -157,11 +157,12 @@ private Q_SLOTS:
         QVERIFY2(QToolTip::text().contains(QStringLiteral("<b>Tangent</b>")), qPrintable(QToolTip::text()));
         Select("blend");
         Hover(RowCentre(0));
+        QVERIFY2(QToolTip::text().startsWith(QStringLiteral("<b>Blend</b>")), qPrintable(QToolTip::text()));
+        m_layer.GetSourceControl().SetVersionControlActive(true);
+        Hover(RowCentre(0));
+        m_layer.GetSourceControl().SetVersionControlActive(false);
         QVERIFY2(!QToolTip::text().contains(QStringLiteral("<b>")), qPrintable(QToolTip::text()));
         QVERIFY(QToolTip::text().startsWith(QStringLiteral("Blend\n")));
-        m_layer.GetSourceControl().SetVersionControlActive(false);
-        Hover(RowCentre(0));
-        QVERIFY2(QToolTip::text().startsWith(QStringLiteral("<b>Blend</b>")), qPrintable(QToolTip::text()));
     }
 
 private:

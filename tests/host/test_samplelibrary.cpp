@@ -2,6 +2,8 @@
 #include "host/samplelibrary.h"
 
 #include "datamodel/compoundmodifier.h"
+#include "datamodel/helpers.h"
+#include "datamodel/revisioncontrol.h"
 #include "datamodel/sourcecontrol.h"
 #include "host/itemlabel.h"
 #include "host/sampletable.h"
@@ -148,19 +150,18 @@ private Q_SLOTS:
             QVERIFY(!m_library->GetAccessor().ItemIsDirty(item));
     }
 
-    void statesAreOnRecordForWritableCompoundsOnly()
+    void nothingIsClaimedToBeUnderVersionControl()
     {
-        std::set<unsigned> states;
+        QVERIFY(!ScsUtils::IsFileVersionControlActive());
+        auto& helper = *hmxGetService<nexa4::IRevisionControlUIHelper>("RevisionControlUIHelper");
         for (const ItemID& item : m_library->GetItems())
         {
-            const unsigned state = m_layer.GetSourceControl().GetState(item);
-            states.insert(state);
-            if (state != memorymodel::eCheckedIn)
-                QVERIFY(!m_library->GetSourceOf(item)->IsReadOnly());
+            QCOMPARE(m_layer.GetSourceControl().GetState(item), 0u);
+            const auto object =
+                helper.FindObject(nexa4::DbObjectId(vireo::datamodel::ItemIDUnlock::GetItemIDUID(item)));
+            const QString toolTip = ScsUtils::GetToolTip(object, QString());
+            QVERIFY2(toolTip.contains(QStringLiteral("In memory only")), qPrintable(toolTip));
         }
-        for (unsigned state = memorymodel::eCheckedIn; state <= memorymodel::eAdded; ++state)
-            QVERIFY2(states.count(state), qPrintable(QString::number(state)));
-        QVERIFY(ScsUtils::IsFileVersionControlActive());
     }
 
 private:

@@ -6,6 +6,7 @@
 #include "datamodel/revisioncontrol.h"
 #include "datamodel/sourcecontrol.h"
 #include "memorymodel/datalayer.h"
+#include "memorymodel/versioning.h"
 #include "qtcompat/qtcompat.h"
 #include "tests/support/testmain.h"
 
@@ -90,7 +91,29 @@ public:
     int m_ends = 0;
 };
 
-const unsigned gStates[] = {eCheckedIn, eCheckedOut, eCheckedOutByOther, eOutOfDate, eWritable, eAdded};
+/// Remembers what it is asked.
+class RecordingVersioning : public Versioning
+{
+public:
+    void RequestStates(const std::vector<ItemID>& in_items) override
+    {
+        m_requests.insert(m_requests.end(), in_items.begin(), in_items.end());
+    }
+    QString GetToolTip(const ItemID&) override { return QString::fromLatin1("asked"); }
+    bool CheckOut(const ItemID& in_item, bool) override
+    {
+        m_checkedOut = in_item;
+        return false;
+    }
+    void MakeWritable(const ItemID& in_item, bool) override { m_madeWritable = in_item; }
+
+    std::vector<ItemID> m_requests;
+    ItemID m_checkedOut;
+    ItemID m_madeWritable;
+};
+
+const unsigned gStates[] = {eCheckedIn, eCheckedOut, eCheckedOutByOther, eOutOfDate, eWritable,
+                            eAdded,     eStaged,     eReadOnlyFile,      eIgnored,   eConflicted};
 
 } // namespace
 
@@ -99,9 +122,15 @@ class TestMemorySourceControl : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void itemsStartAsCheckedIn()
+    void itemsStartAsCheckedInUnderVersionControlOnly()
     {
         DataLayer layer;
+        const ItemID free = layer.AddLibrary("Free").Add(NewItem::Compound("A"));
+        QCOMPARE(layer.GetSourceControl().GetState(free), unsigned(eAccessStateUnknown));
+        QCOMPARE(ScsUtils::GetToolTip(ObjectOf(free), QString()).section(QChar::fromLatin1('\n'), 1, 1),
+                 QString::fromLatin1("In memory only"));
+        layer.GetSourceControl().SetVersionControlActive(true);
+        QCOMPARE(layer.GetSourceControl().GetState(free), unsigned(eCheckedIn));
         Library& library = layer.AddLibrary("Nodes");
         const ItemID id = library.Add(NewItem::Compound("A"));
         QCOMPARE(layer.GetSourceControl().GetState(id), unsigned(eCheckedIn));
@@ -152,6 +181,7 @@ private Q_SLOTS:
         Library& other = layer.AddLibrary("Others");
         const Handle first = ObjectOf(library.Add(NewItem::Compound("A")));
         const Handle second = ObjectOf(other.Add(NewItem::Compound("B")));
+        layer.GetSourceControl().SetVersionControlActive(true);
         NotificationSpy spy(library.GetAccessor());
         NotificationSpy otherSpy(other.GetAccessor());
         ScsTask* const task = new ScsTask("Test");
@@ -232,7 +262,7 @@ private Q_SLOTS:
     {
         DataLayer layer;
         QPixmap base = Pattern(20, 20);
-        for (const unsigned state : {7u, 1000u, unsigned(eAccessStateRequested), 0xFFFFFFFFu})
+        for (const unsigned state : {unsigned(eWithoutState), 1000u, unsigned(eAccessStateRequested), 0xFFFFFFFFu})
         {
             const QImage pixels = Pixels(ScsUtils::getAssetStateIcon(base, state, true, true));
             QCOMPARE(pixels.size(), QSize(27, 20));
@@ -308,6 +338,7 @@ private Q_SLOTS:
         DataLayer layer;
         Library& library = layer.AddLibrary("Nodes");
         DataSource& team = library.AddDataSource("Team", ePlainSource, "//server/team");
+        layer.GetSourceControl().SetVersionControlActive(true);
         const ItemID id = library.Add(NewItem::Compound("\xC4rger").In(team));
         const QString icon = QString::fromLatin1(":compound.png");
         QCOMPARE(ScsUtils::GetToolTip(ObjectOf(id), icon),
@@ -318,7 +349,7 @@ private Q_SLOTS:
             layer.GetSourceControl().SetState(id, state);
             texts.insert(ScsUtils::GetToolTip(ObjectOf(id), icon));
         }
-        QCOMPARE(texts.size(), std::size_t(6));
+        QCOMPARE(texts.size(), std::size_t(10));
         layer.GetSourceControl().SetState(id, 99);
         QVERIFY(ScsUtils::GetToolTip(ObjectOf(id), icon).contains(QString::fromLatin1("Unknown state")));
         QVERIFY(ScsUtils::GetToolTip(Handle(), icon).isEmpty());
@@ -352,6 +383,83 @@ private Q_SLOTS:
         QCOMPARE(layer.GetSourceControl().GetState(id), unsigned(eCheckedOut));
         helper->MakeWritable(ObjectOf(id), true);
         QCOMPARE(layer.GetSourceControl().GetState(id), unsigned(eWritable));
+    }
+
+    void aVersioningIsAskedInsteadOfTheRecord()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        Library& other = layer.AddLibrary("Others");
+        const ItemID first = library.Add(NewItem::Compound("A"));
+        const ItemID second = library.Add(NewItem::Compound("B"));
+        const ItemID third = library.Add(NewItem::Compound("C"));
+        const ItemID recorded = other.Add(NewItem::Compound("D"));
+        RecordingVersioning versioning;
+        library.SetVersioning(&versioning);
+        NotificationSpy spy(library.GetAccessor());
+        ScsTask* const task = new ScsTask("Test");
+        ScsTask* const ended = new ScsTask("Ended");
+        task->RequestObjectStates(std::list<Handle>{ObjectOf(second), ObjectOf(recorded), ObjectOf(first)});
+        ended->RequestObjectStates(std::list<Handle>{ObjectOf(first)});
+        ended->DeleteMe();
+        QVERIFY((versioning.m_requests == std::vector<ItemID>{second, first, first}));
+        layer.GetSourceControl().DeliverRequestedStates();
+        QCoreApplication::processEvents();
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray());
+
+        // One call answers the requests, each in its place, and tells what is new to nobody in particular.
+        layer.GetSourceControl().SetStates({{first, 0}, {second, 7}, {third, 9}});
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray("begin, state B 7, state A 0, state C 9, end"));
+        layer.GetSourceControl().SetStates({{first, 0}, {second, 7}, {third, 9}});
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray());
+        QCOMPARE(layer.GetSourceControl().GetState(third), 9u);
+
+        QCOMPARE(ScsUtils::GetToolTip(ObjectOf(first), QString()), QString::fromLatin1("asked"));
+        nexa4::IRevisionControlUIHelper* const helper =
+            hmxGetService<nexa4::IRevisionControlUIHelper>("RevisionControlUIHelper");
+        bool done = true;
+        helper->CheckOut(ObjectOf(first), &done, true);
+        QVERIFY(!done);
+        helper->MakeWritable(ObjectOf(second), true);
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray());
+        QVERIFY(versioning.m_checkedOut == first);
+        QVERIFY(versioning.m_madeWritable == second);
+        task->DeleteMe();
+
+        library.SetVersioning(nullptr);
+        helper->CheckOut(ObjectOf(first), &done, true);
+        QVERIFY(done);
+        QCOMPARE(layer.GetSourceControl().GetState(first), unsigned(eCheckedOut));
+    }
+
+    void requestsInsideAnAnswerWaitForTheNextOne()
+    {
+        DataLayer layer;
+        Library& library = layer.AddLibrary("Nodes");
+        const ItemID item = library.Add(NewItem::Compound("A"));
+        RecordingVersioning versioning;
+        library.SetVersioning(&versioning);
+        NotificationSpy spy(library.GetAccessor());
+        ScsTask* const task = new ScsTask("Test");
+        int asked = 0;
+        spy.m_reaction = [&](const std::string& in_call) {
+            if (in_call.compare(0, 5, "state") == 0 && ++asked <= 2)
+                task->RequestObjectStates(std::list<Handle>(1, ObjectOf(item)));
+        };
+        task->RequestObjectStates(std::list<Handle>(1, ObjectOf(item)));
+        layer.GetSourceControl().SetStates({{item, 7}});
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray("begin, state A 7, end"));
+        layer.GetSourceControl().SetStates({{item, 7}});
+        QCOMPARE(QByteArray(spy.Take().c_str()), QByteArray("begin, state A 7, end"));
+        // An observer may end the task, and close the library.
+        spy.m_reaction = [&](const std::string& in_call) {
+            if (in_call.compare(0, 5, "state") != 0)
+                return;
+            task->DeleteMe();
+            library.Close();
+        };
+        layer.GetSourceControl().SetStates({{item, 8}});
+        QCOMPARE(asked, 2);
     }
 
     void propertiesMayBeSetWhileTheLayerEnds()

@@ -231,8 +231,9 @@ private Q_SLOTS:
                                      << QString::fromLatin1("datamodel qtcompat Qt");
         QTest::newRow("materialx") << QString::fromLatin1("materialx") << QString::fromLatin1("Qt <pugixml.hpp>");
         QTest::newRow("workspace") << QString::fromLatin1("workspace")
-                                   << QString::fromLatin1("materialx memorymodel datamodel Qt <fcntl.h> <sys/file.h> "
-                                                          "<sys/stat.h> <unistd.h>");
+                                   << QString::fromLatin1(
+                                          "materialx memorymodel datamodel Qt <fcntl.h> <git2.h> <git2/sys/diff.h> "
+                                          "<sys/file.h> <sys/stat.h> <unistd.h>");
         QTest::newRow("contract") << QString::fromLatin1("contract")
                                   << QString::fromLatin1("datamodel <QObject> <QCoreApplication> <QEvent> "
                                                          "<QElapsedTimer> <QImage>");
