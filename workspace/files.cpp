@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "workspace/files.h"
 
-#include <QCryptographicHash>
-
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -11,21 +9,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <xxhash.h>
 
 namespace workspace
 {
 
 QByteArray HashOf(std::string_view in_bytes)
 {
-    QCryptographicHash hash(QCryptographicHash::Sha1);
-    // In parts, since the sizes of older toolkits end at two gigabytes.
-    const std::size_t part = std::size_t(1) << 30;
-    for (std::size_t begin = 0; begin < in_bytes.size(); begin += part)
-    {
-        const std::string_view bytes = in_bytes.substr(begin, part);
-        hash.addData(QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size())));
-    }
-    return hash.result().toHex();
+    XXH128_canonical_t hash;
+    XXH128_canonicalFromHash(&hash, XXH3_128bits(in_bytes.data(), in_bytes.size()));
+    return QByteArray(reinterpret_cast<const char*>(hash.digest), sizeof(hash.digest)).toHex();
 }
 
 QString SystemError()

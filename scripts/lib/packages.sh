@@ -2,7 +2,7 @@
 # Installs what a script needs from the distribution's packages. To be sourced; writes to standard error only.
 # shellcheck shell=bash disable=SC2034 # the lists are read by the scripts that source this
 
-build_packages=(g++ cmake ninja-build libboost-dev libpugixml-dev libgit2-dev fonts-dejavu-core)
+build_packages=(g++ cmake ninja-build libboost-dev libpugixml-dev libgit2-dev libxxhash-dev fonts-dejavu-core)
 qt6_packages=(qt6-base-dev)
 qt5_packages=(qtbase5-dev)
 qt6_test_packages=(libqt6sql6-sqlite)
