@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gitstates.h"
 
+#include "heartbeat.h"
 #include "measure.h"
 #include "memorymodel/datalayer.h"
 #include "panel.h"
@@ -15,13 +16,11 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
-#include <QTimer>
 
 #include <sys/resource.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 
 namespace
 {
@@ -80,44 +79,6 @@ double ProcessorTimeOfChildren()
     };
     return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
 }
-
-double ProcessorTimeOfThread()
-{
-    struct timespec time = {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return 1e3 * static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_nsec);
-}
-
-/// A timer that beats each millisecond, if the event loop lets it.
-class Heartbeat
-{
-public:
-    Heartbeat()
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, [this] { Beat(); });
-        m_timer.setTimerType(Qt::PreciseTimer);
-        m_timer.start(1);
-        m_passed.start();
-        m_worked = ProcessorTimeOfThread();
-    }
-
-    void Beat()
-    {
-        const double now = ProcessorTimeOfThread();
-        m_longest = std::max(m_longest, 1e-6 * static_cast<double>(m_passed.nsecsElapsed()));
-        m_longestWork = std::max(m_longestWork, now - m_worked);
-        m_passed.start();
-        m_worked = now;
-    }
-
-    double m_longest = 0;
-    double m_longestWork = 0;
-
-private:
-    QTimer m_timer;
-    QElapsedTimer m_passed;
-    double m_worked = 0;
-};
 
 double Passed(const QElapsedTimer& in_since)
 {
@@ -185,8 +146,8 @@ bool MeasureGitStates(std::size_t in_documents)
         Heartbeat beats;
         AskAndWait(layer, versions);
         beats.Beat();
-        gap[eColumnBrowser] = std::max(gap[eColumnBrowser], std::optional<double>(beats.m_longest));
-        gapWork[eColumnBrowser] = std::max(gapWork[eColumnBrowser], std::optional<double>(beats.m_longestWork));
+        gap[eColumnBrowser] = std::max(gap[eColumnBrowser], std::optional<double>(beats.GetLongestPause()));
+        gapWork[eColumnBrowser] = std::max(gapWork[eColumnBrowser], std::optional<double>(beats.GetLongestWork()));
     }
     PrintRow("git-gap", in_documents, gap);
     PrintRow("git-gap-work", in_documents, gapWork);

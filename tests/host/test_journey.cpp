@@ -10,8 +10,7 @@
 #include "host/samplelibrary.h"
 #include "memorymodel/datalayer.h"
 #include "qtcompat/latin1.h"
-#include "tests/host/journey.h"
-#include "tests/host/windowfixture.h"
+#include "tests/host/windowjourney.h"
 #include "tests/support/testmain.h"
 
 #include <QAbstractItemView>
@@ -37,45 +36,6 @@ namespace
 
 const QPoint gWhereDropped(250, 200); // in the canvas
 const std::size_t gStateWithBox = 2;  // from the second change on Blend has a box in its graph
-
-QString Same(const QString& in_actual, const QString& in_wanted)
-{
-    return in_actual == in_wanted ? QString() : QStringLiteral("\"%1\" is not \"%2\"").arg(in_actual, in_wanted);
-}
-
-QString Needs(bool in_fact, const char* in_what)
-{
-    return in_fact ? QString() : QStringLiteral("missing: ") + QLatin1String(in_what);
-}
-
-QString Both(const QString& in_first, const QString& in_second)
-{
-    return in_first.isEmpty() ? in_second : in_first;
-}
-
-template <class Widget> Widget* InDialog()
-{
-    QWidget* const dialog = QApplication::activeModalWidget();
-    return dialog ? dialog->findChild<Widget*>() : nullptr;
-}
-
-QMenu* OpenPopup()
-{
-    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
-}
-
-/// The entry of the menu in front, or null.
-QAction* EntryInFront(const QString& in_text)
-{
-    const QMenu* const menu = OpenPopup();
-    return menu ? FindEntry(*menu, in_text) : nullptr;
-}
-
-QPoint CentreOfEntry(const QString& in_text)
-{
-    QMenu* const menu = OpenPopup();
-    return menu->mapToGlobal(menu->actionGeometry(EntryInFront(in_text)).center());
-}
 
 QPoint CentreOfAnswer(QMessageBox::StandardButton in_answer)
 {
@@ -138,7 +98,7 @@ protected:
 
 } // namespace
 
-class TestJourney : public QObject
+class TestJourney : public WindowJourney
 {
     Q_OBJECT
 
@@ -161,11 +121,11 @@ private:
 
     /// A step that leaves the data model as the facts are at this point of the script, and that needs what the check
     /// says.
-    void Step(const QString& in_name, Journey::Action in_action, Journey::Check in_check)
+    void Step(const QString& in_name, Journey::Action in_action, Journey::Check in_check) override
     {
         const Facts facts = m_facts;
-        m_journey->Add(in_name, std::move(in_action),
-                       [this, facts, in_check] { return Both(in_check(), Same(ReadFacts(), facts.ToText())); });
+        WindowJourney::Step(in_name, std::move(in_action),
+                            [this, facts, in_check] { return Both(in_check(), Same(ReadFacts(), facts.ToText())); });
     }
 
     /// The facts are changed after this by one step that can be undone.
@@ -185,33 +145,6 @@ private:
         Step(
             in_name, [in_key] { return PressKeys({QLatin1String(in_key)}); },
             [this, box] { return Same(FirstBox(), box); });
-    }
-
-    /// Clicks the first row with the right button and chooses an entry of its menu.
-    void ChooseInContextMenu(const QString& in_entry, Journey::Check in_check)
-    {
-        Step(
-            QStringLiteral("menu for ") + in_entry, [this] { return ClickAt(Row(0), 3); },
-            [in_entry] {
-                const QAction* const entry = EntryInFront(in_entry);
-                return Needs(entry && entry->isEnabled(), qPrintable(in_entry));
-            });
-        Step(in_entry, [in_entry] { return ClickAt(CentreOfEntry(in_entry)); }, std::move(in_check));
-    }
-
-    /// Opens a menu of the menu bar with the mouse.
-    void OpenInMenuBar(const QString& in_title, const QString& in_entry)
-    {
-        Step(
-            QStringLiteral("open the %1 menu").arg(QString(in_title).remove(QLatin1Char('&'))),
-            [this, in_title] {
-                const QMenuBar& bar = *m_window->menuBar();
-                for (QAction* const action : bar.actions())
-                    if (action->text() == in_title)
-                        return ClickAt(bar.mapToGlobal(bar.actionGeometry(action).center()));
-                return QStringList();
-            },
-            [in_entry] { return Needs(EntryInFront(in_entry), qPrintable(in_entry)); });
     }
 
     /// Brings Bricks to another source with the mouse.
@@ -246,27 +179,9 @@ private:
         });
     }
 
-    /// Types into the search field in the place of what it holds.
-    void SearchFor(const QString& in_text, const QStringList& in_rows)
-    {
-        Step(
-            QStringLiteral("go to search for ") + in_text, [this] { return ClickAt(CentreOf(*SearchField())); },
-            [this] { return Needs(SearchField()->hasFocus(), "the focus in the search field"); });
-        Step(
-            QStringLiteral("mark the search before ") + in_text, [] { return PressKeys({QStringLiteral("ctrl+a")}); },
-            [this] { return Same(SearchField()->selectedText(), SearchField()->text()); });
-        Step(
-            QStringLiteral("search for ") + in_text, [in_text] { return TypeText(in_text); },
-            [this, in_text, in_rows] {
-                return Both(Same(SearchField()->text(), in_text),
-                            Same(Rows().join(QLatin1Char('|')), in_rows.join(QLatin1Char('|'))));
-            });
-    }
-
     QString ReadFacts() const;
     QString FaultOfQuestion() const;
 
-    QLineEdit* SearchField() const { return m_window->GetBrowser().findChild<QLineEdit*>(); }
     GraphCanvas* Canvas() const { return m_window->findChild<GraphCanvas*>(); }
     QString Way() const { return m_window->findChild<host::Breadcrumb*>()->GetNames().join(QLatin1Char('/')); }
     /// The name on the first box; empty without one.
@@ -275,30 +190,13 @@ private:
         const QList<GraphBox*> boxes = Canvas()->GetBoxes();
         return boxes.isEmpty() ? QString() : boxes.first()->GetName();
     }
-    QString StatusText() const { return m_window->statusBar()->findChildren<QLabel*>().first()->text(); }
-
-    QStringList Rows() const
-    {
-        QStringList names;
-        for (const host::Row& row : m_window->GetBrowser().GetRows(*m_library))
-            names << row.m_name;
-        return names;
-    }
-
-    /// The middle of a row on the screen.
-    QPoint Row(int in_row) const { return m_window->GetBrowser().mapToGlobal(RowCentre(in_row)); }
-
     QString NameOf(const ItemID& in_item) const
     {
         return in_item.IsValid() ? qtcompat::FromLatin1(m_library->GetAccessor().GetItemName(in_item, true, nullptr))
                                  : QString();
     }
 
-    OwnSettings m_settings;
-    memorymodel::DataLayer m_layer;
     Library* m_library = nullptr;
-    std::unique_ptr<MainWindow> m_window;
-    std::unique_ptr<Journey> m_journey;
     DragWatcher m_dragWatcher;
     QuestionCounter m_questions;
     ItemID m_blend;
@@ -644,18 +542,14 @@ void TestJourney::AddQuit()
 
 void TestJourney::aPersonsDay()
 {
-    m_journey.reset(new Journey(QStringLiteral(JOURNEY_FOLDER)));
-    const QString fault = m_journey->StartWindowManager();
+    const QString fault = Begin(QStringLiteral(JOURNEY_FOLDER));
     QVERIFY2(fault.isEmpty(), qPrintable(fault));
     m_library = &host::AddSampleLibrary(m_layer);
     m_blend = m_library->FindByName("Blend");
     m_bricks = m_library->FindByName("Bricks");
     m_facts.m_items = static_cast<int>(m_library->GetItemCount());
-    m_window.reset(new MainWindow(m_layer, *m_library));
-    m_window->resize(900, 600);
-    m_window->move(60, 60);
+    ShowWindow(*m_library);
     Canvas()->viewport()->installEventFilter(&m_dragWatcher);
-    m_window->show();
     qApp->installEventFilter(&m_questions);
 
     AddSearch();
