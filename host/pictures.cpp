@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 /// Takes the pictures of the manual: the window of the reference host with its sample library, and what opens from it.
 ///
-///     nodebrowser-pictures FOLDER
+///     nodebrowser-pictures FOLDER [LIBRARY SEARCH NODE…]
+///
+/// With a library of documents it also takes the window with that one: with what is found for a search, and some of its
+/// nodes in the graph.
 ///
 /// Style, colours and font are those of the toolkit itself, so that the pictures are the same on each machine that has
 /// the same toolkit.
@@ -11,6 +14,7 @@
 #include "host/mainwindow.h"
 #include "host/samplelibrary.h"
 #include "host/theme.h"
+#include "host/versionfollower.h"
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/dragformat.h"
 #include "nodebrowser/rowlayout.h"
@@ -24,10 +28,13 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <cstdio>
 #include <functional>
+#include <iterator>
 
 using vireo::datamodel::ItemID;
 
@@ -41,44 +48,51 @@ const int gListTop = nodebrowser::gListTop + nodebrowser::gTabBarRoom;
 const int gPollInterval = 10; // milliseconds
 const int gPatience = 1000;   // polls
 
-struct Box
-{
-    const char* m_name;
-    QPoint m_centre;
-};
-
-const Box gGraph[] = {
-    {"Fractal Noise", QPoint(160, 200)},
-    {"Cell Noise 2D", QPoint(160, 320)},
-    {"Blend", QPoint(400, 260)},
-    {"Pi", QPoint(400, 380)},
-};
+const QPoint gPositions[] = {QPoint(170, 170), QPoint(170, 350), QPoint(470, 230), QPoint(470, 400)};
 
 /// The window, and a person who works with it.
 class Photographer
 {
 public:
-    Photographer(const QDir& in_folder)
-        : m_folder(in_folder), m_library(host::AddSampleLibrary(m_layer)), m_window(m_layer, m_library)
+    Photographer(const QDir& in_folder) : m_folder(in_folder), m_window(m_layer, host::AddSampleLibrary(m_layer))
     {
         m_window.resize(gWindowSize);
         m_window.show();
         Settle();
-        FillGraph();
     }
 
     /// \return whether all pictures could be taken and written
     bool TakeAll()
     {
-        SearchNoise();
+        FillGraph({QStringLiteral("Fractal Noise"), QStringLiteral("Cell Noise 2D"), QStringLiteral("Blend"),
+                   QStringLiteral("Pi")});
+        SearchFor(QStringLiteral("noise"));
         Save("host", m_window.grab());
         Save("search", GrabBrowser());
         TakeMenu();
         TakeDialogs();
 
+        const QPalette light = QApplication::palette();
         QApplication::setPalette(host::DarkPalette());
-        SearchNoise();
+        SearchFor(QStringLiteral("noise"));
         Save("dark", m_window.grab());
+        QApplication::setPalette(light);
+        return m_good;
+    }
+
+    /// \return whether the picture could be taken and written
+    bool TakeLibrary(const QString& in_path, const QString& in_search, const QStringList& in_nodes)
+    {
+        QString error;
+        if (!m_window.Open(in_path, &error))
+        {
+            Fail(error);
+            return false;
+        }
+        FillGraph(in_nodes);
+        SearchFor(in_search);
+        host::WaitForStates(m_window.GetLibrary());
+        Save("library", m_window.grab());
         return m_good;
     }
 
@@ -95,20 +109,22 @@ private:
         QApplication::processEvents();
     }
 
-    void FillGraph()
+    void FillGraph(const QStringList& in_nodes)
     {
         host::GraphCanvas* const canvas = m_window.findChild<host::GraphCanvas*>();
-        for (const Box& box : gGraph)
+        const QPoint* position = std::begin(gPositions);
+        for (const QString& node : in_nodes)
         {
-            const ItemID item = m_library.FindByName(box.m_name);
-            if (!item.IsValid())
-                Fail(QStringLiteral("the sample library has no \"%1\"").arg(QLatin1String(box.m_name)));
+            const ItemID item = m_window.GetLibrary().FindByName(node.toLatin1().constData());
+            if (!item.IsValid() || position == std::end(gPositions))
+                return Fail(QStringLiteral("there is no \"%1\", or no room for it").arg(node));
             QMimeData data;
             data.setData(nodebrowser::GetDragFormat(), nodebrowser::EncodeDrag(item));
-            QDragEnterEvent enter(box.m_centre, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QDragEnterEvent enter(*position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
             QApplication::sendEvent(canvas->viewport(), &enter);
-            QDropEvent drop(box.m_centre, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QDropEvent drop(*position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
             QApplication::sendEvent(canvas->viewport(), &drop);
+            ++position;
         }
     }
 
@@ -126,10 +142,10 @@ private:
         Settle();
     }
 
-    void SearchNoise()
+    void SearchFor(const QString& in_text)
     {
         GetBrowser().SelectTab(2);
-        GetBrowser().Search(QStringLiteral("noise"));
+        GetBrowser().Search(in_text);
         Settle();
         Press(0, Qt::LeftButton);
     }
@@ -202,7 +218,6 @@ private:
     bool m_good = true;
     const QDir m_folder;
     memorymodel::DataLayer m_layer;
-    memorymodel::Library& m_library;
     host::MainWindow m_window;
 };
 
@@ -211,14 +226,23 @@ private:
 int main(int in_argc, char** in_argv)
 {
     QApplication application(in_argc, in_argv);
-    if (in_argc != 2)
+    const QStringList arguments = QApplication::arguments();
+    const int least = 4; // with a library
+    if (in_argc != 2 && in_argc < least)
     {
-        std::fputs("usage: nodebrowser-pictures FOLDER\n", stderr);
+        std::fputs("usage: nodebrowser-pictures FOLDER [LIBRARY SEARCH NODE…]\n", stderr);
         return 2;
     }
+    const QTemporaryDir settings; // the user's stay as they are
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
     QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setPalette(QPalette(QColor(239, 239, 239)));
     QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
     QApplication::setCursorFlashTime(0);
-    return Photographer(QDir(QString::fromLocal8Bit(in_argv[1]))).TakeAll() ? 0 : 1;
+    Photographer photographer(QDir(arguments.at(1)));
+    const bool isGood =
+        photographer.TakeAll() &&
+        (in_argc < least || photographer.TakeLibrary(arguments.at(2), arguments.at(3), arguments.mid(least)));
+    return isGood ? 0 : 1;
 }

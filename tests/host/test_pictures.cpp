@@ -94,7 +94,9 @@ private:
     {
         QProcess process;
         process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process.start(QStringLiteral(PICTURES_PROGRAM), {in_folder.path()});
+        process.start(QStringLiteral(PICTURES_PROGRAM),
+                      {in_folder.path(), QStringLiteral(OBSERVATORY_FOLDER), QStringLiteral("l"),
+                       QStringLiteral("lens"), QStringLiteral("mix")});
         return process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit &&
                process.exitCode() == 0;
     }
