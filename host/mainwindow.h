@@ -59,7 +59,8 @@ public:
     /// Begins to open a file or a folder; the window answers meanwhile, and shows how far it has come. When all is
     /// read, it takes the place of the present library and becomes the first of the recent ones. The undo history and
     /// the graphs start anew. The present library stays when the user keeps its unsaved changes or cancels, and when
-    /// the other one cannot be read; a message then says why. It waits for questions, menus and saves that are under way.
+    /// the other one cannot be read; a message then says why. The other one waits for questions, menus and saves that
+    /// are under way.
     void StartOpening(const QString& in_path);
     /// The same, and waits for its end in an event loop.
     /// \param out_error if given: takes the place of the message
