@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/breadcrumb.h"
 
-#include "host/itemlabel.h"
+#include "host/itemhelp.h"
 #include "memorymodel/library.h"
 
 #include <QFontMetrics>
@@ -70,7 +70,7 @@ QStringList Breadcrumb::GetNames() const
 {
     QStringList names(tr("Main graph"));
     for (const ItemID& compound : m_way)
-        names << GetItemName(*m_library, compound);
+        names << GetFullName(*m_library, compound);
     return names;
 }
 

@@ -2,7 +2,7 @@
 /// Notifies the window of changes to its library.
 #pragma once
 
-#include "datamodel/itemlibrary.h"
+#include "host/silentobserver.h"
 
 #include <functional>
 
@@ -11,7 +11,7 @@ namespace host
 
 /// Observes a library for as long as it lives; the library may go first. The functions only read the library and must
 /// not destroy the watcher.
-class ChangeWatcher final : private vireo::datamodel::IItemLibraryNotification
+class ChangeWatcher final : private SilentObserver
 {
 public:
     /// \param in_changed called once after each round of changes, undone and redone ones included
@@ -23,16 +23,7 @@ public:
     ChangeWatcher& operator=(const ChangeWatcher&) = delete;
 
 private:
-    using ItemLibraryAccessor = vireo::datamodel::ItemLibraryAccessor;
-    using ItemID = vireo::datamodel::ItemID;
-
-    void OnBeginChanges(ItemLibraryAccessor&) override {}
     void OnEndChanges(ItemLibraryAccessor&) override { m_changed(); }
-    void LibraryInvalidated(ItemLibraryAccessor&) override {}
-    void ItemNameChanged(ItemLibraryAccessor&, const ItemID&) override {}
-    void ItemTagsChanged(ItemLibraryAccessor&, const ItemID&, const char*) override {}
-    void ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID&, long) override {}
-    void OnPreCommit(ItemLibraryAccessor&, bool*) override {}
     void OnPostCommit(ItemLibraryAccessor&) override { m_committed(); }
 
     const ItemLibraryAccessor m_library;

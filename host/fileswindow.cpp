@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/fileswindow.h"
 
-#include "host/itemlabel.h"
+#include "host/itemhelp.h"
 #include "host/versionfollower.h"
 #include "memorymodel/library.h"
 #include "qtcompat/latin1.h"
@@ -124,7 +124,7 @@ void FilesWindow::Refresh()
         close();
         return;
     }
-    const QString name = GetItemName(m_library, m_item);
+    const QString name = GetFullName(m_library, m_item);
     const QString sourceName = FromLatin1(source->GetName());
     setWindowTitle(tr("Files of %1").arg(name));
     const QString chosen = ChosenFile(*m_list);

@@ -107,7 +107,8 @@ void GraphCanvas::OnGraphChanged(const GraphChange& in_change)
             ShowNode(number, *node);
         else if (const auto known = m_boxes.find(number); known != m_boxes.end())
         {
-            delete known->second;
+            // A selected box tells of its end while it ends. Nobody is to find it by then.
+            const std::unique_ptr<GraphBox> box(known->second);
             m_boxes.erase(known);
         }
     }
@@ -117,8 +118,14 @@ void GraphCanvas::OnGraphChanged(const GraphChange& in_change)
 
 void GraphCanvas::Refresh()
 {
+    std::map<ItemID, ItemHelp> helps; // each item is looked up once, however many boxes it has
     for (GraphBox* const box : GetBoxes())
-        box->Show(GetItemHelp(*m_library, box->GetItem()));
+    {
+        const auto [help, isNew] = helps.try_emplace(box->GetItem());
+        if (isNew)
+            help->second = GetItemHelp(*m_library, box->GetItem());
+        box->Show(help->second);
+    }
     SetSight(GetSight());
 }
 

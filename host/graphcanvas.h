@@ -57,6 +57,8 @@ public:
 
     /// The boxes of the graph that is shown, in the order in which they came.
     QList<GraphBox*> GetBoxes() const;
+    /// Those of them that are selected.
+    QList<GraphBox*> GetSelectedBoxes() const;
 
     /// Whether a graph can contain the item: a node of this library.
     bool MayPlace(const vireo::datamodel::ItemID& in_item) const;
@@ -116,7 +118,6 @@ private:
     void CommitMoves();
     /// "Blend" for one box, "3 nodes" for more.
     QString NameOf(const QList<GraphBox*>& in_boxes) const;
-    QList<GraphBox*> GetSelectedBoxes() const;
 
     double GetScale() const { return transform().m11(); }
     Sight GetSight() const { return {mapToScene(QPoint()), GetScale()}; }

@@ -13,9 +13,9 @@ GraphMenu::GraphMenu(GraphPanel& in_panel, QWidget* in_parent) : QMenu(tr("&Grap
     Add(tr("&Add node\u2026"), {QKeySequence(Qt::Key_Tab), QKeySequence(Qt::Key_Space)}, m_panel,
         &GraphPanel::OpenQuickAdd);
     addSeparator();
-    Add(tr("&Select all"), {QKeySequence::SelectAll}, canvas, &GraphCanvas::SelectAll);
-    Add(tr("&Delete"), {QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace)}, canvas,
-        &GraphCanvas::DeleteSelected);
+    QAction* const all = Add(tr("&Select all"), {QKeySequence::SelectAll}, canvas, &GraphCanvas::SelectAll);
+    QAction* const remove = Add(tr("&Delete"), {QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace)}, canvas,
+                                &GraphCanvas::DeleteSelected);
     addSeparator();
     Add(tr("&Fit all"), {QKeySequence(Qt::Key_F)}, canvas, &GraphCanvas::FitAll);
     Add(tr("Zoom &in"), {QKeySequence::ZoomIn, QKeySequence(Qt::Key_Plus)}, canvas, &GraphCanvas::ZoomIn);
@@ -24,8 +24,15 @@ GraphMenu::GraphMenu(GraphPanel& in_panel, QWidget* in_parent) : QMenu(tr("&Grap
     addSeparator();
     QAction* const leave =
         Add(tr("&Leave compound"), {QKeySequence(Qt::ALT | Qt::Key_Up)}, m_panel, &GraphPanel::LeaveCompound);
-    connect(this, &QMenu::aboutToShow, leave, [this, leave] { leave->setEnabled(m_panel.IsInCompound()); });
-    connect(this, &QMenu::aboutToHide, leave, [leave] { leave->setEnabled(true); }); // its keys may be pressed anytime
+    connect(this, &QMenu::aboutToShow, this, [this, all, remove, leave] {
+        all->setEnabled(!m_panel.GetCanvas().GetBoxes().isEmpty());
+        remove->setEnabled(!m_panel.GetCanvas().GetSelectedBoxes().isEmpty());
+        leave->setEnabled(m_panel.IsInCompound());
+    });
+    connect(this, &QMenu::aboutToHide, this, [all, remove, leave] {
+        for (QAction* const action : {all, remove, leave})
+            action->setEnabled(true); // their keys may be pressed anytime
+    });
 }
 
 template <class Receiver>

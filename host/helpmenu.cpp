@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/helpmenu.h"
 
+#include "host/manualpages.h"
+#include "host/searchkeys.h"
 #include "nodebrowser/version.h"
 
 #include <QAction>
@@ -8,15 +10,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QTextBrowser>
-#include <QUrl>
 #include <QVBoxLayout>
-
-/// Outside of any namespace, as the toolkit asks for.
-static void InitializeManual()
-{
-    Q_INIT_RESOURCE(manual);
-}
 
 namespace host
 {
@@ -26,16 +20,16 @@ namespace
 
 const QSize gManualSize(760, 640);
 
-/// "Undo: Ctrl+Z", a line for each entry with a key.
+/// "Redo: Ctrl+Shift+Z; Ctrl+Y", a line for each entry with a key.
 void Collect(const QMenu& in_menu, QStringList& io_lines)
 {
     for (const QAction* const action : in_menu.actions())
     {
         if (const QMenu* const submenu = action->menu())
             Collect(*submenu, io_lines);
-        if (!action->shortcut().isEmpty())
-            io_lines << QStringLiteral("%1: %2").arg(action->text().remove(QLatin1Char('&')),
-                                                     action->shortcut().toString(QKeySequence::NativeText));
+        const QString keys = QKeySequence::listToString(action->shortcuts(), QKeySequence::NativeText);
+        if (!keys.isEmpty())
+            io_lines << QStringLiteral("%1: %2").arg(action->text().remove(QLatin1Char('&')), keys);
     }
 }
 
@@ -53,14 +47,11 @@ HelpMenu::HelpMenu(QMainWindow& in_window) : QMenu(tr("&Help"), &in_window), m_w
 
 void HelpMenu::ShowManual()
 {
-    InitializeManual();
     QDialog* const dialog = new QDialog(&m_window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(tr("Manual"));
     dialog->resize(gManualSize);
-    QTextBrowser* const pages = new QTextBrowser;
-    pages->setOpenExternalLinks(true);
-    pages->setSource(QUrl(QStringLiteral("qrc:/manual/libraries.md")));
+    ManualPages* const pages = new ManualPages;
     QVBoxLayout* const layout = new QVBoxLayout(dialog);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(pages);
@@ -73,7 +64,11 @@ void HelpMenu::ShowShortcuts()
     for (const QAction* const menu : m_window.menuBar()->actions())
         if (menu->menu())
             Collect(*menu->menu(), lines);
-    QMessageBox::information(&m_window, tr("Keyboard shortcuts"), lines.join(QLatin1Char('\n')));
+    lines << QString() << tr("In the search field:") << SearchKeys::Describe();
+    QMessageBox box(QMessageBox::Information, tr("Keyboard shortcuts"), lines.join(QLatin1Char('\n')), QMessageBox::Ok,
+                    &m_window);
+    box.setTextFormat(Qt::PlainText); // "Undo" names an item
+    box.exec();
 }
 
 void HelpMenu::ShowAbout()

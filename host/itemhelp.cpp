@@ -3,9 +3,9 @@
 
 #include "datamodel/helpers.h"
 #include "datamodel/itemlibrary.h"
+#include "host/findworkspace.h"
 #include "host/itemlabel.h"
 #include "memorymodel/library.h"
-#include "memorymodel/store.h"
 #include "qtcompat/latin1.h"
 #include "workspace/workspace.h"
 
@@ -25,10 +25,10 @@ const int gShortPorts = 6;  // names
 const int gShortValue = 40; // characters
 const QLatin1String gBreak("<br/>");
 
-QString Translate(const char* in_text, int in_number = -1)
+class Words
 {
-    return QCoreApplication::translate("ItemHelp", in_text, nullptr, in_number);
-}
+    Q_DECLARE_TR_FUNCTIONS(host::ItemHelp)
+};
 
 QString FromUtf8(const std::string& in_text)
 {
@@ -39,18 +39,6 @@ QStringList TagsOf(const memorymodel::Library& in_library, const ItemID& in_item
 {
     const std::string tags = in_library.GetAccessor().GetItemTags(in_item, vireo::datamodel::gApplicationTagsKey);
     return tags.empty() ? QStringList() : FromLatin1(tags).split(QLatin1Char(';'));
-}
-
-/// The signature whose identity text a compound carries.
-QString BaseOf(const memorymodel::Library& in_library, const ItemID& in_item)
-{
-    const std::string base = in_library.GetBaseClass(in_item);
-    if (base.empty())
-        return QString();
-    for (const ItemID& item : in_library.GetItems())
-        if (in_library.IsSignature(item) && base == vireo::datamodel::ItemIDUnlock::GetItemIDUID(item))
-            return GetItemName(in_library, item);
-    return QString();
 }
 
 std::vector<ItemPort> PortsOf(const std::vector<materialx::Port>& in_ports)
@@ -107,7 +95,7 @@ QString PlaceOf(const ItemHelp& in_help)
 {
     return in_help.m_document.isEmpty()
                ? QString()
-               : Translate("%1, line %2").arg(in_help.m_document, QString::number(in_help.m_line));
+               : Words::tr("%1, line %2").arg(in_help.m_document, QString::number(in_help.m_line));
 }
 
 QString NamesOf(const std::vector<ItemPort>& in_ports)
@@ -118,7 +106,7 @@ QString NamesOf(const std::vector<ItemPort>& in_ports)
             names << port.m_name;
     const int hidden = static_cast<int>(in_ports.size()) - gShortPorts;
     if (hidden > 0)
-        names << Translate("%n more", hidden);
+        names << Words::tr("%n more", nullptr, hidden);
     return names.join(QStringLiteral(", "));
 }
 
@@ -143,23 +131,40 @@ ItemHelp GetItemHelp(const memorymodel::Library& in_library, const ItemID& in_it
         return help;
     const ItemLabel& label = GetItemLabel(in_library, in_item);
     help.m_name = GetItemName(in_library, in_item);
-    help.m_kind = Translate(label.m_text);
+    help.m_kind = Words::tr(label.m_text);
     help.m_icon = QLatin1String(label.m_icon);
     help.m_source = FromLatin1(source->GetName());
     help.m_tags = TagsOf(in_library, in_item);
     help.m_group = FromLatin1(in_library.GetCategory(in_item));
-    help.m_base = BaseOf(in_library, in_item);
-    const auto workspace = std::dynamic_pointer_cast<workspace::Workspace>(in_library.GetStore());
+    const std::shared_ptr<workspace::Workspace> workspace = FindWorkspace(in_library);
     if (const auto description = workspace ? workspace->Describe(in_item) : std::nullopt)
         TakeDescription(*description, help);
     return help;
+}
+
+QString GetFullName(const memorymodel::Library& in_library, const ItemID& in_item)
+{
+    const std::shared_ptr<workspace::Workspace> workspace = FindWorkspace(in_library);
+    const auto description = workspace ? workspace->Describe(in_item) : std::nullopt;
+    return description ? FromUtf8(description->m_name) : GetItemName(in_library, in_item);
+}
+
+QString GetBaseName(const memorymodel::Library& in_library, const ItemID& in_item)
+{
+    const std::string base = in_library.GetBaseClass(in_item);
+    if (base.empty())
+        return QString();
+    for (const ItemID& item : in_library.GetItems())
+        if (in_library.IsSignature(item) && base == vireo::datamodel::ItemIDUnlock::GetItemIDUID(item))
+            return GetFullName(in_library, item);
+    return QString();
 }
 
 QString GetHeadline(const ItemHelp& in_help)
 {
     return in_help.m_name.isEmpty()
                ? QString()
-               : Translate("%1 \u2013 %2, %3").arg(in_help.m_name, in_help.m_kind, in_help.m_source);
+               : Words::tr("%1 \u2013 %2, %3").arg(in_help.m_name, in_help.m_kind, in_help.m_source);
 }
 
 QString GetShortHelp(const ItemHelp& in_help)
@@ -169,31 +174,31 @@ QString GetShortHelp(const ItemHelp& in_help)
     QString text = QStringLiteral("<b>%1</b> \u2013 %2").arg(Escape(in_help.m_name), Escape(in_help.m_kind)) + gBreak;
     if (!in_help.m_doc.isEmpty())
         text += Escape(Shorten(in_help.m_doc, gShortDoc)) + gBreak;
-    text += Fact(Translate("Inputs"), NamesOf(in_help.m_inputs));
-    text += Fact(Translate("Outputs"), NamesOf(in_help.m_outputs));
-    text += Fact(Translate("Source"), in_help.m_source);
-    text += Fact(Translate("Document"), PlaceOf(in_help));
+    text += Fact(Words::tr("Inputs"), NamesOf(in_help.m_inputs));
+    text += Fact(Words::tr("Outputs"), NamesOf(in_help.m_outputs));
+    text += Fact(Words::tr("Source"), in_help.m_source);
+    text += Fact(Words::tr("Document"), PlaceOf(in_help));
     return WithoutLastBreak(text);
 }
 
-QString GetLongHelp(const ItemHelp& in_help)
+QString GetLongHelp(const ItemHelp& in_help, const QString& in_base)
 {
     if (in_help.m_name.isEmpty())
-        return Paragraph(Escape(Translate("Select an item to read about it.")));
+        return Paragraph(Escape(Words::tr("Select an item to read about it.")));
     QString text = QStringLiteral("<h3>%1</h3>").arg(Escape(in_help.m_name));
     if (!in_help.m_doc.isEmpty())
         text += Paragraph(Escape(in_help.m_doc));
-    QString facts = Fact(Translate("Kind"), in_help.m_kind);
-    facts += Fact(Translate("Group"), in_help.m_group);
-    facts += Fact(Translate("Signature"), in_help.m_base);
-    facts += Fact(Translate("Tags"), in_help.m_tags.join(QStringLiteral(", ")));
-    facts += Fact(Translate("Source"), in_help.m_source);
-    facts += Fact(Translate("Document"), PlaceOf(in_help));
+    QString facts = Fact(Words::tr("Kind"), in_help.m_kind);
+    facts += Fact(Words::tr("Group"), in_help.m_group);
+    facts += Fact(Words::tr("Signature"), in_base);
+    facts += Fact(Words::tr("Tags"), in_help.m_tags.join(QStringLiteral(", ")));
+    facts += Fact(Words::tr("Source"), in_help.m_source);
+    facts += Fact(Words::tr("Document"), PlaceOf(in_help));
     if (in_help.m_definitions > 1)
-        facts += Fact(Translate("Definitions"), QString::number(in_help.m_definitions));
+        facts += Fact(Words::tr("Definitions"), QString::number(in_help.m_definitions));
     text += Paragraph(WithoutLastBreak(facts));
-    text += Table(Translate("Inputs"), in_help.m_inputs);
-    text += Table(Translate("Outputs"), in_help.m_outputs);
+    text += Table(Words::tr("Inputs"), in_help.m_inputs);
+    text += Table(Words::tr("Outputs"), in_help.m_outputs);
     return text;
 }
 

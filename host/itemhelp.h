@@ -41,7 +41,6 @@ struct ItemHelp
     QStringList m_tags;
     QString m_doc;
     QString m_group;
-    QString m_base; ///< the signature that a compound is made for
     std::vector<ItemPort> m_inputs;
     std::vector<ItemPort> m_outputs;
     int m_definitions = 0; ///< how many definitions the inputs and outputs come from
@@ -53,6 +52,14 @@ struct ItemHelp
 /// declarations of this item again; nothing is kept.
 ItemHelp GetItemHelp(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item);
 
+/// The name of an item in its own characters; empty for one that the library does not have. Reads its declarations
+/// again.
+QString GetFullName(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item);
+
+/// The name of the signature that a compound is made for; empty where there is none. Linear time for a compound that is
+/// made for one.
+QString GetBaseName(const memorymodel::Library& in_library, const vireo::datamodel::ItemID& in_item);
+
 /// "Blend – compound, Studio"; empty without a name.
 QString GetHeadline(const ItemHelp& in_help);
 
@@ -60,6 +67,7 @@ QString GetHeadline(const ItemHelp& in_help);
 QString GetShortHelp(const ItemHelp& in_help);
 
 /// All of it, as HTML.
-QString GetLongHelp(const ItemHelp& in_help);
+/// \param in_base the signature that a compound is made for
+QString GetLongHelp(const ItemHelp& in_help, const QString& in_base = QString());
 
 } // namespace host

@@ -40,6 +40,8 @@ LibraryBrowser::LibraryBrowser() : CNodeBrowser(eConfigNodeBrowser)
 {
     m_afterFrame.setSingleShot(true);
     connect(&m_afterFrame, &QTimer::timeout, this, &LibraryBrowser::Painted);
+    connect(&GetSearchField(), &QLineEdit::textChanged, this, &LibraryBrowser::ClearSelection);
+    connect(findChild<QTabBar*>(), &QTabBar::currentChanged, this, &LibraryBrowser::ClearSelection);
 }
 
 void LibraryBrowser::paintEvent(QPaintEvent* in_event)

@@ -23,7 +23,8 @@ namespace host
 {
 
 /// Selects rows by sending itself the presses that a person's mouse would send: there is no other way into the
-/// selection. To find the selected row takes a look at each row before it.
+/// selection. To find the selected row takes a look at each row before it. After another search and on another tab no
+/// row is selected: nobody has picked what stands there then.
 class LibraryBrowser : public CNodeBrowser
 {
     Q_OBJECT

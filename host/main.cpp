@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// The reference host: the browser at work on a real library.
 
+#include "host/application.h"
 #include "host/commandline.h"
 #include "host/librarybrowser.h"
 #include "host/mainwindow.h"
@@ -10,7 +11,6 @@
 #include "memorymodel/datalayer.h"
 #include "qtcompat/qtcompat.h"
 
-#include <QApplication>
 #include <QFile>
 #include <QImage>
 #include <QImageWriter>
@@ -138,7 +138,7 @@ int RunHost(const CommandLine& in_commandLine)
     }
     if (in_commandLine.IsUnattended())
         return RunUnattended(in_commandLine, layer, window);
-    return window.isVisible() ? QApplication::exec() : eExitSuccess;
+    return window.isVisible() ? host::Application::exec() : eExitSuccess;
 }
 
 } // namespace
@@ -159,6 +159,6 @@ int main(int in_argc, char** in_argv)
     qtcompat::EnableDenseScreens();
     // The toolkit gets no arguments: it would take the value of an option for an option of its own.
     int programOnly = 1;
-    QApplication application(programOnly, in_argv);
+    const host::Application application(programOnly, in_argv);
     return RunHost(commandLine);
 }

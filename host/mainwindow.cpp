@@ -2,8 +2,10 @@
 #include "host/mainwindow.h"
 
 #include "datamodel/helpers.h"
+#include "host/application.h"
 #include "host/aside.h"
 #include "host/changewatcher.h"
+#include "host/elidedlabel.h"
 #include "host/fileswindow.h"
 #include "host/graphcanvas.h"
 #include "host/graphmenu.h"
@@ -43,6 +45,7 @@
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTextBrowser>
+#include <QTimer>
 #include <QVBoxLayout>
 
 using qtcompat::FromLatin1;
@@ -60,6 +63,7 @@ const int gDockWidth = 300;
 const int gBrowserHeight = 140; // at least
 const int gLabelIndent = 6;
 const int gMessageTime = 10000; // milliseconds
+const int gPause = 50;          // milliseconds
 
 QString CountItems(std::size_t in_count)
 {
@@ -74,8 +78,8 @@ MainWindow::MainWindow(memorymodel::DataLayer& in_layer, memorymodel::Library& i
       m_browser(new LibraryBrowser),
       m_graph(new GraphPanel(in_layer.GetCommandManager().GetStack())),
       m_help(new QTextBrowser),
-      m_selectionLabel(new QLabel),
-      m_libraryLabel(new QLabel),
+      m_selectionLabel(new ElidedLabel),
+      m_libraryLabel(new ElidedLabel),
       m_rowsLabel(new QLabel),
       m_openingBar(new OpeningBar),
       m_troubleBar(new TroubleBar)
@@ -88,6 +92,8 @@ MainWindow::MainWindow(memorymodel::DataLayer& in_layer, memorymodel::Library& i
     layout->addWidget(m_graph, 1);
     setCentralWidget(centre);
     connect(m_troubleBar, &TroubleBar::Decided, this, &MainWindow::Say);
+    if (const Application* const application = qobject_cast<Application*>(qApp))
+        connect(application, &Application::Failed, this, &MainWindow::Say);
     CreateDocks();
     CreateFileMenu();
     CreateEditMenu();
@@ -165,6 +171,9 @@ void MainWindow::CreateEditMenu()
     QAction* const redo = stack.createRedoAction(edit, tr("&Redo"));
     redo->setShortcuts(GetRedoKeys());
     edit->addAction(redo);
+    // Behind the stack's own slots. What is undone may be anywhere, in the graph of a compound that is not shown, say.
+    connect(undo, &QAction::triggered, this, [this, &stack] { Say(tr("Undone: %1").arg(stack.redoText())); });
+    connect(redo, &QAction::triggered, this, [this, &stack] { Say(tr("Done again: %1").arg(stack.undoText())); });
     edit->addSeparator();
     QAction* const find = edit->addAction(tr("&Find in library"));
     find->setShortcut(QKeySequence::Find);
@@ -196,8 +205,10 @@ void MainWindow::CreateLibraryMenu()
     m_browser->CreateMenuCommand(CNodeBrowser::eNewCompound, newItem);
     m_browser->CreateMenuCommand(CNodeBrowser::eNewLoopCompound, newItem);
     m_browser->CreateMenuCommand(CNodeBrowser::eNewSignature, newItem);
-    m_browser->CreateMenuCommand(CNodeBrowser::eSaveGraphLibrary, library);
-    library->actions().last()->setShortcut(QKeySequence::Save);
+    // Not the browser's own command, which tells nobody what could not be saved.
+    QAction* const save = library->addAction(tr("Save graph library"));
+    save->setShortcut(QKeySequence::Save);
+    connect(save, &QAction::triggered, this, &MainWindow::OnSave);
     library->addSeparator();
     connect(library->addAction(tr("Choose &type\u2026")), &QAction::triggered, this, &MainWindow::OnChooseType);
 }
@@ -210,9 +221,7 @@ void MainWindow::CreateStatusBar()
     statusBar()->addPermanentWidget(m_rowsLabel);
     statusBar()->addPermanentWidget(m_libraryLabel);
     connect(m_openingBar, &OpeningBar::Cancelled, this, &MainWindow::OnCancelOpening);
-    m_selectionLabel->setTextFormat(Qt::PlainText);
-    m_libraryLabel->setTextFormat(Qt::PlainText);
-    m_selectionLabel->setIndent(gLabelIndent);
+    m_selectionLabel->setContentsMargins(gLabelIndent, 0, 0, 0);
     m_libraryLabel->setContentsMargins(0, 0, gLabelIndent, 0);
 }
 
@@ -249,6 +258,7 @@ void MainWindow::Attach(memorymodel::Library& in_library, const std::shared_ptr<
     m_troubleBar->SetWorkspace(m_workspace);
     m_versionFollower.reset(new VersionFollower(m_layer, *m_library, *m_browser, *this));
     m_layer.SetCurrentLibrary(m_library);
+    m_browser->ClearSelection(); // else the same row would be selected
     m_browser->SetItemLibrary(m_library->GetAccessor());
     m_graph->SetLibrary(m_library);
     m_selected = ItemID();
@@ -295,8 +305,19 @@ bool MainWindow::Open(const QString& in_path, QString* out_error)
     return isOpened;
 }
 
+bool MainWindow::IsInUse() const
+{
+    return Application::activeModalWidget() || Application::activePopupWidget() ||
+           (m_workspace && m_workspace->IsBusy());
+}
+
 void MainWindow::OnOpened()
 {
+    if (IsInUse())
+    {
+        QTimer::singleShot(gPause, m_opening.get(), [this] { OnOpened(); });
+        return;
+    }
     // It calls this function, so it cannot go at once.
     Opening* const opening = m_opening.release();
     opening->deleteLater();
@@ -386,8 +407,11 @@ void MainWindow::OnReload()
 
 void MainWindow::OnSample()
 {
-    if (MayLeaveLibrary(*m_library, m_workspace.get(), this))
-        Exchange(AddSampleLibrary(m_layer), nullptr);
+    if (!MayLeaveLibrary(*m_library, m_workspace.get(), this))
+        return;
+    if (m_opening)
+        EndOpening(false, QString()); // the sample was chosen last
+    Exchange(AddSampleLibrary(m_layer), nullptr);
 }
 
 void MainWindow::OnDocumentsLookedAt()
@@ -399,7 +423,7 @@ void MainWindow::OnPainted()
 {
     m_rowsLabel->setText(tr("%1 listed").arg(m_browser->GetRowCount()));
     if (m_selected != m_browser->GetSelection())
-        OnSelectionChanged();
+        FollowSelection();
 }
 
 void MainWindow::OnOpenLibrary()
@@ -424,7 +448,20 @@ void MainWindow::OnChooseType()
         Say(tr("Type chosen: %1").arg(GetItemName(*m_library, selector.GetSelected())));
 }
 
+void MainWindow::OnSave()
+{
+    SaveLibrary(*m_library, m_workspace.get(), this);
+}
+
 void MainWindow::OnSelectionChanged()
+{
+    // A message would hide what was just selected.
+    if (m_selected != m_browser->GetSelection())
+        statusBar()->clearMessage();
+    FollowSelection();
+}
+
+void MainWindow::FollowSelection()
 {
     m_selected = m_browser->GetSelection();
     m_explained = m_selected;
@@ -448,12 +485,18 @@ void MainWindow::OnFind()
 void MainWindow::Explain(const ItemID& in_item)
 {
     m_explained = in_item;
-    m_help->setHtml(GetLongHelp(GetItemHelp(*m_library, in_item)));
+    m_help->setHtml(GetLongHelp(GetItemHelp(*m_library, in_item), GetBaseName(*m_library, in_item)));
 }
 
 void MainWindow::OnLibraryChanged()
 {
     m_graph->Refresh();
+    if (!m_troubleBar->isHidden())
+    {
+        // Edits that are taken back may end a conflict, and then the other side can come.
+        m_troubleBar->Refresh();
+        m_watch->LookSoon();
+    }
     m_libraryLabel->setText(tr("%1: %2").arg(FromLatin1(m_library->GetName()), CountItems(m_library->GetItemCount())));
     ShowSelection();
     ShowTarget();
@@ -494,7 +537,7 @@ void MainWindow::ShowSelection()
 void MainWindow::ShowTarget()
 {
     const ItemID target = m_layer.GetCompoundTarget();
-    const QString name = GetItemName(*m_library, target);
+    const QString name = GetFullName(*m_library, target);
     const QString application = QStringLiteral("nodebrowser");
     setWindowTitle(name.isEmpty() ? application : tr("%1 \u2013 %2").arg(name, application));
     m_graph->SetCompound(target);

@@ -30,6 +30,7 @@ namespace host
 {
 
 class ChangeWatcher;
+class ElidedLabel;
 class GraphPanel;
 class LibraryBrowser;
 class Opening;
@@ -40,7 +41,7 @@ class VersionFollower;
 /// Shows one library of a data layer, and can open another one instead. Title and graph follow the compound that is
 /// edited, the status bar names the selected item and the library, and a pane tells what is known about the item or
 /// node that was selected last. Whoever closes the window or opens another library is asked what to do with changes
-/// that are not saved.
+/// that are not saved. What goes wrong in an event of a host::Application is said in the status bar.
 ///
 /// The data layer must outlive the window. The window sets its handlers for the compound target and for "Show Files".
 class MainWindow : public QMainWindow
@@ -58,7 +59,8 @@ public:
     /// Begins to open a file or a folder; the window answers meanwhile, and shows how far it has come. When all is
     /// read, it takes the place of the present library and becomes the first of the recent ones. The undo history and
     /// the graphs start anew. The present library stays when the user keeps its unsaved changes or cancels, and when
-    /// the other one cannot be read; a message then says why.
+    /// the other one cannot be read; a message then says why. The other one waits for questions, menus and saves that
+    /// are under way.
     void StartOpening(const QString& in_path);
     /// The same, and waits for its end in an event loop.
     /// \param out_error if given: takes the place of the message
@@ -90,6 +92,7 @@ private Q_SLOTS:
     void OnPainted();
     void OnDocumentsLookedAt();
     void OnChooseType();
+    void OnSave();
     void OnSelectionChanged();
     void OnEnter();
     void OnFind();
@@ -109,6 +112,9 @@ private:
     void Exchange(memorymodel::Library& in_library, const std::shared_ptr<workspace::Workspace>& in_workspace);
     void EndOpening(bool in_isOpened, const QString& in_error);
     void Say(const QString& in_text);
+    /// Whether somebody is just doing something with the present library, so that it cannot go.
+    bool IsInUse() const;
+    void FollowSelection();
     void OnLibraryChanged();
     void OnLibraryCommitted();
     void ShowSelection();
@@ -121,8 +127,8 @@ private:
     QTextBrowser* m_help;
     vireo::datamodel::ItemID m_selected;
     vireo::datamodel::ItemID m_explained;
-    QLabel* m_selectionLabel;
-    QLabel* m_libraryLabel;
+    ElidedLabel* m_selectionLabel;
+    ElidedLabel* m_libraryLabel;
     QLabel* m_rowsLabel;
     OpeningBar* m_openingBar;
     TroubleBar* m_troubleBar;

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "host/openingbar.h"
 
+#include "host/elidedlabel.h"
+
 #include <QFileInfo>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 
@@ -17,7 +18,7 @@ const int gProgressWidth = 120;
 
 } // namespace
 
-OpeningBar::OpeningBar() : m_label(new QLabel), m_progress(new QProgressBar)
+OpeningBar::OpeningBar() : m_label(new ElidedLabel), m_progress(new QProgressBar)
 {
     QPushButton* const cancel = new QPushButton(tr("Cancel"));
     QHBoxLayout* const layout = new QHBoxLayout(this);
@@ -25,7 +26,6 @@ OpeningBar::OpeningBar() : m_label(new QLabel), m_progress(new QProgressBar)
     layout->addWidget(m_label);
     layout->addWidget(m_progress);
     layout->addWidget(cancel);
-    m_label->setTextFormat(Qt::PlainText);
     m_progress->setFixedWidth(gProgressWidth);
     m_progress->setFormat(QStringLiteral("%v / %m"));
     connect(cancel, &QPushButton::clicked, this, &OpeningBar::Cancelled);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/quickadd.h"
 
+#include "host/itemhelp.h"
 #include "host/librarybrowser.h"
 #include "host/searchkeys.h"
 #include "memorymodel/library.h"
@@ -43,6 +44,8 @@ QuickAdd::QuickAdd(const memorymodel::Library& in_library, QWidget* in_parent)
     field.installEventFilter(this);
     m_browser->installEventFilter(this);
     connect(&field, &QLineEdit::returnPressed, this, &QuickAdd::Choose);
+    m_browser->SetToolTips(
+        [&in_library](const ItemID& in_item) { return GetShortHelp(GetItemHelp(in_library, in_item)); });
     m_browser->SetItemLibrary(in_library.GetAccessor());
 }
 

@@ -47,7 +47,7 @@ void AddRecentLibrary(const QString& in_path)
     Settings().setValue(Key(), QStringList(paths.mid(0, gMostLibraries)));
 }
 
-RecentMenu::RecentMenu(QWidget* in_parent) : QMenu(tr("&Recent libraries"), in_parent)
+RecentMenu::RecentMenu(QWidget* in_parent) : QMenu(tr("Re&cent libraries"), in_parent)
 {
     setToolTipsVisible(true);
     connect(this, &QMenu::aboutToShow, this, &RecentMenu::Fill);

@@ -4,6 +4,7 @@
 #include "host/librarybrowser.h"
 
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLineEdit>
 
 namespace host
@@ -12,6 +13,15 @@ namespace host
 SearchKeys::SearchKeys(LibraryBrowser& in_browser) : QObject(&in_browser), m_browser(in_browser)
 {
     m_browser.GetSearchField().installEventFilter(this);
+}
+
+QStringList SearchKeys::Describe()
+{
+    const auto name = [](Qt::Key in_key) { return QKeySequence(in_key).toString(QKeySequence::NativeText); };
+    const QStringList moving = {name(Qt::Key_Up), name(Qt::Key_Down), name(Qt::Key_PageUp), name(Qt::Key_PageDown)};
+    return {tr("Select another row: %1").arg(moving.join(QStringLiteral("; "))),
+            tr("Add the selected node, or the first one: %1").arg(name(Qt::Key_Return)),
+            tr("Clear the search: %1").arg(name(Qt::Key_Escape))};
 }
 
 bool SearchKeys::eventFilter(QObject*, QEvent* in_event)

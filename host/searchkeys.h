@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 
 namespace host
 {
@@ -15,8 +16,13 @@ class LibraryBrowser;
 /// Belongs to the browser.
 class SearchKeys : public QObject
 {
+    Q_OBJECT
+
 public:
     explicit SearchKeys(LibraryBrowser& in_browser);
+
+    /// The keys and what they do, a line each, for people.
+    static QStringList Describe();
 
 protected:
     bool eventFilter(QObject* in_field, QEvent* in_event) override;

@@ -4,9 +4,9 @@
 #include "datamodel/notifications.h"
 #include "datamodel/revisioncontrol.h"
 #include "datamodel/sourcecontrol.h"
+#include "host/findworkspace.h"
 #include "host/librarybrowser.h"
 #include "memorymodel/datalayer.h"
-#include "memorymodel/store.h"
 #include "workspace/versions.h"
 #include "workspace/workspace.h"
 
@@ -25,6 +25,8 @@ namespace host
 namespace
 {
 
+const int gMessageTime = 10000; // milliseconds
+
 bool IsSourceControlShown()
 {
     bool isEnabled = false;
@@ -38,7 +40,7 @@ bool IsSourceControlShown()
 
 workspace::Versions* FindVersions(const memorymodel::Library& in_library)
 {
-    const auto workspace = std::dynamic_pointer_cast<workspace::Workspace>(in_library.GetStore());
+    const std::shared_ptr<workspace::Workspace> workspace = FindWorkspace(in_library);
     return workspace ? &workspace->GetVersions() : nullptr;
 }
 
@@ -81,7 +83,7 @@ void VersionFollower::OnStatesRead()
     if (m_versions->GetProblem() == m_problem)
         return;
     m_problem = m_versions->GetProblem();
-    m_window.statusBar()->showMessage(m_problem);
+    m_window.statusBar()->showMessage(m_problem, gMessageTime);
 }
 
 void VersionFollower::OnHistoryRead()

@@ -2,8 +2,8 @@
 /// What the window does about version control, besides its menu.
 #pragma once
 
-#include "datamodel/itemlibrary.h"
 #include "datamodel/itemtoc.h"
+#include "host/silentobserver.h"
 
 #include <QObject>
 #include <QString>
@@ -35,9 +35,7 @@ void WaitForStates(const memorymodel::Library& in_library);
 /// Lets git be asked from now on. Shows what cannot be done, and why a repository cannot be read. Completes a tool tip
 /// that is open when the last commit becomes known. Lets the browser ask for the states anew after changes for which it
 /// builds its list: what it builds has none. Does nothing for a library in memory.
-class VersionFollower final : public QObject,
-                              private vireo::datamodel::IItemLibraryNotification,
-                              private vireo::datamodel::IItemTOCNotification
+class VersionFollower final : public QObject, private SilentObserver, private vireo::datamodel::IItemTOCNotification
 {
     Q_OBJECT
 
@@ -53,18 +51,11 @@ private Q_SLOTS:
     void OnRefused(const QString& in_reason);
 
 private:
-    using ItemLibraryAccessor = vireo::datamodel::ItemLibraryAccessor;
-    using ItemID = vireo::datamodel::ItemID;
     using ItemAccessor = vireo::datamodel::ItemAccessor;
 
-    void OnBeginChanges(ItemLibraryAccessor&) override {}
     void OnEndChanges(ItemLibraryAccessor&) override;
     void LibraryInvalidated(ItemLibraryAccessor&) override { m_isRebuilt = true; }
     void ItemNameChanged(ItemLibraryAccessor&, const ItemID&) override { m_isRebuilt = true; }
-    void ItemTagsChanged(ItemLibraryAccessor&, const ItemID&, const char*) override {}
-    void ItemAccessStateChanged(ItemLibraryAccessor&, const ItemID&, long) override {}
-    void OnPreCommit(ItemLibraryAccessor&, bool*) override {}
-    void OnPostCommit(ItemLibraryAccessor&) override {}
     void ItemAdded(ItemAccessor&) override { m_isRebuilt = true; }
     void ItemRemoved(ItemAccessor&) override { m_isRebuilt = true; }
 

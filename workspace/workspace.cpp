@@ -324,12 +324,18 @@ memorymodel::CommitAnswer Workspace::Commit(const memorymodel::CommitRequest& in
     m_savedDocuments.clear();
     if (documents.IsBusy())
     {
-        answer.m_messages.emplace_back("The library is being saved or read");
+        m_saveMessages = QStringList(QStringLiteral("The library is being saved or read"));
+        answer.m_messages.push_back(Narrow(m_saveMessages.first()));
         return answer;
     }
     std::vector<std::size_t> saved;
+    QStringList messages; // not the member yet: meanwhile others may ask for commits, which are refused
     for (const QString& message : documents.Save(DocumentsToSave(in_request), m_runner, saved))
+    {
+        messages << message;
         answer.m_messages.push_back(Narrow(message));
+    }
+    m_saveMessages = messages;
     answer.m_isWritten = !saved.empty();
     for (const std::size_t document : InPathOrder(m_content->GetMaterial()))
         if (std::find(saved.begin(), saved.end(), document) != saved.end())

@@ -101,6 +101,8 @@ public:
     QStringList GetChangedDocuments() const;
     /// Those that the last commit has written.
     const QStringList& GetSavedDocuments() const { return m_savedDocuments; }
+    /// What the last commit could not save, and why: "DOCUMENT: reason" for each document, in its own characters.
+    const QStringList& GetSaveMessages() const { return m_saveMessages; }
 
     /// Who runs what takes long, at first the caller. A host may run it on another thread and keep its windows alive
     /// meanwhile. Until it is done, all writes of the library are refused, and so are commits and looks at files.
@@ -171,6 +173,7 @@ private:
     const std::unique_ptr<Versions> m_versions;
     Runner m_runner;
     QStringList m_savedDocuments;
+    QStringList m_saveMessages;
 };
 
 } // namespace workspace

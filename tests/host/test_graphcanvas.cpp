@@ -479,6 +479,20 @@ private Q_SLOTS:
         QCOMPARE(CountDifferences(before, m_canvas->grab().toImage()), 0);
     }
 
+    void aBoxThatGoesIsNotSelectedAnyMore()
+    {
+        const ItemID item = m_library->Add(NewItem::Compound("Blend"));
+        Drop(*m_canvas->viewport(), QPoint(200, 150), PayloadOf(item));
+        QSignalSpy selected(m_canvas.get(), SIGNAL(NodeSelected(vireo::datamodel::ItemID)));
+        QVERIFY(selected.isValid());
+        m_canvas->DeleteSelected();
+        QVERIFY(BoxesOf(*m_canvas).isEmpty());
+        QCOMPARE(selected.count(), 0);
+        Stack().undo();
+        m_canvas->SelectAll();
+        QCOMPARE(selected.count(), 1);
+    }
+
     void eachCompoundKeepsItsBoxes()
     {
         const ItemID item = m_library->Add(NewItem::Solver("Add"));

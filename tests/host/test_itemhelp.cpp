@@ -3,6 +3,9 @@
 
 #include "host/itemhelp.h"
 
+#include "datamodel/helpers.h"
+#include "host/breadcrumb.h"
+#include "host/fileswindow.h"
 #include "host/graphbox.h"
 #include "host/graphcanvas.h"
 #include "host/samplelibrary.h"
@@ -60,9 +63,7 @@ private Q_SLOTS:
 
     void cleanup()
     {
-        for (QWidget* const widget : QApplication::topLevelWidgets())
-            if (widget->inherits("QTipLabel"))
-                delete widget; // at once: it would stay a moment
+        HideToolTip();
         RemoveMainWindow(m_window, m_layer);
     }
 
@@ -137,6 +138,20 @@ private Q_SLOTS:
         host::GraphCanvas& canvas = *m_window->findChild<host::GraphCanvas*>();
         canvas.PlaceInSight(m_window->GetBrowser().GetSelection());
         QCOMPARE(canvas.GetBoxes().first()->GetName(), name);
+        QTest::mouseDClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(0));
+        QCOMPARE(m_window->windowTitle(), name + QString::fromUtf8(u8" \u2013 nodebrowser"));
+        QCOMPARE(m_window->findChild<host::Breadcrumb*>()->GetNames().last(), name);
+        host::FilesWindow::Open(m_window->GetLibrary(), m_window->GetBrowser().GetSelection(), *m_window);
+        QCOMPARE(m_window->findChild<host::FilesWindow*>()->windowTitle(), QStringLiteral("Files of ") + name);
+    }
+
+    void aCompoundNamesItsSignature()
+    {
+        Library& sample = m_window->GetLibrary();
+        const char* const uid = vireo::datamodel::ItemIDUnlock::GetItemIDUID(sample.FindByName("Predicate"));
+        const ItemID made = sample.Add(NewItem::Compound("Made").BaseClass(uid));
+        m_window->findChild<host::GraphCanvas*>()->PlaceInSight(made);
+        QVERIFY2(Pane().contains(QStringLiteral("Signature: Predicate")), qPrintable(Pane()));
     }
 
     void aBoxShowsInputsAndOutputs()
@@ -148,6 +163,27 @@ private Q_SLOTS:
         QCOMPARE(box.GetDrawnInputs(), QStringList() << QStringLiteral("depth float") << QStringLiteral("tint color3"));
         QCOMPARE(box.GetDrawnOutputs(), QStringList(QStringLiteral("out color3")));
         QVERIFY(box.boundingRect().height() >= 36 + 2 * 20);
+
+        m_window->findChild<QTextBrowser*>()->setFocus(); // the canvas paints no frame
+        const QImage picture = canvas.viewport()->grab().toImage();
+        const double dot = 4.5;
+        const QRectF place = box.sceneBoundingRect().adjusted(dot, 0.0, -dot, 0.0);
+        const double first = place.top() + 36 + 10; // the middle of the first port's row
+        const auto pixel = [&](double in_x, double in_y) {
+            return picture.pixelColor(canvas.mapFromScene(QPointF(in_x, in_y)));
+        };
+        // "depth" and "tint" are of two types, "tint" and "out" of one.
+        const QColor depth = pixel(place.left(), first);
+        const QColor tint = pixel(place.left(), first + 20);
+        QVERIFY(depth.hslSaturation() > 100 && tint.hslSaturation() > 100);
+        QVERIFY(depth != tint);
+        QCOMPARE(pixel(place.right(), first), tint);
+        QVERIFY(pixel(place.right(), first + 20).hslSaturation() < 50);
+        int written = 0;
+        for (int x = 14; x < 60; ++x)
+            for (int y = -6; y <= 6; ++y)
+                written += pixel(place.left() + x, first + y) != pixel(place.left() + 10, first - 8) ? 1 : 0;
+        QVERIFY2(written > 20, qPrintable(QString::number(written)));
     }
 
     void rowsWithoutSourceControlHaveToolTips()

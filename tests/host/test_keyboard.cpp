@@ -9,10 +9,12 @@
 #include "tests/support/testmain.h"
 
 #include <QCursor>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QStatusBar>
+#include <QToolTip>
 
 using host::GraphCanvas;
 using host::MainWindow;
@@ -163,6 +165,26 @@ private Q_SLOTS:
         QVERIFY(Boxes().isEmpty());
     }
 
+    void enterAddsTheFirstRowOfANewSearch()
+    {
+        m_window->grab();
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(4));
+        QVERIFY(m_window->GetBrowser().GetSelection().IsValid());
+        QTest::keyClick(m_window.get(), Qt::Key_F, Qt::ControlModifier);
+        QTest::keyClicks(&Field(), QStringLiteral("node"));
+        Press(Qt::Key_Return);
+        QCOMPARE(Boxes(), QStringList(QStringLiteral("Node 000")));
+        // Also when the search is cleared, and on another tab.
+        Press(Qt::Key_Down);
+        Press(Qt::Key_Down);
+        Press(Qt::Key_Escape);
+        Press(Qt::Key_Return);
+        QCOMPARE(Boxes().last(), QStringLiteral("Blend"));
+        Press(Qt::Key_Down);
+        m_window->GetBrowser().SelectTab(2);
+        QVERIFY(!m_window->GetBrowser().GetSelection().IsValid());
+    }
+
     void escapeClearsTheSearch()
     {
         QTest::keyClicks(&Field(), QStringLiteral("node"));
@@ -244,11 +266,14 @@ private Q_SLOTS:
     {
         QFETCH(int, key);
         const QPoint place(120, 90);
-        QCursor::setPos(Canvas().viewport()->mapToGlobal(place));
+        const QPoint pointer = Canvas().viewport()->mapToGlobal(place);
+        QCursor::setPos(pointer);
+        if (QCursor::pos() != pointer)
+            QSKIP("This platform lets no program move the pointer.");
         QuickAdd* const popup = OpenQuickAdd(static_cast<Qt::Key>(key));
         QVERIFY(popup);
         // The platform of the tests has frames of two pixels around all windows.
-        QVERIFY((popup->pos() - Canvas().viewport()->mapToGlobal(place)).manhattanLength() <= 4);
+        QVERIFY((popup->pos() - pointer).manhattanLength() <= 4);
         QLineEdit& field = popup->GetBrowser().GetSearchField();
         QVERIFY(popup->focusWidget() == &field);
         QTest::keyClicks(&field, QStringLiteral("031"));
@@ -276,6 +301,32 @@ private Q_SLOTS:
         QTest::keyClicks(&field, QStringLiteral("blend"));
         QTest::keyClick(&field, Qt::Key_Return);
         QCOMPARE(Boxes(), QStringList() << QStringLiteral("Node 002") << QStringLiteral("Blend"));
+    }
+
+    void enterInQuickAddAddsTheFirstRowOfANewSearch()
+    {
+        QuickAdd* const popup = OpenQuickAdd(Qt::Key_Tab);
+        QVERIFY(popup);
+        QLineEdit& field = popup->GetBrowser().GetSearchField();
+        QTest::keyClicks(&field, QStringLiteral("node"));
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(&field, Qt::Key_Down);
+        QTest::keyClicks(&field, QStringLiteral(" 05"));
+        QTest::keyClick(&field, Qt::Key_Return);
+        QCOMPARE(Boxes(), QStringList(QStringLiteral("Node 000")));
+    }
+
+    void rowsOfQuickAddHaveToolTips()
+    {
+        QuickAdd* const popup = OpenQuickAdd(Qt::Key_Tab);
+        QVERIFY(popup);
+        QTest::keyClicks(&popup->GetBrowser().GetSearchField(), QStringLiteral("042"));
+        popup->grab();
+        QHelpEvent help(QEvent::ToolTip, RowCentre(0), popup->GetBrowser().mapToGlobal(RowCentre(0)));
+        QApplication::sendEvent(&popup->GetBrowser(), &help);
+        QVERIFY2(QToolTip::text().startsWith(QStringLiteral("<b>Node 042</b>")), qPrintable(QToolTip::text()));
+        popup->close();
+        HideToolTip();
     }
 
     void escapeClosesQuickAdd()

@@ -16,12 +16,17 @@
 
 #include <QDockWidget>
 #include <QFile>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
+#include <QSet>
+#include <QSignalSpy>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTemporaryDir>
+#include <QToolTip>
 
 using host::GraphBox;
 using host::GraphCanvas;
@@ -195,10 +200,12 @@ private Q_SLOTS:
         Commit(m_window->GetLibrary());
 
         QVERIFY(m_window->Open(folder.filePath(QStringLiteral("weather.mtlx"))));
+        QSignalSpy painted(&m_window->GetBrowser(), SIGNAL(Painted()));
         m_window->GetBrowser().Search(QString());
         m_window->GetBrowser().SelectTab(2);
         QCOMPARE(NamesOf(*m_window), QByteArrayList() << "warmth"
                                                       << "wetness");
+        QVERIFY(WaitFor([&] { return !painted.isEmpty(); }));
         QVERIFY(HasStatusLabel(QStringLiteral("weather.mtlx: 2 items")));
         QCOMPARE(SelectionText(), QString());
         QCOMPARE(m_window->windowTitle(), QStringLiteral("nodebrowser"));
@@ -206,6 +213,127 @@ private Q_SLOTS:
         QVERIFY(!m_layer.GetCommandManager().GetStack().canUndo());
         QVERIFY(!sample.IsValid());
         QVERIFY(!m_layer.GetCompoundTarget().IsValid());
+    }
+
+    void anotherLibraryBeginsWithoutASelectedRow()
+    {
+        QTemporaryDir folder;
+        WriteFile(folder.filePath(QStringLiteral("weather.mtlx")), gTwoTypes);
+        ClickFirstRowOf(QString(), 2);
+        QVERIFY(m_window->GetBrowser().GetSelection().IsValid());
+        QVERIFY(m_window->Open(folder.filePath(QStringLiteral("weather.mtlx"))));
+        QSignalSpy painted(&m_window->GetBrowser(), SIGNAL(Painted()));
+        QVERIFY(WaitFor([&] {
+            m_window->grab();
+            return !painted.isEmpty();
+        }));
+        QCOMPARE(m_window->GetBrowser().GetRowCount(), std::size_t(2));
+        QVERIFY(!m_window->GetBrowser().GetSelection().IsValid());
+        QCOMPARE(SelectionText(), QString());
+    }
+
+    void aMessageMakesRoomForTheNextSelection()
+    {
+        ClickFirstRowOf(QStringLiteral("Blend"), 0);
+        QLabel* const label = m_window->statusBar()->findChildren<QLabel*>().first();
+        QVERIFY(label->isVisible());
+        m_window->statusBar()->showMessage(QStringLiteral("Saved"));
+        QVERIFY(!label->isVisible());
+        // The same row again says nothing new.
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(0));
+        QCOMPARE(m_window->statusBar()->currentMessage(), QStringLiteral("Saved"));
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(1));
+        QCOMPARE(m_window->statusBar()->currentMessage(), QString());
+        QVERIFY(label->isVisible());
+    }
+
+    void aNameThatDoesNotFitIsInTheToolTip()
+    {
+        const std::string name(2000, 'w');
+        m_window->GetLibrary().Rename(m_window->GetLibrary().FindByName("Blend"), name);
+        ClickFirstRowOf(QStringLiteral("wwww"), 0);
+        QCoreApplication::processEvents(); // layouts are told of their parts' sizes by events
+        QLabel* const label = m_window->statusBar()->findChildren<QLabel*>().first();
+        QVERIFY(label->text().startsWith(QStringLiteral("wwww")));
+        QHelpEvent help(QEvent::ToolTip, QPoint(10, 5), label->mapToGlobal(QPoint(10, 5)));
+        QApplication::sendEvent(label, &help);
+        QVERIFY(QToolTip::text().contains(QString::fromStdString(name)));
+        HideToolTip();
+        // What fits needs none.
+        ClickFirstRowOf(QStringLiteral("Tangent"), 0);
+        QCoreApplication::processEvents();
+        QApplication::sendEvent(label, &help);
+        QCOMPARE(QToolTip::text(), QString());
+        QVERIFY(CountColours(label->grab().toImage()) > 2);
+    }
+
+    void aLongLibraryNameLeavesRoomForTheOthers()
+    {
+        std::unique_ptr<MainWindow> window(new MainWindow(m_layer, m_layer.AddLibrary(std::string(2000, 'w'))));
+        ShowMainWindow(*window);
+        QCoreApplication::processEvents();
+        const QStatusBar& bar = *window->statusBar();
+        const int selection = bar.findChildren<QLabel*>().first()->width();
+        RemoveMainWindow(window, m_layer);
+        QVERIFY2(selection > 300, qPrintable(QString::number(selection)));
+    }
+
+    void undoSaysWhatItUndid()
+    {
+        DoubleClickFirstRowOf(QStringLiteral("Blend"));
+        Drop(*Canvas()->viewport(), QPoint(100, 100), PayloadOf(m_window->GetLibrary().FindByName("Tangent")));
+        DoubleClickFirstRowOf(QStringLiteral("Moir"));
+        FindAction("&Edit", "&Undo")->trigger();
+        QCOMPARE(m_window->statusBar()->currentMessage(), QStringLiteral("Undone: Add Tangent"));
+        FindAction("&Edit", "&Redo")->trigger();
+        QCOMPARE(m_window->statusBar()->currentMessage(), QStringLiteral("Done again: Add Tangent"));
+    }
+
+    void viewShowsAndHidesTheDocks()
+    {
+        for (QDockWidget* const dock : m_window->findChildren<QDockWidget*>())
+        {
+            QAction* const entry = FindAction("&View", dock->windowTitle().toLatin1().constData());
+            QVERIFY(entry);
+            QVERIFY(dock->isVisible() && entry->isChecked());
+            entry->trigger();
+            QVERIFY(!dock->isVisible() && !entry->isChecked());
+            entry->trigger();
+            QVERIFY(dock->isVisible() && entry->isChecked());
+        }
+    }
+
+    void theBandIsPaintedBeforeItsMenuOpens()
+    {
+        class Watcher : public QObject
+        {
+        public:
+            explicit Watcher(QObject& in_browser) : m_browser(in_browser) {}
+            bool m_isPainted = false;
+            bool m_wasPaintedBefore = false;
+
+        protected:
+            bool eventFilter(QObject* in_object, QEvent* in_event) override
+            {
+                m_isPainted = m_isPainted || (in_object == &m_browser && in_event->type() == QEvent::Paint);
+                if (in_event->type() == QEvent::Show && qobject_cast<QMenu*>(in_object))
+                    m_wasPaintedBefore = m_isPainted;
+                return false;
+            }
+
+        private:
+            QObject& m_browser;
+        };
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        m_window->grab();
+        QCoreApplication::processEvents();
+        Watcher watcher(m_window->GetBrowser());
+        qApp->installEventFilter(&watcher);
+        ModalUser person;
+        person.WhenMenuOpens([](QMenu&) { CloseMenus(); });
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::RightButton, Qt::NoModifier, RowCentre(1));
+        QVERIFY(person.IsDone());
+        QVERIFY(watcher.m_wasPaintedBefore);
     }
 
     void whatCannotBeOpenedLeavesTheLibraryAttached()
@@ -312,6 +440,15 @@ private:
 
     /// The text of the first label of the status bar.
     QString SelectionText() { return m_window->statusBar()->findChildren<QLabel*>().first()->text(); }
+
+    static int CountColours(const QImage& in_picture)
+    {
+        QSet<QRgb> colours;
+        for (int y = 0; y < in_picture.height(); ++y)
+            for (int x = 0; x < in_picture.width(); ++x)
+                colours << in_picture.pixel(x, y);
+        return static_cast<int>(colours.size());
+    }
 
     QAction* FindAction(const char* in_menu, const char* in_text)
     {

@@ -2,16 +2,26 @@
 #include "datamodel/helpers.h"
 #include "datamodel/sourcecontrol.h"
 #include "host/breadcrumb.h"
+#include "host/graphbox.h"
+#include "host/graphcanvas.h"
 #include "host/librarybrowser.h"
 #include "host/mainwindow.h"
+#include "host/silentobserver.h"
+#include "host/undokeys.h"
 #include "memorymodel/datalayer.h"
 #include "nodebrowser/typeselector.h"
 #include "tests/host/windowfixture.h"
 #include "tests/support/itemwriter.h"
+#include "tests/support/testcompat.h"
 #include "tests/support/testmain.h"
 
+#include <QFile>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QRegularExpression>
 #include <QStatusBar>
+#include <QTextBlock>
+#include <QTextBrowser>
 
 using host::MainWindow;
 using memorymodel::Library;
@@ -138,7 +148,15 @@ private Q_SLOTS:
         SetWriter(*m_library, [](const ItemID&) { return std::string("The disk is full."); });
         QMenu* menu = OpenMenu(*m_window, QStringLiteral("&Library"));
         QVERIFY(menu);
+        QString reasons;
+        ModalUser person;
+        person.WhenDialogOpens("Save library", [&reasons](QDialog& in_box) {
+            reasons = static_cast<QMessageBox&>(in_box).informativeText();
+            Press(in_box, Qt::Key_Return);
+        });
         QVERIFY(ClickEntry(*menu, QStringLiteral("Save graph library")));
+        QVERIFY(person.IsDone());
+        QCOMPARE(reasons, QStringLiteral("The disk is full."));
         QCOMPARE(m_window->statusBar()->currentMessage(), QStringLiteral("1 item of Nodes could not be saved"));
         QVERIFY(m_library->GetAccessor().ItemIsDirty(m_blend));
 
@@ -148,6 +166,153 @@ private Q_SLOTS:
         QVERIFY(ClickEntry(*menu, QStringLiteral("Save graph library")));
         QCOMPARE(m_window->statusBar()->currentMessage(), QStringLiteral("Nodes is in memory only"));
         QVERIFY(!m_library->GetAccessor().ItemIsDirty(m_blend));
+    }
+
+    void aRefusedSaveIsSaid()
+    {
+        class Refuser : public host::SilentObserver
+        {
+        private:
+            void OnPreCommit(ItemLibraryAccessor&, bool* out_veto) override { *out_veto = true; }
+        };
+        Refuser refuser;
+        const vireo::datamodel::ItemLibraryAccessor library = m_library->GetAccessor();
+        library.AddObserver(&refuser, vireo::datamodel::eItemLibraryNotificationKind, library.GetContext());
+        m_library->Rename(m_blend, "Mix");
+        QString reasons;
+        ModalUser person;
+        person.WhenDialogOpens("Save library", [&reasons](QDialog& in_box) {
+            reasons = static_cast<QMessageBox&>(in_box).informativeText();
+            Press(in_box, Qt::Key_Return);
+        });
+        QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Library"));
+        const bool isClicked = menu && ClickEntry(*menu, QStringLiteral("Save graph library"));
+        library.RemoveObserver(&refuser, vireo::datamodel::eItemLibraryNotificationKind, library.GetContext());
+        QVERIFY(isClicked);
+        QVERIFY(person.IsDone());
+        QCOMPARE(reasons, QStringLiteral("Another part of the application has refused it."));
+        QVERIFY(m_library->GetAccessor().ItemIsDirty(m_blend));
+    }
+
+    void noTwoEntriesOfAMenuHaveTheSameLetter()
+    {
+        QList<const QWidget*> menus;
+        menus << m_window->menuBar();
+        for (const QMenu* const menu : m_window->menuBar()->findChildren<QMenu*>())
+            menus << menu;
+        for (const QMenu* const menu : m_window->findChildren<QMenu*>())
+            menus << menu;
+        QVERIFY(menus.size() > 7);
+        for (const QWidget* const menu : menus)
+        {
+            QString letters;
+            for (const QString& text : Texts(*menu))
+            {
+                const int sign = static_cast<int>(text.indexOf(QLatin1Char('&')));
+                const QString letter = sign < 0 ? QString() : text.mid(sign + 1, 1).toLower();
+                QVERIFY2(letter.isEmpty() || !letters.contains(letter), qPrintable(text));
+                letters += letter;
+            }
+        }
+    }
+
+    void theGraphMenuOffersWhatThereIs()
+    {
+        testcompat::DeclareActive(*m_window);
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        host::GraphCanvas& canvas = *m_window->findChild<host::GraphCanvas*>();
+        const auto offered = [this] {
+            QStringList texts;
+            QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Graph"));
+            for (const QString& text : {QStringLiteral("&Select all"), QStringLiteral("&Delete")})
+                if (menu && FindEntry(*menu, text)->isEnabled())
+                    texts << text;
+            CloseMenus();
+            return texts;
+        };
+        QCOMPARE(offered(), QStringList());
+        canvas.PlaceInSight(m_blend);
+        QCOMPARE(offered(), QStringList() << QStringLiteral("&Select all") << QStringLiteral("&Delete"));
+        canvas.scene()->clearSelection();
+        QCOMPARE(offered(), QStringList() << QStringLiteral("&Select all"));
+        // The keys stay, whatever the menu has shown.
+        canvas.setFocus();
+        QTest::keyClick(&canvas, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&canvas, Qt::Key_Delete);
+        QVERIFY(canvas.GetBoxes().isEmpty());
+    }
+
+    void theManualBeginsWithTheHostAndHasNoDeadLinks()
+    {
+        ChooseHelp(QStringLiteral("&Manual"));
+        QTextBrowser* pages = nullptr;
+        for (QDialog* const dialog : m_window->findChildren<QDialog*>())
+            if (dialog->windowTitle() == QStringLiteral("Manual"))
+                pages = dialog->findChild<QTextBrowser*>();
+        QVERIFY(pages && pages->isVisible());
+        QVERIFY2(pages->toPlainText().startsWith(QStringLiteral("Working with the reference host")),
+                 qPrintable(pages->toPlainText().left(80)));
+        QStringList seen = {QStringLiteral("host.md")};
+        int pictures = 0;
+        for (int i = 0; i < seen.size(); ++i)
+        {
+            pages->setSource(QUrl(QStringLiteral("qrc:/manual/") + seen.at(i)));
+            QVERIFY2(pages->toPlainText().size() > 500, qPrintable(seen.at(i)));
+            QVERIFY(!pages->toPlainText().contains(QStringLiteral("](")));
+            for (QTextBlock block = pages->document()->begin(); block.isValid(); block = block.next())
+                for (QTextBlock::iterator part = block.begin(); !part.atEnd(); ++part)
+                {
+                    const QTextCharFormat format = part.fragment().charFormat();
+                    const QString target = format.isImageFormat() ? format.toImageFormat().name() : format.anchorHref();
+                    pictures += format.isImageFormat() ? 1 : 0;
+                    QVERIFY2(target.isEmpty() || QFile::exists(QStringLiteral(":/manual/") + target),
+                             qPrintable(seen.at(i) + QStringLiteral(": ") + target));
+                    if (target.endsWith(QStringLiteral(".md")) && !seen.contains(target))
+                        seen << target;
+                }
+        }
+        seen.sort();
+        QCOMPARE(seen, QStringList() << QStringLiteral("host-git.md") << QStringLiteral("host.md")
+                                     << QStringLiteral("libraries.md") << QStringLiteral("searching.md"));
+        QVERIFY(pictures > 0);
+    }
+
+    void allKeysAreListedInPlainText()
+    {
+        m_library->Rename(m_blend, "<b>Mix", &m_layer.GetCommandManager());
+        QString text;
+        Qt::TextFormat format = Qt::AutoText;
+        ModalUser person;
+        person.WhenDialogOpens("Keyboard shortcuts", [&](QDialog& in_box) {
+            text = static_cast<QMessageBox&>(in_box).text();
+            format = static_cast<QMessageBox&>(in_box).textFormat();
+            Press(in_box, Qt::Key_Return);
+        });
+        ChooseHelp(QStringLiteral("&Keyboard shortcuts"));
+        QVERIFY(person.IsDone());
+        QCOMPARE(format, Qt::PlainText);
+        const QString undo = m_layer.GetCommandManager().GetStack().undoText();
+        for (const QString& line :
+             {QStringLiteral("Undo ") + undo + QStringLiteral(": Ctrl+Z"), QStringLiteral("Add node\u2026: Tab; Space"),
+              QStringLiteral("Delete: Del; Backspace"), QStringLiteral("Select another row: Up; Down; PgUp; PgDown"),
+              QStringLiteral("Clear the search: Esc")})
+            QVERIFY2(text.split(QLatin1Char('\n')).contains(line), qPrintable(line + QLatin1Char('\n') + text));
+        for (const QKeySequence& redo : host::GetRedoKeys())
+            QVERIFY2(text.contains(redo.toString(QKeySequence::NativeText)), qPrintable(text));
+    }
+
+    void aboutNamesTheVersion()
+    {
+        QString text;
+        ModalUser person;
+        person.WhenDialogOpens("About", [&](QDialog& in_box) {
+            text = static_cast<QMessageBox&>(in_box).text();
+            Press(in_box, Qt::Key_Return);
+        });
+        ChooseHelp(QStringLiteral("&About"));
+        QVERIFY(person.IsDone());
+        QVERIFY2(QRegularExpression(QStringLiteral("nodebrowser \\d+\\.\\d+")).match(text).hasMatch(),
+                 qPrintable(text));
     }
 
     void undoAndRedoNameTheCommand()
@@ -328,6 +493,13 @@ private:
         m_window->GetBrowser().Search(QLatin1String(in_search));
         m_window->grab();
         QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(0));
+    }
+
+    void ChooseHelp(const QString& in_entry)
+    {
+        QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Help"));
+        QVERIFY(menu);
+        QVERIFY(ClickEntry(*menu, in_entry));
     }
 
     void ChooseType()

@@ -2,8 +2,11 @@
 // Libraries on disk in the window: opening, what others change, saving, and what is remembered.
 
 #include "datamodel/compoundmodifier.h"
+#include "datamodel/helpers.h"
 #include "datamodel/itemlibrarymodifier.h"
+#include "datamodel/revisioncontrol.h"
 #include "host/aside.h"
+#include "host/graphcanvas.h"
 #include "host/mainwindow.h"
 #include "host/newlibrary.h"
 #include "host/openingbar.h"
@@ -17,8 +20,11 @@
 #include "workspace/workspace.h"
 
 #include <QDockWidget>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QProcess>
 #include <QProgressBar>
@@ -32,6 +38,7 @@
 #include <atomic>
 
 using host::MainWindow;
+using vireo::datamodel::ItemID;
 
 namespace
 {
@@ -108,6 +115,215 @@ private Q_SLOTS:
         m_window->StartOpening(m_folder->path());
         QVERIFY(m_window->close());
         QCOMPARE(ended.count(), 1);
+    }
+
+    void cancellingWhileItemsAreAddedTakesThemBack()
+    {
+        Write(QStringLiteral("sky/many.mtlx"), ManyNodes());
+        const std::size_t before = CountSources();
+        QSignalSpy ended(m_window.get(), SIGNAL(OpeningEnded(bool, QString)));
+        m_window->StartOpening(m_folder->path());
+        QElapsedTimer clock;
+        clock.start();
+        while (CountSources() == before && ended.isEmpty() && !clock.hasExpired(gPatience))
+            QCoreApplication::processEvents();
+        QVERIFY(CountSources() > before); // the library is there
+        QVERIFY(ended.isEmpty());         // and is not complete
+        QTest::mouseClick(Bar().findChild<QPushButton*>(), Qt::LeftButton);
+        QCOMPARE(ended.count(), 1);
+        QCOMPARE(CountSources(), before);
+        QTest::qWait(50);
+        QCOMPARE(ended.count(), 1);
+        QCOMPARE(CountSources(), before);
+        QVERIFY(m_window->GetLibrary().FindByName("Blend").IsValid());
+    }
+
+    void readingLeavesTheThreadOfTheWindowAlone()
+    {
+        Write(QStringLiteral("sky/many.mtlx"), ManyNodes());
+        QElapsedTimer clock;
+        clock.start();
+        workspace::Reading alone(m_folder->path());
+        QVERIFY(alone.Run());
+        const int needed = static_cast<int>(clock.elapsed());
+        QVERIFY2(needed > 50, qPrintable(QString::number(needed)));
+        int beats = 0;
+        const memorymodel::Library* const sample = &m_window->GetLibrary();
+        const std::size_t before = CountSources();
+        QTimer heart;
+        connect(&heart, &QTimer::timeout, &heart, [&] {
+            const bool isBeingRead = &m_window->GetLibrary() == sample && CountSources() == before;
+            beats += isBeingRead ? 1 : 0;
+        });
+        heart.start(1);
+        QVERIFY(m_window->Open(m_folder->path()));
+        QVERIFY2(beats > 10, qPrintable(QString::number(beats)));
+    }
+
+    void aQuestionIsNotDisturbed_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("isExchanged");
+        QTest::newRow("cancel") << int(QMessageBox::Cancel) << true;
+        QTest::newRow("save") << int(QMessageBox::Save) << false;
+    }
+
+    /// A library that was being opened must not take the place of the one that a question is about.
+    void aQuestionIsNotDisturbed()
+    {
+        QFETCH(int, answer);
+        QFETCH(bool, isExchanged);
+        QVERIFY(m_window->Open(m_folder->filePath(QStringLiteral("sky/air.mtlx"))));
+        Rename("wind", "Storm");
+        const memorymodel::Library* const present = &m_window->GetLibrary();
+        QSignalSpy ended(m_window.get(), SIGNAL(OpeningEnded(bool, QString)));
+        m_window->StartOpening(m_folder->filePath(QStringLiteral("sky/sky.mtlx")));
+        bool isAlone = false;
+        ModalUser person;
+        person.WhenDialogOpens("Unsaved changes", [&](QDialog& in_box) {
+            WaitUntilRead();
+            isAlone = QApplication::activeModalWidget() == &in_box && &m_window->GetLibrary() == present;
+            // The innermost one first, should there be two.
+            while (QApplication::activeModalWidget() && QApplication::activeModalWidget() != &in_box)
+                QApplication::activeModalWidget()->close();
+            if (isExchanged)
+                person.WhenDialogOpens("Unsaved changes",
+                                       [](QDialog& in_next) { Click(in_next, QMessageBox::Discard); });
+            Click(in_box, answer);
+        });
+        const bool isClosed = m_window->close();
+        QVERIFY(isAlone);
+        QCOMPARE(isClosed, !isExchanged);
+        QVERIFY(WaitFor([&] { return !ended.isEmpty(); }, gPatience));
+        QVERIFY(person.IsDone());
+        QCOMPARE(ended.first().first().toBool(), isExchanged);
+        QCOMPARE(m_window->GetLibrary().FindByName("sun").IsValid(), isExchanged);
+        QCOMPARE(Read(QStringLiteral("sky/air.mtlx")).contains("Storm"), !isExchanged);
+    }
+
+    void aMenuIsNotDisturbed()
+    {
+        QSignalSpy ended(m_window.get(), SIGNAL(OpeningEnded(bool, QString)));
+        m_window->StartOpening(m_folder->path());
+        bool isAlone = false;
+        ModalUser person;
+        person.WhenMenuOpens([&](QMenu&) {
+            WaitUntilRead();
+            isAlone = ended.isEmpty() && m_window->GetLibrary().FindByName("Blend").IsValid();
+            CloseMenus();
+        });
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::RightButton, Qt::NoModifier, RowCentre(0));
+        QVERIFY(person.IsDone());
+        QVERIFY(isAlone);
+        QVERIFY(WaitFor([&] { return !ended.isEmpty(); }, gPatience));
+        QVERIFY(m_window->GetLibrary().FindByName("sun").IsValid());
+    }
+
+    void aSaveIsNotDisturbed()
+    {
+        QVERIFY(m_window->Open(m_folder->filePath(QStringLiteral("sky/air.mtlx"))));
+        Rename("wind", "Storm");
+        QSignalSpy ended(m_window.get(), SIGNAL(OpeningEnded(bool, QString)));
+        QStringList asked;
+        QTimer answer; // of a question that would come too early
+        connect(&answer, &QTimer::timeout, &answer, [&] {
+            if (QWidget* const box = QApplication::activeModalWidget())
+            {
+                asked << box->windowTitle();
+                box->close();
+            }
+        });
+        answer.start(5);
+        m_window->GetWorkspace()->SetRunner([&](const std::function<void()>& in_function) {
+            std::atomic<bool> mayGoOn{false};
+            QTimer::singleShot(0, m_window.get(), [&] {
+                m_window->StartOpening(m_folder->filePath(QStringLiteral("sky/sky.mtlx")));
+                WaitUntilRead();
+                mayGoOn = true;
+            });
+            host::RunAside([&] {
+                while (!mayGoOn)
+                    QThread::yieldCurrentThread();
+                in_function();
+            });
+        });
+        Save();
+        QVERIFY(WaitFor([&] { return !ended.isEmpty(); }, gPatience));
+        QCOMPARE(asked, QStringList());
+        QVERIFY(m_window->GetLibrary().FindByName("sun").IsValid());
+        QVERIFY(Read(QStringLiteral("sky/air.mtlx")).contains("Storm"));
+    }
+
+    void theSampleEndsOpening()
+    {
+        QSignalSpy ended(m_window.get(), SIGNAL(OpeningEnded(bool, QString)));
+        m_window->StartOpening(m_folder->path());
+        QVERIFY(Choose(QStringLiteral("&Sample")));
+        QCOMPARE(ended.count(), 1);
+        QVERIFY(!Bar().isVisible());
+        QTest::qWait(200);
+        QVERIFY(m_window->GetLibrary().FindByName("Blend").IsValid());
+    }
+
+    void theMenuOpensAFile()
+    {
+        ModalUser person;
+        ChooseFile(person, m_folder->filePath(QStringLiteral("sky/sky.mtlx")));
+        OpenByMenu(QStringLiteral("&Open library\u2026"));
+        QVERIFY(person.IsDone());
+        QVERIFY(WaitFor([this] { return m_window->GetLibrary().FindByName("sun").IsValid(); }, gPatience));
+    }
+
+    void theMenuOpensAFolder()
+    {
+        ModalUser person;
+        ChooseFile(person, m_folder->path());
+        OpenByMenu(QStringLiteral("Open &folder\u2026"));
+        QVERIFY(person.IsDone());
+        QVERIFY(WaitFor([this] { return m_window->GetLibrary().FindByName("sun").IsValid(); }, gPatience));
+        QVERIFY(m_window->GetLibrary().FindByName("wind").IsValid());
+    }
+
+    void theMenuMakesALibrary()
+    {
+        QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("mine")));
+        ModalUser person;
+        ChooseFile(person, m_folder->filePath(QStringLiteral("mine")));
+        OpenByMenu(QStringLiteral("&New library\u2026"));
+        QVERIFY(person.IsDone());
+        QVERIFY(WaitFor([this] { return m_window->GetWorkspace() != nullptr; }, gPatience));
+        QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("mine/local/local.mtlx"))));
+        // A folder with documents is none to begin in.
+        QString text;
+        ChooseFile(person, m_folder->path());
+        person.WhenDialogOpens("New library", [&text](QDialog& in_box) {
+            text = static_cast<QMessageBox&>(in_box).text();
+            Press(in_box, Qt::Key_Return);
+        });
+        OpenByMenu(QStringLiteral("&New library\u2026"));
+        QVERIFY(person.IsDone());
+        QVERIFY2(text.contains(QStringLiteral("has MaterialX documents already")), qPrintable(text));
+    }
+
+    void reloadLooksAtTheFiles()
+    {
+        QAction* const reload = FindChoice(QStringLiteral("&Reload"));
+        QVERIFY(reload && !reload->isEnabled()); // the sample is in no files
+        QVERIFY(m_window->Open(m_folder->path()));
+        QVERIFY(reload->isEnabled());
+        int looks = 0;
+        m_window->GetWorkspace()->SetRunner([&looks](const std::function<void()>& in_function) {
+            ++looks;
+            in_function();
+        });
+        // Nothing happens by itself.
+        QTest::qWait(500);
+        looks = 0;
+        QTest::qWait(300);
+        QCOMPARE(looks, 0);
+        reload->trigger();
+        QVERIFY(WaitFor([&] { return looks > 0; }));
+        m_window->GetWorkspace()->SetRunner(host::RunAside);
     }
 
     void whatCannotBeReadIsSaid()
@@ -202,6 +418,44 @@ private Q_SLOTS:
         QVERIFY2(Read(QStringLiteral("sky/sky.mtlx")).contains(inTheFile),
                  Read(QStringLiteral("sky/sky.mtlx")).constData());
         QCOMPARE(QFile::exists(m_folder->filePath(QStringLiteral("sky/sky.mtlx.ours"))), isBeside);
+    }
+
+    void whatCannotBeSavedIsNamedWithTheReason()
+    {
+        QVERIFY(m_window->Open(m_folder->path()));
+        Rename("sun", "Sun");
+        Do("sed -i 's/node=\"sun\"/node=\"sun\" tags=\"theirs\"/' sky/sky.mtlx");
+        QVERIFY(WaitFor([this] { return Trouble().isVisible(); }, gPatience));
+        QString text;
+        ModalUser person;
+        person.WhenDialogOpens("Save library", [&text](QDialog& in_box) {
+            text = static_cast<QMessageBox&>(in_box).informativeText();
+            Press(in_box, Qt::Key_Return);
+        });
+        QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&Library"));
+        QVERIFY(menu);
+        QVERIFY(ClickEntry(*menu, QStringLiteral("Save graph library")));
+        QVERIFY(person.IsDone());
+        QCOMPARE(text, QStringLiteral("sky/sky.mtlx: Another program has changed it"));
+        QCOMPARE(m_window->GetWorkspace()->GetSaveMessages(), QStringList(text));
+        QCOMPARE(Message(), QStringLiteral("1 document could not be saved"));
+        // What is saved again has no message.
+        m_layer.GetCommandManager().GetStack().undo();
+        Save();
+        QCOMPARE(m_window->GetWorkspace()->GetSaveMessages(), QStringList());
+    }
+
+    void aConflictEndsWithItsEdits()
+    {
+        QVERIFY(m_window->Open(m_folder->path()));
+        Rename("sun", "Sun");
+        Do("sed -i 's/node=\"sun\"/node=\"sun\" tags=\"theirs\"/' sky/sky.mtlx");
+        QVERIFY(WaitFor([this] { return Trouble().isVisible(); }, gPatience));
+        m_layer.GetCommandManager().GetStack().undo();
+        QVERIFY(WaitFor([this] { return !Trouble().isVisible(); }, gPatience));
+        const memorymodel::Library& library = m_window->GetLibrary();
+        QCOMPARE(library.GetAccessor().GetItemTags(library.FindByName("sun"), vireo::datamodel::gApplicationTagsKey),
+                 std::string("theirs"));
     }
 
     void aDocumentThatCannotBeReadIsShownWithItsLine()
@@ -299,7 +553,8 @@ private Q_SLOTS:
 
     void layoutAndTabAreRemembered()
     {
-        m_window->resize(777, 555);
+        const QSize size(677, 455); // fits on the smallest screen
+        m_window->resize(size);
         m_window->addDockWidget(Qt::RightDockWidgetArea, m_window->findChild<QDockWidget*>());
         m_window->GetBrowser().SelectTab(1);
         QVERIFY(m_window->close());
@@ -311,7 +566,7 @@ private Q_SLOTS:
         m_window->show();
         QCOMPARE(m_window->dockWidgetArea(dock), Qt::RightDockWidgetArea);
         QCOMPARE(m_window->findChild<QTabBar*>()->currentIndex(), 1);
-        QCOMPARE(m_window->size(), QSize(777, 555));
+        QCOMPARE(m_window->size(), size);
         QVERIFY(Choose(QStringLiteral("&Reset layout")));
         QCOMPARE(m_window->dockWidgetArea(dock), Qt::LeftDockWidgetArea);
     }
@@ -319,11 +574,20 @@ private Q_SLOTS:
     void theThemeIsRemembered()
     {
         QCOMPARE(host::GetTheme(), host::eTheme::eSystem);
+        const QColor before = CanvasColour();
         QVERIFY(Choose(QStringLiteral("&Dark")));
         QCOMPARE(host::GetTheme(), host::eTheme::eDark);
-        QCOMPARE(QApplication::palette().color(QPalette::Base), host::DarkPalette().color(QPalette::Base));
+        QCOMPARE(CanvasColour(), host::DarkPalette().color(QPalette::Base));
+        QVERIFY(Choose(QStringLiteral("&Light")));
+        QCOMPARE(host::GetTheme(), host::eTheme::eLight);
+        QVERIFY(CanvasColour().lightness() > 200);
+        // The next start applies it.
+        QApplication::setPalette(host::DarkPalette());
+        host::ApplyTheme();
+        QVERIFY(CanvasColour().lightness() > 200);
         QVERIFY(Choose(QStringLiteral("&System")));
         QCOMPARE(host::GetTheme(), host::eTheme::eSystem);
+        QCOMPARE(CanvasColour(), before);
     }
 
 private:
@@ -368,16 +632,84 @@ private:
             .CommitToDisk(isWritten, nullptr, false, nexa4::UID_Null());
     }
 
-    /// Triggers an entry of any menu.
-    bool Choose(const QString& in_text)
+    /// An entry of any menu.
+    QAction* FindChoice(const QString& in_text)
     {
         for (QAction* const action : m_window->findChildren<QAction*>())
             if (action->text() == in_text)
-            {
-                action->trigger();
-                return true;
-            }
-        return false;
+                return action;
+        return nullptr;
+    }
+
+    bool Choose(const QString& in_text)
+    {
+        QAction* const action = FindChoice(in_text);
+        if (action)
+            action->trigger();
+        return action != nullptr;
+    }
+
+    void OpenByMenu(const QString& in_entry)
+    {
+        QMenu* const menu = OpenMenu(*m_window, QStringLiteral("&File"));
+        QVERIFY(menu);
+        QVERIFY(ClickEntry(*menu, in_entry));
+    }
+
+    /// Types a path into the next dialog for files.
+    static void ChooseFile(ModalUser& io_person, const QString& in_path)
+    {
+        io_person.WhenWindowOpens([in_path](QWidget& in_dialog) {
+            QLineEdit* const name = in_dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+            QVERIFY(qobject_cast<QFileDialog*>(&in_dialog) && name);
+            name->setText(in_path);
+            QTest::keyClick(name, Qt::Key_Return);
+        });
+    }
+
+    static void Click(QDialog& in_box, int in_button)
+    {
+        QTest::mouseClick(static_cast<QMessageBox&>(in_box).button(static_cast<QMessageBox::StandardButton>(in_button)),
+                          Qt::LeftButton);
+    }
+
+    /// Waits until all documents were read, and for what would come at once then.
+    void WaitUntilRead()
+    {
+        const QProgressBar& progress = *Bar().findChild<QProgressBar*>();
+        QVERIFY(WaitFor([&] { return progress.maximum() > 0 && progress.value() == progress.maximum(); }, gPatience));
+        QTest::qWait(150);
+    }
+
+    QColor CanvasColour()
+    {
+        QCoreApplication::processEvents(); // widgets are told of a palette by events
+        const host::GraphCanvas& canvas = *m_window->findChild<host::GraphCanvas*>();
+        return m_window->grab().toImage().pixelColor(canvas.mapTo(m_window.get(), QPoint(3, 3)));
+    }
+
+    /// Takes long to read, and to add.
+    static QByteArray ManyNodes()
+    {
+        QByteArray lines;
+        for (int i = 0; i < 20000; ++i)
+        {
+            const QByteArray name = QByteArray::number(i);
+            lines += "  <nodedef name=\"ND_n" + name + "\" node=\"n" + name + "\"/>\n";
+        }
+        return Document(lines);
+    }
+
+    /// The sources of all libraries that there are.
+    std::size_t CountSources()
+    {
+        auto* const helper = hmxGetService<nexa4::IRevisionControlUIHelper>("RevisionControlUIHelper");
+        const ItemID blend = m_window->GetLibrary().FindByName("Blend");
+        const nexa4::NEXAHandle<nexa4::IDbObject> object =
+            helper->FindObject(nexa4::DbObjectId(vireo::datamodel::ItemIDUnlock::GetItemIDUID(blend)));
+        const std::string resources =
+            "select object where IS_OF_TYPE_VERSION( {" + nexa4::UID_Resource().GetStr() + " } )";
+        return object.GetManager()->GetDatabase()->Query(resources, true).size();
     }
 
     bool HasLabel(const QString& in_text)

@@ -128,7 +128,7 @@ private:
     static QMenu* OpenRecent(MainWindow& in_window)
     {
         QMenu* const file = OpenMenu(in_window, QStringLiteral("&File"));
-        return file ? OpenSubmenu(*file, QStringLiteral("&Recent libraries")) : nullptr;
+        return file ? OpenSubmenu(*file, QStringLiteral("Re&cent libraries")) : nullptr;
     }
 
     OwnSettings m_settings;

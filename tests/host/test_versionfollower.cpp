@@ -14,6 +14,7 @@
 #include <QMessageBox>
 #include <QSet>
 #include <QStatusBar>
+#include <QTimer>
 
 #include <sys/stat.h>
 
@@ -142,6 +143,12 @@ private Q_SLOTS:
         host::WaitForStates(m_window->GetLibrary());
         QVERIFY2(m_window->statusBar()->currentMessage().contains(QStringLiteral("bare")),
                  qPrintable(m_window->statusBar()->currentMessage()));
+        // It does not stay in front of the selected item.
+        const QTimer* const timer = m_window->statusBar()->findChild<QTimer*>();
+        QVERIFY(timer && timer->isActive());
+        m_window->grab();
+        QTest::mouseClick(&m_window->GetBrowser(), Qt::LeftButton, Qt::NoModifier, RowCentre(0));
+        QCOMPARE(m_window->statusBar()->currentMessage(), QString());
     }
 
 private:

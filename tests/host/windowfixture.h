@@ -6,6 +6,7 @@
 #include "host/mainwindow.h"
 #include "memorymodel/datalayer.h"
 #include "tests/support/modaluser.h"
+#include "tests/support/waiting.h"
 
 #include <QApplication>
 #include <QMainWindow>
@@ -13,6 +14,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolTip>
 
 #include <memory>
 
@@ -63,6 +65,14 @@ inline QMenu* OpenSubmenu(QMenu& in_menu, const QString& in_title)
     QTest::keyClick(&in_menu, Qt::Key_Right);
     QMenu* const open = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     return open == entry->menu() ? open : nullptr;
+}
+
+/// Hides the tool tip, and waits until it is gone: it would stay a moment, and count as a widget left alive.
+inline void HideToolTip()
+{
+    QToolTip::hideText();
+    QVERIFY(WaitFor([] { return !QToolTip::isVisible(); }));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 /// Keeps the settings of a test program away from the user's. Make one before anything reads settings.

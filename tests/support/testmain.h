@@ -11,9 +11,9 @@
 #include <cstdio>
 
 /// Runs a test class; fails also when the test leaves a widget alive.
-template <class TestClass> int RunTest(int in_argc, char** in_argv)
+template <class TestClass, class Application = QApplication> int RunTest(int in_argc, char** in_argv)
 {
-    QApplication application(in_argc, in_argv);
+    Application application(in_argc, in_argv);
     int result = 0;
     {
         const PlatformRemarkFilter filter;
