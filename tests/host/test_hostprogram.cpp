@@ -274,7 +274,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("least"); // rows that are found
         QTest::newRow("noise") << 5;
         QTest::newRow("color") << 10;
-        QTest::newRow("MIX blend") << 3;
+        QTest::newRow("MIX blend") << 2;
         QTest::newRow("math noise a") << 20;
         QTest::newRow("pbr light") << 5;
         QTest::newRow("2d 3d _") << 20;

@@ -422,7 +422,8 @@ private Q_SLOTS:
         // If it is the caller who waits, somebody else has to end that.
         std::promise<void> hasEnded;
         std::thread other([&samePipe, end = hasEnded.get_future()] {
-            if (end.wait_for(std::chrono::milliseconds(gPatience)) == std::future_status::timeout)
+            int wait = gPatience;
+            for (; end.wait_for(std::chrono::milliseconds(wait)) == std::future_status::timeout; wait = 1)
                 close(open(samePipe.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
         });
         GetVersions().Ask();
