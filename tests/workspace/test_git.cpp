@@ -427,14 +427,16 @@ private Q_SLOTS:
                 close(open(samePipe.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
         });
         GetVersions().Ask();
-        hasEnded.set_value();
-        other.join();
         int end = -1;
         const bool isReading = WaitFor(
             [&] { return (end = open(settings.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)) >= 0; }, gPatience);
-        QCOMPARE(read.count(), 0);
-        QCOMPARE(rename(kept.constData(), settings.constData()), 0);
+        const int answers = static_cast<int>(read.count());
+        const bool isRestored = rename(kept.constData(), settings.constData()) == 0;
         close(end);
+        hasEnded.set_value();
+        other.join();
+        QVERIFY(isRestored);
+        QCOMPARE(answers, 0);
         QVERIFY2(isReading, "git waits, and this loop goes on");
         GetVersions().Finish();
         QVERIFY(read.count() > 0);
