@@ -9,6 +9,7 @@
 #include <optional>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace materialx
@@ -48,20 +49,40 @@ void Parse(std::string_view in_element, pugi::xml_document& out_element)
                             pugi::parse_escapes | pugi::parse_wconv_attribute | pugi::parse_eol, pugi::encoding_utf8);
 }
 
-std::optional<DeclarationIndex> FindDefinition(const Library& in_library, const std::string& in_name)
+/// The definitions of a library by their names; the first one of each name. Found when the first one is asked for.
+class Definitions
 {
-    for (const std::size_t document : InPathOrder(in_library))
+public:
+    explicit Definitions(const Library& in_library) : m_library(in_library) {}
+
+    std::optional<DeclarationIndex> Find(const std::string& in_name)
     {
-        const std::vector<Declaration>& all = in_library.m_documents[document].m_document.GetDeclarations();
-        for (std::size_t i = 0; i < all.size(); ++i)
-            if (all[i].m_kind == eDeclaration::eNodeDef && all[i].m_name == in_name)
-                return DeclarationIndex{document, i};
+        if (!std::exchange(m_isRead, true))
+            Read();
+        const auto found = m_byName.find(in_name);
+        return found == m_byName.end() ? std::nullopt : std::optional<DeclarationIndex>(found->second);
     }
-    return std::nullopt;
-}
+
+private:
+    void Read()
+    {
+        for (const std::size_t document : InPathOrder(m_library))
+        {
+            const std::vector<Declaration>& all = m_library.m_documents[document].m_document.GetDeclarations();
+            for (std::size_t i = 0; i < all.size(); ++i)
+                if (all[i].m_kind == eDeclaration::eNodeDef)
+                    m_byName.emplace(all[i].m_name, DeclarationIndex{document, i});
+        }
+    }
+
+    const Library& m_library;
+    bool m_isRead = false;
+    std::unordered_map<std::string_view, DeclarationIndex> m_byName;
+};
 
 /// A declaration behind those that it inherits from, the farthest first.
-std::vector<DeclarationIndex> WithAncestors(const Library& in_library, const DeclarationIndex& in_index)
+std::vector<DeclarationIndex> WithAncestors(const Library& in_library, const DeclarationIndex& in_index,
+                                            Definitions& io_definitions)
 {
     std::vector<DeclarationIndex> line = {in_index};
     while (static_cast<int>(line.size()) < gMostAncestors)
@@ -69,7 +90,7 @@ std::vector<DeclarationIndex> WithAncestors(const Library& in_library, const Dec
         const Declaration& declaration = DeclarationOf(in_library, line.back());
         if (declaration.m_kind != eDeclaration::eNodeDef || declaration.m_nodeDef.empty())
             break;
-        const std::optional<DeclarationIndex> ancestor = FindDefinition(in_library, declaration.m_nodeDef);
+        const std::optional<DeclarationIndex> ancestor = io_definitions.Find(declaration.m_nodeDef);
         if (!ancestor)
             break;
         line.push_back(*ancestor);
@@ -100,26 +121,26 @@ public:
             const auto [known, isNew] = m_indexOfName.emplace(port.m_name, m_ports.size());
             if (isNew)
                 m_ports.push_back(port);
-            else
-                Merge(port, m_ports[known->second]);
+            Merge(port, m_ports[known->second]);
         }
     }
 
     std::vector<Port> Take() { return std::move(m_ports); }
 
 private:
-    static void Merge(const Port& in_other, Port& io_port)
+    void Merge(const Port& in_other, Port& io_port)
     {
-        const std::string separator = ", ";
-        const std::string all = separator + io_port.m_type + separator;
-        if (all.find(separator + in_other.m_type + separator) == std::string::npos)
-            io_port.m_type += separator + in_other.m_type;
+        // No text of a document has a zero byte. The first one has its type already.
+        const bool isNewType = m_types.insert(in_other.m_name + '\0' + in_other.m_type).second;
+        if (isNewType && in_other.m_type != io_port.m_type)
+            io_port.m_type += ", " + in_other.m_type;
         if (io_port.m_value != in_other.m_value)
             io_port.m_value.clear();
     }
 
     std::vector<Port> m_ports;
     std::unordered_map<std::string, std::size_t> m_indexOfName;
+    std::unordered_set<std::string> m_types; ///< of what was merged: names and types
 };
 
 struct Interface
@@ -144,10 +165,11 @@ void ReadPorts(const pugi::xml_node& in_element, Interface& io_interface)
     }
 }
 
-Interface InterfaceOf(const Library& in_library, const DeclarationIndex& in_index, Texts& io_texts)
+Interface InterfaceOf(const Library& in_library, const DeclarationIndex& in_index, Texts& io_texts,
+                      Definitions& io_definitions)
 {
     Interface found;
-    for (const DeclarationIndex& index : WithAncestors(in_library, in_index))
+    for (const DeclarationIndex& index : WithAncestors(in_library, in_index, io_definitions))
     {
         pugi::xml_document element;
         Parse(DeclarationOf(in_library, index).m_span.In(io_texts.Of(index.m_document)), element);
@@ -186,10 +208,11 @@ Description Describe(const Library& in_library, const Item& in_item,
     if (!in_item.m_parent.empty() ||
         (declaration.m_kind != eDeclaration::eNodeDef && declaration.m_kind != eDeclaration::eNodeGraph))
         return description;
+    Definitions definitions(in_library);
     Interface all;
     for (const DeclarationIndex& index : in_declarations)
     {
-        const Interface own = InterfaceOf(in_library, index, texts);
+        const Interface own = InterfaceOf(in_library, index, texts, definitions);
         all.m_inputs.Merge(own.m_inputs);
         all.m_outputs.Merge(own.m_outputs);
     }

@@ -40,8 +40,8 @@ struct Description
 /// Describes an item by its declarations: one, or those that share a "node" value. What a definition inherits comes
 /// before what it has itself. For a node inside a graph there are no inputs and outputs.
 ///
-/// Reads the declarations again, and the document up to the first one for its line. Looks through all declarations for
-/// each definition that inherits.
+/// Reads the declarations again, and the document up to the first one for its line. Looks through all declarations
+/// once if a definition inherits.
 /// \param in_declarations at least one; the first one is that of the item
 MATERIALX_EXPORT Description Describe(const Library& in_library, const Item& in_item,
                                       const std::vector<DeclarationIndex>& in_declarations);

@@ -84,10 +84,14 @@ bool IsLatin1(const std::string& in_encoding)
     return in_encoding == "iso-8859-1" || in_encoding == "latin1";
 }
 
-bool IsKnown(const std::string& in_encoding)
+bool IsAscii(const std::string& in_encoding)
 {
-    return in_encoding.empty() || in_encoding == "utf-8" || in_encoding == "utf8" || in_encoding == "us-ascii" ||
-           in_encoding == "ascii" || IsLatin1(in_encoding);
+    return in_encoding == "us-ascii" || in_encoding == "ascii";
+}
+
+bool IsUtf8(const std::string& in_encoding)
+{
+    return in_encoding.empty() || in_encoding == "utf-8" || in_encoding == "utf8";
 }
 
 } // namespace
@@ -100,7 +104,9 @@ std::optional<Fault> DecodeDocument(std::string_view in_bytes, std::optional<std
         out_text = FromUtf16(in_bytes.substr(2), in_bytes[0] == '\xFE');
     else if (IsLatin1(encoding))
         out_text = WidenFromLatin1(in_bytes);
-    else if (!IsKnown(encoding))
+    else if (IsAscii(encoding))
+        out_text = std::string(in_bytes); // an edit could bring characters that it lacks
+    else if (!IsUtf8(encoding))
         return Fault{0, "The encoding \"" + encoding + "\" is not known"};
     const std::string version = Declared(out_text ? *out_text : in_bytes, "version");
     if (!version.empty() && version.substr(0, 2) != "1.")

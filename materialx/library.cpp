@@ -9,7 +9,11 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <filesystem>
+#include <new>
 #include <numeric>
+#include <stdexcept>
+#include <system_error>
 #include <utility>
 
 namespace materialx
@@ -31,6 +35,29 @@ struct Link
     QString m_relativePath;
     QString m_target;
 };
+
+/// The first document whose path has no text, because it is not in the encoding of the system; empty when there is none.
+/// The toolkit lists no such files.
+QString FindUnnamable(const QString& in_folder)
+{
+    std::error_code error;
+    std::filesystem::recursive_directory_iterator entries(QFile::encodeName(in_folder).toStdString(), error);
+    QString first;
+    for (; !error && entries != std::filesystem::recursive_directory_iterator(); entries.increment(error))
+    {
+        const std::string name = entries->path().filename().string();
+        if (name.front() == '.')
+            entries.disable_recursion_pending();
+        else if (entries->path().extension() == ".mtlx" && !entries->is_directory(error))
+        {
+            const std::string path = entries->path().string();
+            const QString text = QFile::decodeName(QByteArray::fromStdString(path));
+            if (QFile::encodeName(text).toStdString() != path && (first.isEmpty() || text < first))
+                first = text;
+        }
+    }
+    return first;
+}
 
 /// The paths of the documents below a folder, relative to it and in order. A folder that cannot be listed is an error:
 /// otherwise a part of the library would be missing and nobody would know.
@@ -75,9 +102,11 @@ std::optional<Error> FindPaths(const QString& in_folder, QStringList& out_paths)
             listed.insert(link.m_target);
             out_paths.append(link.m_relativePath);
         }
+    std::sort(out_paths.begin(), out_paths.end());
+    if (const QString path = FindUnnamable(in_folder); !path.isEmpty())
+        return Error{path, 1, QStringLiteral("The name of the file is not in the encoding of the system")};
     if (out_paths.isEmpty())
         return Error{in_folder, 1, QStringLiteral("The folder has no MaterialX documents")};
-    std::sort(out_paths.begin(), out_paths.end());
     return std::nullopt;
 }
 
@@ -150,20 +179,22 @@ std::optional<Error> FindDocuments(const QString& in_path, Library& out_library)
     Library library;
     library.m_path = in_path;
     library.m_isFolder = QFileInfo(in_path).isDir();
-    QStringList paths(QFileInfo(in_path).fileName());
+    QStringList paths;
+    std::optional<Error> error;
     if (library.m_isFolder)
-    {
-        paths.clear();
-        if (std::optional<Error> error = FindPaths(in_path, paths))
-            return error;
-    }
+        error = FindPaths(in_path, paths);
+    else
+        paths.append(QFileInfo(in_path).fileName());
     for (const QString& path : std::as_const(paths))
         AddDocument(path, library);
     out_library = std::move(library);
-    return std::nullopt;
+    return error;
 }
 
-std::optional<Error> ReadDocument(LibraryDocument& io_document)
+namespace
+{
+
+std::optional<Error> ReadFile(LibraryDocument& io_document)
 {
     const QString& path = io_document.m_file;
     const QFileInfo info(path);
@@ -195,6 +226,27 @@ std::optional<Error> ReadDocument(LibraryDocument& io_document)
     if (const std::optional<Fault> fault = io_document.m_document.Read(std::move(bytes), &line))
         return Error{path, static_cast<qint64>(line), QString::fromStdString(fault->m_reason)};
     return std::nullopt;
+}
+
+} // namespace
+
+std::optional<Error> ReadDocument(LibraryDocument& io_document)
+{
+    const auto tooLarge = [&io_document] {
+        return Error{io_document.m_file, 1, QStringLiteral("There is not enough memory for it")};
+    };
+    try
+    {
+        return ReadFile(io_document);
+    }
+    catch (const std::bad_alloc&)
+    {
+        return tooLarge();
+    }
+    catch (const std::length_error&)
+    {
+        return tooLarge();
+    }
 }
 
 std::optional<Error> ReadLibrary(const QString& in_path, Library& out_library)

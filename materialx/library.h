@@ -59,11 +59,13 @@ MATERIALX_EXPORT void AddMissing(const Library& in_found, Library& io_library);
 /// documents are still empty.
 ///
 /// Left out are files and folders whose names start with a dot, links to folders, links that lead out of the opened
-/// folder, and a link to a document that is listed already. Errors are a folder that cannot be read, and one without
-/// documents.
+/// folder, and a link to a document that is listed already. Errors are a folder that cannot be read, one without
+/// documents, and a document whose path is not in the encoding of the system.
+/// \param out_library on an error what could be listed nevertheless
 MATERIALX_EXPORT std::optional<Error> FindDocuments(const QString& in_path, Library& out_library);
 
-/// Reads the file of a document. Errors are what Document::Read() calls a fault, and a file that cannot be read.
+/// Reads the file of a document. Errors are what Document::Read() calls a fault, a file that cannot be read, and one
+/// that is larger than the memory.
 MATERIALX_EXPORT std::optional<Error> ReadDocument(LibraryDocument& io_document);
 
 /// Lists and reads. "xi:include" is not followed.

@@ -79,6 +79,30 @@ std::size_t TargetOf(std::size_t in_document, std::size_t in_source, Library& io
     return FindOrAddDocument(prefix + source.m_name + QStringLiteral(".mtlx"), io_library);
 }
 
+/// Indices of documents.
+using Documents = std::vector<std::size_t>;
+using DocumentsByName = std::unordered_map<std::string_view, Documents>;
+using NamesByName = std::unordered_map<std::string_view, std::vector<std::string_view>>;
+
+/// Adds a document that is the last one of the list, or comes behind it.
+void Add(std::size_t in_document, Documents& io_documents)
+{
+    if (io_documents.empty() || io_documents.back() != in_document)
+        io_documents.push_back(in_document);
+}
+
+void Append(const DocumentsByName& in_from, std::string_view in_name, Documents& io_documents)
+{
+    if (const auto found = in_from.find(in_name); found != in_from.end())
+        io_documents.insert(io_documents.end(), found->second.begin(), found->second.end());
+}
+
+template <class Value> void SortDistinct(std::vector<Value>& io_values)
+{
+    std::sort(io_values.begin(), io_values.end());
+    io_values.erase(std::unique(io_values.begin(), io_values.end()), io_values.end());
+}
+
 } // namespace
 
 std::vector<DeclarationIndex> ElementsOf(const Library& in_library, const Item& in_item)
@@ -123,27 +147,26 @@ std::vector<DeclarationIndex> ElementsOf(const Library& in_library, const Item& 
 
 std::vector<std::vector<std::size_t>> DocumentsOf(const Library& in_library, const std::vector<Item>& in_items)
 {
-    using Documents = std::vector<std::size_t>;
-    std::unordered_map<std::string_view, Documents> ofNode;                         // of its definitions
-    std::unordered_map<std::string_view, Documents> ofGraph;                        // by name
-    std::unordered_map<std::string_view, Documents> ofImplementation;               // of what implements a definition
-    std::unordered_map<std::string_view, std::vector<std::string_view>> graphsOf;   // that a definition's name
-    std::unordered_map<std::string_view, std::vector<std::string_view>> nodeDefsOf; // of a node
+    DocumentsByName ofNode;           // of its definitions
+    DocumentsByName ofGraph;          // by name
+    DocumentsByName ofImplementation; // of what implements a definition
+    NamesByName graphsOf;             // that a definition's name
+    NamesByName nodeDefsOf;           // of a node
     for (std::size_t i = 0; i < in_library.m_documents.size(); ++i)
         for (const Declaration& declaration : DocumentOf(in_library, i).GetDeclarations())
             switch (declaration.m_kind)
             {
             case eDeclaration::eNodeDef:
-                ofNode[declaration.m_node].push_back(i);
+                Add(i, ofNode[declaration.m_node]);
                 nodeDefsOf[declaration.m_node].push_back(declaration.m_name);
                 break;
             case eDeclaration::eImplementation:
-                ofImplementation[declaration.m_nodeDef].push_back(i);
+                Add(i, ofImplementation[declaration.m_nodeDef]);
                 graphsOf[declaration.m_nodeDef].push_back(declaration.m_nodeGraph);
                 break;
             case eDeclaration::eNodeGraph:
-                ofImplementation[declaration.m_nodeDef].push_back(i);
-                ofGraph[declaration.m_name].push_back(i);
+                Add(i, ofImplementation[declaration.m_nodeDef]);
+                Add(i, ofGraph[declaration.m_name]);
                 break;
             default:
                 break;
@@ -151,34 +174,33 @@ std::vector<std::vector<std::size_t>> DocumentsOf(const Library& in_library, con
     ofImplementation.erase(std::string_view());
     graphsOf.erase(std::string_view());
     ofGraph.erase(std::string_view());
-    const auto append = [](const std::unordered_map<std::string_view, Documents>& in_from, std::string_view in_name,
-                           Documents& io_documents) {
-        if (const auto found = in_from.find(in_name); found != in_from.end())
-            io_documents.insert(io_documents.end(), found->second.begin(), found->second.end());
-    };
+    // Any number of elements may have one name: what follows from a name is found once, and not for each of them.
+    for (auto& [nodeDef, graphs] : graphsOf)
+    {
+        Documents& documents = ofImplementation[nodeDef];
+        SortDistinct(graphs);
+        for (const std::string_view graph : graphs)
+            Append(ofGraph, graph, documents);
+        SortDistinct(documents);
+    }
+    for (auto& [node, nodeDefs] : nodeDefsOf)
+        SortDistinct(nodeDefs);
     std::vector<Documents> all;
     all.reserve(in_items.size());
     for (const Item& item : in_items)
     {
-        Documents& documents = all.emplace_back(1, item.m_declaration.m_document);
+        Documents documents(1, item.m_declaration.m_document);
         const Declaration& first = DeclarationOf(in_library, item.m_declaration);
-        if (first.m_kind != eDeclaration::eNodeDef)
-            continue;
-        std::vector<std::string_view> nodeDefs = {first.m_name};
-        if (item.m_kind == eKind::ePolymorphicSolver)
+        if (first.m_kind == eDeclaration::eNodeDef && item.m_kind == eKind::ePolymorphicSolver)
         {
-            append(ofNode, first.m_node, documents);
-            nodeDefs = nodeDefsOf[first.m_node];
+            Append(ofNode, first.m_node, documents);
+            for (const std::string_view nodeDef : nodeDefsOf[first.m_node])
+                Append(ofImplementation, nodeDef, documents);
         }
-        for (const std::string_view nodeDef : nodeDefs)
-        {
-            append(ofImplementation, nodeDef, documents);
-            if (const auto graphs = graphsOf.find(nodeDef); graphs != graphsOf.end())
-                for (const std::string_view graph : graphs->second)
-                    append(ofGraph, graph, documents);
-        }
-        std::sort(documents.begin(), documents.end());
-        documents.erase(std::unique(documents.begin(), documents.end()), documents.end());
+        else if (first.m_kind == eDeclaration::eNodeDef)
+            Append(ofImplementation, first.m_name, documents);
+        SortDistinct(documents);
+        all.emplace_back(documents.begin(), documents.end());
     }
     return all;
 }

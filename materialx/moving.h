@@ -16,7 +16,8 @@ namespace materialx
 /// order of the documents.
 MATERIALX_EXPORT std::vector<DeclarationIndex> ElementsOf(const Library& in_library, const Item& in_item);
 
-/// The documents that hold elements of each of some items. Linear in the size of the library, for all of them together.
+/// The documents that hold elements of each of some items. Linear in the size of the library and of the answer, for all
+/// of them together, however many elements have one name.
 MATERIALX_EXPORT std::vector<std::vector<std::size_t>> DocumentsOf(const Library& in_library,
                                                                    const std::vector<Item>& in_items);
 

@@ -5,6 +5,7 @@
 #include "memorymodel/database.h"
 #include "memorymodel/librarycontext.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -41,6 +42,13 @@ public:
     {
         const auto found = m_libraries.find(in_item.GetSpace());
         return found == m_libraries.end() ? nullptr : found->second;
+    }
+
+    /// Whether a library has somebody else to ask for its states.
+    bool HasVersioning() const
+    {
+        return std::any_of(m_libraries.begin(), m_libraries.end(),
+                           [](const auto& in_library) { return in_library.second->GetVersioning() != nullptr; });
     }
 
 private:

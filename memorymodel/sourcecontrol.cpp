@@ -56,6 +56,11 @@ void SourceControl::DeliverRequestedStates()
     m_private->Deliver();
 }
 
+bool SourceControl::HasVersioning() const
+{
+    return m_private->m_contents.HasVersioning();
+}
+
 std::size_t SourceControl::GetRequestCount() const
 {
     return m_private->m_requestCount;

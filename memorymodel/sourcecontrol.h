@@ -62,6 +62,9 @@ public:
     /// answer. Does nothing when there are none.
     void DeliverRequestedStates();
 
+    /// Whether a library of the data layer has a Versioning. The last one to end switches the rest off.
+    bool HasVersioning() const;
+
     /// How often states were requested.
     std::size_t GetRequestCount() const;
     /// The items of the last request, in its order.

@@ -27,17 +27,18 @@ bool CanFollow(const Item& in_before, const Item& in_after)
 
 } // namespace
 
-CatalogueNews Catalogue::Update(const materialx::Library& in_documents)
+CatalogueUpdate Catalogue::Compare(std::vector<Item> in_items) const
 {
-    CatalogueNews news;
-    ++m_revision;
-    std::vector<Item> items = materialx::MakeItems(in_documents);
-    std::vector<ItemID> ids(items.size());
+    CatalogueUpdate update;
+    update.m_items = std::move(in_items);
+    const std::vector<Item>& items = update.m_items;
+    CatalogueNews& news = update.m_news;
+    update.m_ids.resize(items.size());
     const auto take = [&](std::size_t in_from, std::size_t in_to) {
         const ItemID id = m_ids[in_from];
         if (!CanFollow(m_items[in_from], items[in_to]))
             return false;
-        ids[in_to] = id;
+        update.m_ids[in_to] = id;
         if (id.IsValid() && !AreAlike(m_items[in_from], items[in_to]))
             news.m_changed.push_back(id);
         return true;
@@ -49,17 +50,15 @@ CatalogueNews Catalogue::Update(const materialx::Library& in_documents)
     {
         for (std::size_t i = 0; i < items.size(); ++i)
             take(i, i);
-        m_items = std::move(items);
-        return news;
+        return update;
     }
     const std::vector<std::string> keys = materialx::IdentityNames(items);
     const KeyMap& before = Keys();
     std::vector<bool> isTaken(m_items.size(), false);
-    KeyMap indexOfKey;
-    indexOfKey.reserve(keys.size());
+    update.m_indexOfKey.reserve(keys.size());
     for (std::size_t i = 0; i < items.size(); ++i)
     {
-        indexOfKey.emplace(keys[i], i);
+        update.m_indexOfKey.emplace(keys[i], i);
         const auto known = before.find(keys[i]);
         if (known != before.end() && take(known->second, i))
             isTaken[known->second] = true;
@@ -69,16 +68,25 @@ CatalogueNews Catalogue::Update(const materialx::Library& in_documents)
     for (std::size_t i = 0; i < m_items.size(); ++i)
         if (!isTaken[i] && m_ids[i].IsValid())
             news.m_gone.push_back(m_ids[i]);
-    m_items = std::move(items);
-    m_ids = std::move(ids);
-    m_indexOfKey = std::move(indexOfKey);
+    return update;
+}
+
+CatalogueNews Catalogue::Take(CatalogueUpdate in_update)
+{
+    ++m_revision;
+    const bool isSameList = in_update.m_indexOfKey.empty() && in_update.m_items.size() == m_items.size();
+    m_items = std::move(in_update.m_items);
+    m_ids = std::move(in_update.m_ids);
+    if (isSameList)
+        return in_update.m_news;
+    m_indexOfKey = std::move(in_update.m_indexOfKey);
     for (std::size_t i = 0; i < m_ids.size(); ++i)
         if (m_ids[i].IsValid())
             SetIndex(m_ids[i], i);
-    return news;
+    return in_update.m_news;
 }
 
-const Catalogue::KeyMap& Catalogue::Keys() const
+const KeyMap& Catalogue::Keys() const
 {
     if (!m_indexOfKey.empty() || m_items.empty())
         return m_indexOfKey;
@@ -100,7 +108,6 @@ CatalogueNews Catalogue::UpdateShown(const materialx::Library& in_documents,
                                      const std::vector<materialx::DeclarationIndex>& in_declarations)
 {
     CatalogueNews news;
-    ++m_revision;
     for (std::size_t i = 0; i < m_items.size(); ++i)
     {
         const auto isOf = [this, i](const materialx::DeclarationIndex& in_declaration) {
@@ -167,7 +174,6 @@ void Catalogue::Pair(const std::string& in_key, const ItemID& in_id)
 
 void Catalogue::Pair(std::size_t in_index, const ItemID& in_id)
 {
-    ++m_revision;
     m_ids[in_index] = in_id;
     SetIndex(in_id, in_index);
 }

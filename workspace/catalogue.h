@@ -23,24 +23,43 @@ struct CatalogueNews
     std::vector<std::string> m_new;
 };
 
+using KeyMap = std::unordered_map<std::string, std::size_t>;
+
+/// What a catalogue is to become.
+struct CatalogueUpdate
+{
+    std::vector<materialx::Item> m_items;
+    std::vector<vireo::datamodel::ItemID> m_ids;
+    KeyMap m_indexOfKey; ///< empty when the keys stay
+    CatalogueNews m_news;
+};
+
 /// Pairs items of documents with items of the library by their kinds and names, whatever edits do to offsets.
 class Catalogue
 {
 public:
     using ItemID = vireo::datamodel::ItemID;
 
-    /// Makes the items anew after documents have changed. Linear in the size of the library.
-    CatalogueNews Update(const materialx::Library& in_documents);
+    /// Compares these items with those that the documents make now. Linear in the size of the library. On any thread
+    /// while nothing here is changed; but keys are for one thread at a time.
+    CatalogueUpdate Compare(std::vector<materialx::Item> in_items) const;
+    /// Puts what was compared in place. Fast beside that.
+    CatalogueNews Take(CatalogueUpdate in_update);
     /// The same when nothing has changed but how some declarations are shown. Passes the items without reading them.
     CatalogueNews UpdateShown(const materialx::Library& in_documents,
                               const std::vector<materialx::DeclarationIndex>& in_declarations);
     const std::vector<materialx::Item>& GetItems() const { return m_items; }
     const std::vector<ItemID>& GetIds() const { return m_ids; }
-    /// Another number after each Update(), UpdateShown() and Pair().
+    /// Another number after each Take(). While it stays, the items are the same ones, at the same places.
     std::uint64_t GetRevision() const { return m_revision; }
 
     /// Null when no document has the item.
     const materialx::Item* Find(const ItemID& in_id) const;
+    /// The place of an item of this catalogue.
+    std::size_t IndexOf(const materialx::Item& in_item) const
+    {
+        return static_cast<std::size_t>(&in_item - m_items.data());
+    }
     /// The declarations that say what an item of this catalogue is: of a polymorphic solver all of its definitions that
     /// have a name, of any other item one.
     std::vector<materialx::DeclarationIndex> GetDeclarations(const materialx::Item& in_item) const;
@@ -60,8 +79,6 @@ public:
     void ForgetKeys() { m_indexOfKey = KeyMap(); }
 
 private:
-    using KeyMap = std::unordered_map<std::string, std::size_t>;
-
     const KeyMap& Keys() const;
     void SetIndex(const ItemID& in_id, std::size_t in_index);
 

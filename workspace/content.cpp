@@ -74,10 +74,10 @@ bool MayChange(const Documents& in_documents, std::size_t in_document)
 }
 
 /// Whether each item cannot be changed, whatever its source says. Linear in the size of the library.
-std::vector<bool> AreReadOnly(const Documents& in_documents, const std::vector<Item>& in_items)
+std::vector<bool> AreReadOnly(const Documents& in_documents, const std::vector<Item>& in_items,
+                              const ItemDocuments& in_documentsOf)
 {
     const materialx::Library& material = in_documents.GetLibrary();
-    const std::vector<std::vector<std::size_t>> documents = DocumentsOf(material, in_items);
     std::vector<bool> isSourceReadOnly;
     for (std::size_t i = 0; i < material.m_sources.size(); ++i)
         isSourceReadOnly.push_back(IsReadOnly(material, i));
@@ -87,7 +87,7 @@ std::vector<bool> AreReadOnly(const Documents& in_documents, const std::vector<I
     for (std::size_t i = 0; i < in_items.size(); ++i)
     {
         bool isReadOnly = !IsNode(in_items[i]);
-        for (const std::size_t document : documents[i])
+        for (const std::size_t document : in_documentsOf[i])
         {
             // Of its own source that is for the source to say.
             if (isSourceReadOnly[in_items[i].m_source] &&
@@ -108,9 +108,10 @@ std::optional<materialx::Error> OpenedDocuments::Open(const QString& in_path, Pr
 {
     if (std::optional<materialx::Error> error = m_documents.Open(in_path, io_progress))
         return error;
-    m_catalogue.Update(m_documents.GetLibrary());
+    m_catalogue.Take(m_catalogue.Compare(materialx::MakeItems(m_documents.GetLibrary())));
     m_identities = materialx::MakeIdentities(m_catalogue.GetItems());
-    m_areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems());
+    m_documentsOf = materialx::DocumentsOf(m_documents.GetLibrary(), m_catalogue.GetItems());
+    m_areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems(), m_documentsOf);
     return std::nullopt;
 }
 
@@ -118,9 +119,18 @@ Content::Content(OpenedDocuments in_opened, memorymodel::Library& in_library)
     : m_documents(std::move(in_opened.m_documents)),
       m_catalogue(std::move(in_opened.m_catalogue)),
       m_library(in_library),
+      m_documentsOf(std::move(in_opened.m_documentsOf)),
+      m_revisionOfDocumentsOf(m_catalogue.GetRevision()),
       m_areReadOnly(std::move(in_opened.m_areReadOnly)),
       m_identities(std::move(in_opened.m_identities))
 {
+}
+
+const ItemDocuments& Content::GetDocumentsOfItems()
+{
+    if (std::exchange(m_revisionOfDocumentsOf, m_catalogue.GetRevision()) != m_catalogue.GetRevision())
+        m_documentsOf = materialx::DocumentsOf(GetMaterial(), m_catalogue.GetItems());
+    return m_documentsOf;
 }
 
 memorymodel::DataSource& Content::SourceFor(std::size_t in_source)
@@ -193,29 +203,53 @@ void Content::Update(eFollowing in_following)
 {
     AddSources();
     const std::optional<std::vector<materialx::DeclarationIndex>> touched = m_documents.TakeTouched();
-    const CatalogueNews news =
-        touched ? m_catalogue.UpdateShown(GetMaterial(), *touched) : m_catalogue.Update(GetMaterial());
     if (!touched)
         m_areReadOnly.clear();
-    for (const ItemID& id : news.m_gone)
+    Keep(touched ? m_catalogue.UpdateShown(GetMaterial(), *touched)
+                 : m_catalogue.Take(m_catalogue.Compare(materialx::MakeItems(GetMaterial()))),
+         in_following);
+}
+
+void Content::UpdateRead(const Runner& in_run)
+{
+    AddSources();
+    m_documents.TakeTouched();
+    CatalogueUpdate update;
+    m_isInStep = false;
+    m_documents.RunBusy(in_run, [&] { update = m_catalogue.Compare(materialx::MakeItems(GetMaterial())); });
+    m_isInStep = true;
+    m_areReadOnly.clear();
+    Keep(m_catalogue.Take(std::move(update)), eFollowing::eNews);
+}
+
+void Content::Keep(const CatalogueNews& in_news, eFollowing in_following)
+{
+    for (const ItemID& id : in_news.m_gone)
         m_news.push_back({in_following, true, id, std::string()});
-    for (const std::string& key : news.m_new)
+    for (const std::string& key : in_news.m_new)
         m_news.push_back({in_following, false, ItemID(), key});
-    for (const ItemID& id : news.m_changed)
+    for (const ItemID& id : in_news.m_changed)
         m_news.push_back({in_following, false, id, std::string()});
 }
 
 void Content::UpdateReadOnly(const Runner& in_run)
 {
+    const bool isKnown = m_revisionOfDocumentsOf == m_catalogue.GetRevision();
+    ItemDocuments found; // the own ones are for the caller's thread, which may need them meanwhile
     std::vector<bool> areReadOnly;
     std::map<std::size_t, bool> areSourcesReadOnly;
     m_documents.RunBusy(in_run, [&] {
-        areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems());
+        if (!isKnown)
+            found = materialx::DocumentsOf(GetMaterial(), m_catalogue.GetItems());
+        areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems(), isKnown ? m_documentsOf : found);
         for (const auto& [index, source] : m_sources)
             areSourcesReadOnly[index] = IsReadOnly(GetMaterial(), index);
     });
     if (!m_isOpen)
         return;
+    if (!isKnown)
+        m_documentsOf = std::move(found);
+    m_revisionOfDocumentsOf = m_catalogue.GetRevision();
     for (const auto& [index, isReadOnly] : areSourcesReadOnly)
     {
         m_isInvalidated = m_isInvalidated || isReadOnly != m_sources[index]->IsReadOnly();
@@ -262,7 +296,7 @@ void Content::Tell(const News& in_news)
         return;
     const Item item = *found;
     if (m_areReadOnly.empty())
-        m_areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems());
+        m_areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems(), GetDocumentsOfItems());
     const bool isReadOnly = m_areReadOnly[static_cast<std::size_t>(found - m_catalogue.GetItems().data())];
     if (in_news.m_id.IsValid())
     {

@@ -10,6 +10,7 @@
 #include <QUuid>
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <map>
 #include <optional>
@@ -19,12 +20,16 @@
 namespace workspace
 {
 
+/// The documents of each item of a catalogue, as materialx::DocumentsOf() finds them.
+using ItemDocuments = std::vector<std::vector<std::size_t>>;
+
 /// What opening reads, before any library has it.
 struct OpenedDocuments
 {
     Documents m_documents;
     Catalogue m_catalogue;
     std::vector<QUuid> m_identities; ///< of the items of the catalogue
+    ItemDocuments m_documentsOf;     ///< of the same
     std::vector<bool> m_areReadOnly; ///< of the same
 
     /// Reads all documents of a folder, or one, and makes the items. On any thread.
@@ -48,6 +53,9 @@ public:
     /// \return whether there are more
     bool Fill(std::size_t in_count);
 
+    /// Found once for each set of items; then linear in the size of the library.
+    const ItemDocuments& GetDocumentsOfItems();
+
     /// From here on the library is left alone.
     void Close() { m_isOpen = false; }
     bool IsOpen() const { return m_isOpen; }
@@ -65,6 +73,11 @@ public:
     /// Makes the items anew after documents have changed, adds sources that are new, and keeps in mind what Settle() is
     /// to tell. Linear in the size of the library, but fast when only names and tags have changed.
     void Update(memorymodel::eFollowing in_following);
+    /// The same after documents were read anew, by way of a runner.
+    void UpdateRead(const Runner& in_run);
+    /// Whether the items are those of the documents. While documents were read anew and their items are being made,
+    /// nothing can be told of an item's elements.
+    bool IsInStep() const { return m_isInStep; }
     /// Asks anew what may be written, and keeps in mind what Settle() is to tell. Linear in the size of the library.
     void UpdateReadOnly(const Runner& in_run);
     /// Tells the library.
@@ -80,18 +93,22 @@ private:
     };
 
     memorymodel::DataSource& SourceFor(std::size_t in_source);
+    void Keep(const CatalogueNews& in_news, memorymodel::eFollowing in_following);
     memorymodel::NewItem Describe(const materialx::Item& in_item, bool in_isReadOnly);
     void Tell(const News& in_news);
 
     bool m_isOpen = true;
+    bool m_isInStep = true;
     Documents m_documents;
     Catalogue m_catalogue;
     memorymodel::Library& m_library;
     std::map<std::size_t, memorymodel::DataSource*> m_sources; ///< by sources of documents
     std::deque<News> m_news;
-    bool m_isInvalidated = false;    ///< Settle() is to say that rows look otherwise
-    std::vector<bool> m_areReadOnly; ///< of the items of the catalogue; empty until it is asked for
-    std::vector<QUuid> m_identities; ///< of the same; only until the library is filled
+    bool m_isInvalidated = false;          ///< Settle() is to say that rows look otherwise
+    ItemDocuments m_documentsOf;           ///< of the items of the catalogue
+    std::uint64_t m_revisionOfDocumentsOf; ///< of the catalogue, when those were found
+    std::vector<bool> m_areReadOnly;       ///< of the items of the catalogue; empty until it is asked for
+    std::vector<QUuid> m_identities;       ///< of the same; only until the library is filled
     std::size_t m_filled = 0;
 };
 

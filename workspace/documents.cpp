@@ -13,6 +13,8 @@
 
 #include <algorithm>
 #include <ctime>
+#include <exception>
+#include <new>
 #include <numeric>
 #include <set>
 #include <sys/stat.h>
@@ -46,6 +48,13 @@ std::optional<Error> RecoverIn(const QString& in_folder)
     if (error.isEmpty())
         return std::nullopt;
     return Error{in_folder, 1, QStringLiteral("A save was interrupted here and cannot be completed: %1").arg(error)};
+}
+
+/// A file without the links that lead to it.
+QString RealFile(const QString& in_path)
+{
+    const QFileInfo file(in_path);
+    return file.exists() ? file.canonicalFilePath() : file.absoluteFilePath();
 }
 
 /// Nothing for a file that was changed just now: it could change again, and the system would tell the same of it.
@@ -83,12 +92,13 @@ std::optional<Error> RecoverBelow(const QString& in_folder)
 
 QString Documents::GetFolder() const
 {
-    if (m_library.m_isFolder)
-        return m_library.m_path;
     // Of a link the folder of what it leads to: that is where it is written.
-    const QFileInfo file(m_library.m_path);
-    const QString path = file.exists() ? file.canonicalFilePath() : file.absoluteFilePath();
-    return QFileInfo(path).path();
+    return m_library.m_isFolder ? m_library.m_path : QFileInfo(RealFile(m_library.m_path)).path();
+}
+
+QString Documents::GetPathInFolder(const QString& in_relativePath) const
+{
+    return m_library.m_isFolder ? in_relativePath : QFileInfo(RealFile(m_library.m_path)).fileName();
 }
 
 std::optional<Error> Documents::Open(const QString& in_path, Progress* io_progress)
@@ -225,15 +235,41 @@ struct Documents::Look
 
 void Documents::Read(Look& io_look) const
 {
+    const QString& file = m_library.m_documents[io_look.m_document].m_file;
+    try
+    {
+        ReadFile(io_look);
+    }
+    catch (const std::bad_alloc&)
+    {
+        io_look.m_problem = QStringLiteral("%1:1: There is not enough memory for it").arg(file);
+    }
+    catch (const std::exception& thrown)
+    {
+        io_look.m_problem = QStringLiteral("%1:1: %2").arg(file, QString::fromLocal8Bit(thrown.what()));
+    }
+}
+
+bool Documents::LeadsOutside(const QByteArray& in_path) const
+{
+    const QByteArray real = RealPath(in_path);
+    return !real.isEmpty() && !IsInside(real, RealPath(QFile::encodeName(GetFolder())));
+}
+
+void Documents::ReadFile(Look& io_look) const
+{
     const materialx::LibraryDocument& document = m_library.m_documents[io_look.m_document];
     const QByteArray path = PathOf(document);
     const Record& record = m_records[io_look.m_document];
     io_look.m_stamp = StampOf(path);
-    io_look.m_isSame = !io_look.m_isForced && io_look.m_stamp.m_size >= 0 && io_look.m_stamp == record.m_stamp;
+    // A link may have come meanwhile, on the way to the file, too.
+    const bool isOutside = LeadsOutside(path);
+    io_look.m_isSame =
+        !isOutside && !io_look.m_isForced && io_look.m_stamp.m_size >= 0 && io_look.m_stamp == record.m_stamp;
     if (io_look.m_isSame)
         return;
     QString error;
-    std::optional<std::string> bytes = ReadBytes(path, error);
+    std::optional<std::string> bytes = isOutside ? std::nullopt : ReadBytes(path, error);
     if (!error.isEmpty())
     {
         io_look.m_problem = QStringLiteral("%1:1: %2").arg(document.m_file, error);
@@ -285,10 +321,8 @@ void Documents::RunBusy(const Runner& in_run, const std::function<void()>& in_fu
 void Documents::FindNew(const Runner& in_run)
 {
     materialx::Library found;
-    bool isFound = false;
-    RunBusy(in_run, [&] { isFound = !materialx::FindDocuments(m_library.m_path, found); });
-    if (isFound)
-        AddMissing(found, m_library);
+    RunBusy(in_run, [&] { materialx::FindDocuments(m_library.m_path, found); });
+    AddMissing(found, m_library);
 }
 
 bool Documents::Refresh(const std::vector<std::size_t>& in_documents, const Runner& in_run)

@@ -76,6 +76,8 @@ public:
     materialx::Library& GetLibrary() { return m_library; }
     /// Where journals go: the opened folder, or the one that the opened file is in.
     QString GetFolder() const;
+    /// From that folder, the path of a document that has this one from the opened folder. An opened file may be a link.
+    QString GetPathInFolder(const QString& in_relativePath) const;
 
     State GetState(std::size_t in_document) const { return Of(in_document).m_state; }
     /// The states of the documents that a change touches.
@@ -95,6 +97,8 @@ public:
     /// Whether the bytes are not those that were read or saved. Compares bytes only if an edit was made since that left
     /// their count as it was.
     bool IsChanged(std::size_t in_document) const;
+    /// Whether there is a file at a path of a document that is not in the folder: links lead to it.
+    bool LeadsOutside(const QByteArray& in_path) const;
     /// Whether the file, or one where there is none yet, can be written, and the document can be edited. That one came
     /// with the product is not asked here.
     bool CanWrite(std::size_t in_document) const;
@@ -140,8 +144,9 @@ private:
     const QByteArray& HashOfBytes(std::size_t in_document) const;
     Record& Of(std::size_t in_document) const;
     struct Look;
-    /// Reads a file if it is not as it was last seen. On any thread.
+    /// Reads a file if it is not as it was last seen. On any thread. One that leads out of the folder is none.
     void Read(Look& io_look) const;
+    void ReadFile(Look& io_look) const;
     /// Puts what was read in place of a document.
     void Take(Look& io_look);
     void MarkInStep(Record& io_record, const QByteArray& in_hash, std::size_t in_size, const FileStamp& in_stamp);

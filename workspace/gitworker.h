@@ -5,6 +5,7 @@
 #include "workspace/repository.h"
 
 #include <QObject>
+#include <QString>
 #include <QThreadPool>
 
 #include <atomic>
@@ -26,13 +27,18 @@ public:
     /// Waits for the job under way. Jobs that wait, and answers that were not given yet, are dropped.
     ~GitWorker() override;
 
+    /// What is called instead of an answer when the job could not be done, with the reason.
+    using Failed = std::function<void(const QString& in_reason)>;
+
     /// \param in_isUrgent before the jobs that wait and are not
-    void Do(Job in_job, bool in_isUrgent);
+    void Do(Job in_job, Failed in_failed, bool in_isUrgent);
 
     /// Waits for all jobs, and gives their answers now.
     void Finish();
 
 private:
+    Answer Run(const Job& in_job, const Failed& in_failed) const;
+
     const GitLibrary m_library;
     std::atomic<bool> m_isEnding{false};
     QThreadPool m_thread;

@@ -345,6 +345,9 @@ QString CompareWithIndex(const QByteArray& in_file)
         return QStringLiteral("%1 is not under version control").arg(name);
     const Index index(opened);
     const git_index_entry* const entry = git_index_get_bypath(opened, file.m_path.c_str(), 0);
+    const git_index_entry* side = nullptr;
+    if (!entry && git_index_conflict_get(&side, &side, &side, opened, file.m_path.c_str()) == 0)
+        return QStringLiteral("%1 has a merge conflict").arg(name);
     if (!entry)
         return QStringLiteral("%1 is not under version control").arg(name);
     // As git would store it: with the line ends that its rules ask for.
@@ -393,7 +396,7 @@ GitLibrary::~GitLibrary()
     git_libgit2_shutdown();
 }
 
-GitStates ReadGitStates(const DocumentPaths& in_paths)
+GitStates ReadGitStates(const DocumentPaths& in_paths, const std::atomic<bool>& in_isEnding)
 {
     GitStates answer;
     answer.m_states.resize(in_paths.m_documents.size(), eGitState::eNone);
@@ -404,7 +407,7 @@ GitStates ReadGitStates(const DocumentPaths& in_paths)
         return answer;
     }
     Repositories repositories(folder);
-    for (std::size_t i = 0; i < in_paths.m_documents.size(); ++i)
+    for (std::size_t i = 0; i < in_paths.m_documents.size() && !in_isEnding; ++i)
     {
         const QByteArray file = folder + '/' + in_paths.m_documents[i];
         const int found = repositories.Find(FolderOf(file));
@@ -420,6 +423,8 @@ GitStates ReadGitStates(const DocumentPaths& in_paths)
     const bool isAdministrator = geteuid() == 0;
     for (Group& group : repositories.GetGroups())
     {
+        if (in_isEnding)
+            break;
         std::unordered_map<std::string, unsigned> flags;
         AppendWatched(group.m_repository.get(), answer.m_watched);
         if (group.m_paths.empty() || !ReadFlags(group, flags, answer.m_lookedAt))

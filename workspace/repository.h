@@ -47,7 +47,8 @@ struct GitStates
 
 /// Documents in repositories inside the folder, submodules say, have the states that these have of them. Only the
 /// documents are looked at, however many other files there are.
-GitStates ReadGitStates(const DocumentPaths& in_paths);
+/// \param in_isEnding stops it between repositories: nobody wants the answer
+GitStates ReadGitStates(const DocumentPaths& in_paths, const std::atomic<bool>& in_isEnding);
 
 /// One commit that changed a document.
 struct GitCommit

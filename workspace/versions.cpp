@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "workspace/versions.h"
 
-#include "materialx/moving.h"
 #include "memorymodel/library.h"
 #include "memorymodel/sourcecontrol.h"
 #include "workspace/content.h"
+#include "workspace/files.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -67,12 +67,18 @@ void Versions::Ask()
         if (!library.m_documents[i].m_document.IsEmpty())
         {
             documents.push_back(i);
-            paths.m_documents.push_back(QFile::encodeName(library.m_documents[i].m_relativePath));
+            paths.m_documents.push_back(
+                QFile::encodeName(m_content->GetDocuments().GetPathInFolder(library.m_documents[i].m_relativePath)));
         }
     m_askedCount += documents.size();
     m_worker.Do(
-        [this, paths = std::move(paths), documents = std::move(documents)](const std::atomic<bool>&) {
-            return [this, documents, answer = ReadGitStates(paths)] { Take(answer, documents); };
+        [this, paths = std::move(paths), documents = std::move(documents)](const std::atomic<bool>& in_isEnding) {
+            return [this, documents, answer = ReadGitStates(paths, in_isEnding)] { Take(answer, documents); };
+        },
+        [this](const QString& in_reason) {
+            GitStates none;
+            none.m_problem = in_reason;
+            Take(none, {});
         },
         true);
 }
@@ -116,6 +122,8 @@ void Versions::SetActive(bool in_isActive)
     m_histories.clear();
     Tell();
     m_content->GetLibrary().SetVersioning(nullptr);
+    if (control.HasVersioning())
+        return; // of another library
     control.SetEnabled(false);
     control.SetVersionControlActive(false);
 }
@@ -137,6 +145,15 @@ void Versions::Watch(const QStringList& in_folders)
 
 void Versions::Tell()
 {
+    const std::uint64_t revision = m_content->GetCatalogue().GetRevision();
+    if (!m_content->IsInStep())
+        return; // who reads the documents asks afterwards
+    const bool isSame = m_isActive == m_wasActive && revision == m_toldRevision && m_states == m_toldStates;
+    if (!std::exchange(m_isRequested, false) && isSame)
+        return;
+    m_wasActive = m_isActive;
+    m_toldRevision = revision;
+    m_toldStates = m_states;
     std::vector<memorymodel::ItemState> states;
     states.reserve(m_requested.size());
     for (const ItemID& item : m_requested)
@@ -146,18 +163,10 @@ void Versions::Tell()
 
 const std::vector<std::size_t>& Versions::DocumentsOf(const ItemID& in_item)
 {
-    if (m_revisionOfDocuments != m_content->GetCatalogue().GetRevision())
-    {
-        const std::vector<ItemID>& ids = m_content->GetCatalogue().GetIds();
-        std::vector<std::vector<std::size_t>> documents =
-            materialx::DocumentsOf(m_content->GetMaterial(), m_content->GetCatalogue().GetItems());
-        m_documentsOf.clear();
-        for (std::size_t i = 0; i < ids.size(); ++i)
-            if (ids[i].IsValid())
-                m_documentsOf[ids[i].GetNumber()] = std::move(documents[i]);
-        m_revisionOfDocuments = m_content->GetCatalogue().GetRevision();
-    }
-    return m_documentsOf[in_item.GetNumber()];
+    static const std::vector<std::size_t> none;
+    const Catalogue& catalogue = m_content->GetCatalogue();
+    const materialx::Item* const item = m_content->IsInStep() ? catalogue.Find(in_item) : nullptr;
+    return item ? m_content->GetDocumentsOfItems()[catalogue.IndexOf(*item)] : none;
 }
 
 eGitState Versions::StateOfDocument(std::size_t in_document) const
@@ -195,17 +204,20 @@ const std::vector<GitCommit>* Versions::FindHistory(const QString& in_path)
         return &found->second;
     if (!m_control || !m_isActive || !m_askedHistories.insert(in_path).second)
         return nullptr;
-    const QByteArray file = QFile::encodeName(m_content->GetDocuments().GetFolder() + QLatin1Char('/') + in_path);
+    const Documents& documents = m_content->GetDocuments();
+    const QByteArray file =
+        QFile::encodeName(documents.GetFolder() + QLatin1Char('/') + documents.GetPathInFolder(in_path));
+    const auto take = [this, in_path, happenings = m_happenings](const std::vector<GitCommit>& in_commits) {
+        m_askedHistories.erase(in_path);
+        if (happenings == m_happenings)
+            m_histories[in_path] = in_commits;
+        Q_EMIT HistoryRead(in_path);
+    };
     m_worker.Do(
-        [this, in_path, file, happenings = m_happenings](const std::atomic<bool>& in_isEnding) {
-            return [this, in_path, happenings, commits = ReadHistory(file, gCommits, in_isEnding)] {
-                m_askedHistories.erase(in_path);
-                if (happenings == m_happenings)
-                    m_histories[in_path] = commits;
-                Q_EMIT HistoryRead(in_path);
-            };
+        [take, file](const std::atomic<bool>& in_isEnding) {
+            return [take, commits = ReadHistory(file, gCommits, in_isEnding)] { take(commits); };
         },
-        false);
+        [take](const QString&) { take({}); }, false);
     return nullptr;
 }
 
@@ -219,6 +231,7 @@ void Versions::Finish()
 void Versions::RequestStates(const std::vector<ItemID>& in_items)
 {
     m_requested.insert(in_items.begin(), in_items.end());
+    m_isRequested = true;
     Ask();
 }
 
@@ -261,22 +274,23 @@ void Versions::MakeWritable(const ItemID& in_item, bool in_interactive)
 void Versions::ChangeFiles(const ItemID& in_item, QString (*in_change)(const std::vector<QByteArray>&),
                            bool in_interactive)
 {
+    const Documents& documents = m_content->GetDocuments();
     std::vector<QByteArray> files;
     for (const DocumentVersion& document : GetDocuments(in_item))
-        if (QFileInfo::exists(document.m_file))
-            files.push_back(QFile::encodeName(document.m_file));
-    m_worker.Do(
-        [this, files, in_change, in_interactive](const std::atomic<bool>&) {
-            return [this, problem = in_change(files), in_interactive] {
-                if (!m_control)
-                    return;
-                const QPointer<Versions> self(this);
-                Q_EMIT PermissionsChanged();
-                if (self && in_interactive && !problem.isEmpty())
-                    Q_EMIT Refused(problem);
-            };
-        },
-        true);
+        if (const QByteArray file = RealPath(QFile::encodeName(document.m_file));
+            !file.isEmpty() && !documents.LeadsOutside(file))
+            files.push_back(file);
+    const auto finish = [this, in_interactive](const QString& in_problem) {
+        if (!m_control)
+            return;
+        const QPointer<Versions> self(this);
+        Q_EMIT PermissionsChanged();
+        if (self && in_interactive && !in_problem.isEmpty())
+            Q_EMIT Refused(in_problem);
+    };
+    m_worker.Do([finish, files, in_change](
+                    const std::atomic<bool>&) { return [finish, problem = in_change(files)] { finish(problem); }; },
+                finish, true);
 }
 
 } // namespace workspace

@@ -18,7 +18,6 @@
 #include <map>
 #include <memory>
 #include <set>
-#include <unordered_map>
 #include <vector>
 
 namespace memorymodel
@@ -101,8 +100,9 @@ private:
     void Take(const GitStates& in_answer, const std::vector<std::size_t>& in_documents);
     void SetActive(bool in_isActive);
     void Watch(const QStringList& in_folders);
+    /// Tells the states that were requested, if they can be others than the last time.
     void Tell();
-    /// Indices of documents, in the order of their paths.
+    /// Indices of documents.
     const std::vector<std::size_t>& DocumentsOf(const ItemID& in_item);
     eGitState StateOfDocument(std::size_t in_document) const;
     eGitState StateOf(const ItemID& in_item);
@@ -114,11 +114,13 @@ private:
     QString m_problem;
     std::vector<eGitState> m_states; ///< of documents; those beyond the end have none
     std::set<ItemID> m_requested;
+    bool m_isRequested = false;          ///< since they were told
+    bool m_wasActive = false;            ///< when they were told
+    std::uint64_t m_toldRevision = 0;    ///< of the catalogue, then
+    std::vector<eGitState> m_toldStates; ///< then
     std::map<QString, std::vector<GitCommit>> m_histories;
     std::set<QString> m_askedHistories;
     std::size_t m_happenings = 0; ///< in repositories; what was read before the last one may be out of date
-    std::unordered_map<std::uint64_t, std::vector<std::size_t>> m_documentsOf; ///< by the numbers of items
-    std::uint64_t m_revisionOfDocuments = 0; ///< of the content, when those were found
     std::size_t m_askedCount = 0;
     bool m_isAsking = false;
     bool m_isAskedAgain = false;

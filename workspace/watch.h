@@ -6,7 +6,9 @@
 
 #include <QFileSystemWatcher>
 #include <QObject>
+#include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 
 #include <memory>
@@ -28,8 +30,8 @@ class WORKSPACE_EXPORT Watch : public QObject
 public:
     explicit Watch(std::shared_ptr<Workspace> in_workspace);
 
-    /// Begins to watch.
-    void Start() { WatchAll(); }
+    /// Begins to watch, and lets the workspace look once.
+    void Start();
 
     /// Lets the workspace look soon. For moments when something may have happened that was not noticed, since the
     /// system does not tell of every file.
@@ -45,11 +47,18 @@ private Q_SLOTS:
     void Look();
 
 private:
-    void WatchAll();
+    void Schedule();
+    /// The opened folder, or the one that the opened file is in.
+    QString GetFolder() const;
+    /// \return whether something is watched that was not before
+    bool WatchAll();
+    bool WatchFolders();
+    bool Add(const QStringList& in_paths);
 
     const std::shared_ptr<Workspace> m_workspace;
     QFileSystemWatcher m_watcher;
     QTimer m_timer;
+    QSet<QString> m_changedFolders; ///< in which others may have come since WatchFolders()
     bool m_isComplete = true;
 };
 

@@ -2,7 +2,6 @@
 #include "workspace/workspace.h"
 
 #include "materialx/encoding.h"
-#include "materialx/moving.h"
 #include "memorymodel/datalayer.h"
 #include "workspace/content.h"
 #include "workspace/files.h"
@@ -15,7 +14,9 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <exception>
 #include <limits>
+#include <new>
 #include <numeric>
 #include <set>
 #include <utility>
@@ -46,8 +47,20 @@ Reading::~Reading() = default;
 
 bool Reading::Run()
 {
-    if (const std::optional<materialx::Error> error = m_opened->Open(m_path, &m_progress))
-        m_error = error->GetText();
+    // On another thread nobody would catch it.
+    try
+    {
+        if (const std::optional<materialx::Error> error = m_opened->Open(m_path, &m_progress))
+            m_error = error->GetText();
+    }
+    catch (const std::bad_alloc&)
+    {
+        m_error = QStringLiteral("%1:1: There is not enough memory for it").arg(m_path);
+    }
+    catch (const std::exception& thrown)
+    {
+        m_error = QStringLiteral("%1:1: %2").arg(m_path, QString::fromLocal8Bit(thrown.what()));
+    }
     return m_error.isEmpty();
 }
 
@@ -119,7 +132,7 @@ std::optional<materialx::Description> Workspace::Describe(const ItemID& in_item)
 {
     const Catalogue& catalogue = m_content->GetCatalogue();
     const materialx::Item* const item = catalogue.Find(in_item);
-    if (!item || !m_content->IsOpen())
+    if (!item || !m_content->IsOpen() || !m_content->IsInStep())
         return std::nullopt;
     return materialx::Describe(m_content->GetMaterial(), *item, catalogue.GetDeclarations(*item));
 }
@@ -164,7 +177,7 @@ void Workspace::Look(const std::vector<std::size_t>& in_documents)
 {
     const bool isReplaced = m_content->GetDocuments().Refresh(in_documents, m_runner);
     if (isReplaced && m_content->IsOpen())
-        m_content->Update(memorymodel::eFollowing::eNews);
+        m_content->UpdateRead(m_runner);
     LookAtPermissions();
 }
 
@@ -340,23 +353,19 @@ memorymodel::CommitAnswer Workspace::Commit(const memorymodel::CommitRequest& in
     for (const std::size_t document : InPathOrder(m_content->GetMaterial()))
         if (std::find(saved.begin(), saved.end(), document) != saved.end())
             m_savedDocuments.append(m_content->GetMaterial().m_documents[document].m_relativePath);
-    std::vector<materialx::Item> items;
-    std::vector<ItemID> ids;
-    for (const ItemID& id : in_request.m_items)
-        if (const materialx::Item* const item = m_content->GetCatalogue().Find(id))
-        {
-            items.push_back(*item);
-            ids.push_back(id);
-        }
-    const std::vector<std::vector<std::size_t>> documentsOf = DocumentsOf(m_content->GetMaterial(), items);
     std::set<std::size_t> changed;
     for (std::size_t i = 0; i < m_content->GetMaterial().m_documents.size(); ++i)
         if (documents.IsChanged(i))
             changed.insert(i);
-    for (std::size_t i = 0; i < items.size(); ++i)
-        if (std::none_of(documentsOf[i].begin(), documentsOf[i].end(),
-                         [&](std::size_t in_document) { return changed.count(in_document) != 0; }))
-            answer.m_saved.push_back(ids[i]);
+    const Catalogue& catalogue = m_content->GetCatalogue();
+    const auto isSaved = [&](const materialx::Item& in_item) {
+        const std::vector<std::size_t>& all = m_content->GetDocumentsOfItems()[catalogue.IndexOf(in_item)];
+        return std::none_of(all.begin(), all.end(),
+                            [&](std::size_t in_document) { return changed.count(in_document) != 0; });
+    };
+    for (const ItemID& id : in_request.m_items)
+        if (const materialx::Item* const item = catalogue.Find(id); item && isSaved(*item))
+            answer.m_saved.push_back(id);
     m_versions->Ask();
     return answer;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/commandline.h"
 #include "host/sampletable.h"
+#include "tests/materialx/documents.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
@@ -10,6 +11,7 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <set>
 
 using host::SampleItem;
 using host::SampleKind;
@@ -25,7 +27,8 @@ struct Result
 };
 
 /// Runs the built program as in a terminal without a display.
-Result RunHost(const QStringList& in_arguments, const QString& in_scale = QString())
+Result RunHost(const QStringList& in_arguments, const QString& in_scale = QString(),
+               const QString& in_folder = QString())
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* const name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
@@ -35,6 +38,7 @@ Result RunHost(const QStringList& in_arguments, const QString& in_scale = QStrin
         environment.insert(QStringLiteral("QT_SCALE_FACTOR"), in_scale);
     QProcess process;
     process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(in_folder);
     process.start(QStringLiteral(HOST_PROGRAM), in_arguments);
     Result result;
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
@@ -80,6 +84,29 @@ QString WriteFile(const QTemporaryDir& in_folder, const char* in_name, const QBy
     if (!file.open(QIODevice::WriteOnly) || file.write(in_content) != in_content.size())
         return QString();
     return path;
+}
+
+/// The score of a row by the rule for one item, in plain words; -1 when the words do not find it.
+int PlainScore(const QByteArrayList& in_row, const std::set<QByteArray>& in_words)
+{
+    const QByteArray name = in_row.at(2).toLower();
+    const QByteArrayList tags = in_row.at(3).toLower().split(';');
+    const int fromTag = 1000;
+    int score = -1;
+    int position = 0;
+    for (const QByteArray& word : in_words)
+    {
+        if (name.startsWith(word))
+            return position;
+        if (name.contains(word))
+            score = static_cast<int>(in_words.size()) + position;
+        else if (score < 0 &&
+                 std::any_of(
+                     tags.begin(), tags.end(), [&word](const QByteArray& in_tag) { return in_tag.contains(word); }))
+            score = fromTag;
+        ++position;
+    }
+    return score;
 }
 
 int CountListed(std::initializer_list<SampleKind> in_kinds)
@@ -240,6 +267,96 @@ private Q_SLOTS:
                                        QStringLiteral("all"), QStringLiteral("--rows")});
         QCOMPARE(result.m_status, 0);
         QCOMPARE(RowsOf(result).size(), 266);
+    }
+
+    void searchesOfTheStandardLibraryScoreByThePlainRule_data()
+    {
+        QTest::addColumn<int>("least"); // rows that are found
+        QTest::newRow("noise") << 5;
+        QTest::newRow("color") << 10;
+        QTest::newRow("MIX blend") << 2;
+        QTest::newRow("math noise a") << 20;
+        QTest::newRow("pbr light") << 5;
+        QTest::newRow("2d 3d _") << 20;
+        QTest::newRow("globalconstant") << 12;
+        QTest::newRow("nothing-of-this") << 0;
+    }
+
+    void searchesOfTheStandardLibraryScoreByThePlainRule()
+    {
+        QFETCH(int, least);
+        const QString path = QStringLiteral(MATERIALX_FOLDER);
+        if (!QDir(path).exists())
+            QSKIP("the documents are not beside the project");
+        const QStringList all = {QStringLiteral("--library"), path, QStringLiteral("--tab"), QStringLiteral("all"),
+                                 QStringLiteral("--rows")};
+        const QString search = QString::fromLatin1(QTest::currentDataTag());
+        const QByteArrayList typed = search.toLower().toLatin1().split(' ');
+        const std::set<QByteArray> words(typed.begin(), typed.end());
+        QList<QByteArrayList> expected;
+        for (QByteArrayList row : RowsOf(RunHost(all)))
+            if (const int score = PlainScore(row, words); score >= 0)
+            {
+                row[4] = QByteArray::number(score);
+                expected << row;
+            }
+        std::stable_sort(expected.begin(), expected.end(), [](const QByteArrayList& in_a, const QByteArrayList& in_b) {
+            return in_a.at(4).toInt() < in_b.at(4).toInt();
+        });
+        for (int i = 0; i < expected.size(); ++i)
+            expected[i][0] = QByteArray::number(i);
+        QVERIFY2(expected.size() >= least, qPrintable(QString::number(expected.size())));
+        QCOMPARE(RowsOf(RunHost(all + QStringList{QStringLiteral("--search"), search})), expected);
+    }
+
+    void aRelativePathIsOpened_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("from");
+        QTest::newRow("folder") << QStringLiteral("mtlx") << QString();
+        QTest::newRow("folder with a slash") << QStringLiteral("mtlx/") << QString();
+        QTest::newRow("folder from another one") << QStringLiteral("../mtlx") << QStringLiteral("mtlx");
+        QTest::newRow("this folder") << QStringLiteral(".") << QStringLiteral("mtlx");
+    }
+
+    void aRelativePathIsOpened()
+    {
+        QFETCH(QString, path);
+        QFETCH(QString, from);
+        QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("mtlx/mtlx")));
+        WriteFile(folder, "mtlx/a.mtlx", "<materialx><typedef name=\"sun\"/></materialx>");
+        WriteFile(folder, "mtlx/mtlx/b.mtlx", "<materialx><typedef name=\"moon\"/></materialx>");
+        const Result result = RunHost({QStringLiteral("--library"), path, QStringLiteral("--tab"),
+                                       QStringLiteral("all"), QStringLiteral("--rows")},
+                                      QString(), folder.filePath(from));
+        QVERIFY2(result.m_status == 0, result.m_error.constData());
+        QCOMPARE(NamesOf(result), (QByteArrayList{"moon", "sun"}));
+    }
+
+    void aRelativeFileIsOpened()
+    {
+        QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("mtlx")));
+        WriteFile(folder, "mtlx/a.mtlx", "<materialx><typedef name=\"sun\"/></materialx>");
+        const QStringList arguments = {QStringLiteral("--tab"), QStringLiteral("all"), QStringLiteral("--rows"),
+                                       QStringLiteral("--library"), QStringLiteral("mtlx/a.mtlx")};
+        QCOMPARE(NamesOf(RunHost(arguments, QString(), folder.path())), QByteArrayList{"sun"});
+    }
+
+    void aFileLargerThanTheMemoryIsAnError()
+    {
+#ifdef __SANITIZE_ADDRESS__
+        QSKIP("The sanitizer ends a program that asks for so much");
+#endif
+        QTemporaryDir folder;
+        const QString path = WriteFile(folder, "a.mtlx", "<materialx/>");
+        if (!MakeLargerThanTheMemory(path))
+            QSKIP("The file system takes no such file");
+        const Result result = RunHost({QStringLiteral("--rows"), QStringLiteral("--library"), path});
+        QCOMPARE(result.m_status, 1);
+        QVERIFY2(result.m_error.contains(path.toLocal8Bit() + ":1: There is not enough memory for it"),
+                 result.m_error.constData());
     }
 
     void librariesThatCannotBeOpened_data()

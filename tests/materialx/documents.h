@@ -42,6 +42,18 @@ private:
     QTemporaryDir m_folder;
 };
 
+/// Makes a file longer than the memory, without a byte on the disk.
+/// \return false when the file system takes no such file, or the system gives memory that it does not have
+inline bool MakeLargerThanTheMemory(const QString& in_path)
+{
+    QFile overcommit(QStringLiteral("/proc/sys/vm/overcommit_memory"));
+    if (overcommit.open(QIODevice::ReadOnly) && overcommit.readAll().trimmed() == "1")
+        return false;
+    QFile file(in_path);
+    const qint64 terabyte = qint64(1) << 40;
+    return file.resize(100 * terabyte) || file.resize(15 * terabyte);
+}
+
 inline QString KindName(materialx::eKind in_kind)
 {
     static const char* const names[] = {"type", "constant", "polymorphic", "solver", "compound", "signature"};

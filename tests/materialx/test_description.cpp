@@ -2,7 +2,10 @@
 #include "materialx/description.h"
 
 #include "tests/materialx/memorylibrary.h"
+#include "tests/support/costs.h"
 #include "tests/support/testmain.h"
+
+#include <memory>
 
 using materialx::Description;
 using materialx::DeclarationIndex;
@@ -169,6 +172,33 @@ private Q_SLOTS:
         QStringList inputs = TextsOf(DescribeAlone(library, "a").m_inputs);
         inputs.sort();
         QCOMPARE(inputs, Words("one t=|two t="));
+    }
+
+    void manyDefinitionsThatInherit_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("from one") << QByteArray("<nodedef name='%' node='n' inherit='base'/>");
+        QTest::newRow("types") << QByteArray("<nodedef name='%' node='n'><input name='in' type='long_type_%'/>"
+                                             "</nodedef>");
+    }
+
+    void manyDefinitionsThatInherit()
+    {
+        QFETCH(QByteArray, line);
+        const double growth = GrowthOf(
+            [&line](int in_size) {
+                QByteArray text = "<materialx>";
+                for (int i = 0; i < in_size; ++i)
+                    text += QByteArray(line).replace('%', QByteArray::number(i));
+                text += "<nodedef name='base' node='b'/></materialx>";
+                auto library = std::make_shared<Library>(MakeLibrary({{"a.mtlx", text.toStdString()}}));
+                return [library, item = FindItem(*library, "n"), all = DefinitionsOf(*library, "n")] {
+                    if (Describe(*library, item, all).m_definitions != all.size())
+                        throw std::runtime_error("These are not the definitions");
+                };
+            },
+            4000);
+        QVERIFY2(growth < gMostGrowth, qPrintable(QString::number(growth)));
     }
 
     void documentsInOtherEncodingsAreDescribed()

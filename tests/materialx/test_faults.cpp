@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "tests/materialx/documents.h"
+#include "tests/support/costs.h"
 #include "tests/support/random.h"
 #include "tests/support/testmain.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 using materialx::Error;
 using materialx::Library;
@@ -41,6 +46,19 @@ QByteArray Repeated(const QByteArray& in_text, int in_times)
     return in_text.repeated(in_times);
 }
 
+/// How many times as much it costs to read a document of four times the size. The disk plays no part.
+template <class MakeText> double ReadingGrowth(MakeText in_makeText, int in_size)
+{
+    return GrowthOf(
+        [&in_makeText](int in_sizeNow) {
+            return [text = QByteArray(in_makeText(in_sizeNow)).toStdString()] {
+                materialx::Document document;
+                document.Read(text);
+            };
+        },
+        in_size);
+}
+
 } // namespace
 
 /// Hostile and damaged input: every fault is told with its place, and nothing is half read.
@@ -57,6 +75,9 @@ private Q_SLOTS:
     void folderWithoutDocuments_data();
     void folderWithoutDocuments();
     void linkThatLeadsNowhere();
+    void nameThatIsNoText_data();
+    void nameThatIsNoText();
+    void documentLargerThanTheMemory();
     void oneBadDocumentFailsTheFolder();
     void firstBadDocumentInPathOrderIsTold();
     void reasonIsOneLine();
@@ -221,6 +242,61 @@ void FaultsTest::linkThatLeadsNowhere()
     QVERIFY(error);
     QCOMPARE(error->m_file, link);
     QCOMPARE(error->m_line, qint64(1));
+    QVERIFY(IsMarked(library));
+}
+
+void FaultsTest::nameThatIsNoText_data()
+{
+    QTest::addColumn<QByteArray>("path");
+    QTest::addColumn<bool>("isDocument");
+    QTest::newRow("document") << QByteArray("\xE4.mtlx") << true;
+    QTest::newRow("document in such a folder") << QByteArray("sub\xE4/b.mtlx") << true;
+    QTest::newRow("other file") << QByteArray("\xE4.txt") << false;
+    QTest::newRow("hidden document") << QByteArray(".\xE4.mtlx") << false;
+    QTest::newRow("document in a hidden folder") << QByteArray(".sub/\xE4.mtlx") << false;
+}
+
+void FaultsTest::nameThatIsNoText()
+{
+    QFETCH(QByteArray, path);
+    QFETCH(bool, isDocument);
+    const DocumentFolder folder;
+    folder.Write(QStringLiteral("a.mtlx"), gGoodDocument);
+    const std::filesystem::path file = QFile::encodeName(folder.GetPath()).toStdString() + '/' + path.toStdString();
+    std::error_code error;
+    // The toolkit removes no such files either.
+    const auto remove = qScopeGuard([&file, isInside = path.contains('/')] {
+        std::error_code ignored;
+        std::filesystem::remove_all(isInside ? file.parent_path() : file, ignored);
+    });
+    std::filesystem::create_directories(file.parent_path(), error);
+    std::filesystem::copy_file(QFile::encodeName(folder.GetPath(QStringLiteral("a.mtlx"))).toStdString(), file, error);
+    if (error || QFile::encodeName(QFile::decodeName(path)) == path)
+        QSKIP("Here each name is a text");
+    Library library = MakeMarkedLibrary();
+    const std::optional<Error> fault = ReadLibrary(folder.GetPath(), library);
+    QCOMPARE(fault.has_value(), isDocument);
+    if (!fault)
+        return;
+    QVERIFY2(fault->m_file.startsWith(folder.GetPath()) && fault->m_file.endsWith(QLatin1String(".mtlx")),
+             qPrintable(fault->m_file));
+    QVERIFY2(fault->m_reason.contains(QLatin1String("encoding")), qPrintable(fault->m_reason));
+    QVERIFY(IsMarked(library));
+}
+
+void FaultsTest::documentLargerThanTheMemory()
+{
+#ifdef __SANITIZE_ADDRESS__
+    QSKIP("The sanitizer ends a program that asks for so much");
+#endif
+    const DocumentFolder folder;
+    const QString path = folder.Write(QStringLiteral("d.mtlx"), gGoodDocument);
+    if (!MakeLargerThanTheMemory(path))
+        QSKIP("The file system takes no such file");
+    Library library = MakeMarkedLibrary();
+    const std::optional<Error> error = ReadLibrary(path, library);
+    QVERIFY(error);
+    QCOMPARE(error->GetText(), path + QStringLiteral(":1: There is not enough memory for it"));
     QVERIFY(IsMarked(library));
 }
 
@@ -403,6 +479,15 @@ void FaultsTest::deepNesting()
         ReadLibrary(folder.Write(QStringLiteral("open.mtlx"), "<materialx>" + opened), library);
     QVERIFY(error);
     QCOMPARE(error->m_line, qint64(depth + 1));
+    for (const char* const end : {"</a>", ""})
+    {
+        const double growth = ReadingGrowth(
+            [end](int in_depth) {
+                return "<materialx>" + Repeated("<a>\n", in_depth) + Repeated(end, in_depth) + "</materialx>";
+            },
+            depth / 4);
+        QVERIFY2(growth < gMostGrowth, qPrintable(QString::number(growth)));
+    }
 }
 
 void FaultsTest::entitiesAreNotExpanded()
@@ -436,6 +521,18 @@ void FaultsTest::elementWithTwoHundredThousandAttributes()
         ReadLibrary(folder.Write(QStringLiteral("e.mtlx"), document + " a77777='w'/></materialx>"), library);
     QVERIFY(error);
     QCOMPARE(error->m_line, qint64(2));
+    for (const char* const last : {"", " a7='w'"})
+    {
+        const double growth = ReadingGrowth(
+            [last](int in_count) {
+                QByteArray text = "<materialx><typedef name='many'";
+                for (int i = 0; i < in_count; ++i)
+                    text += " a" + QByteArray::number(i) + "='v'";
+                return text + last + "/></materialx>";
+            },
+            20000);
+        QVERIFY2(growth < gMostGrowth, qPrintable(QString::number(growth)));
+    }
 }
 
 void FaultsTest::documentOfTwentyMegabytes()
@@ -451,6 +548,12 @@ void FaultsTest::documentOfTwentyMegabytes()
         folder.Write(QStringLiteral("e.mtlx"), "<materialx>\n" + Repeated(line, 20000) + "<typedef/>"), library);
     QVERIFY(error);
     QCOMPARE(error->m_line, qint64(20002));
+    for (const char* const end : {"</materialx>", ""})
+    {
+        const double growth = ReadingGrowth(
+            [&line, end](int in_count) { return "<materialx>\n" + Repeated(line, in_count) + end; }, 2500);
+        QVERIFY2(growth < gMostGrowth, qPrintable(QString::number(growth)));
+    }
 }
 
 NODEBROWSER_TEST_MAIN(FaultsTest)

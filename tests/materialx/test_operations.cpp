@@ -6,8 +6,10 @@
 #include "materialx/identity.h"
 #include "materialx/textedits.h"
 #include "tests/materialx/memorylibrary.h"
+#include "tests/support/costs.h"
 #include "tests/support/testmain.h"
 
+#include <memory>
 #include <set>
 
 using materialx::Item;
@@ -89,9 +91,13 @@ private Q_SLOTS:
     void elementsOfAnItem();
     void documentsOfItemsAreThoseOfTheirElements_data();
     void documentsOfItemsAreThoseOfTheirElements();
+    void documentsOfManyElementsOfOneName_data();
+    void documentsOfManyElementsOfOneName();
     void removedElementsTakeTheirCommentsAlong();
     void whatOthersNeedIsNotRemoved();
     void refusals();
+    void documentsInOtherEncodingsAreRefused_data();
+    void documentsInOtherEncodingsAreRefused();
     void failedChangeChangesNothing();
     void differences();
     void differenceOfBytes_data();
@@ -391,6 +397,40 @@ void OperationsTest::documentsOfItemsAreThoseOfTheirElements()
     }
 }
 
+void OperationsTest::documentsOfManyElementsOfOneName_data()
+{
+    // Each line once for each number, which stands for "%".
+    QTest::addColumn<QByteArray>("lines");
+    QTest::newRow("definitions and implementations")
+        << QByteArray("<nodedef name='ND' node='n%'/><implementation nodedef='ND'/>");
+    QTest::newRow("definitions of one node") << QByteArray("<nodedef name='ND' node='n'/><nodegraph nodedef='ND'/>");
+    QTest::newRow("implementations that name one graph")
+        << QByteArray("<nodedef name='ND' node='n%'/><implementation nodedef='ND' nodegraph='NG'/>"
+                      "<nodegraph name='NG'/>");
+    QTest::newRow("implementations that name many graphs")
+        << QByteArray("<nodedef name='ND' node='n%'/><implementation nodedef='ND' nodegraph='NG%'/>"
+                      "<nodegraph name='NG%'/>");
+}
+
+void OperationsTest::documentsOfManyElementsOfOneName()
+{
+    QFETCH(QByteArray, lines);
+    const double growth = GrowthOf(
+        [&lines](int in_size) {
+            QByteArray text = "<materialx>";
+            for (int i = 0; i < in_size; ++i)
+                text += QByteArray(lines).replace('%', QByteArray::number(i));
+            auto library = std::make_shared<Library>(MakeLibrary({{"a.mtlx", (text + "</materialx>").toStdString()}}));
+            return [library, items = MakeItems(*library)] {
+                for (const std::vector<std::size_t>& documents : DocumentsOf(*library, items))
+                    if (documents != std::vector<std::size_t>(1, 0))
+                        throw std::runtime_error("These are not the documents");
+            };
+        },
+        5000);
+    QVERIFY2(growth < gMostGrowth, qPrintable(QString::number(growth)));
+}
+
 void OperationsTest::removedElementsTakeTheirCommentsAlong()
 {
     Library library = MakeLibrary({{"a.mtlx", "<materialx>\n  <!-- one -->\n  <nodedef name='ND_n' node='n'/>\n\n"
@@ -417,6 +457,30 @@ void OperationsTest::whatOthersNeedIsNotRemoved()
                                 "<unitdef unittype='t'><unit name='u'/></unitdef></materialx>"}});
     for (const char* const name : {"a", "b", "c", "u"})
         QVERIFY2(!Remove(library, FindItem(library, name)).m_refusal.empty(), name);
+}
+
+void OperationsTest::documentsInOtherEncodingsAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("encoding");
+    QTest::addColumn<bool>("isRefused");
+    QTest::newRow("UTF-8") << QByteArray("UTF-8") << false;
+    QTest::newRow("Latin-1") << QByteArray("ISO-8859-1") << true;
+    QTest::newRow("ASCII") << QByteArray("US-ASCII") << true; // it lacks what an edit may bring
+    QTest::newRow("ASCII, short") << QByteArray("ascii") << true;
+}
+
+void OperationsTest::documentsInOtherEncodingsAreRefused()
+{
+    QFETCH(QByteArray, encoding);
+    QFETCH(bool, isRefused);
+    Library library = MakeLibrary({{"a.mtlx", ("<?xml version='1.0' encoding='" + encoding +
+                                               "'?><materialx><nodedef name='D' node='n'/></materialx>")
+                                                  .toStdString()}});
+    const Plan plan = Rename(library, FindItem(library, "n"), "\xC3\xA4");
+    QCOMPARE(plan.m_refusal, isRefused ? std::string(materialx::gNotUtf8) : std::string());
+    QCOMPARE(plan.m_change.empty(), isRefused);
+    if (isRefused)
+        QVERIFY(Apply({{0, {40, "", " "}}}, library));
 }
 
 void OperationsTest::refusals()

@@ -12,10 +12,19 @@
 #include "workspace/versions.h"
 
 #include <QSignalSpy>
+#include <QThread>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <future>
+#include <new>
+#include <stdexcept>
+#include <thread>
 #include <vector>
 
 using contract::NotificationSpy;
@@ -390,10 +399,111 @@ private Q_SLOTS:
         const std::size_t before = GetVersions().GetAskedCount();
         QCOMPARE(StateOf("sun"), unsigned(memorymodel::eCheckedIn));
         QCOMPARE(GetVersions().GetAskedCount() - before, std::size_t(2));
-        const workspace::GitStates states =
-            workspace::ReadGitStates({PathOf(""), {QByteArray("sky/sky.mtlx"), QByteArray("earth/earth.mtlx")}});
+        const workspace::GitStates states = workspace::ReadGitStates(
+            {PathOf(""), {QByteArray("sky/sky.mtlx"), QByteArray("earth/earth.mtlx")}}, std::atomic<bool>(false));
         QCOMPARE(states.m_states.size(), std::size_t(2));
         QVERIFY2(states.m_lookedAt > 0 && states.m_lookedAt < 20, qPrintable(QString::number(states.m_lookedAt)));
+    }
+
+    void theCallerGoesOnWhileGitReads()
+    {
+        m_folder->Commit();
+        // Whoever opens a pipe waits for its other end. Git reads its settings first.
+        const QByteArray settings = PathOf(".git/config");
+        const QByteArray kept = PathOf(".git/kept");
+        const QByteArray pipe = PathOf(".git/pipe");
+        const QByteArray samePipe = PathOf(".git/same");
+        QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+        QCOMPARE(link(pipe.constData(), samePipe.constData()), 0);
+        Open();
+        QCOMPARE(rename(settings.constData(), kept.constData()), 0);
+        QCOMPARE(rename(pipe.constData(), settings.constData()), 0);
+        QSignalSpy read(&GetVersions(), &Versions::StatesRead);
+        // If it is the caller who waits, somebody else has to end that.
+        std::promise<void> hasEnded;
+        std::thread other([&samePipe, end = hasEnded.get_future()] {
+            int wait = gPatience;
+            for (; end.wait_for(std::chrono::milliseconds(wait)) == std::future_status::timeout; wait = 1)
+                close(open(samePipe.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+        });
+        GetVersions().Ask();
+        int end = -1;
+        const bool isReading = WaitFor(
+            [&] { return (end = open(settings.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)) >= 0; }, gPatience);
+        const int answers = static_cast<int>(read.count());
+        const bool isRestored = rename(kept.constData(), settings.constData()) == 0;
+        close(end);
+        hasEnded.set_value();
+        other.join();
+        QVERIFY(isRestored);
+        QCOMPARE(answers, 0);
+        QVERIFY2(isReading, "git waits, and this loop goes on");
+        GetVersions().Finish();
+        QVERIFY(read.count() > 0);
+    }
+
+    void aJobThatFailsIsAnsweredToo_data()
+    {
+        QTest::addColumn<bool>("isMemory");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("memory") << true << QStringLiteral("There is not enough memory to ask git");
+        QTest::newRow("something else") << false << QStringLiteral("it does not want");
+    }
+
+    void aJobThatFailsIsAnsweredToo()
+    {
+        QFETCH(bool, isMemory);
+        QFETCH(QString, reason);
+        workspace::GitWorker worker;
+        QStringList reasons;
+        const QThread* thread = nullptr;
+        worker.Do(
+            [&, isMemory](const std::atomic<bool>&) -> workspace::GitWorker::Answer {
+                thread = QThread::currentThread();
+                if (isMemory)
+                    throw std::bad_alloc();
+                throw std::runtime_error("it does not want");
+            },
+            [&](const QString& in_reason) { reasons += in_reason; }, false);
+        worker.Finish();
+        QCOMPARE(reasons, QStringList(reason));
+        QVERIFY(thread && thread != QThread::currentThread());
+    }
+
+    void nobodyWaitsForStatesAtTheEnd()
+    {
+        m_folder->Commit();
+        const workspace::DocumentPaths paths = {PathOf(""), {QByteArray("sky/sky.mtlx")}};
+        QVERIFY(workspace::ReadGitStates(paths, std::atomic<bool>(false)).m_lookedAt > 0);
+        QCOMPARE(workspace::ReadGitStates(paths, std::atomic<bool>(true)).m_lookedAt, std::size_t(0));
+    }
+
+    void anEditOfANameFindsNoDocumentsAnew()
+    {
+        m_folder->Commit();
+        Open();
+        QCOMPARE(StateOf("sun"), unsigned(memorymodel::eCheckedIn));
+        m_opened->GetLibrary().Rename(m_opened->Find("sun"), "Sun");
+        QVERIFY(m_opened->Commit());
+        GetVersions().Finish();
+        QCOMPARE(m_opened->GetLayer().GetSourceControl().GetState(m_opened->Find("Sun")),
+                 unsigned(memorymodel::eCheckedOut));
+        QCOMPARE(StateOf("moon"), unsigned(memorymodel::eCheckedOut));
+    }
+
+    void anotherLibraryKeepsVersionControlActive()
+    {
+        m_folder->Commit();
+        Open();
+        QString error;
+        const auto other =
+            workspace::Workspace::Open(m_opened->GetLayer(), m_folder->GetPath(QStringLiteral("earth")), &error);
+        QVERIFY2(other, qPrintable(error));
+        other->GetVersions().Finish();
+        m_opened->GetLayer().RemoveLibrary(other->GetLibrary());
+        QVERIFY(ScsUtils::IsFileVersionControlActive());
+        m_opened->GetLayer().RemoveLibrary(m_opened->GetLibrary());
+        QVERIFY(!ScsUtils::IsFileVersionControlActive());
     }
 
     void callsWhileGitIsBusyAreAnsweredTogether()
@@ -471,6 +581,42 @@ private Q_SLOTS:
         QCOMPARE(StateOf("sun"), unsigned(memorymodel::eCheckedOut));
         QVERIFY(!m_opened->Get().ItemIsReadOnly(m_opened->Find("sun")));
         QCOMPARE(refused.count(), 2);
+    }
+
+    void checkingOutSaysThatThereIsAMergeConflict()
+    {
+        m_folder->Commit();
+        m_folder->Git("checkout --quiet -b other");
+        m_folder->Write("sky/sky.mtlx", Document("sun moon star"));
+        m_folder->Commit("Star");
+        m_folder->Git("checkout --quiet main");
+        m_folder->Write("sky/sky.mtlx", Document("sun moon comet"));
+        m_folder->Commit("Comet");
+        Open();
+        m_folder->Git("merge --quiet other", "", true);
+        chmod(PathOf("sky/sky.mtlx").constData(), 0444);
+        QSignalSpy refused(&GetVersions(), &Versions::Refused);
+        Helper().CheckOut(ObjectOf(m_opened->Find("sun")), nullptr, true);
+        GetVersions().Finish();
+        QCOMPARE(refused.count(), 1);
+        QVERIFY2(refused[0][0].toString().contains(QStringLiteral("sky.mtlx has a merge conflict")),
+                 qPrintable(refused[0][0].toString()));
+        QCOMPARE(PermissionsOf("sky/sky.mtlx"), mode_t(0444));
+    }
+
+    void filesOutsideAreLeftAlone()
+    {
+        m_folder->Commit();
+        Open();
+        const DocumentFolder elsewhere;
+        const QString other = elsewhere.Write(QStringLiteral("sky.mtlx"), Document("sun moon"));
+        chmod(QFile::encodeName(other).constData(), 0444);
+        QVERIFY(QFile::remove(m_folder->GetPath(QStringLiteral("sky/sky.mtlx"))));
+        QVERIFY(QFile::link(other, m_folder->GetPath(QStringLiteral("sky/sky.mtlx"))));
+        Helper().MakeWritable(ObjectOf(m_opened->Find("sun")), true);
+        Helper().CheckOut(ObjectOf(m_opened->Find("sun")), nullptr, true);
+        GetVersions().Finish();
+        QCOMPARE(PermissionsOf("sky/sky.mtlx"), mode_t(0444)); // of what the link leads to
     }
 
     void whatIsMadeWritableWhileFilesAreLookedAtIsAskedAfterwards()
@@ -599,6 +745,29 @@ private Q_SLOTS:
         Open(m_folder->GetPath(QStringLiteral("sky/sky.mtlx")));
         QCOMPARE(StateOf("sun"), unsigned(memorymodel::eCheckedOut));
         QCOMPARE(ToolTipOf("sun"), QStringLiteral("sun\nChanged\nsky.mtlx"));
+    }
+
+    void anOpenedLinkHasTheStatesOfItsFile()
+    {
+        m_folder->Commit();
+        m_folder->Write("sky/sky.mtlx", Document("sun moon") + "<!-- more -->\n");
+        const DocumentFolder elsewhere;
+        const QString link = elsewhere.GetPath(QStringLiteral("link.mtlx"));
+        QVERIFY(QFile::link(m_folder->GetPath(QStringLiteral("sky/sky.mtlx")), link));
+        chmod(PathOf("sky/sky.mtlx").constData(), 0444);
+        Open(link);
+        QCOMPARE(StateOf("sun"), unsigned(memorymodel::eCheckedOut));
+        GetVersions().FindHistory(QStringLiteral("link.mtlx"));
+        GetVersions().Finish();
+        const auto* const commits = GetVersions().FindHistory(QStringLiteral("link.mtlx"));
+        QVERIFY(commits);
+        QCOMPARE(commits->size(), std::size_t(1));
+        QSignalSpy refused(&GetVersions(), &Versions::Refused);
+        Helper().CheckOut(ObjectOf(m_opened->Find("sun")), nullptr, true);
+        GetVersions().Finish();
+        QCOMPARE(refused.count(), 1);
+        QVERIFY2(refused[0][0].toString().contains(QStringLiteral("sky.mtlx is not as git has it")),
+                 qPrintable(refused[0][0].toString()));
     }
 
 private:

@@ -5,6 +5,7 @@
 #include "datamodel/helpers.h"
 #include "datamodel/item.h"
 #include "datamodel/itemtoc.h"
+#include "tests/support/costs.h"
 #include "tests/support/testmain.h"
 #include "tests/workspace/openedfolder.h"
 
@@ -92,6 +93,7 @@ private Q_SLOTS:
     void textBecomesLatin1();
     void aDocumentWithoutItems();
     void aHundredThousandItemsAreAllAdded();
+    void manyItemsOfOneName();
     void standardLibrariesHave266ListedItems();
     void standardLibrariesTagsAndSources();
 };
@@ -227,6 +229,23 @@ void TestOpening::aHundredThousandItemsAreAllAdded()
     const DocumentFolder folder;
     folder.Write(QStringLiteral("a.mtlx"), document + "</materialx>\n");
     QCOMPARE(Opened(folder.GetPath()).GetLibrary().GetItemCount(), std::size_t(100000));
+}
+
+void TestOpening::manyItemsOfOneName()
+{
+    const double growth = GrowthOf(
+        [](int in_size) {
+            const auto folder = std::make_shared<DocumentFolder>();
+            const QByteArray line = "<nodedef name=\"ND\" node=\"n\"/><nodegraph name=\"ND\" nodedef=\"ND\"/>\n";
+            const QString path = folder->Write(QStringLiteral("a.mtlx"), "<materialx version=\"1.39\">\n" +
+                                                                             line.repeated(in_size) + "</materialx>");
+            return [folder, path, in_size] {
+                if (Opened(path).GetLibrary().GetItemCount() != std::size_t(in_size) + 1)
+                    throw std::runtime_error("These are not the items");
+            };
+        },
+        25000);
+    QVERIFY2(growth < gMostGrowth, qPrintable(QString::number(growth)));
 }
 
 void TestOpening::standardLibrariesHave266ListedItems()

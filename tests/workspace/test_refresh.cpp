@@ -6,6 +6,8 @@
 #include "tests/support/testmain.h"
 #include "tests/workspace/openedfolder.h"
 
+#include <cstdio>
+
 using contract::NotificationSpy;
 using contract::Rename;
 using contract::SetTags;
@@ -240,6 +242,73 @@ private Q_SLOTS:
         QCOMPARE(m_opened->GetWorkspace().KeepOurs(QString::fromLatin1(gFile)), QString());
         QVERIFY2(m_opened->Commit(), m_opened->GetMessages().constData());
         QVERIFY(BytesOfFile(Path()).contains("uiname=\"Sun\""));
+    }
+
+    void aDocumentThatBecomesALinkToTheOutsideIsGone_data()
+    {
+        QTest::addColumn<bool>("isFolder");
+        QTest::newRow("the file") << false;
+        QTest::newRow("its folder") << true;
+    }
+
+    void aDocumentThatBecomesALinkToTheOutsideIsGone()
+    {
+        QFETCH(bool, isFolder);
+        const DocumentFolder elsewhere;
+        const QString secret =
+            elsewhere.Write(QStringLiteral("sky.mtlx"), Document("  <nodedef name=\"ND_secret\" node=\"secret\"/>\n"));
+        QVERIFY(QFile::remove(Path()));
+        if (isFolder)
+        {
+            QVERIFY(QDir().rmdir(QFileInfo(Path()).path()));
+            QVERIFY(QFile::link(elsewhere.GetPath(), QFileInfo(Path()).path()));
+        }
+        else
+            QVERIFY(QFile::link(secret, Path()));
+        m_opened->GetWorkspace().Refresh();
+        QVERIFY(!m_opened->GetLibrary().FindByName("secret").IsValid());
+        QVERIFY(!m_opened->GetLibrary().FindByName("sun").IsValid());
+        Refresh();
+        QVERIFY(!m_opened->GetLibrary().FindByName("secret").IsValid());
+    }
+
+    void aLinkInsideOfTheFolderIsFollowed()
+    {
+        m_folder->Write(QStringLiteral("sky/other"), Document("  <nodedef name=\"ND_star\" node=\"star\"/>\n"));
+        QVERIFY(QFile::remove(Path()));
+        QVERIFY(QFile::link(m_folder->GetPath(QStringLiteral("sky/other")), Path()));
+        m_opened->GetWorkspace().Refresh();
+        QVERIFY(m_opened->Find("star").IsValid());
+    }
+
+    void aDocumentLargerThanTheMemoryKeepsItsItems()
+    {
+#ifdef __SANITIZE_ADDRESS__
+        QSKIP("The sanitizer ends a program that asks for so much");
+#endif
+        if (!MakeLargerThanTheMemory(Path()))
+            QSKIP("The file system takes no such file");
+        Refresh();
+        QCOMPARE(State(), int(eDocumentState::eUnreadable));
+        QCOMPARE(m_opened->GetWorkspace().GetProblem(QString::fromLatin1(gFile)),
+                 Path() + QStringLiteral(":1: There is not enough memory for it"));
+        QVERIFY(m_opened->Find("sun").IsValid());
+        Write(gNodes);
+        Refresh();
+        QCOMPARE(State(), int(eDocumentState::eInStep));
+    }
+
+    void aFileWhoseNameIsNoTextHidesNoOther()
+    {
+        const QByteArray name = QFile::encodeName(m_folder->GetPath()) + "/sky/\xE4.mtlx";
+        std::FILE* const file = std::fopen(name.constData(), "w");
+        if (!file)
+            QSKIP("Here each name is a text");
+        std::fclose(file);
+        m_folder->Write(QStringLiteral("sea/sea.mtlx"), Document("  <nodedef name=\"ND_fish\" node=\"fish\"/>\n"));
+        m_opened->GetWorkspace().Refresh();
+        std::remove(name.constData());
+        QVERIFY(m_opened->Find("fish").IsValid());
     }
 
     void observersMayWriteMeanwhile()

@@ -83,6 +83,44 @@ private Q_SLOTS:
         QVERIFY(WaitForItem("whale"));
     }
 
+    void whatHappenedBeforeItBeganIsNoticed()
+    {
+        m_watch.reset();
+        Do("sed 's/sun/fish/g' sky/sky.mtlx > sky/sea.mtlx && sed -i s/sun/moon/g sky/sky.mtlx");
+        m_watch.reset(new Watch(m_workspace));
+        m_watch->Start();
+        QVERIFY(WaitForItem("moon"));
+        QVERIFY(Has("fish"));
+    }
+
+    void aNewFileThatChangesWhileItIsReadIsNoticed()
+    {
+        const QString path = m_folder->GetPath(QStringLiteral("sky/sea.mtlx"));
+        int calls = 0;
+        m_workspace->SetRunner([&](const std::function<void()>& in_function) {
+            in_function();
+            const int last = 3; // for new files, for changed ones, and for what may be written
+            QFile file(path);   // in place, so that its folder does not change
+            if (++calls == last && file.open(QIODevice::WriteOnly))
+                file.write(Document("  <nodedef name=\"ND_whale\" node=\"whale\"/>\n"));
+        });
+        m_folder->Write(QStringLiteral("sky/sea.mtlx"), Document("  <nodedef name=\"ND_fish\" node=\"fish\"/>\n"));
+        QVERIFY(WaitForItem("whale"));
+        QVERIFY(!Has("fish"));
+    }
+
+    void foldersInsideOfNewOnesAreWatched()
+    {
+        QSignalSpy looked(m_watch.get(), SIGNAL(Looked()));
+        QVERIFY(WaitFor([&] { return looked.count() > 0; }, gPatience)); // the one at the start
+        Do("mkdir -p sea/deep/deeper sea/.hidden");
+        QVERIFY(WaitFor([&] { return looked.count() > 1; }, gPatience));
+        Do("sed 's/sun/fish/g' sky/sky.mtlx > sea/deep/deeper/sea.mtlx");
+        QVERIFY(WaitForItem("fish"));
+        Do("mv sea/deep sea/shallow && sed -i 's/fish/crab/g' sea/shallow/deeper/sea.mtlx");
+        QVERIFY(WaitForItem("crab"));
+    }
+
     void ourOwnSavesAreNoNews()
     {
         m_workspace->GetLibrary().Rename(m_workspace->GetLibrary().FindByName("sun"), "Sun",
