@@ -19,7 +19,6 @@
 #include <QDrag>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
