@@ -8,12 +8,13 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include <algorithm>
 #include <utility>
 
 namespace host
 {
 
-TroubleBar::TroubleBar() : m_label(new QLabel), m_buttons(new QWidget)
+TroubleBar::TroubleBar() : m_label(new QLabel), m_buttons(new QWidget), m_dismiss(new QPushButton(tr("Dismiss")))
 {
     setFrameShape(QFrame::StyledPanel);
     setAutoFillBackground(true);
@@ -24,6 +25,8 @@ TroubleBar::TroubleBar() : m_label(new QLabel), m_buttons(new QWidget)
     QHBoxLayout* const row = new QHBoxLayout(this);
     row->addWidget(m_label, 1);
     row->addWidget(m_buttons);
+    row->addWidget(m_dismiss);
+    connect(m_dismiss, &QPushButton::clicked, this, &TroubleBar::Dismiss);
     QHBoxLayout* const buttons = new QHBoxLayout(m_buttons);
     buttons->setContentsMargins(0, 0, 0, 0);
     const auto add = [this, buttons](const QString& in_text, void (TroubleBar::*in_slot)()) {
@@ -47,9 +50,15 @@ void TroubleBar::Refresh()
 {
     const QStringList troubled = m_workspace ? m_workspace->GetTroubledDocuments() : QStringList();
     const bool isGone = m_workspace && !m_workspace->IsThere() && !m_workspace->GetFiles().isEmpty();
-    m_document = troubled.isEmpty() ? QString() : troubled.first();
+    // A conflict first: it waits for the user, what cannot be read waits for others.
+    const auto conflict = std::find_if(troubled.begin(), troubled.end(), [this](const QString& in_document) {
+        return m_workspace->GetDocumentState(in_document) == workspace::eDocumentState::eConflict;
+    });
+    const bool isConflict = conflict != troubled.end() && !isGone;
+    m_document = isConflict ? *conflict : troubled.value(0);
+    const QStringList remarks = m_workspace ? m_workspace->GetRemarks() : QStringList();
     QString text;
-    bool isConflict = false;
+    bool isRemark = false;
     if (isGone)
     {
         text = tr("%1 is not there any more. The items are the last ones that were read.")
@@ -57,19 +66,29 @@ void TroubleBar::Refresh()
     }
     else if (!m_document.isEmpty())
     {
-        const QString problem = m_workspace->GetProblem(m_document);
-        isConflict = problem.isEmpty();
-        text = isConflict ? tr("%1 has changes of yours, and another program has changed it. It is not saved until you "
-                               "choose.")
-                                .arg(m_document)
-                          : tr("%1. The items are the last ones that could be read.").arg(problem);
+        text = isConflict
+                   ? tr("%1 has changes of yours, and another program has changed it. It is not saved until you "
+                        "choose.")
+                         .arg(m_document)
+                   : tr("%1. The items are the last ones that could be read.").arg(m_workspace->GetProblem(m_document));
+        const QStringList tied = m_workspace->GetTiedDocuments(m_document);
+        if (isConflict && !tied.isEmpty())
+            text +=
+                QLatin1Char(' ') +
+                tr("Your changes of %1 go the same way: they belong together.").arg(tied.join(QStringLiteral(", ")));
         const int others = static_cast<int>(troubled.size()) - 1;
         if (others > 0)
             text += QLatin1Char(' ') + (others == 1 ? tr("One more document needs a look.")
                                                     : tr("%n more documents need a look.", nullptr, others));
     }
+    else if (!remarks.isEmpty())
+    {
+        isRemark = true;
+        text = remarks.join(QLatin1Char('\n'));
+    }
     m_label->setText(text);
     m_buttons->setVisible(isConflict);
+    m_dismiss->setVisible(isRemark);
     setVisible(!text.isEmpty());
 }
 
@@ -87,9 +106,15 @@ void TroubleBar::KeepMine()
 
 void TroubleBar::SaveMineBeside()
 {
-    QString file;
-    const QString error = m_workspace->SaveOursBeside(m_document, &file);
-    Decide(error, tr("Your version is in %1").arg(QDir::toNativeSeparators(file)));
+    QStringList files;
+    const QString error = m_workspace->SaveOursBeside(m_document, &files);
+    Decide(error, tr("Your version is in %1").arg(QDir::toNativeSeparators(files.join(QStringLiteral(", ")))));
+}
+
+void TroubleBar::Dismiss()
+{
+    m_workspace->ClearRemarks();
+    Refresh();
 }
 
 void TroubleBar::Decide(const QString& in_error, const QString& in_done)

@@ -8,6 +8,7 @@
 #include <memory>
 
 class QLabel;
+class QPushButton;
 
 namespace workspace
 {
@@ -18,8 +19,8 @@ namespace host
 {
 
 /// Names the first document that another program has changed as well as the user, and lets the user choose a side; or
-/// the first that cannot be read any more, and why; or that the opened folder is gone. Hidden when there is nothing to
-/// say.
+/// the first that cannot be read any more, and why; or that the opened folder is gone; or what became of saves that were
+/// interrupted, until the user has seen it. Hidden when there is nothing to say.
 class TroubleBar : public QFrame
 {
     Q_OBJECT
@@ -40,6 +41,7 @@ private Q_SLOTS:
     void TakeTheirs();
     void KeepMine();
     void SaveMineBeside();
+    void Dismiss();
 
 private:
     void Decide(const QString& in_error, const QString& in_done);
@@ -47,7 +49,8 @@ private:
     std::shared_ptr<workspace::Workspace> m_workspace;
     QString m_document; ///< the one that the buttons are about
     QLabel* const m_label;
-    QWidget* const m_buttons;
+    QWidget* const m_buttons; ///< to choose a side
+    QPushButton* const m_dismiss;
 };
 
 } // namespace host

@@ -61,10 +61,12 @@ bool IsFactory(const materialx::Library& in_material, std::size_t in_source)
 }
 
 /// Whether a source takes no new items: it came with the product, or nothing can be written there.
-bool IsReadOnly(const materialx::Library& in_material, std::size_t in_source)
+bool IsReadOnly(const Documents& in_documents, std::size_t in_source)
 {
-    const QByteArray location = QFile::encodeName(in_material.m_sources[in_source].m_location);
-    return IsFactory(in_material, in_source) || !MayReplace(in_material.m_isFolder ? location + "/file" : location);
+    const materialx::Library& material = in_documents.GetLibrary();
+    const QByteArray location = QFile::encodeName(material.m_sources[in_source].m_location);
+    return IsFactory(material, in_source) || !in_documents.CanSave() ||
+           !MayReplace(material.m_isFolder ? location + "/file" : location);
 }
 
 bool MayChange(const Documents& in_documents, std::size_t in_document)
@@ -80,7 +82,7 @@ std::vector<bool> AreReadOnly(const Documents& in_documents, const std::vector<I
     const materialx::Library& material = in_documents.GetLibrary();
     std::vector<bool> isSourceReadOnly;
     for (std::size_t i = 0; i < material.m_sources.size(); ++i)
-        isSourceReadOnly.push_back(IsReadOnly(material, i));
+        isSourceReadOnly.push_back(IsReadOnly(in_documents, i));
     std::vector<std::optional<bool>> mayChange(material.m_documents.size());
     std::vector<bool> answers;
     answers.reserve(in_items.size());
@@ -139,7 +141,7 @@ memorymodel::DataSource& Content::SourceFor(std::size_t in_source)
     if (shown)
         return *shown;
     const materialx::Source& source = GetMaterial().m_sources[in_source];
-    unsigned flags = IsReadOnly(GetMaterial(), in_source) ? memorymodel::eReadOnlySource : memorymodel::ePlainSource;
+    unsigned flags = IsReadOnly(m_documents, in_source) ? memorymodel::eReadOnlySource : memorymodel::ePlainSource;
     if (IsFactory(GetMaterial(), in_source))
         flags |= memorymodel::eFactorySource;
     const bool isLocal = GetMaterial().m_isFolder && source.m_folder == QLatin1String(gLocalFolder);
@@ -243,7 +245,7 @@ void Content::UpdateReadOnly(const Runner& in_run)
             found = materialx::DocumentsOf(GetMaterial(), m_catalogue.GetItems());
         areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems(), isKnown ? m_documentsOf : found);
         for (const auto& [index, source] : m_sources)
-            areSourcesReadOnly[index] = IsReadOnly(GetMaterial(), index);
+            areSourcesReadOnly[index] = IsReadOnly(m_documents, index);
     });
     if (!m_isOpen)
         return;

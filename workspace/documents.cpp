@@ -12,12 +12,10 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <ctime>
 #include <exception>
 #include <new>
 #include <numeric>
 #include <set>
-#include <sys/stat.h>
 #include <utility>
 
 namespace workspace
@@ -37,17 +35,20 @@ QByteArray PathOf(const materialx::LibraryDocument& in_document)
     return QFile::encodeName(in_document.m_file);
 }
 
-std::optional<Error> RecoverIn(const QString& in_folder)
+std::optional<Error> RecoverIn(const QString& in_folder, QStringList& io_remarks)
 {
     const QDir opened(in_folder);
     if (!opened.exists(QLatin1String(gJournalName)) && !opened.exists(QLatin1String(gNewJournalName)))
         return std::nullopt;
     const QByteArray folder = RealPath(QFile::encodeName(in_folder));
     const FolderLock lock(folder);
-    const QString error = lock.GetError().isEmpty() ? Recover(folder) : lock.GetError();
-    if (error.isEmpty())
-        return std::nullopt;
-    return Error{in_folder, 1, QStringLiteral("A save was interrupted here and cannot be completed: %1").arg(error)};
+    if (!lock.GetError().isEmpty())
+        return Error{in_folder, 1, lock.GetError()};
+    const Recovery recovery = Recover(folder);
+    io_remarks += recovery.m_remarks;
+    if (!recovery.m_problem.isEmpty())
+        io_remarks += recovery.m_problem;
+    return std::nullopt;
 }
 
 /// A file without the links that lead to it.
@@ -57,33 +58,14 @@ QString RealFile(const QString& in_path)
     return file.exists() ? file.canonicalFilePath() : file.absoluteFilePath();
 }
 
-/// Nothing for a file that was changed just now: it could change again, and the system would tell the same of it.
-FileStamp StampOf(const QByteArray& in_path)
-{
-    FileStamp stamp;
-    struct stat status = {};
-    struct timespec now = {};
-    if (stat(in_path.constData(), &status) != 0 || clock_gettime(CLOCK_REALTIME, &now) != 0)
-        return stamp;
-    const std::int64_t second = 1000000000;
-    const std::int64_t changed = status.st_ctim.tv_sec * second + status.st_ctim.tv_nsec;
-    if (now.tv_sec * second + now.tv_nsec - changed < second)
-        return stamp;
-    stamp.m_device = status.st_dev;
-    stamp.m_number = status.st_ino;
-    stamp.m_size = status.st_size;
-    stamp.m_changed = changed;
-    return stamp;
-}
-
 /// Completes or takes back what was interrupted in a folder and below it.
-std::optional<Error> RecoverBelow(const QString& in_folder)
+std::optional<Error> RecoverBelow(const QString& in_folder, QStringList& io_remarks)
 {
-    if (std::optional<Error> error = RecoverIn(in_folder))
+    if (std::optional<Error> error = RecoverIn(in_folder, io_remarks))
         return error;
     QDirIterator folders(in_folder, QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks, QDirIterator::Subdirectories);
     while (folders.hasNext())
-        if (std::optional<Error> error = RecoverIn(folders.next()))
+        if (std::optional<Error> error = RecoverIn(folders.next(), io_remarks))
             return error;
     return std::nullopt;
 }
@@ -105,12 +87,15 @@ std::optional<Error> Documents::Open(const QString& in_path, Progress* io_progre
 {
     if (QFileInfo(in_path).isDir())
     {
-        if (std::optional<Error> error = RecoverBelow(in_path))
+        if (std::optional<Error> error = RecoverBelow(in_path, m_remarks))
             return error;
     }
     else if (QFileInfo::exists(in_path))
-        if (std::optional<Error> error = RecoverIn(QFileInfo(QFileInfo(in_path).canonicalFilePath()).path()))
+    {
+        const QString folder = QFileInfo(QFileInfo(in_path).canonicalFilePath()).path();
+        if (std::optional<Error> error = RecoverIn(folder, m_remarks))
             return error;
+    }
     materialx::Library library;
     if (std::optional<Error> error = materialx::FindDocuments(in_path, library))
         return error;
@@ -208,10 +193,15 @@ const QByteArray& Documents::HashOfBytes(std::size_t in_document) const
     return record.m_hashOfState;
 }
 
+bool Documents::CanSave() const
+{
+    return MayReplace(QFile::encodeName(GetFolder()) + '/' + gJournalName);
+}
+
 bool Documents::CanWrite(std::size_t in_document) const
 {
     const materialx::LibraryDocument& document = m_library.m_documents[in_document];
-    if (!document.m_document.CanBeEdited())
+    if (!document.m_document.CanBeEdited() || !CanSave())
         return false;
     const QByteArray path = PathOf(document);
     const QByteArray real = RealPath(path);
@@ -313,9 +303,14 @@ void Documents::RunBusy(const Runner& in_run, const std::function<void()>& in_fu
 {
     if (!m_library.m_documents.empty())
         Of(m_library.m_documents.size() - 1); // so that nothing grows while another thread reads
-    m_isBusy = true;
+    struct Busy
+    {
+        explicit Busy(bool& io_isBusy) : m_isBusy(io_isBusy) { m_isBusy = true; }
+        ~Busy() { m_isBusy = false; }
+        bool& m_isBusy;
+    };
+    const Busy busy(m_isBusy);
     in_run(in_function);
-    m_isBusy = false;
 }
 
 void Documents::FindNew(const Runner& in_run)
@@ -365,36 +360,119 @@ bool Documents::Refresh(const std::vector<std::size_t>& in_documents, const Runn
     return isReplaced;
 }
 
-QString Documents::TakeTheirs(std::size_t in_document)
+std::vector<std::size_t> Documents::WithTiedEdits(std::size_t in_document) const
+{
+    std::vector<std::size_t> documents = WithTies({in_document});
+    documents.erase(std::remove_if(documents.begin(), documents.end(),
+                                   [&](std::size_t in_tied) { return in_tied != in_document && !IsChanged(in_tied); }),
+                    documents.end());
+    return documents;
+}
+
+QString Documents::ReadTheirs(std::size_t in_document, std::vector<Look>& out_looks) const
 {
     if (m_isBusy)
         return WhyBusy();
-    Look look;
-    look.m_document = in_document;
-    look.m_isForced = true;
-    Of(in_document);
-    Read(look);
-    if (!look.m_problem.isEmpty())
-        return look.m_problem;
-    Take(look);
-    Forget({in_document});
+    for (const std::size_t document : WithTiedEdits(in_document))
+    {
+        Of(document);
+        out_looks.emplace_back();
+        Look& look = out_looks.back();
+        look.m_document = document;
+        look.m_isForced = true;
+        Read(look);
+        if (!look.m_problem.isEmpty())
+            return look.m_problem;
+    }
     return QString();
+}
+
+void Documents::TakeAll(std::vector<Look>& io_looks)
+{
+    std::vector<std::size_t> taken;
+    for (Look& look : io_looks)
+    {
+        Take(look);
+        taken.push_back(look.m_document);
+    }
+    Forget(taken);
+}
+
+QString Documents::TakeTheirs(std::size_t in_document)
+{
+    std::vector<Look> theirs;
+    const QString error = ReadTheirs(in_document, theirs);
+    if (error.isEmpty())
+        TakeAll(theirs);
+    return error;
 }
 
 QString Documents::KeepOurs(std::size_t in_document)
 {
     if (m_isBusy)
         return WhyBusy();
-    QString error;
-    const QByteArray path = PathOf(m_library.m_documents[in_document]);
-    const FileStamp stamp = StampOf(path);
-    const std::optional<std::string> bytes = ReadBytes(path, error);
-    if (!error.isEmpty())
-        return error;
-    Record& record = Of(in_document);
-    record.m_saved = ~State(0); // a state that no document has
-    MarkInStep(record, bytes ? HashOf(*bytes) : QByteArray(), bytes ? bytes->size() : 0, stamp);
+    struct Theirs
+    {
+        std::size_t m_document;
+        FileStamp m_stamp;
+        std::optional<std::string> m_bytes;
+    };
+    std::vector<Theirs> all;
+    for (const std::size_t document : WithTiedEdits(in_document))
+    {
+        if (document != in_document && GetDocumentState(document) != eDocumentState::eConflict)
+            continue;
+        const QByteArray path = PathOf(m_library.m_documents[document]);
+        QString error;
+        const FileStamp stamp = StampOf(path);
+        all.push_back({document, stamp, ReadBytes(path, error)});
+        if (!error.isEmpty())
+            return m_library.m_documents[document].m_file + QStringLiteral(": ") + error;
+    }
+    for (const Theirs& theirs : all)
+    {
+        const std::optional<std::string>& bytes = theirs.m_bytes;
+        Record& record = Of(theirs.m_document);
+        record.m_saved = ~State(0); // a state that no document has
+        MarkInStep(record, bytes ? HashOf(*bytes) : QByteArray(), bytes ? bytes->size() : 0, theirs.m_stamp);
+    }
     return QString();
+}
+
+QString Documents::SaveOursBeside(std::size_t in_document, QStringList& out_files)
+{
+    out_files.clear();
+    std::vector<Look> theirs;
+    QString error = ReadTheirs(in_document, theirs);
+    std::set<QByteArray> folders;
+    for (std::size_t i = 0; i < theirs.size() && error.isEmpty(); ++i)
+    {
+        const materialx::LibraryDocument& ours = m_library.m_documents[theirs[i].m_document];
+        if (ours.m_document.IsEmpty())
+            continue;
+        QString file = ours.m_file + QStringLiteral(".ours");
+        for (int number = 2; QFileInfo::exists(file) || QFileInfo(file).isSymLink(); ++number)
+            file = ours.m_file + QStringLiteral(".ours%1").arg(number);
+        const QByteArray path = QFile::encodeName(file);
+        error = WriteNewFile(path, ours.m_document.GetBytes(), PathOf(ours));
+        if (error.isEmpty())
+            out_files.append(file);
+        else
+            error.prepend(file + QStringLiteral(": "));
+        folders.insert(FolderOf(RealPath(path)));
+    }
+    for (const QByteArray& folder : folders)
+        if (error.isEmpty())
+            error = SyncFolder(folder);
+    if (error.isEmpty())
+    {
+        TakeAll(theirs);
+        return error;
+    }
+    for (const QString& file : out_files)
+        QFile::remove(file);
+    out_files.clear();
+    return error;
 }
 
 std::vector<std::size_t> Documents::WithTies(std::vector<std::size_t> in_documents) const
@@ -440,27 +518,30 @@ std::vector<QString> Documents::Save(const std::vector<std::size_t>& in_document
         file.m_path = QFileInfo(m_library.m_documents[i].m_file).absoluteFilePath();
         file.m_bytes = m_library.m_documents[i].m_document.GetBytes();
         file.m_known = {record.m_hash};
-        if (!record.m_tried.isEmpty())
-            file.m_known.push_back(record.m_tried);
+        file.m_known.insert(file.m_known.end(), record.m_tried.begin(), record.m_tried.end());
         file.m_group = group[i];
         files.push_back(std::move(file));
     }
     std::vector<QString> messages;
     if (files.empty())
         return messages;
+    QStringList remarks;
     RunBusy(in_run, [&] {
         for (std::size_t i = 0; i < files.size(); ++i)
             files[i].m_hash = files[i].m_bytes.empty() ? QByteArray() : HashOf(files[i].m_bytes);
-        SaveFiles(GetFolder(), files, [&](std::size_t in_file, const std::string& in_bytes) {
-            return FindDifference(m_library.m_documents[in_documents[in_file]].m_document, in_bytes);
+        remarks = SaveFiles(GetFolder(), files, [&](std::size_t in_file) {
+            const materialx::Document& document = m_library.m_documents[in_documents[in_file]].m_document;
+            return FindDifference(document, document.GetBytes());
         });
     });
+    m_remarks += remarks;
     for (std::size_t i = 0; i < files.size(); ++i)
     {
         Record& record = Of(in_documents[i]);
         if (!files[i].m_problem.isEmpty())
         {
-            record.m_tried = files[i].m_hash;
+            if (files[i].m_isUnderWay)
+                record.m_tried.push_back(files[i].m_hash);
             messages.push_back(m_library.m_documents[in_documents[i]].m_relativePath + QStringLiteral(": ") +
                                files[i].m_problem);
             continue;

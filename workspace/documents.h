@@ -4,9 +4,11 @@
 
 #include "materialx/edit.h"
 #include "materialx/items.h"
+#include "workspace/files.h"
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <atomic>
 #include <cstddef>
@@ -43,21 +45,6 @@ struct Progress
 /// Calls a function that reads and writes files, and comes back when it is done. It may call it on another thread.
 using Runner = std::function<void(const std::function<void()>&)>;
 
-/// What the system tells of a file without reading it. One that it tells the same of has the same bytes.
-struct FileStamp
-{
-    std::uint64_t m_device = 0;
-    std::uint64_t m_number = 0;
-    std::int64_t m_size = -1;   ///< -1: nothing is known of the file
-    std::int64_t m_changed = 0; ///< nanoseconds
-
-    bool operator==(const FileStamp& in_other) const
-    {
-        return m_device == in_other.m_device && m_number == in_other.m_number && m_size == in_other.m_size &&
-               m_changed == in_other.m_changed;
-    }
-};
-
 /// Each document has a number that says which of its states it is in. A change leads from one state to another, and its
 /// inverse back to the first: only in exactly that state the positions of its bytes are good.
 ///
@@ -67,7 +54,8 @@ class Documents
 public:
     using State = std::uint64_t;
 
-    /// Lists and reads all documents of a folder, or one. Completes or takes back saves that were interrupted.
+    /// Lists and reads all documents of a folder, or one. Completes or takes back saves that were interrupted. One that
+    /// can be neither keeps no document from being read, but all of its folder from being saved; a remark says so.
     /// \return why they cannot be opened, or that it was cancelled
     std::optional<materialx::Error> Open(const QString& in_path, Progress* io_progress = nullptr);
 
@@ -91,7 +79,7 @@ public:
     std::optional<std::vector<materialx::DeclarationIndex>> TakeTouched();
 
     bool IsBusy() const { return m_isBusy; }
-    /// Runs what reads the documents.
+    /// Runs what reads the documents. What it throws passes through.
     void RunBusy(const Runner& in_run, const std::function<void()>& in_function);
 
     /// Whether the bytes are not those that were read or saved. Compares bytes only if an edit was made since that left
@@ -99,8 +87,10 @@ public:
     bool IsChanged(std::size_t in_document) const;
     /// Whether there is a file at a path of a document that is not in the folder: links lead to it.
     bool LeadsOutside(const QByteArray& in_path) const;
-    /// Whether the file, or one where there is none yet, can be written, and the document can be edited. That one came
-    /// with the product is not asked here.
+    /// Whether the record of a save can be put into the opened folder.
+    bool CanSave() const;
+    /// Whether the file, or one where there is none yet, can be written, and the document can be edited and saved. That
+    /// one came with the product is not asked here.
     bool CanWrite(std::size_t in_document) const;
 
     eDocumentState GetDocumentState(std::size_t in_document) const { return Of(in_document).m_documentState; }
@@ -112,18 +102,28 @@ public:
     /// Reads files again that are not as they were last seen. A document with edits is left as it is, and in conflict.
     /// \return whether a document was replaced
     bool Refresh(const std::vector<std::size_t>& in_documents, const Runner& in_run);
-    /// Reads the file again, whatever edits there are.
-    /// \return why it cannot be read; empty on success
+    /// A document, and those with edits that changes across documents tie to it: they take the same side.
+    std::vector<std::size_t> WithTiedEdits(std::size_t in_document) const;
+    /// Reads the files again, whatever edits there are: all of WithTiedEdits(), or none.
+    /// \return why one cannot be read; empty on success
     QString TakeTheirs(std::size_t in_document);
-    /// From now on the file as it is now may be replaced.
+    /// From now on the file as it is now may be replaced, and so may those of WithTiedEdits() that are in conflict.
     QString KeepOurs(std::size_t in_document);
+    /// Takes theirs, and writes the bytes that go into new files beside. All of it, or nothing.
+    /// \param out_files where ours are then
+    QString SaveOursBeside(std::size_t in_document, QStringList& out_files);
 
     /// Saves the documents, and those that one change ties to them.
     /// \return why documents were not saved, a sentence each
     std::vector<QString> Save(const std::vector<std::size_t>& in_documents, const Runner& in_run,
                               std::vector<std::size_t>& out_saved);
-    /// The changed documents among some, and those that a change across documents ties to them.
+    /// Some documents, and those that a change across documents ties to them.
     std::vector<std::size_t> WithTies(std::vector<std::size_t> in_documents) const;
+
+    /// What became of saves that were interrupted, in opening and saving, as far as somebody should know: a sentence
+    /// each.
+    const QStringList& GetRemarks() const { return m_remarks; }
+    void ClearRemarks() { m_remarks.clear(); }
 
 private:
     struct Record
@@ -135,7 +135,7 @@ private:
         FileStamp m_stamp;      ///< of the same, if it is known
         State m_hashed = 0;     ///< the state that the next one is of
         QByteArray m_hashOfState;
-        QByteArray m_tried; ///< of what a save could not put in place yet, but may have since
+        std::vector<QByteArray> m_tried; ///< of what saves could not put in place yet, but may have since
         eDocumentState m_documentState = eDocumentState::eInStep;
         QString m_problem;
     };
@@ -149,6 +149,10 @@ private:
     void ReadFile(Look& io_look) const;
     /// Puts what was read in place of a document.
     void Take(Look& io_look);
+    /// Reads the files of WithTiedEdits().
+    /// \return why one cannot be read; empty on success
+    QString ReadTheirs(std::size_t in_document, std::vector<Look>& out_looks) const;
+    void TakeAll(std::vector<Look>& io_looks);
     void MarkInStep(Record& io_record, const QByteArray& in_hash, std::size_t in_size, const FileStamp& in_stamp);
     void Forget(const std::vector<std::size_t>& in_documents);
 
@@ -156,6 +160,7 @@ private:
     mutable std::vector<Record> m_records; ///< of the documents of the library, as far as they were asked for
     State m_states = 0;                    ///< the last one that was given out
     bool m_isBusy = false;
+    QStringList m_remarks;
     std::optional<std::vector<materialx::DeclarationIndex>> m_touched; ///< see TakeTouched()
     std::list<std::vector<std::size_t>> m_ties; ///< documents that one change has changed together
 };

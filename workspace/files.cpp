@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
@@ -13,6 +14,51 @@
 
 namespace workspace
 {
+namespace
+{
+
+/// Whether the last call failed since the user may not do that. Inside a user namespace there are owners without a
+/// number.
+bool IsRefused()
+{
+    return errno == EPERM || errno == EINVAL;
+}
+
+QString BecomeLike(int in_file, const struct stat& in_like)
+{
+    mode_t mode = in_like.st_mode & 07777U;
+    // The owner first, since that takes permissions away. Only the administrator can give a file to somebody else, but
+    // everybody can to a group of theirs.
+    if (fchown(in_file, in_like.st_uid, in_like.st_gid) != 0)
+    {
+        const auto noChange = static_cast<uid_t>(-1);
+        if (!IsRefused() || (fchown(in_file, noChange, in_like.st_gid) != 0 && !IsRefused()))
+            return SystemError();
+        struct stat own = {};
+        if (fstat(in_file, &own) != 0)
+            return SystemError();
+        mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
+        if (own.st_gid != in_like.st_gid)
+            mode &= ~static_cast<mode_t>(S_IRWXG);
+    }
+    return fchmod(in_file, mode) == 0 ? QString() : SystemError();
+}
+
+QString WriteAndSync(Descriptor& io_file, std::string_view in_bytes)
+{
+    while (!in_bytes.empty())
+    {
+        const ssize_t written = write(io_file.Get(), in_bytes.data(), in_bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return SystemError();
+        in_bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return fsync(io_file.Get()) == 0 && io_file.Close() ? QString() : SystemError();
+}
+
+} // namespace
 
 QByteArray HashOf(std::string_view in_bytes)
 {
@@ -72,6 +118,24 @@ std::optional<std::string> ReadBytes(const QByteArray& in_path, QString& out_err
     return bytes;
 }
 
+FileStamp StampOf(const QByteArray& in_path)
+{
+    FileStamp stamp;
+    struct stat status = {};
+    struct timespec now = {};
+    if (stat(in_path.constData(), &status) != 0 || clock_gettime(CLOCK_REALTIME, &now) != 0)
+        return stamp;
+    const std::int64_t second = 1000000000;
+    const std::int64_t changed = status.st_ctim.tv_sec * second + status.st_ctim.tv_nsec;
+    if (now.tv_sec * second + now.tv_nsec - changed < second)
+        return stamp;
+    stamp.m_device = status.st_dev;
+    stamp.m_number = status.st_ino;
+    stamp.m_size = status.st_size;
+    stamp.m_changed = changed;
+    return stamp;
+}
+
 QString WriteNewFile(const QByteArray& in_path, std::string_view in_bytes, const QByteArray& in_like)
 {
     struct stat like = {};
@@ -80,24 +144,12 @@ QString WriteNewFile(const QByteArray& in_path, std::string_view in_bytes, const
     Descriptor file(open(in_path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
     if (!file.IsOpen())
         return SystemError();
-    // The owner first, since that takes permissions away. Only the administrator can give a file to somebody else.
-    if (isLike && fchown(file.Get(), like.st_uid, like.st_gid) != 0 && errno != EPERM)
-        return SystemError();
-    const mode_t all = 07777;
-    if (isLike && fchmod(file.Get(), like.st_mode & all) != 0)
-        return SystemError();
-    while (!in_bytes.empty())
-    {
-        const ssize_t written = write(file.Get(), in_bytes.data(), in_bytes.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written < 0)
-            return SystemError();
-        in_bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    if (fsync(file.Get()) != 0 || !file.Close())
-        return SystemError();
-    return QString();
+    QString error = isLike ? BecomeLike(file.Get(), like) : QString();
+    if (error.isEmpty())
+        error = WriteAndSync(file, in_bytes);
+    if (!error.isEmpty())
+        unlink(in_path.constData());
+    return error;
 }
 
 QString SyncFolder(const QByteArray& in_folder)
@@ -139,7 +191,12 @@ bool MayReplace(const QByteArray& in_path)
     struct stat status = {};
     while (stat(folder.constData(), &status) != 0 && errno == ENOENT && folder != "/")
         folder = FolderOf(folder);
-    return MayWrite(folder);
+    if (!MayWrite(folder))
+        return false;
+    struct stat file = {};
+    const uid_t user = geteuid();
+    return (status.st_mode & S_ISVTX) == 0 || user == 0 || status.st_uid == user ||
+           lstat(in_path.constData(), &file) != 0 || file.st_uid == user;
 }
 
 } // namespace workspace

@@ -10,9 +10,11 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <map>
 #include <set>
 #include <string>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace workspace
@@ -72,6 +74,12 @@ QByteArray In(const QByteArray& in_folder, const QByteArray& in_relativePath)
     return in_folder + '/' + in_relativePath;
 }
 
+bool IsThere(const QByteArray& in_path)
+{
+    struct stat status = {};
+    return lstat(in_path.constData(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
 /// The fingerprint of a file; empty without one.
 QByteArray HashOfFile(const QByteArray& in_path, QString& out_error)
 {
@@ -90,54 +98,89 @@ QString Unlink(const QByteArray& in_path)
     return unlink(in_path.constData()) == 0 || errno == ENOENT || errno == ENOTDIR ? QString() : SystemError();
 }
 
-/// Keeps what was to be saved when another program has written the file meanwhile.
-QString PutBeside(const QByteArray& in_temporary, const QByteArray& in_target)
+/// Keeps what was to be saved when another program has put something in the place of the file meanwhile.
+Outcome PutBeside(const QByteArray& in_temporary, const QByteArray& in_target)
 {
     QByteArray beside = in_target + ".saved";
     for (int number = 2; access(beside.constData(), F_OK) == 0; ++number)
         beside = in_target + ".saved" + QByteArray::number(number);
     const QString error = Rename(in_temporary, beside);
-    return error.isEmpty() ? QStringLiteral("Another program has changed it; what was saved is in %1")
-                                 .arg(QFile::decodeName(beside))
-                           : error;
+    return error.isEmpty() ? Outcome{true, QStringLiteral("Another program has changed it; what was saved is in %1")
+                                               .arg(QFile::decodeName(beside))}
+                           : Outcome{false, error};
 }
 
-QString GoForward(const QByteArray& in_folder, const JournalEntry& in_entry)
+/// A step that is done unless it has failed.
+Outcome DoneUnless(const QString& in_error)
+{
+    return {in_error.isEmpty(), in_error};
+}
+
+/// \param in_isAsBefore see IsAsBefore
+Outcome GoForward(const QByteArray& in_folder, const JournalEntry& in_entry, bool in_isAsBefore)
 {
     const QByteArray target = In(in_folder, in_entry.m_target);
-    if (!IsInside(RealPath(FolderOf(target)), in_folder))
-        return QStringLiteral("The folder is gone, or leads elsewhere");
-    QString error;
-    const QByteArray now = HashOfFile(target, error);
-    if (!error.isEmpty())
-        return error;
-    if (in_entry.m_temporary.isEmpty())
-        return now == in_entry.m_before ? Unlink(target) : QString();
     const QByteArray temporary = In(in_folder, in_entry.m_temporary);
-    const QByteArray waiting = HashOfFile(temporary, error);
+    if (!IsThere(FolderOf(target)))
+        return Outcome(); // what waited went with it
+    const QByteArray folder = RealPath(FolderOf(target));
+    if (folder.isEmpty())
+        return {false, SystemError()};
+    if (!IsInside(folder, in_folder))
+        return {true, QStringLiteral("Its folder leads elsewhere by now, so it is left alone")};
+    struct stat status = {};
+    const bool isNoFile = lstat(target.constData(), &status) == 0 && !S_ISREG(status.st_mode);
+    QString error;
+    const QByteArray now = in_isAsBefore ? in_entry.m_before : (isNoFile ? QByteArray() : HashOfFile(target, error));
     if (!error.isEmpty())
-        return error;
+        return {false, error};
+    const bool isBefore = !isNoFile && now == in_entry.m_before;
+    if (in_entry.m_temporary.isEmpty())
+    {
+        if (isBefore)
+            return DoneUnless(Unlink(target));
+        return {true, IsThere(target) ? QStringLiteral("Another program has changed it") : QString()};
+    }
+    const QByteArray waiting = in_isAsBefore ? in_entry.m_after : HashOfFile(temporary, error);
+    if (!error.isEmpty())
+        return {false, error};
     if (waiting.isEmpty())
-        return QString(); // it has replaced the target already
-    if (now == in_entry.m_after || waiting != in_entry.m_after)
-        return Unlink(temporary);
-    return now == in_entry.m_before ? Rename(temporary, target) : PutBeside(temporary, target);
+        return Outcome(); // it has replaced the target already
+    if (waiting != in_entry.m_after)
+        return {true, QStringLiteral("Another program has changed what was to be saved, which is left in %1")
+                          .arg(QFile::decodeName(temporary))};
+    if (now == in_entry.m_after)
+        return DoneUnless(Unlink(temporary));
+    return isBefore ? DoneUnless(Rename(temporary, target)) : PutBeside(temporary, target);
+}
+
+/// Syncs those of some folders that are there.
+QString SyncFolders(const std::set<QByteArray>& in_folders)
+{
+    for (const QByteArray& folder : in_folders)
+        if (const QString error = IsThere(folder) ? SyncFolder(folder) : QString(); !error.isEmpty())
+            return QFile::decodeName(folder) + QStringLiteral(": ") + error;
+    return QString();
 }
 
 QString GoBack(const QByteArray& in_folder, const Journal& in_journal)
 {
+    std::set<QByteArray> folders;
     for (const JournalEntry& entry : in_journal.m_entries)
     {
         const QByteArray temporary = In(in_folder, entry.m_temporary);
-        if (entry.m_temporary.isEmpty() || !IsInside(RealPath(FolderOf(temporary)), in_folder))
+        if (entry.m_temporary.isEmpty() || !IsInside(RealPath(FolderOf(temporary)), in_folder) || !IsThere(temporary))
             continue;
         if (const QString error = Unlink(temporary); !error.isEmpty())
-            return error;
+            return QFile::decodeName(temporary) + QStringLiteral(": ") + error;
+        folders.insert(FolderOf(temporary));
     }
     // A folder that somebody else uses by now is not empty, and stays.
     for (auto folder = in_journal.m_folders.rbegin(); folder != in_journal.m_folders.rend(); ++folder)
-        rmdir(In(in_folder, *folder).constData());
-    return QString();
+        if (const QByteArray path = In(in_folder, *folder); rmdir(path.constData()) == 0)
+            folders.insert(FolderOf(path));
+    // Without the journal nobody would look for what comes back.
+    return SyncFolders(folders);
 }
 
 } // namespace
@@ -198,47 +241,63 @@ QString RemoveJournal(const QByteArray& in_folder)
     return error.isEmpty() ? SyncFolder(in_folder) : error;
 }
 
-std::vector<QString> GoForward(const QByteArray& in_folder, const Journal& in_journal)
+std::vector<Outcome> GoForward(const QByteArray& in_folder, const Journal& in_journal, const IsAsBefore& in_isAsBefore)
 {
-    std::vector<QString> errors;
-    std::set<QByteArray> folders;
-    for (const JournalEntry& entry : in_journal.m_entries)
+    std::vector<Outcome> outcomes;
+    std::map<QByteArray, std::vector<std::size_t>> folders;
+    for (std::size_t i = 0; i < in_journal.m_entries.size(); ++i)
     {
-        errors.push_back(GoForward(in_folder, entry));
-        if (errors.back().isEmpty())
-            folders.insert(FolderOf(In(in_folder, entry.m_target)));
+        const JournalEntry& entry = in_journal.m_entries[i];
+        outcomes.push_back(GoForward(in_folder, entry, in_isAsBefore && in_isAsBefore(i)));
+        if (outcomes.back().m_isDone)
+            folders[FolderOf(In(in_folder, entry.m_target))].push_back(i);
     }
-    for (const QByteArray& folder : folders)
-        if (const QString error = SyncFolder(folder); !error.isEmpty())
-            for (std::size_t i = 0; i < errors.size(); ++i)
-                if (errors[i].isEmpty() && FolderOf(In(in_folder, in_journal.m_entries[i].m_target)) == folder)
-                    errors[i] = error;
-    return errors;
+    for (const auto& [folder, entries] : folders)
+        if (const QString error = SyncFolders({folder}); !error.isEmpty())
+            for (const std::size_t i : entries)
+                outcomes[i] = {false, error};
+    return outcomes;
 }
 
-QString Recover(const QByteArray& in_folder)
+Recovery Recover(const QByteArray& in_folder)
 {
-    QString error = Unlink(In(in_folder, gNewJournalName));
+    Recovery recovery;
+    const QByteArray path = In(in_folder, gJournalName);
+    const QByteArray fresh = In(in_folder, gNewJournalName);
+    const auto fail = [&](const QString& in_problem) {
+        recovery.m_problem = QStringLiteral("A save that was interrupted cannot be completed: %1. Its record is %2")
+                                 .arg(in_problem, QFile::decodeName(path));
+        return recovery;
+    };
+    QString error = IsThere(fresh) ? Unlink(fresh) : QString();
     if (!error.isEmpty())
-        return error;
-    const std::optional<std::string> text = ReadBytes(In(in_folder, gJournalName), error);
+        return fail(QFile::decodeName(fresh) + QStringLiteral(": ") + error);
+    const std::optional<std::string> text = ReadBytes(path, error);
+    if (!error.isEmpty())
+        return fail(error);
     if (!text)
-        return error;
+        return recovery;
     // A journal comes as a whole or not at all. One that is neither is not ours, and names nothing to trust.
-    if (const std::optional<Journal> journal = ReadJournal(QByteArray::fromStdString(*text)))
+    const std::optional<Journal> journal = ReadJournal(QByteArray::fromStdString(*text));
+    QString problem;
+    if (journal && journal->m_isComplete)
     {
-        if (journal->m_isComplete)
+        const std::vector<Outcome> outcomes = GoForward(in_folder, *journal);
+        for (std::size_t i = 0; i < outcomes.size(); ++i)
         {
-            GoForward(in_folder, *journal);
-            // Once more: what is still to be done now, cannot be done.
-            for (const QString& problem : GoForward(in_folder, *journal))
-                if (!problem.isEmpty())
-                    return problem;
+            const QString file = QFile::decodeName(In(in_folder, journal->m_entries[i].m_target));
+            const QString said = file + QStringLiteral(": ") + outcomes[i].m_text;
+            if (!outcomes[i].m_isDone && problem.isEmpty())
+                problem = said;
+            else if (outcomes[i].m_isDone && !outcomes[i].m_text.isEmpty())
+                recovery.m_remarks.append(said);
         }
-        else if (error = GoBack(in_folder, *journal); !error.isEmpty())
-            return error;
     }
-    return RemoveJournal(in_folder);
+    else if (journal)
+        problem = GoBack(in_folder, *journal);
+    if (problem.isEmpty())
+        problem = RemoveJournal(in_folder);
+    return problem.isEmpty() ? recovery : fail(problem);
 }
 
 FolderLock::FolderLock(const QByteArray& in_folder)

@@ -4,7 +4,10 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
+#include <cstddef>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -42,15 +45,33 @@ std::optional<Journal> ReadJournal(const QByteArray& in_text);
 QString PutJournal(const QByteArray& in_folder, const Journal& in_journal);
 QString RemoveJournal(const QByteArray& in_folder);
 
+/// What became of an entry.
+struct Outcome
+{
+    bool m_isDone = true; ///< nothing of it is left to be done: what there is, is safe on the disk
+    QString m_text;       ///< why it is not done, or not as it was meant; else empty
+};
+
+/// Whether the target of an entry is as it was before, and its temporary as the save has left it. Whoever cannot tell
+/// without reading them says no: then they are read.
+using IsAsBefore = std::function<bool(std::size_t in_entry)>;
+
 /// Replaces and removes the files of a complete journal, as far as that has not happened yet. What another program has
-/// written in place of the file stays, and the new bytes come beside it, as "NAME.saved".
-/// \return why an entry could not be completed; empty for each that is. All empty: the files are safe on the disk
-std::vector<QString> GoForward(const QByteArray& in_folder, const Journal& in_journal);
+/// put in place of the file stays, and the new bytes come beside it, as "NAME.saved". Where the folder of a file is gone,
+/// nothing waits.
+std::vector<Outcome> GoForward(const QByteArray& in_folder, const Journal& in_journal,
+                               const IsAsBefore& in_isAsBefore = nullptr);
+
+/// What became of a save that was interrupted.
+struct Recovery
+{
+    QStringList m_remarks; ///< what has become of files otherwise than it was meant, a sentence each
+    QString m_problem;     ///< why it could be neither completed nor taken back; the journal stays then
+};
 
 /// Completes or takes back a save that was interrupted in a folder. Does nothing where there is neither journal.
 /// \param in_folder without links, and locked
-/// \return why neither could be done; empty on success
-QString Recover(const QByteArray& in_folder);
+Recovery Recover(const QByteArray& in_folder);
 
 /// The only one who saves or recovers in a folder, of all programs; others wait for a second. Ends with the object.
 class FolderLock

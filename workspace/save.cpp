@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <future>
 #include <set>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,6 +26,7 @@ struct Destination
     QByteArray m_temporary;               ///< beside it; empty when the file goes
     std::vector<QByteArray> m_newFolders; ///< those that are not there yet, from the outermost to the innermost
     QByteArray m_hash;                    ///< of the file that is there; empty for none
+    FileStamp m_stamp;                    ///< of the same, if it is known
 };
 
 /// One run of SaveFiles().
@@ -48,21 +50,24 @@ public:
             Fail(error);
             return;
         }
+        const std::vector<std::size_t> written = ToBeWritten();
+        std::vector<std::optional<std::string>> differences(written.size());
+        std::future<void> check = std::async(std::launch::async, [&] {
+            for (std::size_t i = 0; i < written.size(); ++i)
+                differences[i] = m_check(written[i]);
+        });
         ForEach([this](FileSave& io_file, Destination& io_destination) {
             io_file.m_problem = Prepare(io_file, io_destination);
         });
         SyncFolders();
-        Check();
-        if (!IsAnythingLeft())
-        {
-            Recover(m_folder);
-            return;
-        }
+        check.get();
+        Compare(written, differences);
         DropTheFailed();
         const Journal journal = MakeJournal(true);
-        if (const QString error = PutJournal(m_folder, journal); !error.isEmpty())
+        if (IsAnythingLeft())
+            Put(journal);
+        if (!IsAnythingLeft())
         {
-            Fail(error);
             Recover(m_folder);
             return;
         }
@@ -134,6 +139,7 @@ private:
         if (!IsInside(out_destination.m_target, m_folder))
             return QStringLiteral("The file is not in the opened folder");
         QString error;
+        out_destination.m_stamp = StampOf(out_destination.m_target);
         const std::optional<std::string> bytes = ReadBytes(out_destination.m_target, error);
         if (!error.isEmpty())
             return error;
@@ -144,7 +150,9 @@ private:
         if (bytes && !MayWrite(out_destination.m_target))
             return QStringLiteral("It is read-only");
         if (!MayReplace(out_destination.m_target))
-            return QStringLiteral("Its folder is read-only");
+            return MayWrite(FolderOf(out_destination.m_target))
+                       ? QStringLiteral("Its folder lets only its owner replace it")
+                       : QStringLiteral("Its folder is read-only");
         if (in_file.m_bytes.empty())
             return QString();
         const QByteArray folder = FolderOf(out_destination.m_target);
@@ -194,56 +202,97 @@ private:
                 Fail(error);
     }
 
-    /// Reads what was written. A difference means that something is wrong that nobody thought of, so nothing is saved.
-    void Check()
+    std::vector<std::size_t> ToBeWritten() const
     {
+        std::vector<std::size_t> files;
         for (std::size_t i = 0; i < m_files.size(); ++i)
+            if (m_files[i].m_problem.isEmpty() && !m_destinations[i].m_temporary.isEmpty())
+                files.push_back(i);
+        return files;
+    }
+
+    /// Reads what was written. A difference means that something is wrong that nobody thought of, so nothing is saved.
+    /// \param in_differences of these files, between what their bytes say and what they are to say
+    void Compare(const std::vector<std::size_t>& in_files,
+                 const std::vector<std::optional<std::string>>& in_differences)
+    {
+        for (std::size_t i = 0; i < in_files.size(); ++i)
         {
-            if (!m_files[i].m_problem.isEmpty() || m_destinations[i].m_temporary.isEmpty())
+            FileSave& file = m_files[in_files[i]];
+            if (!file.m_problem.isEmpty())
                 continue;
+            std::optional<std::string> difference = in_differences[i];
             QString error;
-            const std::optional<std::string> bytes = ReadBytes(m_destinations[i].m_temporary, error);
-            std::optional<std::string> difference;
-            if (!bytes)
-                difference = error.isEmpty() ? "It is gone" : error.toStdString();
-            else
-                difference = m_check(i, *bytes);
+            if (!difference && ReadBytes(m_destinations[in_files[i]].m_temporary, error) != file.m_bytes)
+                difference = error.isEmpty() ? "The disk has other bytes" : error.toStdString();
             if (!difference)
                 continue;
-            m_files[i].m_problem = QStringLiteral("What would be saved is not what was meant: %1")
-                                       .arg(QString::fromStdString(*difference));
-            Fail(QStringLiteral("The save was stopped because of %1").arg(m_files[i].m_path));
+            file.m_problem = QStringLiteral("What would be saved is not what was meant: %1")
+                                 .arg(QString::fromStdString(*difference));
+            Fail(QStringLiteral("The save was stopped because of %1").arg(file.m_path));
         }
     }
 
-    /// Removes what was written for files that are not saved after all.
+    /// Removes what was written for files that are not saved after all. The complete journal will not name it.
     void DropTheFailed()
     {
+        if (!IsAnythingLeft())
+            return; // then all is taken back
+        std::set<QByteArray> folders;
         for (std::size_t i = 0; i < m_files.size(); ++i)
         {
             if (m_files[i].m_problem.isEmpty())
                 continue;
-            if (!m_destinations[i].m_temporary.isEmpty())
-                unlink(m_destinations[i].m_temporary.constData());
+            const Destination& destination = m_destinations[i];
+            if (!destination.m_temporary.isEmpty() && unlink(destination.m_temporary.constData()) == 0)
+                folders.insert(FolderOf(destination.m_temporary));
             // Those that others use are not empty.
-            const std::vector<QByteArray>& folders = m_destinations[i].m_newFolders;
-            for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder)
-                rmdir(folder->constData());
+            for (auto folder = destination.m_newFolders.rbegin(); folder != destination.m_newFolders.rend(); ++folder)
+                if (rmdir(folder->constData()) == 0)
+                {
+                    folders.erase(*folder);
+                    folders.insert(FolderOf(*folder));
+                }
         }
+        m_foldersToSync = std::move(folders);
+        SyncFolders();
+    }
+
+    /// Puts the complete journal in place of the first one. When that is said to have failed, it may be there all the
+    /// same.
+    void Put(const Journal& in_journal)
+    {
+        for (FileSave& file : m_files)
+            file.m_isUnderWay = file.m_problem.isEmpty();
+        if (const QString error = PutJournal(m_folder, in_journal); !error.isEmpty())
+            Fail(error);
     }
 
     void Replace(const Journal& in_journal)
     {
-        const std::vector<QString> errors = GoForward(m_folder, in_journal);
-        auto error = errors.begin();
-        for (FileSave& file : m_files)
-            if (file.m_problem.isEmpty())
-                file.m_problem = *error++;
-        const bool isComplete =
-            std::all_of(errors.begin(), errors.end(), [](const QString& in_error) { return in_error.isEmpty(); });
+        std::vector<std::size_t> files; // of the entries
+        for (std::size_t i = 0; i < m_files.size(); ++i)
+            if (m_files[i].m_problem.isEmpty())
+                files.push_back(i);
+        const std::vector<Outcome> outcomes = GoForward(
+            m_folder, in_journal, [&](std::size_t in_entry) { return IsAsBefore(m_destinations[files[in_entry]]); });
+        bool isComplete = true;
+        for (std::size_t i = 0; i < files.size(); ++i)
+        {
+            FileSave& file = m_files[files[i]];
+            file.m_problem = outcomes[i].m_text;
+            file.m_isUnderWay = !outcomes[i].m_isDone;
+            isComplete = isComplete && outcomes[i].m_isDone;
+        }
         // A journal that stays is completed next time, so it does no harm.
         if (isComplete)
             RemoveJournal(m_folder);
+    }
+
+    /// What was written was read just now, and nobody else knows its name.
+    static bool IsAsBefore(const Destination& in_destination)
+    {
+        return in_destination.m_stamp.m_size >= 0 && StampOf(in_destination.m_target) == in_destination.m_stamp;
     }
 
     const QByteArray m_folder;
@@ -255,11 +304,12 @@ private:
 
 } // namespace
 
-void SaveFiles(const QString& in_folder, std::vector<FileSave>& io_files, const CheckBytes& in_check)
+QStringList SaveFiles(const QString& in_folder, std::vector<FileSave>& io_files, const CheckBytes& in_check)
 {
     const auto fail = [&io_files](const QString& in_problem) {
         for (FileSave& file : io_files)
             file.m_problem = in_problem;
+        return QStringList();
     };
     const QByteArray folder = RealPath(QFile::encodeName(in_folder));
     if (folder.isEmpty())
@@ -267,9 +317,12 @@ void SaveFiles(const QString& in_folder, std::vector<FileSave>& io_files, const 
     const FolderLock lock(folder);
     if (!lock.GetError().isEmpty())
         return fail(lock.GetError());
-    if (const QString error = Recover(folder); !error.isEmpty())
-        return fail(error);
-    Save(folder, io_files, in_check).Run();
+    const Recovery recovery = Recover(folder);
+    if (recovery.m_problem.isEmpty())
+        Save(folder, io_files, in_check).Run();
+    else
+        fail(recovery.m_problem);
+    return recovery.m_remarks;
 }
 
 } // namespace workspace

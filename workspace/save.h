@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <cstddef>
 #include <functional>
@@ -24,12 +25,13 @@ struct FileSave
     std::vector<QByteArray> m_known; ///< hashes of what may be replaced; an empty one stands for no file
     std::size_t m_group = 0;         ///< files of one group are saved together or not at all
     QString m_problem;               ///< set by SaveFiles(): why it is not safe on the disk; empty when it is
+    bool m_isUnderWay = false;       ///< set with a problem: it has replaced the file nevertheless, or may do so later
 };
 
-/// Compares a file with what it is to say, before it replaces another.
+/// Compares the bytes of a file with what it is to say, before it replaces another.
 /// \param in_file an index into the files
 /// \return a difference as a sentence; nothing when there is none
-using CheckBytes = std::function<std::optional<std::string>(std::size_t in_file, const std::string& in_bytes)>;
+using CheckBytes = std::function<std::optional<std::string>(std::size_t in_file)>;
 
 /// Saves files below a folder. A file that cannot be saved keeps its group from being saved; the other groups are saved
 /// as one change. A file that is not what is known of it is not replaced. A difference that the check finds stops the
@@ -37,8 +39,11 @@ using CheckBytes = std::function<std::optional<std::string>(std::size_t in_file,
 ///
 /// What fails late, when some files are replaced already, is completed by the next save or opening of the folder.
 ///
-/// Each byte is written, synced, read, and checked once; beside that there are a few files and folders to sync.
+/// Each byte is written, synced, read, and checked once; beside that there are a few files and folders to sync. A file
+/// that is replaced is read once, twice if it was changed just before.
 /// \param in_folder where the journal goes
-void SaveFiles(const QString& in_folder, std::vector<FileSave>& io_files, const CheckBytes& in_check);
+/// \param in_check is called on another thread, while the bytes are written
+/// \return what became of a save that was interrupted before this one, otherwise than it was meant
+QStringList SaveFiles(const QString& in_folder, std::vector<FileSave>& io_files, const CheckBytes& in_check);
 
 } // namespace workspace

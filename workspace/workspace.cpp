@@ -4,12 +4,10 @@
 #include "materialx/encoding.h"
 #include "memorymodel/datalayer.h"
 #include "workspace/content.h"
-#include "workspace/files.h"
 #include "workspace/steps.h"
 #include "workspace/versions.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QTimer>
 
@@ -235,6 +233,16 @@ QString Workspace::GetProblem(const QString& in_document) const
     return document ? m_content->GetDocuments().GetProblem(*document) : QString();
 }
 
+QStringList Workspace::GetTiedDocuments(const QString& in_document) const
+{
+    QStringList paths;
+    if (const std::optional<std::size_t> document = Find(in_document))
+        for (const std::size_t tied : m_content->GetDocuments().WithTiedEdits(*document))
+            if (tied != *document)
+                paths.append(m_content->GetMaterial().m_documents[tied].m_relativePath);
+    return paths;
+}
+
 QString Workspace::TakeTheirs(const QString& in_document)
 {
     const std::optional<std::size_t> document = Find(in_document);
@@ -252,26 +260,25 @@ QString Workspace::KeepOurs(const QString& in_document)
     return document ? m_content->GetDocuments().KeepOurs(*document) : QStringLiteral("There is no such document");
 }
 
-QString Workspace::SaveOursBeside(const QString& in_document, QString* out_file)
+QString Workspace::SaveOursBeside(const QString& in_document, QStringList* out_files)
 {
     const std::optional<std::size_t> document = Find(in_document);
-    if (!document)
+    if (!document || !m_content->IsOpen())
         return QStringLiteral("There is no such document");
-    const materialx::LibraryDocument& ours = m_content->GetMaterial().m_documents[*document];
-    if (IsBusy())
-        return QStringLiteral("The library is being saved or read");
-    *out_file = ours.m_file + QStringLiteral(".ours");
-    for (int number = 2; QFileInfo::exists(*out_file); ++number)
-        *out_file = ours.m_file + QStringLiteral(".ours%1").arg(number);
-    const QByteArray path = QFile::encodeName(*out_file);
-    const QString error = WriteNewFile(path, ours.m_document.GetBytes(), QFile::encodeName(ours.m_file));
-    if (!error.isEmpty())
-    {
-        QFile::remove(*out_file);
-        return error;
-    }
-    SyncFolder(FolderOf(RealPath(path)));
-    return TakeTheirs(in_document);
+    const QString error = m_content->GetDocuments().SaveOursBeside(*document, *out_files);
+    if (error.isEmpty())
+        TakeNews();
+    return error;
+}
+
+const QStringList& Workspace::GetRemarks() const
+{
+    return m_content->GetDocuments().GetRemarks();
+}
+
+void Workspace::ClearRemarks()
+{
+    m_content->GetDocuments().ClearRemarks();
 }
 
 std::unique_ptr<memorymodel::Step> Workspace::Rename(const ItemID& in_item, const std::string& in_name)

@@ -72,7 +72,8 @@ public:
     using ItemID = vireo::datamodel::ItemID;
 
     /// Opens a file or a folder as a new library. Everything is read before the data layer is changed. Saves that were
-    /// interrupted here are completed or taken back first. Time grows with the size of the files.
+    /// interrupted here are completed or taken back first; GetRemarks() has what is to be said of that. Time grows with
+    /// the size of the files.
     /// \param out_error why it cannot be opened, as "FILE:LINE: reason"
     /// \return null on an error
     static std::shared_ptr<Workspace> Open(memorymodel::DataLayer& io_layer, const QString& in_path,
@@ -133,17 +134,24 @@ public:
     QStringList GetFiles() const;
     /// Why a document cannot be read any more, as "FILE:LINE: reason"; empty when it can.
     QString GetProblem(const QString& in_document) const;
+    /// The other documents with edits that belong together with those of one, since one step has changed several: they
+    /// take the same side.
+    QStringList GetTiedDocuments(const QString& in_document) const;
     /// Ends a conflict: our edits go. Commands that made them are planned afresh when they are undone.
-    /// \return why the file cannot be read; empty on success
+    /// \return why a file cannot be read, and nothing has changed; empty on success
     QString TakeTheirs(const QString& in_document);
     /// Ends a conflict: the next commit replaces the file as it is now.
-    /// \return why the file cannot be read; empty on success
+    /// \return why a file cannot be read, and nothing has changed; empty on success
     QString KeepOurs(const QString& in_document);
     /// Ends a conflict: writes our bytes beside the file, to a name that is no document's, and takes theirs.
-    /// \param out_file where ours are then
-    /// \return why that cannot be done; empty on success
-    QString SaveOursBeside(const QString& in_document, QString* out_file);
+    /// \param out_files where ours are then
+    /// \return why that cannot be done, and nothing has changed; empty on success
+    QString SaveOursBeside(const QString& in_document, QStringList* out_files);
     /// \}
+
+    /// What became of saves that were interrupted, by whomever, as far as somebody should know: a sentence each.
+    const QStringList& GetRemarks() const;
+    void ClearRemarks();
 
     // Store
     std::unique_ptr<memorymodel::Step> Rename(const ItemID& in_item, const std::string& in_name) override;

@@ -5,6 +5,7 @@
 #include "datamodel/helpers.h"
 #include "datamodel/itemlibrarymodifier.h"
 #include "datamodel/revisioncontrol.h"
+#include "datamodel/system.h"
 #include "host/aside.h"
 #include "host/graphcanvas.h"
 #include "host/mainwindow.h"
@@ -17,6 +18,8 @@
 #include "tests/host/windowfixture.h"
 #include "tests/support/testmain.h"
 #include "tests/support/waiting.h"
+#include "workspace/files.h"
+#include "workspace/journal.h"
 #include "workspace/workspace.h"
 
 #include <QDockWidget>
@@ -36,6 +39,7 @@
 #include <QTimer>
 
 #include <atomic>
+#include <stdexcept>
 
 using host::MainWindow;
 using vireo::datamodel::ItemID;
@@ -473,6 +477,77 @@ private Q_SLOTS:
         QVERIFY(m_window->GetLibrary().FindByName("moon").IsValid());
     }
 
+    /// Behind the one that nobody can do anything about waits one for the user.
+    void aConflictComesFirst()
+    {
+        QVERIFY(m_window->Open(m_folder->path()));
+        Rename("sun", "Sun");
+        Do("echo '<!-- theirs -->' >> sky/sky.mtlx; printf '<materialx>\\n<<<<<<< ours\\n' > sky/air.mtlx");
+        const auto isConflict = [this] { return TroubleText().startsWith(QStringLiteral("sky/sky.mtlx has changes")); };
+        QVERIFY(WaitFor(isConflict, gPatience));
+        QVERIFY(WaitFor([this] { return TroubleText().endsWith(QStringLiteral("One more document needs a look.")); },
+                        gPatience));
+        QVERIFY(TroubleButton("Take theirs")->isVisible());
+        QVERIFY(!TroubleButton("Dismiss")->isVisible());
+        QTest::mouseClick(TroubleButton("Take theirs"), Qt::LeftButton);
+        QVERIFY(TroubleText().startsWith(m_folder->filePath(QStringLiteral("sky/air.mtlx:2: "))));
+        QVERIFY(!TroubleButton("Take theirs")->isVisible());
+    }
+
+    /// As a merge leaves it.
+    void aConflictThatCannotBeReadIsDecidedAsWell()
+    {
+        QVERIFY(m_window->Open(m_folder->path()));
+        Do("printf '<materialx>\\n<<<<<<< ours\\n' > sky/sky.mtlx");
+        QVERIFY(WaitFor([this] { return Trouble().isVisible(); }, gPatience));
+        QVERIFY(!TroubleButton("Keep mine")->isVisible());
+        Rename("sun", "Sun");
+        Do("printf '<materialx>\\n<<<<<<< ours, too\\n' > sky/sky.mtlx");
+        QVERIFY(WaitFor([this] { return TroubleButton("Keep mine")->isVisible(); }, gPatience));
+        QTest::mouseClick(TroubleButton("Save mine beside it"), Qt::LeftButton);
+        QVERIFY2(TroubleText().startsWith(m_folder->filePath(QStringLiteral("sky/sky.mtlx:2: "))),
+                 qPrintable(TroubleText()));
+        QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("sky/sky.mtlx.ours"))));
+        QTest::mouseClick(TroubleButton("Keep mine"), Qt::LeftButton);
+        QVERIFY(!Trouble().isVisible());
+        Save();
+        QVERIFY(Read(QStringLiteral("sky/sky.mtlx")).contains("uiname=\"Sun\""));
+    }
+
+    void whatGoesTheSameWayIsNamed()
+    {
+        QVERIFY(m_window->Open(m_folder->path()));
+        memorymodel::Library& library = m_window->GetLibrary();
+        auto* const helper = hmxGetService<nexa4::IRevisionControlUIHelper>("RevisionControlUIHelper");
+        const auto sun = helper->FindObject(
+            nexa4::DbObjectId(vireo::datamodel::ItemIDUnlock::GetItemIDUID(library.FindByName("sun"))));
+        const std::shared_ptr<memorymodel::DataSource> local = library.GetDataSources().front();
+        QVERIFY(nexa4::IHelper::GetHelper(sun.GetManager()->GetDatabase())
+                    ->MoveToDataSource(sun, nexa4::NEXAPtr<nexa4::IDataSource>(local), true));
+        Do("echo '<!-- theirs -->' >> sky/sky.mtlx");
+        QVERIFY(WaitFor([this] { return Trouble().isVisible(); }, gPatience));
+        QVERIFY2(TroubleText().endsWith(QStringLiteral("Your changes of local/local.mtlx go the same way: they belong "
+                                                       "together.")),
+                 qPrintable(TroubleText()));
+    }
+
+    void whatASaveCouldNotPutInPlaceIsTold()
+    {
+        Write(QStringLiteral("sky/.nodebrowser-save-1"), "<materialx/>");
+        workspace::Journal journal;
+        journal.m_isComplete = true;
+        journal.m_entries = {
+            {"sky/sky.mtlx", "sky/.nodebrowser-save-1", workspace::HashOf("other"), workspace::HashOf("<materialx/>")}};
+        Write(QString::fromLatin1(workspace::gJournalName), workspace::WriteJournal(journal));
+        QVERIFY(m_window->Open(m_folder->path()));
+        QVERIFY(Trouble().isVisible());
+        const QString path = m_folder->filePath(QStringLiteral("sky/sky.mtlx"));
+        QCOMPARE(TroubleText(), path + QStringLiteral(": Another program has changed it; what was saved is in ") +
+                                    path + QStringLiteral(".saved"));
+        QTest::mouseClick(TroubleButton("Dismiss"), Qt::LeftButton);
+        QVERIFY(!Trouble().isVisible());
+    }
+
     void leavingAsksByDocuments()
     {
         QVERIFY(m_window->Open(m_folder->path()));
@@ -593,6 +668,13 @@ private Q_SLOTS:
 private:
     host::OpeningBar& Bar() { return *m_window->findChild<host::OpeningBar*>(); }
     host::TroubleBar& Trouble() { return *m_window->findChild<host::TroubleBar*>(); }
+    QPushButton* TroubleButton(const char* in_text)
+    {
+        for (QPushButton* const button : Trouble().findChildren<QPushButton*>())
+            if (button->text() == QLatin1String(in_text))
+                return button;
+        throw std::runtime_error(std::string("There is no button ") + in_text);
+    }
     QString TroubleText() { return Trouble().findChild<QLabel*>()->text(); }
     QString Message() { return m_window->statusBar()->currentMessage(); }
 

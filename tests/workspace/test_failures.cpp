@@ -6,6 +6,10 @@
 #include "datamodel/helpers.h"
 #include "tests/support/testmain.h"
 #include "tests/workspace/openedfolder.h"
+#include "workspace/files.h"
+#include "workspace/journal.h"
+
+#include <QFileInfo>
 
 #include <csignal>
 #include <sched.h>
@@ -68,6 +72,11 @@ public:
     SmallDisk& operator=(const SmallDisk&) = delete;
 
     bool IsMounted() const { return m_isMounted; }
+    bool SetReadOnly(bool in_isReadOnly) const
+    {
+        const int flags = MS_REMOUNT | (in_isReadOnly ? MS_RDONLY : 0);
+        return mount("tmpfs", m_folder.constData(), "tmpfs", static_cast<unsigned long>(flags), "size=256k") == 0;
+    }
 
 private:
     const QByteArray m_folder;
@@ -100,6 +109,70 @@ private Q_SLOTS:
         CheckNothingIsSaved(opened, before, "No space left on device");
         QVERIFY(ballast.remove());
         CheckBothAreSaved(opened);
+    }
+
+    /// What waits there keeps nobody from reading, and says why nothing can be saved.
+    void aDiskThatCameBackReadOnlyIsOpened()
+    {
+        const SmallDisk disk(m_folder->GetPath());
+        if (!disk.IsMounted())
+            QSKIP("This machine lets the test mount no disk of its own");
+        WriteDocuments();
+        LeaveSave("a/.nodebrowser-save-1");
+        QVERIFY(disk.SetReadOnly(true));
+        Opened opened(m_folder->GetPath());
+        const QString why = QStringLiteral("A save that was interrupted cannot be completed: ") +
+                            m_folder->GetPath(QStringLiteral("a/small.mtlx")) +
+                            QStringLiteral(": Read-only file system. Its record is ") +
+                            m_folder->GetPath(QStringLiteral(".nodebrowser-save"));
+        QCOMPARE(opened.GetWorkspace().GetRemarks(), QStringList(why));
+        QVERIFY(opened.Get().ItemIsReadOnly(opened.Find("lens")));
+        opened.GetLibrary().SetTags(opened.Find("lens"), "glass");
+        QVERIFY(!opened.Commit());
+        QCOMPARE(QString::fromUtf8(opened.GetMessages()), QStringLiteral("b/large.mtlx: ") + why + QLatin1Char('\n'));
+        QVERIFY(disk.SetReadOnly(false));
+        QVERIFY2(opened.Commit(), opened.GetMessages().constData());
+        QCOMPARE(BytesOfFile(m_folder->GetPath(QStringLiteral("a/small.mtlx"))), SavedBytes());
+        QVERIFY(!QFileInfo::exists(m_folder->GetPath(QStringLiteral(".nodebrowser-save"))));
+    }
+
+    /// The same wherever nothing can be mounted, and on the way on.
+    void aSaveThatCannotBeCompletedKeepsNobodyFromOpening()
+    {
+        WriteDocuments();
+        LeaveSave("a/.nodebrowser-save-1");
+        const QString waiting = m_folder->GetPath(QStringLiteral("a/.nodebrowser-save-1"));
+        QVERIFY(QFile::remove(waiting));
+        m_folder->Write(QStringLiteral("a/.nodebrowser-save-1/in the way"), "");
+        Opened opened(m_folder->GetPath());
+        const QString path = m_folder->GetPath(QStringLiteral("a/small.mtlx"));
+        QCOMPARE(opened.GetWorkspace().GetRemarks().size(), 1);
+        QVERIFY(opened.GetWorkspace().GetRemarks().constFirst().contains(path));
+        opened.GetWorkspace().ClearRemarks();
+        opened.GetLibrary().SetTags(opened.Find("lens"), "glass");
+        QVERIFY(!opened.Commit());
+        QVERIFY2(opened.GetMessages().contains(path.toUtf8()), opened.GetMessages().constData());
+        QVERIFY2(opened.GetMessages().contains(".nodebrowser-save"), opened.GetMessages().constData());
+        QVERIFY(QDir(waiting).removeRecursively());
+        QVERIFY2(opened.Commit(), opened.GetMessages().constData());
+    }
+
+    /// Who opens the folder is told where the bytes are that somebody meant to save.
+    void whatASaveCouldNotPutInPlaceIsTold()
+    {
+        WriteDocuments();
+        LeaveSave("a/.nodebrowser-save-1");
+        m_folder->Write(QStringLiteral("a/small.mtlx"), "<materialx><nodedef name=\"ND_theirs\" node=\"theirs\"/>"
+                                                        "</materialx>");
+        Opened opened(m_folder->GetPath());
+        const QString path = m_folder->GetPath(QStringLiteral("a/small.mtlx"));
+        QCOMPARE(opened.GetWorkspace().GetRemarks(),
+                 QStringList(path + QStringLiteral(": Another program has changed it; what was saved is in ") + path +
+                             QStringLiteral(".saved")));
+        QVERIFY(opened.Find("theirs").IsValid());
+        QCOMPARE(BytesOfFile(path + QStringLiteral(".saved")), SavedBytes());
+        opened.GetWorkspace().ClearRemarks();
+        QCOMPARE(opened.GetWorkspace().GetRemarks(), QStringList());
     }
 
     /// The same on machines that mount nothing, and for the second document only.
@@ -166,6 +239,22 @@ private Q_SLOTS:
         QVERIFY(opened.Find("Objective").IsValid());
         for (auto file = files.begin(); file != files.end(); ++file)
             m_folder->Write(file.key(), file.value());
+        CheckBothAreSaved(opened);
+    }
+
+    void aFolderWithEditsMayGo()
+    {
+        WriteDocuments();
+        Opened opened(m_folder->GetPath());
+        RenameBoth(opened);
+        QVERIFY(QDir(m_folder->GetPath(QStringLiteral("b"))).removeRecursively());
+        QVERIFY(!opened.Commit());
+        QCOMPARE(opened.GetMessages(), QByteArray("b/large.mtlx: It is not there any more\n"));
+        QCOMPARE(opened.GetWorkspace().GetSavedDocuments(), QStringList(QStringLiteral("a/small.mtlx")));
+        opened.GetWorkspace().Refresh();
+        QCOMPARE(opened.GetWorkspace().GetTroubledDocuments(), QStringList(QStringLiteral("b/large.mtlx")));
+        QVERIFY(opened.Get().ItemIsDirty(opened.Find("Objective")));
+        QCOMPARE(opened.GetWorkspace().KeepOurs(QStringLiteral("b/large.mtlx")), QString());
         CheckBothAreSaved(opened);
     }
 
@@ -241,6 +330,24 @@ private:
         m_folder->Write(QStringLiteral("a/small.mtlx"),
                         "<materialx><nodedef name=\"ND_aurora\" node=\"aurora\"/></materialx>");
         m_folder->Write(QStringLiteral("b/large.mtlx"), LargeDocument(60000));
+    }
+
+    static QByteArray SavedBytes()
+    {
+        return "<materialx><nodedef name=\"ND_aurora\" node=\"aurora\" tags=\"saved\"/></materialx>";
+    }
+
+    /// A save of a document that was interrupted right before it could replace the file.
+    void LeaveSave(const char* in_temporary)
+    {
+        using workspace::HashOf;
+        const QByteArray before = BytesOfFile(m_folder->GetPath(QStringLiteral("a/small.mtlx")));
+        workspace::Journal journal;
+        journal.m_isComplete = true;
+        journal.m_entries = {
+            {"a/small.mtlx", in_temporary, HashOf(before.toStdString()), HashOf(SavedBytes().toStdString())}};
+        m_folder->Write(QString::fromLatin1(in_temporary), SavedBytes());
+        m_folder->Write(QString::fromLatin1(workspace::gJournalName), workspace::WriteJournal(journal));
     }
 
     static void RenameBoth(Opened& io_opened)

@@ -11,8 +11,10 @@
 
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 
 #include <fcntl.h>
+#include <grp.h>
 #include <unistd.h>
 
 using workspace::FileSave;
@@ -21,6 +23,9 @@ using workspace::Journal;
 
 namespace
 {
+
+const unsigned gNobody = 65534; // as user and as group
+const unsigned gTeam = 4242;    // a group
 
 QByteArray Hash(const char* in_bytes)
 {
@@ -40,7 +45,7 @@ private Q_SLOTS:
         m_folder->Write(QStringLiteral("a/one"), "1");
         m_folder->Write(QStringLiteral("b/two"), "2");
         m_files.clear();
-        m_check = [](std::size_t, const std::string&) { return std::nullopt; };
+        m_check = [](std::size_t) { return std::nullopt; };
     }
 
     void filesAreReplacedMadeAndRemoved()
@@ -55,19 +60,19 @@ private Q_SLOTS:
             (Files{{QStringLiteral("a/one"), "I"}, {QStringLiteral("b/"), ""}, {QStringLiteral("c/d/three"), "III"}}));
     }
 
-    void newBytesAreReadAndChecked()
+    void newBytesAreChecked()
     {
         Add("a/one", "1", "I");
         Add("b/two", "2", "II");
         Add("c/three", nullptr, "III");
         QStringList seen;
-        m_check = [&seen](std::size_t in_file, const std::string& in_bytes) {
-            seen += QString::number(in_file) + QString::fromStdString(in_bytes);
+        m_check = [&seen](std::size_t in_file) {
+            seen += QString::number(in_file);
             return in_file == 1 ? std::optional<std::string>("The end is missing.") : std::nullopt;
         };
         const Files before = Now();
         Save();
-        QCOMPARE(seen.value(0), QStringLiteral("0I"));
+        QCOMPARE(seen, QStringList({QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")}));
         QCOMPARE(Difference(before, Now()), QString());
         QVERIFY(m_files[1].m_problem.contains(QLatin1String("The end is missing.")));
         QVERIFY(!m_files[0].m_problem.isEmpty());
@@ -208,7 +213,7 @@ private Q_SLOTS:
         m_folder->Write(QStringLiteral("new/.nodebrowser-save-2"), "");
         m_folder->Write(QStringLiteral(".nodebrowser-save.new"), "half of a journal");
         Put(SomeJournal(false));
-        QCOMPARE(workspace::Recover(Folder()), QString());
+        QCOMPARE(workspace::Recover(Folder()).m_problem, QString());
         QCOMPARE(Now(), (Files{{QStringLiteral("a/one"), "1"}, {QStringLiteral("b/two"), "2"}}));
     }
 
@@ -217,7 +222,7 @@ private Q_SLOTS:
         m_folder->Write(QStringLiteral("a/.nodebrowser-save-1"), "I");
         m_folder->Write(QStringLiteral("new/three"), "III"); // replaced already
         Put(SomeJournal(true));
-        QCOMPARE(workspace::Recover(Folder()), QString());
+        QCOMPARE(workspace::Recover(Folder()).m_problem, QString());
         QCOMPARE(
             Now(),
             (Files{{QStringLiteral("a/one"), "I"}, {QStringLiteral("b/"), ""}, {QStringLiteral("new/three"), "III"}}));
@@ -230,11 +235,144 @@ private Q_SLOTS:
         m_folder->Write(QStringLiteral("b/two"), "theirs");
         m_folder->Write(QStringLiteral("new/.nodebrowser-save-2"), "III");
         Put(SomeJournal(true));
-        QCOMPARE(workspace::Recover(Folder()), QString());
+        const workspace::Recovery recovery = workspace::Recover(Folder());
+        QCOMPARE(recovery.m_problem, QString());
+        QCOMPARE(
+            recovery.m_remarks,
+            QStringList({Path("a/one") + QStringLiteral(": Another program has changed it; what was saved is in ") +
+                             Path("a/one.saved"),
+                         Path("b/two") + QStringLiteral(": Another program has changed it")}));
         QCOMPARE(Now(), (Files{{QStringLiteral("a/one"), "theirs"},
                                {QStringLiteral("a/one.saved"), "I"},
                                {QStringLiteral("b/two"), "theirs"},
                                {QStringLiteral("new/three"), "III"}}));
+    }
+
+    /// With a folder goes what waited in it.
+    void aFolderThatIsGoneStopsNothing()
+    {
+        m_folder->Write(QStringLiteral("a/.nodebrowser-save-1"), "I");
+        Put(SomeJournal(true)); // without the folder "new"
+        const workspace::Recovery recovery = workspace::Recover(Folder());
+        QCOMPARE(recovery.m_problem, QString());
+        QCOMPARE(recovery.m_remarks, QStringList());
+        QCOMPARE(Now(), (Files{{QStringLiteral("a/one"), "I"}, {QStringLiteral("b/"), ""}}));
+    }
+
+    void aFolderInPlaceOfTheFileStays()
+    {
+        m_folder->Write(QStringLiteral("a/.nodebrowser-save-1"), "I");
+        for (const char* const path : {"a/one", "b/two"})
+        {
+            QVERIFY(QFile::remove(Path(path)));
+            m_folder->Write(QString::fromLatin1(path) + QStringLiteral("/inside"), "theirs");
+        }
+        Put(SomeJournal(true));
+        const workspace::Recovery recovery = workspace::Recover(Folder());
+        QCOMPARE(recovery.m_problem, QString());
+        QCOMPARE(recovery.m_remarks.size(), 2);
+        QCOMPARE(Now(), (Files{{QStringLiteral("a/one/inside"), "theirs"},
+                               {QStringLiteral("a/one.saved"), "I"},
+                               {QStringLiteral("b/two/inside"), "theirs"}}));
+    }
+
+    void aFolderThatLeadsOutIsLeftAlone()
+    {
+        QTemporaryDir outside;
+        QVERIFY(QFile::rename(Path("b/two"), outside.filePath(QStringLiteral("two"))));
+        QVERIFY(QDir().rmdir(Path("b")));
+        QVERIFY(QFile::link(outside.path(), Path("b")));
+        Put(SomeJournal(true));
+        const workspace::Recovery recovery = workspace::Recover(Folder());
+        QCOMPARE(recovery.m_problem, QString());
+        QVERIFY2(recovery.m_remarks.value(0).startsWith(Path("b/two: ")), qPrintable(recovery.m_remarks.value(0)));
+        QCOMPARE(BytesOfFile(outside.filePath(QStringLiteral("two"))), QByteArray("2"));
+        QVERIFY(!QFileInfo::exists(Path(workspace::gJournalName)));
+    }
+
+    /// The record stays, whoever tries says which file it is about, and what can be done is done.
+    void whatCannotBeCompletedWaits()
+    {
+        m_folder->Write(QStringLiteral("a/.nodebrowser-save-1/in the way"), "");
+        m_folder->Write(QStringLiteral("new/.nodebrowser-save-2"), "III");
+        Put(SomeJournal(true));
+        const QString meant = QStringLiteral("A save that was interrupted cannot be completed: ") + Path("a/one") +
+                              QStringLiteral(": Not a file. Its record is ") + Path(workspace::gJournalName);
+        QCOMPARE(workspace::Recover(Folder()).m_problem, meant);
+        QCOMPARE(BytesOfFile(Path("new/three")), QByteArray("III"));
+        Add("c/four", nullptr, "IV");
+        Save();
+        QCOMPARE(Problems(), meant);
+        QVERIFY(!QFileInfo::exists(Path("c")));
+        QVERIFY(QDir(Path("a/.nodebrowser-save-1")).removeRecursively());
+        m_folder->Write(QStringLiteral("a/.nodebrowser-save-1"), "I");
+        m_files[0].m_problem.clear();
+        Save();
+        QCOMPARE(m_files[0].m_problem, QString());
+        QCOMPARE(BytesOfFile(Path("a/one")), QByteArray("I"));
+    }
+
+    /// The system lets only its owner rename over a file there.
+    void aFileOfAnotherUserInASharedFolderIsNotReplaced()
+    {
+        if (geteuid() != 0)
+            QSKIP("Only the administrator can make files of two users");
+        ShareFolders(01777);
+        QCOMPARE(chmod(Name("a/one").constData(), 0666), 0);
+        Add("a/one", "1", "I");
+        Add("a/three", nullptr, "III");
+        QCOMPARE(SaveAsNobody(gNobody), QStringLiteral("Its folder lets only its owner replace it|"));
+        QCOMPARE(BytesOfFile(Path("a/one")), QByteArray("1"));
+        QCOMPARE(BytesOfFile(Path("a/three")), QByteArray("III"));
+    }
+
+    void theGroupStaysOrItsPermissionsGo_data()
+    {
+        QTest::addColumn<unsigned>("member"); ///< whoever saves is in this group, too
+        QTest::addColumn<unsigned>("group");
+        QTest::addColumn<unsigned>("mode");
+        QTest::newRow("a member") << gTeam << gTeam << 0660U;
+        QTest::newRow("somebody else") << gNobody << gNobody << 0606U;
+    }
+
+    /// Only the administrator keeps the owner.
+    void theGroupStaysOrItsPermissionsGo()
+    {
+        QFETCH(unsigned, member);
+        QFETCH(unsigned, group);
+        QFETCH(unsigned, mode);
+        if (geteuid() != 0)
+            QSKIP("Only the administrator can make files of two users");
+        ShareFolders(0777);
+        QCOMPARE(chown(Name("a/one").constData(), 0, gTeam), 0);
+        QCOMPARE(chmod(Name("a/one").constData(), member == gTeam ? 0660 : 0666), 0);
+        Add("a/one", "1", "I");
+        QCOMPARE(SaveAsNobody(member), QString());
+        struct stat status = {};
+        QCOMPARE(stat(Name("a/one").constData(), &status), 0);
+        QCOMPARE(status.st_uid, gNobody);
+        QCOMPARE(status.st_gid, group);
+        QCOMPARE(status.st_mode & 07777U, mode);
+        QCOMPARE(BytesOfFile(Path("a/one")), QByteArray("I"));
+    }
+
+    /// What is known of a file that was not changed for a while is not read again.
+    void whatChangesWhileTheSaveGoesOnIsNotReplaced()
+    {
+        Add("a/one", "1", "I");
+        QTRY_VERIFY(workspace::StampOf(Name("a/one")).m_size >= 0);
+        m_check = [this](std::size_t) {
+            QFile file(Path("a/one"));
+            if (!file.open(QIODevice::ReadWrite) || file.write("2") != 1)
+                return std::optional<std::string>("The test cannot write");
+            return std::optional<std::string>();
+        };
+        Save();
+        QCOMPARE(Problems(),
+                 QStringLiteral("Another program has changed it; what was saved is in ") + Path("a/one.saved"));
+        QCOMPARE(BytesOfFile(Path("a/one")), QByteArray("2"));
+        QCOMPARE(BytesOfFile(Path("a/one.saved")), QByteArray("I"));
+        QVERIFY(!QFileInfo::exists(Path(workspace::gJournalName)));
     }
 
     void aForeignJournalIsRemovedAndBelieved_data()
@@ -249,7 +387,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, text);
         const Files before = Now();
         m_folder->Write(QStringLiteral(".nodebrowser-save"), text);
-        QCOMPARE(workspace::Recover(Folder()), QString());
+        QCOMPARE(workspace::Recover(Folder()).m_problem, QString());
         QCOMPARE(Difference(before, Now()), QString());
     }
 
@@ -286,6 +424,45 @@ private:
         file.m_known = {Hash(in_before)};
         file.m_group = in_group ? in_group : 100 + m_files.size();
         m_files.push_back(file);
+    }
+
+    QString Path(const char* in_path) const { return m_folder->GetPath(QString::fromLatin1(in_path)); }
+    QByteArray Name(const char* in_path) const { return QFile::encodeName(Path(in_path)); }
+
+    void ShareFolders(mode_t in_mode)
+    {
+        for (const char* const folder : {"", "a", "b"})
+            QCOMPARE(chmod(Name(folder).constData(), in_mode), 0);
+    }
+
+    /// Saves in a process without rights.
+    /// \param in_group one that it is a member of
+    /// \return the problems
+    QString SaveAsNobody(gid_t in_group)
+    {
+        int ends[2] = {};
+        if (pipe(ends) != 0)
+            return QStringLiteral("no pipe");
+        const pid_t child = fork();
+        if (child == 0)
+        {
+            QByteArray answer = "no such user";
+            if (setgroups(1, &in_group) == 0 && setresgid(gNobody, gNobody, gNobody) == 0 &&
+                setresuid(gNobody, gNobody, gNobody) == 0)
+            {
+                Save();
+                answer = Problems().toUtf8();
+            }
+            _exit(write(ends[1], answer.constData(), static_cast<std::size_t>(answer.size())) == answer.size() ? 0 : 1);
+        }
+        close(ends[1]);
+        QFile answer;
+        if (!answer.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+            return QStringLiteral("no answer");
+        const QByteArray said = answer.readAll();
+        int status = 1;
+        waitpid(child, &status, 0);
+        return status == 0 ? QString::fromUtf8(said) : QStringLiteral("the process has failed");
     }
 
     void Save() { workspace::SaveFiles(m_folder->GetPath(), m_files, m_check); }

@@ -10,6 +10,8 @@
 
 #include <QFileInfo>
 
+#include <sys/stat.h>
+
 using namespace vireo::datamodel;
 using contract::NotificationSpy;
 using contract::Rename;
@@ -171,6 +173,9 @@ private Q_SLOTS:
         const QByteArray saved = BytesOfFile(m_folder->GetPath(QStringLiteral("sky/more.mtlx")));
         QVERIFY2(saved.contains("\n" + comment + "  <nodedef name=\"ND_two\" node=\"two\" tags=\"far\"/>\n"),
                  saved.constData());
+        // The document is not taken for the one that it was, either.
+        QVERIFY2(saved.contains(QByteArray(150, 'x')), saved.constData());
+        CheckLikeFresh(opened);
     }
 
     void whatLatin1LacksStaysWhereItIsNotChanged()
@@ -358,6 +363,136 @@ private Q_SLOTS:
         QVERIFY(opened.Get().ItemIsDirty(opened.Find("lens")));
     }
 
+    void oneSideOfAMoveIsTakenWithTheOther_data()
+    {
+        QTest::addColumn<QString>("touched");
+        QTest::newRow("where it came from") << QStringLiteral("glass/glass.mtlx");
+        QTest::newRow("where it went to") << QStringLiteral("sky/sky.mtlx");
+    }
+
+    /// Otherwise the item would be in both documents, or in none.
+    void oneSideOfAMoveIsTakenWithTheOther()
+    {
+        QFETCH(QString, touched);
+        Opened opened(m_folder->GetPath());
+        const QStringList both = MoveAndTouch(opened, touched);
+        QCOMPARE(opened.GetWorkspace().GetTiedDocuments(touched), QStringList(both[0] == touched ? both[1] : both[0]));
+        QCOMPARE(opened.GetWorkspace().TakeTheirs(touched), QString());
+        QCOMPARE(opened.GetWorkspace().GetChangedDocuments(), QStringList());
+        QCOMPARE(opened.GetWorkspace().GetTiedDocuments(touched), QStringList());
+        QCOMPARE(CountOf(opened, "lens"), 1);
+        QCOMPARE(opened.SourceOf("lens"), QByteArray("glass"));
+        // Nothing is left to be undone, and nothing is lost by trying.
+        opened.GetStack().undo();
+        QVERIFY2(opened.Commit(), opened.GetMessages().constData());
+        CheckLikeFresh(opened);
+        QCOMPARE(CountOf(opened, "lens"), 1);
+    }
+
+    void bothSidesOfAMoveComeBeside()
+    {
+        Opened opened(m_folder->GetPath());
+        const QStringList both = MoveAndTouch(opened, QStringLiteral("sky/sky.mtlx"));
+        QStringList files;
+        QCOMPARE(opened.GetWorkspace().SaveOursBeside(QStringLiteral("sky/sky.mtlx"), &files), QString());
+        QCOMPARE(files, QStringList({m_folder->GetPath(both[0]) + QStringLiteral(".ours"),
+                                     m_folder->GetPath(both[1]) + QStringLiteral(".ours")}));
+        int lenses = 0;
+        for (const QString& file : files)
+            lenses += BytesOfFile(file).contains("\"ND_lens\"") ? 1 : 0;
+        QCOMPARE(lenses, 1);
+        QCOMPARE(opened.SourceOf("lens"), QByteArray("glass"));
+        QCOMPARE(opened.GetWorkspace().GetChangedDocuments(), QStringList());
+        CheckLikeFresh(opened);
+    }
+
+    /// All or none: what cannot be read takes nothing along.
+    void aSideThatCannotBeReadIsNotTaken()
+    {
+        Opened opened(m_folder->GetPath());
+        const QStringList both = MoveAndTouch(opened, QStringLiteral("sky/sky.mtlx"));
+        m_folder->Write(QStringLiteral("glass/glass.mtlx"), "<<<<<<< ours");
+        const Files before = FilesBelow(m_folder->GetPath());
+        const QString error = opened.GetWorkspace().TakeTheirs(QStringLiteral("sky/sky.mtlx"));
+        QVERIFY2(error.startsWith(m_folder->GetPath(QStringLiteral("glass/glass.mtlx:1: "))), qPrintable(error));
+        QStringList files;
+        QCOMPARE(opened.GetWorkspace().SaveOursBeside(QStringLiteral("sky/sky.mtlx"), &files), error);
+        QCOMPARE(files, QStringList());
+        QCOMPARE(Difference(before, FilesBelow(m_folder->GetPath())), QString());
+        QCOMPARE(opened.GetWorkspace().GetChangedDocuments(), both);
+        QCOMPARE(opened.SourceOf("lens"), QByteArray("sky"));
+        QCOMPARE(CountOf(opened, "lens"), 1);
+    }
+
+    void oursAreKeptOnBothSidesOfAMove()
+    {
+        Opened opened(m_folder->GetPath());
+        MoveAndTouch(opened, QStringLiteral("sky/sky.mtlx"));
+        m_folder->Write(QStringLiteral("glass/glass.mtlx"), m_before[QStringLiteral("glass/glass.mtlx")] + "\n");
+        opened.GetWorkspace().Refresh();
+        QCOMPARE(opened.GetWorkspace().GetTroubledDocuments().size(), 2);
+        QCOMPARE(opened.GetWorkspace().KeepOurs(QStringLiteral("sky/sky.mtlx")), QString());
+        QCOMPARE(opened.GetWorkspace().GetTroubledDocuments(), QStringList());
+        QVERIFY2(opened.Commit(), opened.GetMessages().constData());
+        CheckLikeFresh(opened);
+        QCOMPARE(opened.SourceOf("lens"), QByteArray("sky"));
+    }
+
+    void whatIsBesideAlreadyStays()
+    {
+        Opened opened(m_folder->GetPath());
+        Rename(opened.Get(), opened.Find("lens"), "Objective", nullptr);
+        const QString path = m_folder->GetPath(QStringLiteral("glass/glass.mtlx"));
+        QVERIFY(QFile::link(QStringLiteral("nowhere"), path + QStringLiteral(".ours")));
+        QStringList files;
+        QCOMPARE(opened.GetWorkspace().SaveOursBeside(QStringLiteral("glass/glass.mtlx"), &files), QString());
+        QCOMPARE(files, QStringList(path + QStringLiteral(".ours2")));
+        QVERIFY(QFileInfo(path + QStringLiteral(".ours")).isSymLink());
+        QVERIFY(BytesOfFile(files[0]).contains("Objective"));
+    }
+
+    void filesWithoutChangesAreNotTouched()
+    {
+        Opened opened(m_folder->GetPath());
+        Rename(opened.Get(), opened.Find("lens"), "Objective", nullptr);
+        const QMap<QString, QString> before = Stamps();
+        QVERIFY2(opened.Commit(), opened.GetMessages().constData());
+        const QMap<QString, QString> after = Stamps();
+        QCOMPARE(after.keys(), before.keys());
+        QVERIFY(before.size() > 4);
+        for (const QString& path : before.keys())
+            QCOMPARE(after[path] == before[path], path != QLatin1String("glass/glass.mtlx"));
+    }
+
+    void whoeverThrowsLeavesTheLibraryUsable()
+    {
+        Opened opened(m_folder->GetPath());
+        Rename(opened.Get(), opened.Find("lens"), "Objective", nullptr);
+        opened.GetWorkspace().SetRunner([](const std::function<void()>&) { throw std::runtime_error("no thread"); });
+        QVERIFY_EXCEPTION_THROWN(opened.GetWorkspace().Refresh(), std::runtime_error);
+        QVERIFY(!opened.GetWorkspace().IsBusy());
+        opened.GetWorkspace().SetRunner([](const std::function<void()>& in_function) { in_function(); });
+        QVERIFY2(opened.Commit(), opened.GetMessages().constData());
+    }
+
+    /// There the record of a save goes.
+    void aFolderThatTakesNoRecordsTakesNoChanges()
+    {
+        const QByteArray folder = QFile::encodeName(m_folder->GetPath());
+        QCOMPARE(chmod(folder.constData(), 0555), 0);
+        Opened opened(m_folder->GetPath());
+        const ItemID lens = opened.Find("lens");
+        const bool isReadOnly = opened.Get().ItemIsReadOnly(lens);
+        const bool isMoved = opened.Move(opened.Find("aurora"), "glass");
+        QCOMPARE(chmod(folder.constData(), 0755), 0);
+        QVERIFY(isReadOnly);
+        QVERIFY(!isMoved);
+        opened.GetWorkspace().Refresh();
+        QVERIFY(!opened.Get().ItemIsReadOnly(lens));
+        Rename(opened.Get(), lens, "Objective", nullptr);
+        QVERIFY2(opened.Commit(), opened.GetMessages().constData());
+    }
+
     void everythingIsWrittenOnDemand()
     {
         Opened opened(m_folder->GetPath());
@@ -378,6 +513,53 @@ private Q_SLOTS:
     }
 
 private:
+    /// Moves an item, and lets somebody else change one of the two documents.
+    /// \return both
+    QStringList MoveAndTouch(Opened& io_opened, const QString& in_touched)
+    {
+        if (!io_opened.Move(io_opened.Find("lens"), "sky"))
+            throw std::runtime_error("No move");
+        const QStringList both = io_opened.GetWorkspace().GetChangedDocuments();
+        m_folder->Write(in_touched, m_before.value(in_touched, Document("")) + "<!-- theirs -->\n");
+        io_opened.GetWorkspace().Refresh();
+        if (both.size() != 2 || io_opened.GetWorkspace().GetTroubledDocuments() != QStringList(in_touched))
+            throw std::runtime_error("No conflict");
+        return both;
+    }
+
+    static int CountOf(Opened& io_opened, const char* in_name)
+    {
+        int count = 0;
+        for (const ItemID& item : io_opened.GetLibrary().GetItems())
+            count += io_opened.Get().GetItemName(item, true, nullptr) == in_name ? 1 : 0;
+        return count;
+    }
+
+    void CheckLikeFresh(Opened& io_opened)
+    {
+        const QStringList now = Describe(io_opened.GetLibrary());
+        QCOMPARE(Describe(Opened(m_folder->GetPath()).GetLibrary()), now);
+        io_opened.GetLayer().Install();
+    }
+
+    /// What the system tells of each file, by its path.
+    QMap<QString, QString> Stamps() const
+    {
+        QMap<QString, QString> stamps;
+        for (const QString& path : FilesBelow(m_folder->GetPath()).keys())
+        {
+            struct stat status = {};
+            if (stat(QFile::encodeName(m_folder->GetPath(path)).constData(), &status) == 0)
+                stamps[path] = QStringLiteral("%1 %2.%3 %4.%5")
+                                   .arg(status.st_ino)
+                                   .arg(status.st_mtim.tv_sec)
+                                   .arg(status.st_mtim.tv_nsec)
+                                   .arg(status.st_ctim.tv_sec)
+                                   .arg(status.st_ctim.tv_nsec);
+        }
+        return stamps;
+    }
+
     static bool Change(Opened& io_opened, int in_change)
     {
         memorymodel::CommandManager* const commands = io_opened.GetCommands();
