@@ -2,9 +2,9 @@
 // A save that is killed at each of its calls of the system.
 //
 // The calls that change something on the disk are replaced in this program: a child process counts them, and dies in
-// front of the one that it was told, or in the middle of it where that is possible. A save of six documents is killed at
-// each call, one of fifty at some of them, which takes seconds instead of minutes. NODEBROWSER_KILL_DOCUMENTS is a count
-// of documents for which each call has its turn.
+// front of the one that it was told, or in the middle of it where that is possible. A save of six documents is killed
+// at each call, one of fifty at some of them, which takes seconds instead of minutes. NODEBROWSER_KILL_DOCUMENTS is a
+// count of documents for which each call has its turn.
 
 #include "contract/support.h"
 #include "tests/support/testmain.h"
@@ -633,8 +633,8 @@ private:
         return std::vector<int>(chosen.begin(), chosen.end());
     }
 
-    /// Every document changes; some nodes move to documents of other folders, and some nodes are new, each in a document
-    /// that is new.
+    /// Every document changes; some nodes move to documents of other folders, and some nodes are new, each in a
+    /// document that is new.
     void ChangeAndSave()
     {
         Opened opened(Folder());
