@@ -19,8 +19,8 @@ namespace host
 {
 
 /// Names the first document that another program has changed as well as the user, and lets the user choose a side; or
-/// the first that cannot be read any more, and why; or that the opened folder is gone; or what became of saves that were
-/// interrupted, until the user has seen it. Hidden when there is nothing to say.
+/// the first that cannot be read any more, and why; or that the opened folder is gone; or what became of saves that
+/// were interrupted, until the user has seen it. Hidden when there is nothing to say.
 class TroubleBar : public QFrame
 {
     Q_OBJECT

@@ -57,8 +57,8 @@ struct Outcome
 using IsAsBefore = std::function<bool(std::size_t in_entry)>;
 
 /// Replaces and removes the files of a complete journal, as far as that has not happened yet. What another program has
-/// put in place of the file stays, and the new bytes come beside it, as "NAME.saved". Where the folder of a file is gone,
-/// nothing waits.
+/// put in place of the file stays, and the new bytes come beside it, as "NAME.saved". Where the folder of a file is
+/// gone, nothing waits.
 std::vector<Outcome> GoForward(const QByteArray& in_folder, const Journal& in_journal,
                                const IsAsBefore& in_isAsBefore = nullptr);
 

@@ -2,8 +2,9 @@
 // A save that is killed at each of its calls of the system.
 //
 // The calls that change something on the disk are replaced in this program: a child process counts them, and dies in
-// front of the one that it was told, or in the middle of it where that is possible. NODEBROWSER_KILL_DOCUMENTS is how
-// many documents the save changes.
+// front of the one that it was told, or in the middle of it where that is possible. A save of six documents is killed
+// at each call, one of fifty at some of them, which takes seconds instead of minutes. NODEBROWSER_KILL_DOCUMENTS is a
+// count of documents for which each call has its turn.
 
 #include "contract/support.h"
 #include "tests/support/testmain.h"
@@ -19,6 +20,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <map>
+#include <set>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -182,7 +185,9 @@ namespace
 {
 
 const int gPatience = 20000; // milliseconds
-int gThreads = 1;            ///< of the test library
+const int gFewDocuments = 6;
+const int gFolders = 5; ///< in which they are; so many nodes move, and so many are new
+int gThreads = 1;       ///< of the test library
 
 /// Where files are that need not survive the machine: there the disk costs no time.
 QString FastFolder()
@@ -190,12 +195,6 @@ QString FastFolder()
     const QString memory = QStringLiteral("/dev/shm");
     return QFileInfo(memory).isWritable() ? memory + QStringLiteral("/nodebrowser-XXXXXX")
                                           : QDir::tempPath() + QStringLiteral("/nodebrowser-XXXXXX");
-}
-
-int DocumentCount()
-{
-    const int wanted = qEnvironmentVariableIntValue("NODEBROWSER_KILL_DOCUMENTS");
-    return wanted > 0 ? wanted : 6;
 }
 
 void Require(bool in_condition, const char* in_what)
@@ -255,43 +254,36 @@ private Q_SLOTS:
     void initTestCase()
     {
         gThreads = CountThreads();
-        const int count = DocumentCount();
-        for (int i = 0; i < count; ++i)
-            m_before[QStringLiteral("s%1/doc%2.mtlx").arg(i % 5).arg(i, 3, 10, QLatin1Char('0'))] =
-                QStringLiteral(
-                    "<?xml version=\"1.0\"?>\n<materialx version=\"1.39\">\n"
-                    "  <nodedef name=\"ND_n%1\" node=\"n%1\"/>\n  <nodegraph name=\"NG_n%1\" nodedef=\"ND_n%1\"/>\n"
-                    "  <nodedef name=\"ND_m%1\" node=\"m%1\"/>\n</materialx>\n")
-                    .arg(i)
-                    .toUtf8();
-        WriteFiles(Folder(), m_before);
-        m_before = FilesBelow(Folder());
-        m_itemsBefore = Items();
-        ChangeAndSave();
-        m_after = FilesBelow(Folder());
-        m_itemsAfter = Items();
-        m_callCount = gCalls;
-        QVERIFY(Difference(m_before, m_after).count(QLatin1Char('\n')) >= count);
-        QCOMPARE(m_itemsAfter.size(), m_itemsBefore.size() + NewCount());
+        Prepare(gFewDocuments);
+    }
+
+    void eachItemIsInOnePlaceWhereverTheSaveIsKilled_data()
+    {
+        QTest::addColumn<int>("documents");
+        QTest::addColumn<bool>("isEachCall");
+        const int wanted = qEnvironmentVariableIntValue("NODEBROWSER_KILL_DOCUMENTS");
+        if (wanted > 0)
+            QTest::newRow("as many documents as wanted") << wanted << true;
+        else
+            QTest::newRow("many documents") << 50 << false;
+        QTest::newRow("few documents") << gFewDocuments << true;
     }
 
     void eachItemIsInOnePlaceWhereverTheSaveIsKilled()
     {
+        QFETCH(int, documents);
+        QFETCH(bool, isEachCall);
+        Prepare(documents);
         int old = 0;
         int kills = 0;
-        for (int call = 1;; ++call)
+        for (const int call : isEachCall ? AllCalls() : SomeCalls())
         {
-            const bool isKilled = Kill(call);
-            kills += isKilled ? 1 : 0;
+            QVERIFY(Kill(call));
+            ++kills;
             Check();
             if (QTest::currentTestFailed())
                 return;
             old += m_isOld ? 1 : 0;
-            if (!isKilled)
-            {
-                QVERIFY(!m_isOld);
-                break;
-            }
             // The same call again, half of it done; only writing has a half.
             if (Kill(-call))
             {
@@ -300,10 +292,15 @@ private Q_SLOTS:
                 QVERIFY(m_isOld);
             }
         }
-        std::printf("%d documents: killed at %d places, found old after %d\n", DocumentCount(), kills, old);
-        QVERIFY(kills > 6 * DocumentCount());
-        QVERIFY(old > 3 * DocumentCount());
+        QVERIFY(!Kill(m_callCount + 1));
+        Check();
+        QVERIFY(!m_isOld);
+        std::printf("%d documents: killed at %d places of %d calls, found old after %d\n", documents, kills,
+                    m_callCount, old);
+        QVERIFY(m_callCount > 6 * documents);
+        QVERIFY(old > kills / 3);
         QVERIFY(old < kills);
+        Prepare(gFewDocuments);
     }
 
     /// The next opening is killed, too, at each of its calls.
@@ -371,8 +368,8 @@ private Q_SLOTS:
         }
         QVERIFY(Next("sync " + folder, begun) < NextThatStarts("create " + folder + "/s", 0));
         QVERIFY(Next("sync " + folder, removed) < int(gLog.size()));
-        QVERIFY(replaced >= DocumentCount());
-        QVERIFY(made > replaced);
+        QVERIFY(replaced >= m_documents + gFolders);
+        QVERIFY(made >= replaced);
     }
 
     /// Nobody would look for a file that comes back after the journal that names it has gone.
@@ -384,7 +381,7 @@ private Q_SLOTS:
         const int complete = Next("create " + journal + ".new", Next("rename " + journal + ".new " + journal, 0));
         QVERIFY(Kill(complete + 1));
         Log([this] { Opened opened(Folder()); });
-        QVERIFY(CheckRemovalsAreSynced("unlink " + journal) >= DocumentCount());
+        QVERIFY(CheckRemovalsAreSynced("unlink " + journal) >= m_documents);
     }
 
     void whatIsDroppedIsSyncedAsWell()
@@ -441,7 +438,7 @@ private Q_SLOTS:
         QFETCH(bool, isOpenedInBetween);
         int failed = 0;
         int late = 0;
-        const int step = std::max(1, m_callCount / 200);
+        const int step = isOpenedInBetween ? 2 : 1;
         for (int call = 1; call <= m_callCount; call += step)
         {
             WriteFiles(Folder(), m_before);
@@ -474,7 +471,7 @@ private Q_SLOTS:
                 return;
         }
         std::printf("failed %d times, %d of them with a journal that stayed\n", failed, late);
-        QVERIFY(failed > 2 * DocumentCount() / step);
+        QVERIFY(failed > 2 * m_documents / step);
         QCOMPARE(late > 0, static_cast<eCall>(failing) != eCall::eTakesSpace);
     }
 
@@ -580,11 +577,64 @@ private:
 
     std::string RealFolder() const { return QFileInfo(Folder()).canonicalFilePath().toStdString(); }
     QString Folder() const { return m_folder.filePath(QStringLiteral("library")); }
-    static int NewCount() { return std::min(5, DocumentCount()); }
-    static int MoveCount() { return std::min(5, DocumentCount()); }
 
-    /// Every document changes; some nodes move to documents of other folders, and some nodes are new, which makes a
-    /// document in each of their folders.
+    /// What there is, what it becomes, and how many calls that takes.
+    void Prepare(int in_documents)
+    {
+        if (m_documents == in_documents)
+            return;
+        m_documents = in_documents;
+        m_before.clear();
+        for (int i = 0; i < in_documents; ++i)
+            m_before[QStringLiteral("s%1/doc%2.mtlx").arg(i % gFolders).arg(i / gFolders, 3, 10, QLatin1Char('0'))] =
+                QStringLiteral(
+                    "<?xml version=\"1.0\"?>\n<materialx version=\"1.39\">\n"
+                    "  <nodedef name=\"ND_n%1\" node=\"n%1\"/>\n  <nodegraph name=\"NG_n%1\" nodedef=\"ND_n%1\"/>\n"
+                    "  <nodedef name=\"ND_m%1\" node=\"m%1\"/>\n</materialx>\n")
+                    .arg(i)
+                    .toUtf8();
+        WriteFiles(Folder(), m_before);
+        m_itemsBefore = Items();
+        gIsLogging = true;
+        ChangeAndSave();
+        gIsLogging = false;
+        m_callCount = gCalls;
+        m_calls = gLog;
+        m_after = FilesBelow(Folder());
+        m_itemsAfter = Items();
+        const QString difference = Difference(m_before, m_after);
+        QCOMPARE(difference.count(QStringLiteral("differs: ")), in_documents);
+        QCOMPARE(difference.count(QStringLiteral("only after: s")), gFolders);
+        QCOMPARE(m_itemsAfter.size(), m_itemsBefore.size() + gFolders);
+    }
+
+    std::vector<int> AllCalls() const
+    {
+        std::vector<int> calls;
+        for (int call = 1; call <= m_callCount; ++call)
+            calls.push_back(call);
+        return calls;
+    }
+
+    /// Some calls all over the save, and of each kind the first, the last and one in the middle.
+    std::vector<int> SomeCalls() const
+    {
+        std::map<std::string, std::vector<int>> kinds;
+        std::set<int> chosen;
+        for (int call = 1; call <= m_callCount; ++call)
+        {
+            const std::string& made = m_calls[std::size_t(call) - 1];
+            kinds[made.substr(0, made.find(' '))].push_back(call);
+            if (call % (m_callCount / 15) == 1)
+                chosen.insert(call);
+        }
+        for (const auto& [kind, calls] : kinds)
+            chosen.insert({calls.front(), calls[calls.size() / 2], calls.back()});
+        return std::vector<int>(chosen.begin(), chosen.end());
+    }
+
+    /// Every document changes; some nodes move to documents of other folders, and some nodes are new, each in a
+    /// document that is new.
     void ChangeAndSave()
     {
         Opened opened(Folder());
@@ -594,22 +644,20 @@ private:
         Require(opened.Commit(), opened.GetMessages().constData());
     }
 
-    static void Change(Opened& io_opened)
+    void Change(Opened& io_opened) const
     {
-        for (int i = 0; i < DocumentCount(); ++i)
+        for (int i = 0; i < m_documents; ++i)
             io_opened.GetLibrary().SetTags(io_opened.Find(("n" + std::to_string(i)).c_str()), "changed");
-        const std::vector<std::shared_ptr<memorymodel::DataSource>> sources = io_opened.GetLibrary().GetDataSources();
-        for (int i = 0; i < MoveCount(); ++i)
-            Require(io_opened.Move(io_opened.Find(("m" + std::to_string(i)).c_str()),
-                                   ("s" + std::to_string((i + 1) % std::min(5, DocumentCount()))).c_str()),
-                    "No move");
-        for (int i = 0; i < NewCount(); ++i)
+        for (int i = 0; i < gFolders; ++i)
         {
+            const std::string source = "s" + std::to_string(i);
+            const std::string moved = "m" + std::to_string((i + 1) % gFolders);
+            Require(io_opened.Move(io_opened.Find(moved.c_str()), source.c_str()), "No move");
             CompoundModifierAccessor compound;
             const std::string name = "new" + std::to_string(i);
-            Require(
-                compound.CreateAndSetFromNewCompound(io_opened.Get(), name.c_str(), false, "", "", nullptr).IsValid(),
-                "No new node");
+            const ItemID made =
+                compound.CreateAndSetFromNewCompound(io_opened.Get(), name.c_str(), false, "", "", nullptr);
+            Require(made.IsValid() && io_opened.Move(made, source.c_str()), "No new node");
         }
     }
 
@@ -636,6 +684,8 @@ private:
     }
 
     QTemporaryDir m_folder{FastFolder()};
+    int m_documents = 0;
+    std::vector<std::string> m_calls; ///< of one save
     Files m_before;
     Files m_after;
     QStringList m_itemsBefore;
