@@ -36,7 +36,7 @@ struct Link
     QString m_target;
 };
 
-/// The first document whose path has no text, because it is not in the encoding of the system; empty when there is none.
+/// The first document whose path has no text, because it is not in the encoding of the system; empty without one.
 /// The toolkit lists no such files.
 QString FindUnnamable(const QString& in_folder)
 {
