@@ -145,7 +145,7 @@ std::vector<DeclarationIndex> ElementsOf(const Library& in_library, const Item& 
     return elements;
 }
 
-std::vector<std::vector<std::size_t>> DocumentsOf(const Library& in_library, const std::vector<Item>& in_items)
+ItemDocuments DocumentsOf(const Library& in_library, const std::vector<Item>& in_items)
 {
     DocumentsByName ofNode;           // of its definitions
     DocumentsByName ofGraph;          // by name
@@ -185,11 +185,11 @@ std::vector<std::vector<std::size_t>> DocumentsOf(const Library& in_library, con
     }
     for (auto& [node, nodeDefs] : nodeDefsOf)
         SortDistinct(nodeDefs);
-    std::vector<Documents> all;
-    all.reserve(in_items.size());
+    ItemDocuments all;
+    Documents documents;
     for (const Item& item : in_items)
     {
-        Documents documents(1, item.m_declaration.m_document);
+        documents.assign(1, item.m_declaration.m_document);
         const Declaration& first = DeclarationOf(in_library, item.m_declaration);
         if (first.m_kind == eDeclaration::eNodeDef && item.m_kind == eKind::ePolymorphicSolver)
         {
@@ -200,7 +200,7 @@ std::vector<std::vector<std::size_t>> DocumentsOf(const Library& in_library, con
         else if (first.m_kind == eDeclaration::eNodeDef)
             Append(ofImplementation, first.m_name, documents);
         SortDistinct(documents);
-        all.emplace_back(documents.begin(), documents.end());
+        all.Append(documents);
     }
     return all;
 }

@@ -27,6 +27,13 @@ bool CanFollow(const Item& in_before, const Item& in_after)
 
 } // namespace
 
+void Catalogue::Begin(std::vector<Item> in_items)
+{
+    ++m_revision;
+    m_items = std::move(in_items);
+    m_ids.resize(m_items.size());
+}
+
 CatalogueUpdate Catalogue::Compare(std::vector<Item> in_items) const
 {
     CatalogueUpdate update;

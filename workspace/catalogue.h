@@ -40,6 +40,8 @@ class Catalogue
 public:
     using ItemID = vireo::datamodel::ItemID;
 
+    /// Takes the first items, of which the library has none yet.
+    void Begin(std::vector<materialx::Item> in_items);
     /// Compares these items with those that the documents make now. Linear in the size of the library. On any thread
     /// while nothing here is changed; but keys are for one thread at a time.
     CatalogueUpdate Compare(std::vector<materialx::Item> in_items) const;

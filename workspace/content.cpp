@@ -3,7 +3,6 @@
 
 #include "materialx/encoding.h"
 #include "materialx/identity.h"
-#include "materialx/moving.h"
 #include "workspace/files.h"
 
 #include <QFile>
@@ -19,6 +18,7 @@ namespace
 
 using materialx::eKind;
 using materialx::Item;
+using materialx::ItemDocuments;
 using materialx::NarrowToLatin1;
 using memorymodel::eFollowing;
 using memorymodel::NewItem;
@@ -110,7 +110,7 @@ std::optional<materialx::Error> OpenedDocuments::Open(const QString& in_path, Pr
 {
     if (std::optional<materialx::Error> error = m_documents.Open(in_path, io_progress))
         return error;
-    m_catalogue.Take(m_catalogue.Compare(materialx::MakeItems(m_documents.GetLibrary())));
+    m_catalogue.Begin(materialx::MakeItems(m_documents.GetLibrary()));
     m_identities = materialx::MakeIdentities(m_catalogue.GetItems());
     m_documentsOf = materialx::DocumentsOf(m_documents.GetLibrary(), m_catalogue.GetItems());
     m_areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems(), m_documentsOf);

@@ -2,6 +2,7 @@
 /// Documents, the items that they make, and the library in memory that shows them.
 #pragma once
 
+#include "materialx/moving.h"
 #include "memorymodel/library.h"
 #include "memorymodel/store.h"
 #include "workspace/catalogue.h"
@@ -20,17 +21,14 @@
 namespace workspace
 {
 
-/// The documents of each item of a catalogue, as materialx::DocumentsOf() finds them.
-using ItemDocuments = std::vector<std::vector<std::size_t>>;
-
 /// What opening reads, before any library has it.
 struct OpenedDocuments
 {
     Documents m_documents;
     Catalogue m_catalogue;
-    std::vector<QUuid> m_identities; ///< of the items of the catalogue
-    ItemDocuments m_documentsOf;     ///< of the same
-    std::vector<bool> m_areReadOnly; ///< of the same
+    std::vector<QUuid> m_identities;        ///< of the items of the catalogue
+    materialx::ItemDocuments m_documentsOf; ///< of the same
+    std::vector<bool> m_areReadOnly;        ///< of the same
 
     /// Reads all documents of a folder, or one, and makes the items. On any thread.
     /// \return why they cannot be opened, or that it was cancelled
@@ -54,7 +52,7 @@ public:
     bool Fill(std::size_t in_count);
 
     /// Found once for each set of items; then linear in the size of the library.
-    const ItemDocuments& GetDocumentsOfItems();
+    const materialx::ItemDocuments& GetDocumentsOfItems();
 
     /// From here on the library is left alone.
     void Close() { m_isOpen = false; }
@@ -104,11 +102,11 @@ private:
     memorymodel::Library& m_library;
     std::map<std::size_t, memorymodel::DataSource*> m_sources; ///< by sources of documents
     std::deque<News> m_news;
-    bool m_isInvalidated = false;          ///< Settle() is to say that rows look otherwise
-    ItemDocuments m_documentsOf;           ///< of the items of the catalogue
-    std::uint64_t m_revisionOfDocumentsOf; ///< of the catalogue, when those were found
-    std::vector<bool> m_areReadOnly;       ///< of the items of the catalogue; empty until it is asked for
-    std::vector<QUuid> m_identities;       ///< of the same; only until the library is filled
+    bool m_isInvalidated = false;           ///< Settle() is to say that rows look otherwise
+    materialx::ItemDocuments m_documentsOf; ///< of the items of the catalogue
+    std::uint64_t m_revisionOfDocumentsOf;  ///< of the catalogue, when those were found
+    std::vector<bool> m_areReadOnly;        ///< of the items of the catalogue; empty until it is asked for
+    std::vector<QUuid> m_identities;        ///< of the same; only until the library is filled
     std::size_t m_filled = 0;
 };
 

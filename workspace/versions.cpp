@@ -161,12 +161,12 @@ void Versions::Tell()
     m_control->SetStates(states);
 }
 
-const std::vector<std::size_t>& Versions::DocumentsOf(const ItemID& in_item)
+materialx::ItemDocuments::List Versions::DocumentsOf(const ItemID& in_item)
 {
-    static const std::vector<std::size_t> none;
     const Catalogue& catalogue = m_content->GetCatalogue();
     const materialx::Item* const item = m_content->IsInStep() ? catalogue.Find(in_item) : nullptr;
-    return item ? m_content->GetDocumentsOfItems()[catalogue.IndexOf(*item)] : none;
+    return item ? m_content->GetDocumentsOfItems()[catalogue.IndexOf(*item)]
+                : materialx::ItemDocuments::List{nullptr, nullptr};
 }
 
 eGitState Versions::StateOfDocument(std::size_t in_document) const

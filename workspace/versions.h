@@ -2,6 +2,7 @@
 /// What git has of the documents and items of a workspace.
 #pragma once
 
+#include "materialx/moving.h"
 #include "memorymodel/versioning.h"
 #include "workspace/export.h"
 #include "workspace/gitstate.h"
@@ -103,7 +104,7 @@ private:
     /// Tells the states that were requested, if they can be others than the last time.
     void Tell();
     /// Indices of documents.
-    const std::vector<std::size_t>& DocumentsOf(const ItemID& in_item);
+    materialx::ItemDocuments::List DocumentsOf(const ItemID& in_item);
     eGitState StateOfDocument(std::size_t in_document) const;
     eGitState StateOf(const ItemID& in_item);
     void ChangeFiles(const ItemID& in_item, QString (*in_change)(const std::vector<QByteArray>&), bool in_interactive);

@@ -366,7 +366,7 @@ memorymodel::CommitAnswer Workspace::Commit(const memorymodel::CommitRequest& in
             changed.insert(i);
     const Catalogue& catalogue = m_content->GetCatalogue();
     const auto isSaved = [&](const materialx::Item& in_item) {
-        const std::vector<std::size_t>& all = m_content->GetDocumentsOfItems()[catalogue.IndexOf(in_item)];
+        const materialx::ItemDocuments::List all = m_content->GetDocumentsOfItems()[catalogue.IndexOf(in_item)];
         return std::none_of(all.begin(), all.end(),
                             [&](std::size_t in_document) { return changed.count(in_document) != 0; });
     };

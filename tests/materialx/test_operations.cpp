@@ -386,14 +386,14 @@ void OperationsTest::documentsOfItemsAreThoseOfTheirElements()
     Library library;
     QVERIFY(!ReadLibrary(folder, library));
     const std::vector<Item> items = MakeItems(library);
-    const std::vector<std::vector<std::size_t>> all = DocumentsOf(library, items);
-    QCOMPARE(all.size(), items.size());
+    const materialx::ItemDocuments all = DocumentsOf(library, items);
+    QCOMPARE(all.GetSize(), items.size());
     for (std::size_t i = 0; i < items.size(); ++i)
     {
         std::set<std::size_t> documents;
         for (const materialx::DeclarationIndex& element : ElementsOf(library, items[i]))
             documents.insert(element.m_document);
-        QVERIFY2(all[i] == std::vector<std::size_t>(documents.begin(), documents.end()), items[i].m_name.c_str());
+        QVERIFY2(std::equal(all[i].begin(), all[i].end(), documents.begin(), documents.end()), items[i].m_name.c_str());
     }
 }
 
@@ -422,8 +422,9 @@ void OperationsTest::documentsOfManyElementsOfOneName()
                 text += QByteArray(lines).replace('%', QByteArray::number(i));
             auto library = std::make_shared<Library>(MakeLibrary({{"a.mtlx", (text + "</materialx>").toStdString()}}));
             return [library, items = MakeItems(*library)] {
-                for (const std::vector<std::size_t>& documents : DocumentsOf(*library, items))
-                    if (documents != std::vector<std::size_t>(1, 0))
+                const materialx::ItemDocuments all = DocumentsOf(*library, items);
+                for (std::size_t i = 0; i < items.size(); ++i)
+                    if (all[i].end() - all[i].begin() != 1 || *all[i].begin() != 0)
                         throw std::runtime_error("These are not the documents");
             };
         },
