@@ -15,8 +15,8 @@ namespace memorymodel
 /// The source-control state of one item.
 struct ItemState
 {
-    vireo::datamodel::ItemID m_item;
-    unsigned m_state;
+    vireo::datamodel::ItemID m_item; ///< the item
+    unsigned m_state;                ///< an eAccessState, or another number that the host draws a badge for
 };
 
 /// Asked instead of the record while Library::SetVersioning() names it, on the thread of the user interface. Items are

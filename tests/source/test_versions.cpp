@@ -233,7 +233,7 @@ private Q_SLOTS:
         QTest::newRow("workspace") << QString::fromLatin1("workspace")
                                    << QString::fromLatin1(
                                           "materialx memorymodel datamodel Qt <fcntl.h> <git2.h> <git2/sys/diff.h> "
-                                          "<sys/file.h> <sys/stat.h> <unistd.h>");
+                                          "<sys/file.h> <sys/stat.h> <unistd.h> <xxhash.h>");
         QTest::newRow("contract") << QString::fromLatin1("contract")
                                   << QString::fromLatin1("datamodel <QObject> <QCoreApplication> <QEvent> "
                                                          "<QElapsedTimer> <QImage>");

@@ -497,6 +497,7 @@ private Q_SLOTS:
 
     void requestedStatesArriveOnePerItem()
     {
+        m_layer->GetSourceControl().SetVersionControlActive(true);
         memorymodel::Library& other = m_layer->AddLibrary("B");
         const ItemID first = other.Add(NewItem::Compound("First"));
         const ItemID second = other.Add(NewItem::Compound("Second"));

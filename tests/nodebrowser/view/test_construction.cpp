@@ -690,6 +690,7 @@ private Q_SLOTS:
 
     void anUnansweredRequestDiesWithItsBrowser()
     {
+        m_layer->GetSourceControl().SetVersionControlActive(true);
         {
             ProbedBrowser browser;
             browser.SetItemLibrary(m_library->GetAccessor());
