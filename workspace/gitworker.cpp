@@ -31,11 +31,13 @@ void GitWorker::Do(Job in_job, Failed in_failed, bool in_isUrgent)
                    in_isUrgent ? 1 : 0);
 }
 
-GitWorker::Answer GitWorker::Run(const Job& in_job, const Failed& in_failed) const
+GitWorker::Answer GitWorker::Run(const Job& in_job, const Failed& in_failed)
 {
     QString reason;
     try
     {
+        if (!m_library)
+            m_library.emplace();
         return in_job(m_isEnding);
     }
     catch (const std::bad_alloc&)

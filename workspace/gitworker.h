@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <functional>
+#include <optional>
 
 namespace workspace
 {
@@ -37,9 +38,9 @@ public:
     void Finish();
 
 private:
-    Answer Run(const Job& in_job, const Failed& in_failed) const;
+    Answer Run(const Job& in_job, const Failed& in_failed);
 
-    const GitLibrary m_library;
+    std::optional<GitLibrary> m_library; ///< from the first job on: to make it ready reads many files
     std::atomic<bool> m_isEnding{false};
     QThreadPool m_thread;
 };

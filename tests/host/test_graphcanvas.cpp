@@ -6,6 +6,7 @@
 #include "tests/host/dropping.h"
 #include "tests/support/testmain.h"
 
+#include <QMetaType>
 #include <QScrollBar>
 #include <QSignalSpy>
 
@@ -78,6 +79,9 @@ class TestGraphCanvas : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // Some toolkits' spies know only registered types.
+    void initTestCase() { qRegisterMetaType<ItemID>("vireo::datamodel::ItemID"); }
+
     void init()
     {
         m_library = &m_layer.AddLibrary("Graph");

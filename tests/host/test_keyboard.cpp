@@ -405,7 +405,10 @@ private:
         Canvas().setFocus();
         QTest::keyClick(&Canvas(), in_key);
         QuickAdd* const popup = m_window->findChild<QuickAdd*>();
-        return popup && QTest::qWaitForWindowExposed(popup) ? popup : nullptr;
+        if (!popup || !QTest::qWaitForWindowExposed(popup))
+            return nullptr;
+        QCoreApplication::processEvents(); // where it was open before, it counts as exposed without a paint
+        return popup;
     }
 
     /// As the list was painted last.

@@ -473,6 +473,7 @@ private Q_SLOTS:
     void nobodyWaitsForStatesAtTheEnd()
     {
         m_folder->Commit();
+        const workspace::GitLibrary library;
         const workspace::DocumentPaths paths = {PathOf(""), {QByteArray("sky/sky.mtlx")}};
         QVERIFY(workspace::ReadGitStates(paths, std::atomic<bool>(false)).m_lookedAt > 0);
         QCOMPARE(workspace::ReadGitStates(paths, std::atomic<bool>(true)).m_lookedAt, std::size_t(0));
