@@ -147,18 +147,24 @@ std::vector<DeclarationIndex> ElementsOf(const Library& in_library, const Item& 
 
 ItemDocuments DocumentsOf(const Library& in_library, const std::vector<Item>& in_items)
 {
-    DocumentsByName ofNode;           // of its definitions
+    DocumentsByName ofNode;           // of its definitions, for nodes with several
     DocumentsByName ofGraph;          // by name
     DocumentsByName ofImplementation; // of what implements a definition
     NamesByName graphsOf;             // that a definition's name
-    NamesByName nodeDefsOf;           // of a node
+    NamesByName nodeDefsOf;           // of a node with several
+    for (const Item& item : in_items)
+        if (item.m_kind == eKind::ePolymorphicSolver)
+            ofNode[DeclarationOf(in_library, item.m_declaration).m_node];
     for (std::size_t i = 0; i < in_library.m_documents.size(); ++i)
         for (const Declaration& declaration : DocumentOf(in_library, i).GetDeclarations())
             switch (declaration.m_kind)
             {
             case eDeclaration::eNodeDef:
-                Add(i, ofNode[declaration.m_node]);
-                nodeDefsOf[declaration.m_node].push_back(declaration.m_name);
+                if (const auto node = ofNode.find(declaration.m_node); node != ofNode.end())
+                {
+                    Add(i, node->second);
+                    nodeDefsOf[declaration.m_node].push_back(declaration.m_name);
+                }
                 break;
             case eDeclaration::eImplementation:
                 Add(i, ofImplementation[declaration.m_nodeDef]);

@@ -9,6 +9,7 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <future>
 #include <utility>
 
 namespace workspace
@@ -111,9 +112,11 @@ std::optional<materialx::Error> OpenedDocuments::Open(const QString& in_path, Pr
     if (std::optional<materialx::Error> error = m_documents.Open(in_path, io_progress))
         return error;
     m_catalogue.Begin(materialx::MakeItems(m_documents.GetLibrary()));
-    m_identities = materialx::MakeIdentities(m_catalogue.GetItems());
+    std::future<std::vector<QUuid>> identities =
+        std::async(std::launch::async, [&items = m_catalogue.GetItems()] { return materialx::MakeIdentities(items); });
     m_documentsOf = materialx::DocumentsOf(m_documents.GetLibrary(), m_catalogue.GetItems());
     m_areReadOnly = AreReadOnly(m_documents, m_catalogue.GetItems(), m_documentsOf);
+    m_identities = identities.get();
     return std::nullopt;
 }
 
