@@ -2,6 +2,7 @@
 // Several files replaced as one change, and what an interrupted save leaves.
 
 #include "tests/support/testmain.h"
+#include "tests/support/waiting.h"
 #include "tests/workspace/openedfolder.h"
 #include "workspace/files.h"
 #include "workspace/journal.h"
@@ -360,7 +361,7 @@ private Q_SLOTS:
     void whatChangesWhileTheSaveGoesOnIsNotReplaced()
     {
         Add("a/one", "1", "I");
-        QTRY_VERIFY(workspace::StampOf(Name("a/one")).m_size >= 0);
+        QVERIFY(WaitFor([this] { return workspace::StampOf(Name("a/one")).m_size >= 0; }, 20000));
         m_check = [this](std::size_t) {
             QFile file(Path("a/one"));
             if (!file.open(QIODevice::ReadWrite) || file.write("2") != 1)
