@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "host/fileswindow.h"
 
+#include "host/findworkspace.h"
 #include "host/itemhelp.h"
 #include "host/versionfollower.h"
 #include "memorymodel/library.h"
 #include "qtcompat/latin1.h"
 #include "workspace/versions.h"
+#include "workspace/workspace.h"
 
 #include <QDesktopServices>
 #include <QDialogButtonBox>
@@ -124,6 +126,10 @@ void FilesWindow::Refresh()
         close();
         return;
     }
+    // While documents are read anew, nothing is known of their items. The states follow.
+    if (const std::shared_ptr<workspace::Workspace> workspace = FindWorkspace(m_library);
+        workspace && workspace->IsBusy() && m_list->topLevelItemCount() > 0)
+        return;
     const QString name = GetFullName(m_library, m_item);
     const QString sourceName = FromLatin1(source->GetName());
     setWindowTitle(tr("Files of %1").arg(name));

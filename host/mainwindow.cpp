@@ -93,7 +93,8 @@ MainWindow::MainWindow(memorymodel::DataLayer& in_layer, memorymodel::Library& i
     setCentralWidget(centre);
     connect(m_troubleBar, &TroubleBar::Decided, this, &MainWindow::Say);
     if (const Application* const application = qobject_cast<Application*>(qApp))
-        connect(application, &Application::Failed, this, &MainWindow::Say);
+        // What goes on selects another row, which would take the message away.
+        connect(application, &Application::Failed, this, &MainWindow::Say, Qt::QueuedConnection);
     CreateDocks();
     CreateFileMenu();
     CreateEditMenu();

@@ -31,13 +31,14 @@ void GitWorker::Do(Job in_job, Failed in_failed, bool in_isUrgent)
                    in_isUrgent ? 1 : 0);
 }
 
-GitWorker::Answer GitWorker::Run(const Job& in_job, const Failed& in_failed)
+GitWorker::Answer GitWorker::Run(const Job& in_job, const Failed& in_failed) const
 {
     QString reason;
     try
     {
-        if (!m_library)
-            m_library.emplace();
+        // To the end of the program: to make it ready reads many files, and threads that end later give back what they
+        // hold of it.
+        static const GitLibrary library;
         return in_job(m_isEnding);
     }
     catch (const std::bad_alloc&)

@@ -10,7 +10,6 @@
 
 #include <atomic>
 #include <functional>
-#include <optional>
 
 namespace workspace
 {
@@ -38,9 +37,8 @@ public:
     void Finish();
 
 private:
-    Answer Run(const Job& in_job, const Failed& in_failed);
+    Answer Run(const Job& in_job, const Failed& in_failed) const;
 
-    std::optional<GitLibrary> m_library; ///< from the first job on: to make it ready reads many files
     std::atomic<bool> m_isEnding{false};
     QThreadPool m_thread;
 };
