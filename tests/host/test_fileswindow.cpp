@@ -161,7 +161,8 @@ private Q_SLOTS:
                                                                 << QStringLiteral(" Author: Rain"));
         folder.Write("sky/weather.mtlx", QByteArray(gRain) + "<!-- and more -->\n");
         folder.Git("add --all");
-        QVERIFY(WaitFor([&] { return DocumentsIn(*Windows().first()).value(0).endsWith(QStringLiteral("Staged")); }, 20000));
+        QVERIFY(WaitFor([&] { return DocumentsIn(*Windows().first()).value(0).endsWith(QStringLiteral("Staged")); },
+                        20000));
     }
 
 private:
