@@ -14,7 +14,6 @@
 #include "tests/support/testmain.h"
 
 using host::GraphCanvas;
-using host::GraphPanel;
 using memorymodel::Library;
 using memorymodel::NewItem;
 using vireo::datamodel::ItemID;

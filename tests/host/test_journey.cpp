@@ -26,7 +26,6 @@
 using host::FilesWindow;
 using host::GraphBox;
 using host::GraphCanvas;
-using host::MainWindow;
 using memorymodel::Library;
 using vireo::datamodel::ItemID;
 

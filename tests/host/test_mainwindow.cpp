@@ -28,7 +28,6 @@
 #include <QTemporaryDir>
 #include <QToolTip>
 
-using host::GraphBox;
 using host::GraphCanvas;
 using host::MainWindow;
 using memorymodel::Library;
